@@ -1,0 +1,47 @@
+# How every target of this tree is compiled, and the one way to add a test.
+
+add_library(melvorin_options INTERFACE)
+target_compile_features(melvorin_options INTERFACE cxx_std_20)
+target_compile_options(melvorin_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wextra-semi -Werror)
+target_include_directories(melvorin_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+if(MELVORIN_SANITIZE)
+  target_compile_options(melvorin_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(melvorin_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(WIN32)
+  target_compile_definitions(melvorin_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT
+    WINVER=0x0601 _WIN32_WINNT=0x0601 _WIN32_IE=0x0700)
+  # One file to copy: nothing of the compiler's runtime has to be shipped.
+  target_link_options(melvorin_options INTERFACE -static)
+endif()
+
+# GoogleTest comes as source from Debian, so that the same version serves every compiler.
+function(melvorin_enable_tests)
+  set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endfunction()
+
+# melvorin_test(NAME SOURCES ... LIBS ...): one executable, one ctest entry. A cold start under
+# Wine costs seconds, so cases are not split into entries of their own.
+function(melvorin_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE melvorin_options ${arg_LIBS} gtest gtest_main)
+  target_compile_definitions(${name} PRIVATE
+    MELVORIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if(WIN32)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tools/wine.sh $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  endif()
+endfunction()

@@ -1,0 +1,45 @@
+// The text types of the program.
+//
+// Text is UTF-16 everywhere (std::u16string), on Linux too, so that a column, a length or a
+// position means the same in every build. Columns and positions are 0-based and count UTF-16
+// units.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace melvorin {
+
+using Text = std::u16string;
+using TextView = std::u16string_view;
+
+// Text as the editing control numbers it: every line end is one CR, so an index into `chars` is
+// a position of the control.
+struct EditorText {
+    Text chars;
+};
+
+// Text as the rest of the program and plain-text files have it: every line end is CR LF.
+struct CrLfText {
+    Text chars;
+};
+
+// Both accept CR, LF and CR LF as a line end and write their own kind.
+CrLfText toCrLf(TextView any);
+EditorText toEditorText(TextView any);
+
+// The lines of a text without their line ends. CR, LF and CR LF each end a line; a text that does
+// not end in a line end has its rest as last line, one that does has an empty last line. The
+// views live as long as `text`'s characters.
+std::vector<TextView> splitLines(TextView text);
+
+// UTF-8 conversion. Decoding replaces each malformed sequence by U+FFFD, encoding each lone
+// surrogate likewise; nothing throws.
+Text fromUtf8(std::string_view bytes);
+std::string toUtf8(TextView text);
+
+// True when `bytes` is well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).
+bool isValidUtf8(std::string_view bytes);
+
+}  // namespace melvorin

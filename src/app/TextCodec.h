@@ -1,0 +1,39 @@
+// Plain-text files: which encoding they are in, and the way there and back.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/Text.h"
+
+namespace melvorin {
+
+enum class TextEncoding { Ansi, Utf8, Utf8WithBom, Utf16LeWithBom, Utf16BeWithBom };
+
+// The single-byte (or double-byte) code page of the machine.
+class AnsiCodec {
+  public:
+    virtual ~AnsiCodec() = default;
+    virtual Text decode(std::string_view bytes) const = 0;
+    // Nothing when some character has no exact place in the code page.
+    virtual std::optional<std::string> encode(TextView text) const = 0;
+};
+
+// Windows-1252; its five unassigned bytes map to the C1 controls of the same number, as Windows
+// does, so that every file survives a round trip.
+const AnsiCodec& windows1252();
+
+struct DecodedText {
+    Text text;  // without the byte-order mark, line ends as found
+    TextEncoding encoding;
+};
+
+// Detects by byte-order mark, then by being valid UTF-8 (pure ASCII counts as Ansi, which is the
+// same bytes), else Ansi.
+DecodedText decodeText(std::string_view bytes, const AnsiCodec& ansi);
+
+// Nothing when the text does not fit the encoding (only Ansi can fail).
+std::optional<std::string> encodeText(TextView text, TextEncoding encoding, const AnsiCodec& ansi);
+
+}  // namespace melvorin
