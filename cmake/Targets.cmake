@@ -13,7 +13,11 @@ if(MELVORIN_SANITIZE)
   target_link_options(melvorin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+target_compile_definitions(melvorin_options INTERFACE MELVORIN_VERSION="${PROJECT_VERSION}")
+
 if(WIN32)
+  # Text is handed to Windows through reinterpreted pointers (see src/platform/Win.h).
+  target_compile_options(melvorin_options INTERFACE -fno-strict-aliasing)
   target_compile_definitions(melvorin_options INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT
     WINVER=0x0601 _WIN32_WINNT=0x0601 _WIN32_IE=0x0700)

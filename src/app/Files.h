@@ -45,6 +45,8 @@ class Files {
     // Creates an empty file with a unique name that starts with `prefix` (at most three
     // characters) in the temporary folder and returns its full path.
     virtual Result<Text> createTemporary(TextView prefix) = 0;
+    // The path with its folder, where it was relative to the current one.
+    virtual Text fullPath(TextView path) { return Text(path); }
 };
 
 }  // namespace melvorin

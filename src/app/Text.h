@@ -29,6 +29,18 @@ struct CrLfText {
 CrLfText toCrLf(TextView any);
 EditorText toEditorText(TextView any);
 
+// A line as it stands in a text; `end` is its CR, LF or CR LF, empty only where the text ends.
+// Both are views into the text and live as long as it does.
+struct TextLine {
+    TextView chars;
+    TextView end;
+};
+
+// Cuts the first line, with its end, off `rest`. An empty `rest` gives an empty line without an
+// end, so "until the line has no end" and "until nothing is left" are the two ways to walk a text:
+// the first also visits the empty line behind a final line end.
+TextLine takeLine(TextView& rest);
+
 // The lines of a text without their line ends. CR, LF and CR LF each end a line; a text that does
 // not end in a line end has its rest as last line, one that does has an empty last line. The
 // views live as long as `text`'s characters.

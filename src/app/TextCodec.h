@@ -27,13 +27,18 @@ const AnsiCodec& windows1252();
 struct DecodedText {
     Text text;  // without the byte-order mark, line ends as found
     TextEncoding encoding;
+    // True when the bytes do not follow their encoding (malformed UTF-8 behind a byte-order mark,
+    // half a UTF-16 unit at the end, bytes the code page cannot give back): the text then holds
+    // substitutes, and encoding it does not restore the file.
+    bool lossy = false;
 };
 
 // Detects by byte-order mark, then by being valid UTF-8 (pure ASCII counts as Ansi, which is the
 // same bytes), else Ansi.
 DecodedText decodeText(std::string_view bytes, const AnsiCodec& ansi);
 
-// Nothing when the text does not fit the encoding (only Ansi can fail).
+// The bytes of a file with this text, byte-order mark included where the encoding has one. Nothing
+// when the text does not fit the encoding (only Ansi can fail).
 std::optional<std::string> encodeText(TextView text, TextEncoding encoding, const AnsiCodec& ansi);
 
 }  // namespace melvorin

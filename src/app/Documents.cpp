@@ -1,0 +1,364 @@
+#include "app/Documents.h"
+
+#include "app/Paths.h"
+#include "app/ProgramSettings.h"
+#include "app/RtfCheck.h"
+
+namespace melvorin {
+namespace {
+
+constexpr TextView kTitleEnd = u" - Melvorin";
+constexpr TextView kUntitled = u"Chord Notation";
+constexpr TextView kVerifyPath =
+    u"    Please verify that the correct path and file name are given.";
+constexpr TextView kApplication = u"Melvorin";
+constexpr int kTextFilter = 3;
+
+int openFilterIndex(TextView extension) {
+    const Text lower = lowerCase(extension);
+    if (lower == u"mvt")
+        return 1;
+    if (lower == u"rtf")
+        return 2;
+    return lower == u"txt" ? kTextFilter : 4;
+}
+
+std::vector<FileFilter> saveFilters() {
+    return {{u"Melvorin Notations (*.mvt)", u"*.mvt"}, {u"Rich Text Files (*.rtf)", u"*.rtf"}};
+}
+
+std::vector<FileFilter> openFilters() {
+    std::vector<FileFilter> filters = saveFilters();
+    filters.push_back({u"Text Documents (*.txt)", u"*.txt"});
+    return filters;
+}
+
+Text quoted(TextView path) { return u"\"" + Text(path) + u"\""; }
+
+}  // namespace
+
+Documents::Documents(const Services& services, Editor& editor, Callbacks callbacks)
+    : services_(services),
+      editor_(editor),
+      callbacks_(std::move(callbacks)),
+      history_(services.files) {}
+
+void Documents::publish() { callbacks_.stateChanged(state_); }
+
+bool Documents::fail(TextView what, TextView path, TextView cause) {
+    reportFailure(services_.messages,
+                  Text(what) + u" " + quoted(path) + u".\r\n\r\n" + Text(cause));
+    return false;
+}
+
+// ---- Start ------------------------------------------------------------------------------------
+
+void Documents::loadTemplate() {
+    const Result<Text> temporary = services_.files.createTemporary(u"~rs");
+    if (!temporary) {
+        reportFailure(services_.messages, u"Unable to get temp file name!");
+        return;
+    }
+    const std::optional<std::string> content = services_.program.resource(u"Custom", 101);
+    if (!content || !services_.files.write(*temporary.value, *content)) {
+        services_.files.remove(*temporary.value);
+        reportFailure(services_.messages, u"Unable to save resource item to disk!");
+        return;
+    }
+    const Result<std::string> bytes = services_.files.read(*temporary.value);
+    if (bytes && checkRtf(*bytes.value).kind == RtfVerdict::Kind::Ok)
+        editor_.loadRtf(*bytes.value);
+    services_.files.remove(*temporary.value);
+    // The face is the user's choice, which a file made beforehand cannot know.
+    editor_.setSelectionFont(editorFontFace(services_), kEditorFontPoints);
+}
+
+void Documents::begin() {
+    record();
+    startHistory();
+    publish();
+}
+
+void Documents::openFromCommandLine(TextView commandLine) {
+    const Text path = pathFromCommandLine(commandLine);
+    if (!path.empty())
+        openPath(services_.files.fullPath(path), false);
+}
+
+// ---- Commands ---------------------------------------------------------------------------------
+
+bool Documents::mayLeave() {
+    if (!state_.dirty)
+        return true;
+    const Text name = path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_));
+    switch (services_.messages.show(u"Save changes to " + name + u"?", kMessageTitle,
+                                    MessageIcon::Question, MessageButtons::YesNoCancel)) {
+        case Answer::Yes:
+            return save();
+        case Answer::No:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool Documents::mayClose() {
+    if (mayLeave())
+        return true;
+    SettingsStore& store = services_.settings;
+    store.write(kApplication, u"Paths", u"Lastsaved", lastUsed_.saved);
+    store.write(kApplication, u"Paths", u"LastOpened", lastUsed_.opened);
+    store.write(kApplication, u"Paths", u"LastOpenedEXT", lastUsed_.openedExtension);
+    return false;
+}
+
+void Documents::newDocument() {
+    if (!mayLeave())
+        return;
+    editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
+    setPath({});
+    showTitle();
+    record();
+    startHistory();
+    publish();
+}
+
+void Documents::open() {
+    if (!mayLeave())
+        return;
+    if (lastUsed_.openedExtension.empty())
+        lastUsed_.openedExtension = u"mvt";
+    if (lastUsed_.opened.empty())
+        lastUsed_.opened = u":\\";
+    const auto choice =
+        services_.dialogs.open({u" Open", openFilters(), openFilterIndex(lastUsed_.openedExtension),
+                                lastUsed_.opened, {}});
+    if (choice && load(choice->path))
+        callbacks_.used(path_);
+}
+
+bool Documents::openPath(TextView path, bool remember) {
+    if (!mayLeave() || !load(path))
+        return false;
+    if (remember)
+        callbacks_.used(path_);
+    return true;
+}
+
+bool Documents::confirmLargeRtf(TextView path, std::uint64_t size) {
+    const Text question = quoted(path) + u" is a large document (" + sizeInWords(size) +
+                          u"). Opening it may take a while, and so may every change.\r\n\r\n"
+                          u"Open it?";
+    return services_.messages.show(question, kMessageTitle, MessageIcon::Question,
+                                   MessageButtons::YesNo) == Answer::Yes;
+}
+
+// The control may find a fault that no check did; what was there must then come back.
+bool Documents::loadOrKeep(std::string_view rtf) {
+    const EditorWork work(editor_);
+    const std::string before = editor_.rtf();
+    const Selection caret = editor_.selection();
+    if (editor_.loadRtf(rtf))
+        return true;
+    editor_.loadRtf(before);
+    editor_.select(caret);
+    return false;
+}
+
+bool Documents::showContent(const DocumentContent& content) {
+    if (content.isRichText)
+        return loadOrKeep(content.rtf);
+    editor_.loadPlain(content.text, editorFontFace(services_), kEditorFontPoints);
+    return true;
+}
+
+bool Documents::load(TextView path) {
+    constexpr TextView what = u"Melvorin cannot open";
+    const auto refuse = [&](TextView cause) {
+        return fail(what, path, Text(cause) + u"\r\n\r\n" + Text(kVerifyPath));
+    };
+    const Result<std::uint64_t> size = services_.files.size(path);
+    if (!size)
+        return refuse(size.cause);
+    if (*size.value > kLargestFile)
+        return refuse(u"The file is too large (" + sizeInWords(*size.value) + u").");
+    Result<std::string> bytes = services_.files.read(path);
+    if (!bytes)
+        return refuse(bytes.cause);
+    const auto content = readDocument(*std::move(bytes.value), extensionPart(path), services_.ansi);
+    if (!content)
+        return refuse(content.cause);
+    if (content.value->isRichText && *size.value > kLargeRtf &&
+        !confirmLargeRtf(path, *size.value))
+        return false;
+
+    if (!showContent(*content.value))
+        return refuse(u"The editor does not understand its Rich Text.");
+    setPath(path);
+    lastUsed_.opened = folderPart(path);
+    lastUsed_.openedExtension = extension_;
+    showTitle();
+    record();
+    startHistory();
+    publish();
+    return true;
+}
+
+bool Documents::save() { return path_.empty() ? saveAs() : writeTo(path_); }
+
+bool Documents::writeTo(TextView path) {
+    const Text extension = lowerCase(extensionPart(path));
+    Result<Done> written = Result<Done>::success({});
+    if (extension != u"txt")
+        written = services_.files.replace(path, editor_.rtf());
+    if (written && (extension == u"txt" || extension == u"doc"))
+        written = services_.files.replace(path, plainDocument(editor_.text(), services_.ansi));
+    if (!written)
+        return fail(u"Melvorin cannot save", path,
+                    written.cause + u"\r\n\r\nThe song is still open, and the file is as it was.");
+    lastUsed_.saved = folderPart(path);
+    state_.dirty = false;
+    publish();
+    return true;
+}
+
+std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
+    FileDialogRequest request{u" Save As", saveFilters(), 1, {}, {}};
+    request.filterIndex = lowerCase(extension_) == u"rtf" ? 2 : 1;
+    request.fileName = path_.empty() ? Text(kUntitled) : Text(withoutExtension(fileNamePart(path_)));
+    request.initialFolder = folderPart(path_);
+    const auto choice = services_.dialogs.save(request);
+    if (!choice)
+        return std::nullopt;
+    Text path = choice->path;
+    if (choice->filterIndex == 1)
+        path = Text(withoutExtension(path)) + u".mlv";
+    else if (choice->filterIndex == 2)
+        path = Text(withoutExtension(path)) + u".rtf";
+    // The dialog asked about the name as it was typed; the changed one may be another file.
+    if (path != choice->path && services_.files.exists(path) &&
+        services_.messages.show(quoted(path) + u" already exists.\r\nDo you want to replace it?",
+                                kMessageTitle, MessageIcon::Question,
+                                MessageButtons::YesNo) != Answer::Yes)
+        return std::nullopt;
+    return SaveTarget{path, choice->filterIndex};
+}
+
+bool Documents::saveAs() {
+    const auto target = askSaveTarget();
+    if (!target || !writeTo(target->path))
+        return false;
+    setPath(target->path);
+    showTitle();
+    publish();
+    callbacks_.used(path_);
+    return true;
+}
+
+void Documents::setPath(TextView path) {
+    path_ = path;
+    extension_ = extensionPart(path);
+}
+
+void Documents::showTitle() {
+    state_.title = (path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_))) + Text(kTitleEnd);
+}
+
+// ---- Changes ----------------------------------------------------------------------------------
+
+void Documents::record() {
+    switch (history_.record(editor_.rtf(), editor_.selection().begin)) {
+        case SnapshotHistory::Outcome::Recorded:
+            recordingFailed_ = false;
+            break;
+        case SnapshotHistory::Outcome::NotWritten:
+            // Once is enough: the next key would bring the same message.
+            if (!recordingFailed_)
+                reportFailure(services_.messages,
+                              u"Melvorin cannot keep a copy of this change for Undo.\r\n\r\n" +
+                                  history_.lastFailure() +
+                                  u"\r\n\r\nThe text in the editor is safe; please save it.");
+            recordingFailed_ = true;
+            break;
+        case SnapshotHistory::Outcome::Full:
+            if (!historyFull_)
+                reportFailure(services_.messages,
+                              u"So many changes were made that no more can be kept for Undo."
+                              u"\r\n\r\nThe text in the editor is safe; please save it and "
+                              u"start Melvorin again.");
+            historyFull_ = true;
+            break;
+    }
+    state_.redo = history_.canRedo();
+}
+
+// The document as it stands is where undo ends, and it is clean.
+void Documents::startHistory() {
+    history_.setFloor();
+    state_.undo = false;
+    state_.redo = false;
+    state_.dirty = false;
+    state_.saveAs = !editor_.isEmpty();
+    state_.keyButtons = false;
+}
+
+void Documents::changed() {
+    record();
+    state_.dirty = true;
+    state_.undo = history_.canUndo();
+    state_.saveAs = !editor_.isEmpty();
+    state_.keyButtons = false;
+    publish();
+}
+
+void Documents::restore(const Snapshot& snapshot) {
+    const Result<std::string> bytes = snapshot.path.empty()
+                                          ? Result<std::string>::failure({})
+                                          : services_.files.read(snapshot.path);
+    if (!bytes || !loadOrKeep(*bytes.value)) {
+        reportFailure(services_.messages,
+                      u"This step could not be kept, so it cannot be shown; the text stays as it "
+                      u"is. Undo and Redo go on from here.");
+        return;
+    }
+    editor_.select({snapshot.caret, snapshot.caret});
+    editor_.scrollCaretIntoView();
+}
+
+void Documents::undo() {
+    if (!state_.undo)
+        return;
+    restore(history_.previous());
+    history_.stepBack();
+    state_.undo = history_.canUndo();
+    state_.redo = true;
+    state_.dirty = true;
+    state_.keyButtons = false;
+    publish();
+}
+
+void Documents::redo() {
+    if (!state_.redo)
+        return;
+    restore(history_.next());
+    history_.stepForward();
+    state_.undo = true;
+    state_.redo = history_.canRedo();
+    state_.dirty = true;
+    publish();
+}
+
+void Documents::idle() {
+    const bool wanted = !editor_.isEmpty();
+    if (state_.keyButtons == wanted)
+        return;
+    state_.keyButtons = wanted;
+    publish();
+}
+
+void Documents::disableKeyButtons() {
+    state_.keyButtons = false;
+    publish();
+}
+
+}  // namespace melvorin

@@ -1,0 +1,117 @@
+// The open document: its path and title, New, Open, Save and Save As, whether it has unsaved
+// changes, and the undo history. Everything the shell shows about it is one ShellState.
+#pragma once
+
+#include <functional>
+
+#include "app/DocumentFile.h"
+#include "app/Editor.h"
+#include "app/Services.h"
+#include "app/SnapshotHistory.h"
+
+namespace melvorin {
+
+// What the menus, the toolbar and the title show.
+struct ShellState {
+    Text title = u"Chord Notation - Melvorin";
+    bool dirty = false;       // mnuFileSave
+    bool saveAs = false;      // mnuFileSaveAs
+    bool undo = false;        // mnuEditUndo and its button
+    bool redo = false;        // mnuEditRedo and its button
+    bool keyButtons = false;  // the two key buttons
+
+    friend bool operator==(const ShellState&, const ShellState&) = default;
+};
+
+// Folders and extension last used in this run. Written at a cancelled close, never read back.
+struct LastUsedPaths {
+    Text saved;
+    Text opened;
+    Text openedExtension;
+};
+
+class Documents {
+  public:
+    struct Callbacks {
+        std::function<void(const ShellState&)> stateChanged;
+        // A document was opened or saved under a new name.
+        std::function<void(TextView path)> used;
+    };
+
+    // Everything given outlives the object.
+    Documents(const Services& services, Editor& editor, Callbacks callbacks);
+
+    // --- Start of the run ---
+    // Loads the start-up document from the program's resource, through a temporary file.
+    void loadTemplate();
+    // The first snapshot: nothing can be undone, an empty document is clean.
+    void begin();
+    // Opens the document named on the command line, if one is.
+    void openFromCommandLine(TextView commandLine);
+
+    // --- Commands. Each asks about unsaved changes where it would lose them. ---
+    void newDocument();
+    void open();
+    // Opens a document by its path, as a click in the recent list does. `remember` adds it to
+    // that list. False when it could not be opened; then nothing has changed.
+    bool openPath(TextView path, bool remember);
+    // True when the document is saved afterwards.
+    bool save();
+    bool saveAs();
+
+    // The document may be left: it is clean, the user let it go, or it has just been saved.
+    bool mayLeave();
+    // As mayLeave, for closing the program: where the window stays open, the last-used paths go
+    // to the settings store.
+    bool mayClose();
+
+    // --- Changes ---
+    // The change notification: called once after every command that changed the document, and
+    // by the editor's own change event.
+    void changed();
+    void undo();
+    void redo();
+    // Called while nothing else happens: the key buttons come back where there is text to change.
+    void idle();
+    // The key buttons are switched off while a key change is under way.
+    void disableKeyButtons();
+    void endRun() { history_.deleteAll(); }
+
+    const ShellState& state() const { return state_; }
+    const Text& path() const { return path_; }
+    const SnapshotHistory& history() const { return history_; }
+    const LastUsedPaths& lastUsed() const { return lastUsed_; }
+
+  private:
+    struct SaveTarget {
+        Text path;
+        int filterIndex;
+    };
+
+    void publish();
+    void record();
+    void startHistory();
+    void showTitle();
+    void setPath(TextView path);
+    bool load(TextView path);
+    bool confirmLargeRtf(TextView path, std::uint64_t size);
+    bool loadOrKeep(std::string_view rtf);
+    bool showContent(const DocumentContent& content);
+    bool writeTo(TextView path);
+    std::optional<SaveTarget> askSaveTarget();
+    void restore(const Snapshot& snapshot);
+    bool fail(TextView what, TextView path, TextView cause);
+
+    Services services_;
+    Editor& editor_;
+    Callbacks callbacks_;
+    SnapshotHistory history_;
+    ShellState state_;
+    Text path_;
+    Text extension_;
+    LastUsedPaths lastUsed_;
+    bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
+    bool historyFull_ = false;
+};
+
+}  // namespace melvorin

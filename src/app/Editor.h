@@ -1,0 +1,84 @@
+// The editing control as the rules of the program see it: text, rich text, selection. RichEdit
+// implements it; nothing else does.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/Text.h"
+
+namespace melvorin {
+
+// Positions of the control: 0-based, a line end counts 1, begin <= end.
+struct Selection {
+    std::int32_t begin = 0;
+    std::int32_t end = 0;
+
+    friend bool operator==(const Selection&, const Selection&) = default;
+};
+
+// How far the view is scrolled, in device pixels from the document's top left corner.
+struct ScrollPosition {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+
+    friend bool operator==(const ScrollPosition&, const ScrollPosition&) = default;
+};
+
+// A colour as red, green and blue, 0 to 255.
+struct Rgb {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+class Editor {
+  public:
+    virtual ~Editor() = default;
+
+    virtual bool isEmpty() const = 0;
+    virtual EditorText text() const = 0;
+    // The whole document as Rich Text, as the control writes it, without the trailing NUL.
+    virtual std::string rtf() const = 0;
+
+    // Replaces the document. False when the control refused the Rich Text or read none of its
+    // text; what it then shows is undefined, and the caller loads something it has.
+    virtual bool loadRtf(std::string_view rtf) = 0;
+    // Replaces the document by plain text in the given face at `points` size, black.
+    virtual void loadPlain(const EditorText& text, TextView face, int points) = 0;
+    virtual void clear() = 0;
+    // Face and size of the selection, which is also what is typed next.
+    virtual void setSelectionFont(TextView face, int points) = 0;
+    virtual void setSelectionColour(Rgb colour) = 0;
+    // Replaces the selected text; the new text takes the format of the first replaced character.
+    virtual void replaceSelection(TextView text) = 0;
+    // Face of the character at `position`.
+    virtual Text faceAt(std::int32_t position) = 0;
+
+    virtual Selection selection() const = 0;
+    virtual void select(Selection selection) = 0;
+    virtual ScrollPosition scrollPosition() const = 0;
+    virtual void scrollTo(ScrollPosition position) = 0;
+    virtual void scrollCaretIntoView() = 0;
+
+    // Nested: while the count is above zero nothing is drawn and no change event is sent, so
+    // that a command is one visible step and one undo step.
+    virtual void beginWork() = 0;
+    virtual void endWork() = 0;
+};
+
+// beginWork and endWork.
+class EditorWork {
+  public:
+    explicit EditorWork(Editor& editor) : editor_(editor) { editor_.beginWork(); }
+    EditorWork(const EditorWork&) = delete;
+    EditorWork& operator=(const EditorWork&) = delete;
+    ~EditorWork() { editor_.endWork(); }
+
+  private:
+    Editor& editor_;
+};
+
+}  // namespace melvorin

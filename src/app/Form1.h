@@ -1,0 +1,106 @@
+// The main window: menu bar, toolbar, editor. It binds the controls to the rules in Documents and
+// the chord engine and keeps no rule of its own.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "app/CommandMap.h"
+#include "app/Documents.h"
+#include "app/WindowLayout.h"
+#include "app/frmSplash.h"
+#include "chords/KeySetting.h"
+#include "platform/Handles.h"
+#include "platform/MenuBar.h"
+#include "platform/RichEdit.h"
+#include "platform/Toolbar.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+
+class Form1 : public Window {
+  public:
+    // `services` outlive the window. `endProgram` is called when the program is to end; the
+    // window is gone by then.
+    Form1(const Services& services, std::function<void()> endProgram);
+
+    // The load sequence: creates the window, unseen, with the start-up document or the one that
+    // the command line names, then the splash, whose end brings the window forward. A step that
+    // fails does not keep the others from running. False only when there is no window at all.
+    bool load(TextView commandLine, int showCommand);
+
+    // Runs a command as its menu item does, unless it is disabled.
+    void run(Command command);
+    bool isEnabled(Command command) const;
+    HACCEL accelerators() const { return accelerators_.get(); }
+
+    // For tests and for windows that work on the document.
+    RichEdit& rtftext() { return rtftext_; }
+    const Documents& documents() const { return documents_; }
+    const Toolbar& toolbar() const { return toolbar_; }
+    const MenuBar& menuBar() const { return menuBar_; }
+    Spelling spelling() const { return spelling_; }
+    int halfSteps() const { return T6_; }
+    const Text& creatorFace() const { return creatorFace_; }
+
+  private:
+    using Handler = void (Form1::*)();
+    struct Binding {
+        Command command;
+        Handler handler;
+    };
+    static std::span<const Binding> bindings();
+    static Handler handlerOf(Command command);
+
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    LRESULT route(UINT message, WPARAM wParam, LPARAM lParam);
+    void onSize();
+    void onCommand(WPARAM wParam, LPARAM lParam);
+    LRESULT onNotify(LPARAM lParam);
+    void onIdleTimer();
+    void onClose();
+
+    bool createParts();
+    void createAccelerators();
+    void measureScreen();
+    void bringForward();
+    void showState(const ShellState& state);
+    void startJob();
+    void endJob();
+    void endProgram();
+
+    void fileNew() { documents_.newDocument(); }
+    void fileOpen() { documents_.open(); }
+    void fileSave() { documents_.save(); }
+    void fileSaveAs() { documents_.saveAs(); }
+    void fileExit() { onClose(); }
+    void editUndo() { documents_.undo(); }
+    void editRedo() { documents_.redo(); }
+    void keyDown() { changeKey(Direction::Down); }
+    void keyUp() { changeKey(Direction::Up); }
+    void useSharps() { useSpelling(Spelling::Sharps); }
+    void useFlats() { useSpelling(Spelling::Flats); }
+    void changeKey(Direction direction);
+    void useSpelling(Spelling spelling);
+    void showSpellingMenu();
+
+    Services services_;
+    std::function<void()> endProgram_;
+    RichEdit rtftext_;
+    Toolbar toolbar_;
+    MenuBar menuBar_;
+    Documents documents_;
+    std::unique_ptr<frmSplash> splash_;
+    UniqueAccelerators accelerators_;
+    Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
+    SpellingCaptions spellingCaptions_;
+    int T6_ = 0;        // half steps that songs were moved by in this run
+    Text J2_;           // the work area's height, in pixels
+    Text creatorFace_;  // face of the chord-notation creator's text
+    int showCommand_ = SW_SHOWMAXIMIZED;
+    bool loaded_ = false;
+    bool jobRuns_ = false;
+    bool ending_ = false;
+};
+
+}  // namespace melvorin

@@ -1,0 +1,17 @@
+// The program's own INI file: its name with ".ini", beside the program.
+#pragma once
+
+#include "app/Services.h"
+
+namespace melvorin {
+
+// Size in points of every new chart.
+inline constexpr int kEditorFontPoints = 10;
+
+// Full path of the INI file.
+Text programIniPath(ProgramFolder& program);
+
+// Face of the editor: "Courier New" when the user chose it, else "Lucida Console".
+Text editorFontFace(const Services& services);
+
+}  // namespace melvorin

@@ -1,0 +1,134 @@
+// What the program asks of the machine besides files and the editing control. The Windows build
+// implements each interface once (src/platform); tests script them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/Files.h"
+#include "app/Text.h"
+#include "app/TextCodec.h"
+
+namespace melvorin {
+
+enum class MessageIcon { None, Critical, Information, Question };
+enum class MessageButtons { Ok, YesNo, YesNoCancel };
+enum class Answer { Ok, Yes, No, Cancel };
+
+class MessageBoxes {
+  public:
+    virtual ~MessageBoxes() = default;
+    // Shows a modal box over the program's active window and waits for the answer.
+    virtual Answer show(TextView text, TextView title, MessageIcon icon,
+                        MessageButtons buttons) = 0;
+};
+
+struct FileFilter {
+    Text name;     // "Text Documents (*.txt)"
+    Text pattern;  // "*.txt"
+};
+
+struct FileDialogRequest {
+    Text title;
+    std::vector<FileFilter> filters;
+    int filterIndex = 1;  // 1-based; past the last filter none is marked
+    Text initialFolder;
+    Text fileName;
+};
+
+struct FileChoice {
+    Text path;
+    int filterIndex = 0;  // 1-based, as the user left it
+};
+
+class FileDialogs {
+  public:
+    virtual ~FileDialogs() = default;
+    // Nothing when the user cancels.
+    virtual std::optional<FileChoice> open(const FileDialogRequest& request) = 0;
+    // As `open`; a chosen file that exists has been confirmed for overwriting.
+    virtual std::optional<FileChoice> save(const FileDialogRequest& request) = 0;
+};
+
+// Profile (INI) files. A bare file name is looked for in the Windows folder.
+class ProfileFiles {
+  public:
+    virtual ~ProfileFiles() = default;
+    // At most `capacity` - 1 characters of the value.
+    virtual Text read(TextView section, TextView key, TextView fallback, TextView file,
+                      std::uint32_t capacity) = 0;
+    virtual void write(TextView section, TextView key, TextView value, TextView file) = 0;
+};
+
+// The per-user settings store.
+class SettingsStore {
+  public:
+    virtual ~SettingsStore() = default;
+    virtual void write(TextView application, TextView section, TextView key, TextView value) = 0;
+};
+
+// Settings of the user's system outside the program.
+class SystemSettings {
+  public:
+    virtual ~SystemSettings() = default;
+    // Updates the user's profile and tells all windows; false when the system refuses.
+    virtual bool setFontSmoothing(bool on) = 0;
+    virtual bool fontSmoothing() = 0;
+    // String values below the current user's hive; nothing when absent or of another type.
+    virtual std::optional<Text> registryString(TextView key, TextView name) = 0;
+    virtual void setRegistryString(TextView key, TextView name, TextView value) = 0;
+    virtual void initCommonControls() = 0;
+};
+
+// The files of the program folder that need more than reading and writing.
+class ProgramFolder {
+  public:
+    virtual ~ProgramFolder() = default;
+    virtual Text folder() = 0;           // without a trailing separator, unless it is a root
+    virtual Text programFileName() = 0;  // "Melvorin.exe"
+    // A directory look-up that also finds hidden, system and read-only files.
+    virtual bool contains(TextView path) = 0;
+    // Writes the file and sets its attributes (FILE_ATTRIBUTE_ bits); false on failure.
+    virtual bool writeWithAttributes(TextView path, std::string_view bytes,
+                                     std::uint32_t attributes) = 0;
+    // A raw resource of the program; nothing when it is missing.
+    virtual std::optional<std::string> resource(TextView type, int id) = 0;
+};
+
+struct ScreenSize {
+    int width = 0;  // device pixels
+    int height = 0;
+};
+
+class Screen {
+  public:
+    virtual ~Screen() = default;
+    // The whole primary screen, and the part that task bars leave free.
+    virtual ScreenSize size() = 0;
+    virtual ScreenSize workArea() = 0;
+};
+
+// All of them; the objects outlive every window.
+struct Services {
+    Files& files;
+    MessageBoxes& messages;
+    FileDialogs& dialogs;
+    ProfileFiles& profiles;
+    SettingsStore& settings;
+    SystemSettings& system;
+    ProgramFolder& program;
+    Screen& screen;
+    const AnsiCodec& ansi;
+};
+
+// The word in every message box's title; the leading blank belongs to it.
+inline constexpr TextView kMessageTitle = u" Melvorin";
+
+// An error the user has to know of: critical icon, OK only.
+inline void reportFailure(MessageBoxes& messages, TextView text) {
+    messages.show(text, kMessageTitle, MessageIcon::Critical, MessageButtons::Ok);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,59 @@
+#include "app/SnapshotHistory.h"
+
+#include <limits>
+
+namespace melvorin {
+namespace {
+
+constexpr TextView kPrefix = u"bb";
+constexpr std::int16_t kMostSnapshots = std::numeric_limits<std::int16_t>::max();
+// The array grows by blocks, so that a typed character seldom pays for it.
+constexpr std::int16_t kBlock = 10;
+
+}  // namespace
+
+void SnapshotHistory::dropRedo() {
+    for (int index = current_ + 1; index <= count_; ++index) {
+        const Snapshot& undone = at(index);
+        if (!undone.path.empty() && files_.exists(undone.path))
+            files_.remove(undone.path);
+    }
+    snapshots_.resize(static_cast<std::size_t>(current_) + 1);
+    count_ = current_;
+}
+
+SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int32_t caret) {
+    if (current_ != count_)
+        dropRedo();
+    if (count_ == kMostSnapshots)
+        return Outcome::Full;
+    if (count_ % kBlock == 0)
+        snapshots_.reserve(static_cast<std::size_t>(count_) + kBlock + 1);
+    ++count_;
+    current_ = count_;
+    snapshots_.push_back({{}, caret});
+
+    const Result<Text> name = files_.createTemporary(kPrefix);
+    if (!name) {
+        lastFailure_ = name.cause;
+        return Outcome::NotWritten;
+    }
+    const Result<Done> written = files_.write(*name.value, rtf);
+    if (!written) {
+        files_.remove(*name.value);
+        lastFailure_ = written.cause;
+        return Outcome::NotWritten;
+    }
+    snapshots_.back().path = *name.value;
+    return Outcome::Recorded;
+}
+
+void SnapshotHistory::deleteAll() {
+    for (Snapshot& snapshot : snapshots_) {
+        if (!snapshot.path.empty())
+            files_.remove(snapshot.path);
+        snapshot.path.clear();
+    }
+}
+
+}  // namespace melvorin

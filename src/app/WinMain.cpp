@@ -1,0 +1,43 @@
+// The program's entry: puts the real services together and runs the main window.
+#include "app/Form1.h"
+#include "platform/SystemAnsiCodec.h"
+#include "platform/Win32Files.h"
+#include "platform/Win32Services.h"
+
+namespace {
+
+// Set at run time: a manifest inside the program would silence the one written beside it.
+void followSystemDpi() {
+    using Function = BOOL(WINAPI*)();
+    const HMODULE user = ::GetModuleHandleW(L"user32.dll");
+    const auto set = reinterpret_cast<Function>(
+        reinterpret_cast<void*>(::GetProcAddress(user, "SetProcessDPIAware")));
+    if (set != nullptr)
+        set();
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
+    using namespace melvorin;
+    followSystemDpi();
+    Win32Files files;
+    Win32MessageBoxes messages;
+    Win32FileDialogs dialogs;
+    Win32ProfileFiles profiles;
+    RegistrySettingsStore settings;
+    Win32SystemSettings system;
+    Win32ProgramFolder program;
+    Win32Screen screen;
+    const Services services{files,    messages, dialogs, profiles,         settings,
+                            system,   program,  screen,  systemAnsiCodec()};
+
+    Form1 form(services, [] { ::PostQuitMessage(0); });
+    // A chart wants the whole screen, unless a shortcut says otherwise.
+    const int show = showCommand == SW_SHOWNORMAL || showCommand == SW_SHOWDEFAULT
+                         ? SW_SHOWMAXIMIZED
+                         : showCommand;
+    if (!form.load(textOf(commandLine), show))
+        return 1;
+    return runMessageLoop(form.handle(), form.accelerators());
+}

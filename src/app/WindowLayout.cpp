@@ -1,0 +1,43 @@
+#include "app/WindowLayout.h"
+
+#include <algorithm>
+
+namespace melvorin {
+namespace {
+
+constexpr int kNarrowScreen = 800;
+constexpr int kToleratedScreen = 640;
+// Below this height not even the toolbar, the title and some lines of a song fit.
+constexpr int kLeastWorkHeight = 400;
+
+// Twips: gaps around the parts, and what is taken off the side panel's third of the window.
+constexpr int kGap = 60;
+constexpr int kToolbarGap = 30;
+constexpr int kNarrowPanelMargin = 200;
+constexpr int kWidePanelMargin = 470;
+
+int pixels(int twips, int dpi) { return (twips * dpi + 720) / 1440; }
+
+}  // namespace
+
+ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea) {
+    const bool fits = screen.width >= kNarrowScreen && workArea.height >= kLeastWorkHeight;
+    if (fits)
+        return screen.width == kNarrowScreen ? ScreenSupport::Narrow : ScreenSupport::Wide;
+    return screen.width == kToleratedScreen ? ScreenSupport::Tolerated
+                                            : ScreenSupport::Unsupported;
+}
+
+MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
+                            ScreenSupport screen, bool panelOpen) {
+    const int gap = pixels(kGap, dpi);
+    const int top = toolbarHeight + pixels(kToolbarGap, dpi);
+    const int height = std::max(0, clientHeight - top - gap);
+    const int inner = std::max(0, clientWidth - 2 * gap);
+    const int margin = screen == ScreenSupport::Wide ? kWidePanelMargin : kNarrowPanelMargin;
+    const int panel = panelOpen ? std::max(0, inner / 3 - pixels(margin, dpi)) : 0;
+    const int editorWidth = panelOpen ? std::max(0, inner - panel - gap) : inner;
+    return {{gap, top, editorWidth, height}, {gap + editorWidth + gap, top, panel, height}};
+}
+
+}  // namespace melvorin

@@ -1,0 +1,39 @@
+// Where the main window's parts go, and which screens the program refuses. All in device pixels;
+// twips are 1/1440 inch.
+#pragma once
+
+#include "app/Services.h"
+
+namespace melvorin {
+
+struct Area {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+
+    friend bool operator==(const Area&, const Area&) = default;
+};
+
+struct MainLayout {
+    Area editor;
+    Area panel;  // width 0 while the side panel is closed
+};
+
+// What the resize handler does on a given screen.
+enum class ScreenSupport {
+    Narrow,       // exactly 800 pixels wide
+    Wide,         // wider than that
+    Tolerated,    // 640 wide: no message, laid out as Narrow
+    Unsupported,  // the program says so and ends
+};
+
+// `workArea` is the part of the screen that task bars leave free.
+ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea);
+
+// Places the parts inside a client area of the given size below a toolbar of `toolbarHeight`.
+// `dpi` is the system's pixels per inch.
+MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
+                            ScreenSupport screen, bool panelOpen);
+
+}  // namespace melvorin

@@ -1,0 +1,226 @@
+#include "chords/DocumentKey.h"
+
+#include <algorithm>
+
+#include "app/RtfMap.h"
+#include "chords/ChordLine.h"
+
+namespace melvorin {
+namespace {
+
+constexpr TextView kDiagramFace = u"Melvorin ";
+
+// A chord line of the document and what becomes of it.
+struct ChordLine {
+    std::size_t start;  // position of its first character
+    std::size_t length;
+    std::vector<ColumnRange> pictures;
+    MovedLine moved;
+};
+
+// A line of the document: a soft line break ends one as much as a paragraph end does.
+TextView lineAt(TextView text, std::size_t start) {
+    return text.substr(start, text.find_first_of(u"\r\v", start) - start);
+}
+
+template <class FaceAt>
+std::vector<ColumnRange> diagramsOf(std::size_t start, std::size_t length, FaceAt faceAt) {
+    std::vector<ColumnRange> ranges;
+    for (std::size_t column = 0; column < length; ++column) {
+        if (!isDiagramFace(faceAt(start + column)))
+            continue;
+        if (!ranges.empty() && ranges.back().column + ranges.back().length == column)
+            ++ranges.back().length;
+        else
+            ranges.push_back({column, 1});
+    }
+    return ranges;
+}
+
+template <class FaceAt>
+std::vector<ChordLine> moveLines(TextView text, const KeyChange& change, bool hasDiagrams,
+                                 FaceAt faceAt, const std::function<void()>& lineDone) {
+    std::vector<ChordLine> lines;
+    for (std::size_t start = 0; start <= text.size();) {
+        const TextView line = lineAt(text, start);
+        if (!line.empty() && IsChordLine(line)) {
+            auto pictures = hasDiagrams ? diagramsOf(start, line.size(), faceAt)
+                                        : std::vector<ColumnRange>();
+            MovedLine moved = change.moveLine(line, pictures);
+            lines.push_back({start, line.size(), std::move(pictures), std::move(moved)});
+        }
+        lineDone();
+        start += line.size() + 1;
+    }
+    return lines;
+}
+
+Text textAfter(TextView before, const std::vector<ChordLine>& lines) {
+    Text after;
+    after.reserve(before.size() + lines.size() * 4);
+    std::size_t copied = 0;
+    for (const ChordLine& line : lines) {
+        after.append(before.substr(copied, line.start - copied)).append(line.moved.line);
+        copied = line.start + line.length;
+    }
+    return after.append(before.substr(copied));
+}
+
+// For every character of the new line, the column in the old line whose formatting it takes.
+std::vector<std::uint32_t> formatSources(const ChordLine& line) {
+    std::vector<std::uint32_t> sources;
+    sources.reserve(line.moved.line.size());
+    std::size_t old = 0;
+    const auto copyUntil = [&](std::size_t column) {
+        while (old < column)
+            sources.push_back(static_cast<std::uint32_t>(old++));
+    };
+    for (const MovedRange& edit : line.moved.edits) {
+        copyUntil(edit.before.column);
+        // Inserted blanks go with the character before them, other text with what it replaces.
+        const std::size_t first =
+            edit.before.length == 0 && old > 0 ? old - 1 : edit.before.column;
+        const std::size_t last = first + std::max<std::size_t>(edit.before.length, 1) - 1;
+        for (std::size_t i = 0; i < edit.after.length; ++i)
+            sources.push_back(static_cast<std::uint32_t>(std::min(first + i, last)));
+        old = edit.before.column + edit.before.length;
+    }
+    copyUntil(line.length);
+    return sources;
+}
+
+// Where the pictures of the line stand in the new line.
+std::vector<ColumnRange> movedPictures(const ChordLine& line) {
+    std::vector<ColumnRange> moved;
+    for (const ColumnRange& picture : line.pictures) {
+        std::ptrdiff_t shift = 0;
+        for (const MovedRange& edit : line.moved.edits) {
+            if (edit.before.column + edit.before.length > picture.column)
+                break;
+            shift += static_cast<std::ptrdiff_t>(edit.after.length) -
+                     static_cast<std::ptrdiff_t>(edit.before.length);
+        }
+        moved.push_back(
+            {static_cast<std::size_t>(static_cast<std::ptrdiff_t>(picture.column) + shift),
+             picture.length});
+    }
+    return moved;
+}
+
+Selection rangeOf(std::size_t begin, std::size_t length) {
+    return {static_cast<std::int32_t>(begin), static_cast<std::int32_t>(begin + length)};
+}
+
+// Colours a line that starts at `start`, around its pictures.
+void colourLine(Editor& editor, std::size_t start, std::size_t length,
+                const std::vector<ColumnRange>& pictures) {
+    std::size_t column = 0;
+    const auto colourUntil = [&](std::size_t end) {
+        if (end > column) {
+            editor.select(rangeOf(start + column, end - column));
+            editor.setSelectionColour(kChordColour);
+        }
+    };
+    for (const ColumnRange& picture : pictures) {
+        colourUntil(picture.column);
+        column = picture.column + picture.length;
+    }
+    colourUntil(length);
+}
+
+// The slow way: from the last change to the first, so that positions before it stay true.
+void editLines(Editor& editor, const std::vector<ChordLine>& lines) {
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        const TextView text = line->moved.line;
+        const auto& edits = line->moved.edits;
+        for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
+            editor.select(rangeOf(line->start + edit->before.column, edit->before.length));
+            editor.replaceSelection(text.substr(edit->after.column, edit->after.length));
+        }
+        colourLine(editor, line->start, text.size(), movedPictures(*line));
+    }
+}
+
+std::string rewritten(const RtfMap& map, const std::vector<ChordLine>& lines) {
+    std::vector<LineRewrite> rewrites;
+    rewrites.reserve(lines.size());
+    for (const ChordLine& line : lines) {
+        LineRewrite rewrite{line.start, line.length, line.moved.line, formatSources(line), {}};
+        for (const ColumnRange& picture : movedPictures(line)) {
+            rewrite.keepColour.resize(line.moved.line.size());
+            std::fill_n(rewrite.keepColour.begin() + static_cast<std::ptrdiff_t>(picture.column),
+                        picture.length, true);
+        }
+        rewrites.push_back(std::move(rewrite));
+    }
+    return map.rewrite(rewrites, kChordColour);
+}
+
+// Follows a position from the text before to the text after: same line, same column.
+std::int32_t followed(std::int32_t position, const std::vector<ChordLine>& lines) {
+    std::ptrdiff_t shift = 0;
+    const auto at = static_cast<std::size_t>(position);
+    for (const ChordLine& line : lines) {
+        if (line.start > at)
+            break;
+        const std::size_t newLength = line.moved.line.size();
+        if (at <= line.start + line.length)
+            return static_cast<std::int32_t>(
+                static_cast<std::ptrdiff_t>(line.start + std::min(at - line.start, newLength)) +
+                shift);
+        shift += static_cast<std::ptrdiff_t>(newLength) - static_cast<std::ptrdiff_t>(line.length);
+    }
+    return static_cast<std::int32_t>(position + shift);
+}
+
+}  // namespace
+
+bool isDiagramFace(TextView face) {
+    if (face.size() != kDiagramFace.size() + 2 || !face.starts_with(kDiagramFace))
+        return false;
+    const char16_t tens = face[face.size() - 2];
+    const char16_t ones = face.back();
+    if (tens < u'0' || tens > u'3' || ones < u'0' || ones > u'9')
+        return false;
+    const int number = (tens - u'0') * 10 + (ones - u'0');
+    return number >= 1 && number <= 34;
+}
+
+void changeDocumentKey(Editor& editor, const KeyChange& change,
+                       const std::function<void()>& lineDone) {
+    const EditorText before = editor.text();
+    const std::string rtf = editor.rtf();
+    const bool hasDiagrams = rtf.find("Melvorin ") != std::string::npos;
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
+    if (map && map->text() != before.chars)
+        map.reset();
+
+    const EditorWork work(editor);
+    const Selection selection = editor.selection();
+    const ScrollPosition scroll = editor.scrollPosition();
+    const std::vector<ChordLine> lines =
+        map ? moveLines(
+                  before.chars, change, hasDiagrams,
+                  [&](std::size_t position) { return map->fontNameAt(position); }, lineDone)
+            : moveLines(
+                  before.chars, change, hasDiagrams,
+                  [&](std::size_t position) {
+                      return editor.faceAt(static_cast<std::int32_t>(position));
+                  },
+                  lineDone);
+    if (lines.empty())
+        return;
+    const Text after = textAfter(before.chars, lines);
+    const bool loaded =
+        map && editor.loadRtf(rewritten(*map, lines)) && editor.text().chars == after;
+    if (!loaded) {
+        // Whatever the control made of the rewritten text, the edits start from what was there.
+        if (map)
+            editor.loadRtf(rtf);
+        editLines(editor, lines);
+    }
+    editor.select({followed(selection.begin, lines), followed(selection.end, lines)});
+    editor.scrollTo(scroll);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,118 @@
+#include "chords/FrmCifra.h"
+
+#include "chords/DocumentKey.h"
+#include "chords/KeySetting.h"
+#include "platform/Handles.h"
+
+namespace melvorin {
+namespace {
+
+constexpr UINT_PTR kStartTimer = 1;
+constexpr UINT kStartMs = 1;
+constexpr int kWidthTwips = 4290;
+// Pixels at 96 dpi: one spacing for everything.
+constexpr int kMargin = 12;
+constexpr int kLabelHeight = 18;
+constexpr int kBarHeight = 18;
+constexpr int kFull = 100;
+constexpr int kPerLine = 2;
+constexpr int kBusyRounds = 500;
+
+}  // namespace
+
+void FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
+                         int& halfSteps) {
+    rtftext_ = &rtftext;
+    direction_ = direction;
+    spelling_ = spelling;
+    halfSteps_ = &halfSteps;
+    progress_ = 0;
+    if (!createWindow(owner))
+        return;
+    ::SetTimer(handle(), kStartTimer, kStartMs, nullptr);
+    runModal(owner);
+}
+
+bool FrmCifra::createWindow(HWND owner) {
+    RECT frame{0, 0, 0, scaled(3 * kMargin + kLabelHeight + kBarHeight)};
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_CLIPCHILDREN;
+    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
+    WindowSpec spec;
+    spec.className = L"MelvorinFrmCifra";
+    spec.caption = L" Changing the Key";
+    spec.style = style;
+    spec.extendedStyle = WS_EX_DLGMODALFRAME;
+    spec.width = pixelsFromTwips(kWidthTwips);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    const int margin = scaled(kMargin);
+    const int width = static_cast<int>(client.right) - 2 * margin;
+    const auto child = [&](const wchar_t* className, const wchar_t* text, int y, int height) {
+        return ::CreateWindowExW(0, className, text, WS_CHILD | WS_VISIBLE, margin, y, width,
+                                 height, handle(), nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    };
+    label_ = child(L"STATIC",
+                   direction_ == Direction::Up ? L"Going up a half step..."
+                                               : L"Going down a half step...",
+                   margin, scaled(kLabelHeight));
+    bar_ = child(PROGRESS_CLASSW, L"", 2 * margin + scaled(kLabelHeight), scaled(kBarHeight));
+    ::SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    ::SendMessageW(bar_, PBM_SETRANGE32, 0, kFull);
+    centreOver(handle(), owner);
+    return true;
+}
+
+LRESULT FrmCifra::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_TIMER:
+            onStartTimer();
+            return 0;
+        case WM_CLOSE:
+            return 0;  // the song is between two keys: the window goes when the work is done
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+void FrmCifra::setProgress(int percent) {
+    progress_ = percent;
+    ::SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    ::UpdateWindow(bar_);
+}
+
+void FrmCifra::animateBar() {
+    while (progress_ < kFull) {
+        for (volatile int round = 0; round < kBusyRounds; round = round + 1) {
+        }
+        setProgress(progress_ + 1);
+    }
+}
+
+void FrmCifra::onStartTimer() {
+    ::KillTimer(handle(), kStartTimer);
+    const CursorScope hourglass(IDC_WAIT);
+    ::UpdateWindow(handle());
+    animateBar();
+    setProgress(0);
+    // No exception may leave the modal loop with its owner disabled.
+    try {
+        const KeyChange change(direction_, spelling_);
+        changeDocumentKey(*rtftext_, change, [this] {
+            if (progress_ <= kFull - kPerLine)
+                setProgress(progress_ + kPerLine);
+        });
+        *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
+        keyTag_ = keyTag(*halfSteps_);
+    } catch (const std::exception&) {
+        reportFailure(services_.messages,
+                      u"There is not enough memory to change the key of this song.");
+    }
+    setProgress(kFull);
+    endModal();
+}
+
+}  // namespace melvorin

@@ -1,0 +1,40 @@
+// The chord-notation window. Here: its key change, shown modally with a progress bar while the
+// song is moved by a half step.
+#pragma once
+
+#include "app/Services.h"
+#include "chords/Transpose.h"
+#include "platform/RichEdit.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+
+class FrmCifra : public Dialog {
+  public:
+    explicit FrmCifra(const Services& services) : services_(services) {}
+
+    // Moves the song in `rtftext` by a half step and returns when the window is gone again. The
+    // editor sends no change event meanwhile. `halfSteps` is the run's counter; it is raised by
+    // one for a step up and lowered for a step down.
+    void changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
+                   int& halfSteps);
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onStartTimer();
+    void animateBar();
+    void setProgress(int percent);
+    bool createWindow(HWND owner);
+
+    const Services services_;
+    HWND bar_ = nullptr;
+    HWND label_ = nullptr;
+    RichEdit* rtftext_ = nullptr;
+    Direction direction_ = Direction::Up;
+    Spelling spelling_ = Spelling::Sharps;
+    int* halfSteps_ = nullptr;
+    Text keyTag_;
+    int progress_ = 0;
+};
+
+}  // namespace melvorin

@@ -1,0 +1,197 @@
+#include "cli/Cli.h"
+
+#include <utility>
+
+#include "chords/Chart.h"
+#include "cli/CliArguments.h"
+
+namespace melvorin {
+
+namespace {
+
+constexpr std::string_view helpText =
+    "melvorin-cli - chord charts in plain text, moved to another key\n"
+    "\n"
+    "  melvorin-cli transpose (--up | --down) [--steps N] (--sharps | --flats)\n"
+    "                         [--output FILE | --output-dir DIR] [FILE...]\n"
+    "  melvorin-cli lines [FILE]\n"
+    "  melvorin-cli --help\n"
+    "  melvorin-cli --version\n"
+    "\n"
+    "transpose moves the chords of every chord line N half steps (1 to 11, or 1\n"
+    "without --steps) and keeps each chord in its column. Encoding, byte-order mark\n"
+    "and line ends stay as they are.\n"
+    "  --up, --down        the direction\n"
+    "  --sharps, --flats   how new accidentals are written\n"
+    "  --output FILE       write to FILE instead of the standard output\n"
+    "  --output-dir DIR    write every file to DIR, under its own name; needed with\n"
+    "                      more than one FILE. DIR must exist.\n"
+    "\n"
+    "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
+    "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
+    "right as column:chord; columns count from 0.\n"
+    "\n"
+    "Without FILE the chart is read from the standard input. Text is UTF-8, UTF-16\n"
+    "with a byte-order mark, or else in the ANSI code page of the machine. A file may\n"
+    "be its own output. -- ends the options.\n"
+    "\n"
+    "Exit code: 0 done, 1 a file could not be read or written, 2 wrong arguments.\n";
+
+using Command = CliRequest::Command;
+
+// Decodes a chart, or says why that would not be the whole truth.
+Result<DecodedText> decodeChart(std::string_view bytes, const AnsiCodec& ansi) {
+    DecodedText decoded = decodeText(bytes, ansi);
+    if (decoded.lossy) {
+        return Result<DecodedText>::failure(u"Its text is damaged or in an unknown encoding.");
+    }
+    if (decoded.text.find(u'\0') != Text::npos) {
+        return Result<DecodedText>::failure(u"It is not a text file.");
+    }
+    return Result<DecodedText>::success(std::move(decoded));
+}
+
+std::string describeLines(TextView chart) {
+    std::string report;
+    ChartReader reader(chart);
+    ChartLine line;
+    while (reader.next(line)) {
+        report += line.isChordLine ? 'C' : 'L';
+        for (const ChordToken& token : line.tokens) {
+            report += '\t';
+            report += std::to_string(token.column);
+            report += ':';
+            report += toUtf8(token.text);
+        }
+        report += '\n';
+    }
+    return report;
+}
+
+// One run of the tool, with its arguments understood.
+class Run {
+  public:
+    Run(CliRequest request, Files& files, CliPorts& ports, const AnsiCodec& ansi)
+        : request_(std::move(request)), files_(files), ports_(ports), ansi_(ansi) {}
+
+    bool transposeAll();
+    bool lines();
+    bool print(std::string_view bytes);
+
+  private:
+    bool transposeOne(const KeyChange& change, const Text* file);
+    Result<std::string> read(const Text* file);
+    bool write(const Text* file, std::string_view bytes);
+    bool fail(TextView what, TextView name, TextView cause);
+
+    CliRequest request_;
+    Files& files_;
+    CliPorts& ports_;
+    const AnsiCodec& ansi_;
+};
+
+bool Run::transposeAll() {
+    const KeyChange change(*request_.direction, *request_.spelling, request_.steps);
+    if (request_.files.empty()) {
+        return transposeOne(change, nullptr);
+    }
+    bool all = true;
+    for (const Text& file : request_.files) {
+        all = transposeOne(change, &file) && all;
+    }
+    return all;
+}
+
+// No `file` is the standard input, here and below.
+bool Run::transposeOne(const KeyChange& change, const Text* file) {
+    Result<std::string> chart = read(file);
+    if (chart) {
+        chart = transposeBytes(*chart.value, change, ansi_);
+    }
+    if (!chart) {
+        return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", chart.cause);
+    }
+    return write(file, *chart.value);
+}
+
+bool Run::lines() {
+    const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
+    const Result<std::string> bytes = read(file);
+    const Result<DecodedText> chart = bytes ? decodeChart(*bytes.value, ansi_)
+                                            : Result<DecodedText>::failure(bytes.cause);
+    if (!chart) {
+        return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", chart.cause);
+    }
+    return print(describeLines(chart.value->text));
+}
+
+Result<std::string> Run::read(const Text* file) {
+    return file ? files_.read(*file) : ports_.readInput();
+}
+
+bool Run::write(const Text* file, std::string_view bytes) {
+    if (!request_.output && !request_.outputFolder) {
+        return print(bytes);
+    }
+    const Text target =
+        request_.output ? *request_.output : pathInFolder(*request_.outputFolder, *file);
+    const Result<Done> written = files_.replace(target, bytes);
+    return written ? true : fail(u"cannot write ", target, written.cause);
+}
+
+bool Run::print(std::string_view bytes) {
+    const Result<Done> written = ports_.writeOutput(bytes);
+    return written ? true : fail(u"cannot write ", u"the standard output", written.cause);
+}
+
+bool Run::fail(TextView what, TextView name, TextView cause) {
+    Text message = u"melvorin-cli: ";
+    message.append(what).append(name).append(u": ").append(cause).append(u"\n");
+    ports_.writeError(message);
+    return false;
+}
+
+}  // namespace
+
+Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
+                                   const AnsiCodec& ansi) {
+    Result<DecodedText> chart = decodeChart(bytes, ansi);
+    if (!chart) {
+        return Result<std::string>::failure(chart.cause);
+    }
+    const TextEncoding encoding = chart.value->encoding;
+    const Text moved = transposeChart(chart.value->text, change);
+    std::optional<std::string> encoded = encodeText(moved, encoding, ansi);
+    return encoded ? Result<std::string>::success(std::move(*encoded))
+                   : Result<std::string>::failure(u"It does not fit its own encoding any more.");
+}
+
+int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
+           const AnsiCodec& ansi) {
+    Result<CliRequest> request = parseCliArguments(arguments);
+    if (!request) {
+        ports.writeError(u"melvorin-cli: " + request.cause +
+                         u"\nTry \"melvorin-cli --help\".\n");
+        return 2;
+    }
+    const Command command = request.value->command;
+    Run run(std::move(*request.value), files, ports, ansi);
+    bool done = false;
+    switch (command) {
+        case Command::Help:
+            done = run.print(helpText);
+            break;
+        case Command::Version:
+            done = run.print("melvorin-cli " MELVORIN_VERSION "\n");
+            break;
+        case Command::Transpose:
+            done = run.transposeAll();
+            break;
+        case Command::Lines:
+            done = run.lines();
+            break;
+    }
+    return done ? 0 : 1;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,41 @@
+// The batch tool: moves plain-text charts to another key from the command line, and tells which of
+// their lines hold chords. This is all of it but the operating system.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/Files.h"
+#include "app/Text.h"
+#include "app/TextCodec.h"
+#include "chords/Transpose.h"
+
+namespace melvorin {
+
+// The standard streams. All three carry bytes as they are, without translated line ends.
+class CliPorts {
+  public:
+    virtual ~CliPorts() = default;
+
+    // Everything up to the end of the standard input.
+    virtual Result<std::string> readInput() = 0;
+    // Fails also where bytes were taken but could not be passed on.
+    virtual Result<Done> writeOutput(std::string_view bytes) = 0;
+    // A message for the user, with its line ends. There is nobody to tell that it was lost.
+    virtual void writeError(TextView message) = 0;
+};
+
+// Runs the tool with the arguments behind the program's name and returns its exit code: 0 when all
+// went well, 1 when a file could not be read, understood or written (the others are still done),
+// 2 when the arguments make no sense (nothing has been read or written then).
+int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
+           const AnsiCodec& ansi);
+
+// The bytes of a plain-text file with its chords moved, in the same encoding and with the same
+// byte-order mark and line ends. Fails for bytes that are not text, or that are not well-formed in
+// the encoding they claim, since they could not be written back as they were.
+Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
+                                   const AnsiCodec& ansi);
+
+}  // namespace melvorin

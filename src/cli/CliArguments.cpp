@@ -1,0 +1,271 @@
+#include "cli/CliArguments.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#ifdef _WIN32
+#include <cwctype>
+#endif
+
+namespace melvorin {
+
+namespace {
+
+#ifdef _WIN32
+constexpr TextView folderSeparators = u"\\/:";
+constexpr char16_t folderSeparator = u'\\';
+#else
+constexpr TextView folderSeparators = u"/";
+constexpr char16_t folderSeparator = u'/';
+#endif
+
+TextView fileName(TextView path) {
+    const std::size_t separator = path.find_last_of(folderSeparators);
+    return separator == TextView::npos ? path : path.substr(separator + 1);
+}
+
+// Two names with the same key are the same file of a folder.
+Text nameKey(TextView path) {
+    Text key(fileName(path));
+#ifdef _WIN32
+    std::transform(key.begin(), key.end(), key.begin(), [](char16_t c) {
+        return static_cast<char16_t>(std::towlower(static_cast<std::wint_t>(c)));
+    });
+#endif
+    return key;
+}
+
+Text quoted(TextView argument) {
+    return u"\"" + Text(argument) + u"\"";
+}
+
+class ArgumentParser {
+  public:
+    explicit ArgumentParser(const std::vector<Text>& arguments) : arguments_(arguments) {}
+
+    Result<CliRequest> parse();
+
+  private:
+    using Command = CliRequest::Command;
+
+    bool takeCommand();
+    bool takeOption(const Text& argument);
+    bool takeTransposeOption(const Text& name);
+    bool takeSteps();
+    // For the options that stand for a value: fails where another one has been given.
+    template <class Value>
+    bool choose(std::optional<Value>& place, Value value, const Text& name);
+    // For the options that are followed by one, in the same argument behind "=" or in the next.
+    bool takeValue(std::optional<Text>& place, const Text& name);
+    bool complete();
+    bool completeTranspose();
+    bool distinctNames();
+    bool fail(Text cause);
+
+    const std::vector<Text>& arguments_;
+    std::size_t next_ = 0;
+    std::optional<Text> inlineValue_;
+    std::optional<Text> steps_;
+    CliRequest request_;
+    Text cause_;
+};
+
+bool ArgumentParser::fail(Text cause) {
+    cause_ = std::move(cause);
+    return false;
+}
+
+Result<CliRequest> ArgumentParser::parse() {
+    if (!takeCommand()) {
+        return Result<CliRequest>::failure(cause_);
+    }
+    bool optionsEnded = false;
+    while (next_ < arguments_.size() && request_.command != Command::Help &&
+           request_.command != Command::Version) {
+        const Text& argument = arguments_[next_++];
+        if (optionsEnded || !argument.starts_with(u'-') || argument == u"-") {
+            request_.files.push_back(argument);
+        } else if (argument == u"--") {
+            optionsEnded = true;
+        } else if (!takeOption(argument)) {
+            return Result<CliRequest>::failure(cause_);
+        }
+    }
+    return complete() ? Result<CliRequest>::success(request_)
+                      : Result<CliRequest>::failure(cause_);
+}
+
+bool ArgumentParser::takeCommand() {
+    if (arguments_.empty()) {
+        return fail(u"a command is missing");
+    }
+    const Text& command = arguments_[next_++];
+    if (command == u"transpose") {
+        request_.command = Command::Transpose;
+    } else if (command == u"lines") {
+        request_.command = Command::Lines;
+    } else if (command == u"--help") {
+        request_.command = Command::Help;
+    } else if (command == u"--version") {
+        request_.command = Command::Version;
+    } else {
+        return fail(quoted(command) + u" is not a command");
+    }
+    return true;
+}
+
+bool ArgumentParser::takeOption(const Text& argument) {
+    const std::size_t equals = argument.find(u'=');
+    const Text name = argument.substr(0, equals);
+    inlineValue_.reset();
+    if (equals != Text::npos) {
+        inlineValue_ = argument.substr(equals + 1);
+    }
+    if (name == u"--help" || name == u"--version") {
+        request_.command = name == u"--help" ? Command::Help : Command::Version;
+    } else if (request_.command != Command::Transpose) {
+        return fail(quoted(argument) + u" is not an option of this command");
+    } else if (!takeTransposeOption(name)) {
+        return false;
+    }
+    if (inlineValue_) {
+        return fail(quoted(argument) + u": " + name + u" takes no value");
+    }
+    return true;
+}
+
+bool ArgumentParser::takeTransposeOption(const Text& name) {
+    if (name == u"--up") {
+        return choose(request_.direction, Direction::Up, name);
+    }
+    if (name == u"--down") {
+        return choose(request_.direction, Direction::Down, name);
+    }
+    if (name == u"--sharps") {
+        return choose(request_.spelling, Spelling::Sharps, name);
+    }
+    if (name == u"--flats") {
+        return choose(request_.spelling, Spelling::Flats, name);
+    }
+    if (name == u"--steps") {
+        return takeSteps();
+    }
+    if (name == u"--output") {
+        return takeValue(request_.output, name);
+    }
+    if (name == u"--output-dir") {
+        return takeValue(request_.outputFolder, name);
+    }
+    return fail(quoted(name) + u" is not an option of transpose");
+}
+
+template <class Value>
+bool ArgumentParser::choose(std::optional<Value>& place, Value value, const Text& name) {
+    if (place.value_or(value) != value) {
+        return fail(quoted(name) + u" contradicts an option before it");
+    }
+    place = value;
+    return true;
+}
+
+bool ArgumentParser::takeValue(std::optional<Text>& place, const Text& name) {
+    if (place) {
+        return fail(quoted(name) + u" is given twice");
+    }
+    if (inlineValue_) {
+        place = std::exchange(inlineValue_, std::nullopt);
+    } else if (next_ < arguments_.size()) {
+        place = arguments_[next_++];
+    }
+    return place && !place->empty() ? true : fail(quoted(name) + u" needs a value");
+}
+
+bool ArgumentParser::takeSteps() {
+    if (!takeValue(steps_, u"--steps")) {
+        return false;
+    }
+    constexpr unsigned most = 11;
+    unsigned steps = 0;
+    for (const char16_t c : *steps_) {
+        const bool digit = c >= u'0' && c <= u'9';
+        steps = digit ? steps * 10 + (c - u'0') : most + 1;
+        if (steps > most) {
+            break;
+        }
+    }
+    if (steps < 1 || steps > most) {
+        return fail(u"--steps " + quoted(*steps_) + u" is not a number from 1 to 11");
+    }
+    request_.steps = steps;
+    return true;
+}
+
+bool ArgumentParser::complete() {
+    switch (request_.command) {
+        case Command::Transpose:
+            return completeTranspose();
+        case Command::Lines:
+            return request_.files.size() < 2
+                       ? true
+                       : fail(quoted(request_.files[1]) + u": lines takes one file");
+        case Command::Help:
+        case Command::Version:
+            break;
+    }
+    return true;
+}
+
+bool ArgumentParser::completeTranspose() {
+    const std::vector<Text>& files = request_.files;
+    if (!request_.direction) {
+        return fail(u"transpose needs --up or --down");
+    }
+    if (!request_.spelling) {
+        return fail(u"transpose needs --sharps or --flats");
+    }
+    if (request_.output && request_.outputFolder) {
+        return fail(u"--output and --output-dir exclude each other");
+    }
+    if (files.size() > 1 && !request_.outputFolder) {
+        return fail(quoted(files[1]) + u": several files need --output-dir");
+    }
+    if (files.empty() && request_.outputFolder) {
+        return fail(u"--output-dir " + quoted(*request_.outputFolder) +
+                    u" needs files; the standard input has no name");
+    }
+    return !request_.outputFolder || distinctNames();
+}
+
+// One result must not overwrite another.
+bool ArgumentParser::distinctNames() {
+    std::vector<std::pair<Text, const Text*>> names;
+    for (const Text& file : request_.files) {
+        names.emplace_back(nameKey(file), &file);
+    }
+    std::sort(names.begin(), names.end());
+    const auto twin =
+        std::adjacent_find(names.begin(), names.end(),
+                           [](const auto& a, const auto& b) { return a.first == b.first; });
+    if (twin == names.end()) {
+        return true;
+    }
+    return fail(quoted(*twin->second) + u" and " + quoted(*std::next(twin)->second) +
+                u" would be written to the same file of --output-dir");
+}
+
+}  // namespace
+
+Result<CliRequest> parseCliArguments(const std::vector<Text>& arguments) {
+    return ArgumentParser(arguments).parse();
+}
+
+Text pathInFolder(TextView folder, TextView file) {
+    Text path(folder);
+    if (!path.empty() && folderSeparators.find(path.back()) == TextView::npos) {
+        path += folderSeparator;
+    }
+    return path.append(fileName(file));
+}
+
+}  // namespace melvorin

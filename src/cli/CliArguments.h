@@ -1,0 +1,36 @@
+// The command line of the batch tool.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "app/Files.h"
+#include "app/Text.h"
+#include "chords/Transpose.h"
+
+namespace melvorin {
+
+// A command line that makes sense.
+struct CliRequest {
+    enum class Command { Help, Version, Transpose, Lines };
+
+    Command command = Command::Help;
+    // Set for `transpose`.
+    std::optional<Direction> direction;
+    std::optional<Spelling> spelling;
+    unsigned steps = 1;
+    // At most one of the two. With more than one file it is `outputFolder`.
+    std::optional<Text> output;
+    std::optional<Text> outputFolder;
+    // Empty for the standard input.
+    std::vector<Text> files;
+};
+
+// `arguments` are those behind the program's name. The cause of a failure names the argument at
+// fault; it is a phrase without a full stop.
+Result<CliRequest> parseCliArguments(const std::vector<Text>& arguments);
+
+// Where a file goes that is written to `folder` under its own name.
+Text pathInFolder(TextView folder, TextView file);
+
+}  // namespace melvorin

@@ -1,0 +1,355 @@
+#include "platform/RichEdit.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/Handles.h"
+
+namespace melvorin {
+namespace {
+
+constexpr WPARAM kUnicode = 1200;
+
+// The newest rich-text class of the machine; the library stays loaded for the run.
+const wchar_t* richEditClass() {
+    static const wchar_t* const name = []() -> const wchar_t* {
+        if (::LoadLibraryW(L"Msftedit.dll") != nullptr)
+            return MSFTEDIT_CLASS;
+        return ::LoadLibraryW(L"Riched20.dll") != nullptr ? RICHEDIT_CLASSW : nullptr;
+    }();
+    return name;
+}
+
+struct Source {
+    std::string_view rest;
+};
+
+DWORD CALLBACK readSource(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
+    auto& source = *reinterpret_cast<Source*>(cookie);
+    const std::size_t count = std::min(static_cast<std::size_t>(size), source.rest.size());
+    std::memcpy(buffer, source.rest.data(), count);
+    source.rest.remove_prefix(count);
+    *done = static_cast<LONG>(count);
+    return 0;
+}
+
+DWORD CALLBACK writeTarget(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
+    reinterpret_cast<std::string*>(cookie)->append(reinterpret_cast<const char*>(buffer),
+                                                   static_cast<std::size_t>(size));
+    *done = size;
+    return 0;
+}
+
+CHARFORMAT2W charFormat(DWORD mask) {
+    CHARFORMAT2W format{};
+    format.cbSize = sizeof format;
+    format.dwMask = mask;
+    return format;
+}
+
+void setFace(CHARFORMAT2W& format, TextView face) {
+    const std::size_t length = std::min<std::size_t>(face.size(), LF_FACESIZE - 1);
+    std::copy_n(face.begin(), length, format.szFaceName);
+    format.szFaceName[length] = 0;
+    format.bCharSet = ANSI_CHARSET;
+}
+
+CHARFORMAT2W fontFormat(TextView face, int points) {
+    CHARFORMAT2W format = charFormat(CFM_FACE | CFM_SIZE | CFM_CHARSET);
+    setFace(format, face);
+    format.yHeight = points * 20;
+    return format;
+}
+
+// A plain, black beginning: the control's own default is bold.
+CHARFORMAT2W plainFormat(TextView face, int points) {
+    CHARFORMAT2W format = fontFormat(face, points);
+    format.dwMask |= CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT | CFM_COLOR;
+    format.crTextColor = RGB(0, 0, 0);
+    return format;
+}
+
+COLORREF colourRef(Rgb colour) { return RGB(colour.red, colour.green, colour.blue); }
+
+LPARAM formatParam(const CHARFORMAT2W& format) { return lparamOf(&format); }
+
+}  // namespace
+
+bool RichEdit::create(HWND parent, int id, TextView face, int points) {
+    const wchar_t* const windowClass = richEditClass();
+    if (windowClass == nullptr)
+        return false;
+    // Never wrapped: a chord line and its words must break together or not at all.
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL |
+                            ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL |
+                            ES_WANTRETURN;
+    handle_ = ::CreateWindowExW(
+        WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0, parent,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleW(nullptr), nullptr);
+    if (handle_ == nullptr)
+        return false;
+    send(EM_SETUNDOLIMIT, 0);
+    send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    // The control must not pick other faces for single characters: a diagram is its face.
+    const LRESULT language = send(EM_GETLANGOPTIONS);
+    send(EM_SETLANGOPTIONS, 0, language & ~static_cast<LRESULT>(IMF_AUTOFONT | IMF_DUALFONT));
+    const CHARFORMAT2W format = plainFormat(face, points);
+    send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
+    send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
+    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
+    return true;
+}
+
+void RichEdit::place(const RECT& rectangle) {
+    ::SetWindowPos(handle_, nullptr, rectangle.left, rectangle.top,
+                   rectangle.right - rectangle.left, rectangle.bottom - rectangle.top,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+bool RichEdit::isEmpty() const {
+    GETTEXTLENGTHEX query{GTL_NUMCHARS, static_cast<UINT>(kUnicode)};
+    return send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query)) == 0;
+}
+
+EditorText RichEdit::text() const {
+    GETTEXTLENGTHEX query{GTL_NUMCHARS | GTL_PRECISE, static_cast<UINT>(kUnicode)};
+    const LRESULT length = send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query));
+    if (length <= 0)
+        return {};
+    Text chars(static_cast<std::size_t>(length) + 1, u'\0');
+    GETTEXTEX request{};
+    request.cb = static_cast<DWORD>(chars.size() * sizeof(char16_t));
+    request.flags = GT_DEFAULT;
+    request.codepage = static_cast<UINT>(kUnicode);
+    const LRESULT copied =
+        send(EM_GETTEXTEX, reinterpret_cast<WPARAM>(&request), lparamOf(chars.data()));
+    chars.resize(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)));
+    return {std::move(chars)};
+}
+
+std::string RichEdit::streamOut(WPARAM format) const {
+    std::string bytes;
+    EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, writeTarget};
+    send(EM_STREAMOUT, format, lparamOf(&stream));
+    while (!bytes.empty() && bytes.back() == '\0')
+        bytes.pop_back();
+    return bytes;
+}
+
+bool RichEdit::streamIn(WPARAM format, std::string_view bytes) {
+    Source source{bytes};
+    EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, readSource};
+    send(EM_STREAMIN, format, lparamOf(&stream));
+    return stream.dwError == 0;
+}
+
+std::string RichEdit::rtf() const { return streamOut(SF_RTF); }
+
+std::string RichEdit::selectionRtf() const { return streamOut(SF_RTF | SFF_SELECTION); }
+
+bool RichEdit::loadRtf(std::string_view rtf) {
+    const EditorWork work(*this);
+    const bool read = streamIn(SF_RTF, rtf);
+    select({0, 0});
+    return read;
+}
+
+bool RichEdit::replaceSelectionRtf(std::string_view rtf) {
+    return streamIn(SF_RTF | SFF_SELECTION, rtf);
+}
+
+void RichEdit::loadPlain(const EditorText& text, TextView face, int points) {
+    const EditorWork work(*this);
+    // Streamed, because a set-text message would take text that begins like Rich Text for it.
+    streamIn(SF_TEXT | SF_UNICODE,
+             {reinterpret_cast<const char*>(text.chars.data()), text.chars.size() * sizeof(char16_t)});
+    const CHARFORMAT2W format = plainFormat(face, points);
+    send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
+    send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
+    select({0, 0});
+}
+
+void RichEdit::clear() { ::SetWindowTextW(handle_, L""); }
+
+void RichEdit::applyToSelection(const CHARFORMAT2W& format) {
+    send(EM_SETCHARFORMAT, SCF_SELECTION, formatParam(format));
+}
+
+void RichEdit::setSelectionFont(TextView face, int points) {
+    applyToSelection(fontFormat(face, points));
+}
+
+void RichEdit::setSelectionFace(TextView face) {
+    CHARFORMAT2W format = charFormat(CFM_FACE | CFM_CHARSET);
+    setFace(format, face);
+    applyToSelection(format);
+}
+
+void RichEdit::setSelectionSize(int halfPoints) {
+    CHARFORMAT2W format = charFormat(CFM_SIZE);
+    format.yHeight = halfPoints * 10;
+    applyToSelection(format);
+}
+
+void RichEdit::setSelectionColour(Rgb colour) {
+    CHARFORMAT2W format = charFormat(CFM_COLOR);
+    format.crTextColor = colourRef(colour);
+    applyToSelection(format);
+}
+
+void RichEdit::setEffect(DWORD mask, DWORD effect, bool on) {
+    CHARFORMAT2W format = charFormat(mask);
+    format.dwEffects = on ? effect : 0;
+    applyToSelection(format);
+}
+
+void RichEdit::setBold(bool on) { setEffect(CFM_BOLD, CFE_BOLD, on); }
+void RichEdit::setItalic(bool on) { setEffect(CFM_ITALIC, CFE_ITALIC, on); }
+void RichEdit::setUnderline(bool on) { setEffect(CFM_UNDERLINE, CFE_UNDERLINE, on); }
+
+void RichEdit::setAlignment(Alignment alignment) {
+    PARAFORMAT2 format{};
+    format.cbSize = sizeof format;
+    format.dwMask = PFM_ALIGNMENT;
+    format.wAlignment = alignment == Alignment::Left    ? PFA_LEFT
+                        : alignment == Alignment::Right ? PFA_RIGHT
+                                                        : PFA_CENTER;
+    send(EM_SETPARAFORMAT, 0, lparamOf(&format));
+}
+
+void RichEdit::setBackground(Rgb colour) {
+    send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(colour)));
+}
+
+SelectionStyle RichEdit::selectionStyle() const {
+    CHARFORMAT2W format = charFormat(0);
+    send(EM_GETCHARFORMAT, SCF_SELECTION, formatParam(format));
+    SelectionStyle style;
+    if (format.dwMask & CFM_FACE)
+        style.face = Text(textOf(format.szFaceName));
+    if (format.dwMask & CFM_SIZE)
+        style.halfPoints = static_cast<int>(format.yHeight / 10);
+    const auto effect = [&](DWORD mask, DWORD bit) -> std::optional<bool> {
+        if (!(format.dwMask & mask))
+            return std::nullopt;
+        return (format.dwEffects & bit) != 0;
+    };
+    style.bold = effect(CFM_BOLD, CFE_BOLD);
+    style.italic = effect(CFM_ITALIC, CFE_ITALIC);
+    style.underline = effect(CFM_UNDERLINE, CFE_UNDERLINE);
+    if (format.dwMask & CFM_COLOR) {
+        // With the automatic colour the control leaves the colour field undefined.
+        const COLORREF ref = (format.dwEffects & CFE_AUTOCOLOR) ? ::GetSysColor(COLOR_WINDOWTEXT)
+                                                                : format.crTextColor;
+        style.colour = Rgb{GetRValue(ref), GetGValue(ref), GetBValue(ref)};
+    }
+    PARAFORMAT2 paragraph{};
+    paragraph.cbSize = sizeof paragraph;
+    send(EM_GETPARAFORMAT, 0, lparamOf(&paragraph));
+    if (paragraph.dwMask & PFM_ALIGNMENT)
+        style.alignment = paragraph.wAlignment == PFA_RIGHT    ? Alignment::Right
+                          : paragraph.wAlignment == PFA_CENTER ? Alignment::Center
+                                                               : Alignment::Left;
+    return style;
+}
+
+void RichEdit::replaceSelection(TextView text) {
+    send(EM_REPLACESEL, FALSE, lparamOf(wide(Text(text))));
+}
+
+Text RichEdit::faceAt(std::int32_t position) {
+    const Selection former = selection();
+    select({position, position + 1});
+    const SelectionStyle style = selectionStyle();
+    select(former);
+    return style.face.value_or(Text());
+}
+
+Selection RichEdit::selection() const {
+    CHARRANGE range{};
+    send(EM_EXGETSEL, 0, lparamOf(&range));
+    return {static_cast<std::int32_t>(range.cpMin), static_cast<std::int32_t>(range.cpMax)};
+}
+
+void RichEdit::select(Selection selection) {
+    CHARRANGE range{selection.begin, selection.end};
+    send(EM_EXSETSEL, 0, lparamOf(&range));
+}
+
+ScrollPosition RichEdit::scrollPosition() const {
+    POINT point{};
+    send(EM_GETSCROLLPOS, 0, lparamOf(&point));
+    return {static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y)};
+}
+
+void RichEdit::scrollTo(ScrollPosition position) {
+    POINT point{position.x, position.y};
+    send(EM_SETSCROLLPOS, 0, lparamOf(&point));
+}
+
+void RichEdit::scrollCaretIntoView() { send(EM_SCROLLCARET); }
+
+void RichEdit::beginWork() {
+    if (work_++ > 0)
+        return;
+    send(EM_SETEVENTMASK, 0, 0);
+    send(WM_SETREDRAW, FALSE);
+}
+
+void RichEdit::endWork() {
+    if (--work_ > 0)
+        return;
+    send(WM_SETREDRAW, TRUE);
+    ::InvalidateRect(handle_, nullptr, TRUE);
+    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
+}
+
+Text RichEdit::textBetween(Selection range) const {
+    if (range.end <= range.begin)
+        return {};
+    Text chars(static_cast<std::size_t>(range.end - range.begin) + 1, u'\0');
+    TEXTRANGEW request{{range.begin, range.end}, wideBuffer(chars)};
+    const LRESULT copied = send(EM_GETTEXTRANGE, 0, lparamOf(&request));
+    chars.resize(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)));
+    return chars;
+}
+
+std::optional<Selection> RichEdit::find(TextView what, std::int32_t from,
+                                        FindOptions options) const {
+    const Text needle(what);
+    FINDTEXTEXW request{};
+    request.chrg = {from, -1};
+    request.lpstrText = wide(needle);
+    const WPARAM flags = FR_DOWN | (options.matchCase ? FR_MATCHCASE : 0U) |
+                         (options.wholeWord ? FR_WHOLEWORD : 0U);
+    if (send(EM_FINDTEXTEXW, flags, lparamOf(&request)) < 0)
+        return std::nullopt;
+    return Selection{static_cast<std::int32_t>(request.chrgText.cpMin),
+                     static_cast<std::int32_t>(request.chrgText.cpMax)};
+}
+
+std::int32_t RichEdit::lineCount() const {
+    return static_cast<std::int32_t>(send(EM_GETLINECOUNT));
+}
+
+std::int32_t RichEdit::lineOf(std::int32_t position) const {
+    return static_cast<std::int32_t>(send(EM_EXLINEFROMCHAR, 0, position));
+}
+
+std::int32_t RichEdit::firstOfLine(std::int32_t line) const {
+    return static_cast<std::int32_t>(send(EM_LINEINDEX, static_cast<WPARAM>(line)));
+}
+
+std::int32_t RichEdit::lengthOfLine(std::int32_t line) const {
+    const std::int32_t first = firstOfLine(line);
+    // The message takes a character index, not a line.
+    return first < 0
+               ? 0
+               : static_cast<std::int32_t>(send(EM_LINELENGTH, static_cast<WPARAM>(first)));
+}
+
+std::int32_t RichEdit::firstVisibleLine() const {
+    return static_cast<std::int32_t>(send(EM_GETFIRSTVISIBLELINE));
+}
+
+}  // namespace melvorin

@@ -1,0 +1,98 @@
+// The rich-text control: one wrapper for everything the program asks of it.
+//
+// Positions are the control's own: 0-based UTF-16 units, a line end counts 1. The control's undo
+// is off (the program keeps whole-document snapshots), so its undo message changes nothing.
+#pragma once
+
+#include <optional>
+
+#include "app/Editor.h"
+#include "platform/Win.h"
+#include <richedit.h>
+
+namespace melvorin {
+
+enum class Alignment { Left = 0, Right = 1, Center = 2 };
+
+// The attributes of a selection; an attribute that is mixed across it has no value.
+struct SelectionStyle {
+    std::optional<Text> face;
+    std::optional<int> halfPoints;
+    std::optional<bool> bold;
+    std::optional<bool> italic;
+    std::optional<bool> underline;
+    std::optional<Rgb> colour;
+    std::optional<Alignment> alignment;
+};
+
+struct FindOptions {
+    bool matchCase = false;
+    bool wholeWord = false;
+};
+
+class RichEdit : public Editor {
+  public:
+    // Creates the control inside `parent`, filling nothing yet (see `place`). False when no
+    // rich-text library can be loaded. `id` comes back in the parent's WM_COMMAND.
+    bool create(HWND parent, int id, TextView face, int points);
+    HWND handle() const { return handle_; }
+    void place(const RECT& rectangle);
+
+    bool isEmpty() const override;
+    EditorText text() const override;
+    std::string rtf() const override;
+    bool loadRtf(std::string_view rtf) override;
+    void loadPlain(const EditorText& text, TextView face, int points) override;
+    void clear() override;
+    void setSelectionFont(TextView face, int points) override;
+    void setSelectionColour(Rgb colour) override;
+    void replaceSelection(TextView text) override;
+    Text faceAt(std::int32_t position) override;
+    Selection selection() const override;
+    void select(Selection selection) override;
+    ScrollPosition scrollPosition() const override;
+    void scrollTo(ScrollPosition position) override;
+    void scrollCaretIntoView() override;
+    void beginWork() override;
+    void endWork() override;
+
+    // True while a command works on the document; change events are then none of the user's.
+    bool atWork() const { return work_ > 0; }
+
+    Text textBetween(Selection range) const;
+    // Rich Text of the selection alone, and its replacement by Rich Text.
+    std::string selectionRtf() const;
+    bool replaceSelectionRtf(std::string_view rtf);
+    SelectionStyle selectionStyle() const;
+    void setBold(bool on);
+    void setItalic(bool on);
+    void setUnderline(bool on);
+    void setSelectionFace(TextView face);
+    void setSelectionSize(int halfPoints);
+    void setAlignment(Alignment alignment);
+    // Colour behind the whole document; it is no part of the Rich Text.
+    void setBackground(Rgb colour);
+
+    // First match at or after `from`, not selected; nothing when there is none.
+    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) const;
+
+    std::int32_t lineCount() const;
+    std::int32_t lineOf(std::int32_t position) const;
+    std::int32_t firstOfLine(std::int32_t line) const;
+    std::int32_t lengthOfLine(std::int32_t line) const;
+    std::int32_t firstVisibleLine() const;
+
+  private:
+    LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+        return ::SendMessageW(handle_, message, wParam, lParam);
+    }
+    void applyToSelection(const CHARFORMAT2W& format);
+    void setEffect(DWORD mask, DWORD effect, bool on);
+    std::string streamOut(WPARAM format) const;
+    bool streamIn(WPARAM format, std::string_view bytes);
+
+    HWND handle_ = nullptr;  // owned by the parent window
+    int work_ = 0;
+};
+
+}  // namespace melvorin

@@ -1,0 +1,80 @@
+#include "platform/SystemAnsiCodec.h"
+
+#include <algorithm>
+
+#include "platform/Win.h"
+
+namespace melvorin {
+namespace {
+
+// The conversion calls count in int; larger texts go through in pieces of this many units, cut
+// only where no character is split.
+constexpr std::size_t kPiece = 1u << 24;
+
+class SystemAnsi : public AnsiCodec {
+  public:
+    Text decode(std::string_view bytes) const override {
+        Text text;
+        while (!bytes.empty()) {
+            const std::string_view piece = bytes.substr(0, pieceLength(bytes));
+            const int length = static_cast<int>(piece.size());
+            const int units =
+                ::MultiByteToWideChar(CP_ACP, 0, piece.data(), length, nullptr, 0);
+            const std::size_t former = text.size();
+            text.resize(former + static_cast<std::size_t>(units));
+            ::MultiByteToWideChar(CP_ACP, 0, piece.data(), length, wideBuffer(text) + former,
+                                  units);
+            bytes.remove_prefix(piece.size());
+        }
+        return text;
+    }
+
+    std::optional<std::string> encode(TextView text) const override {
+        std::string bytes;
+        while (!text.empty()) {
+            std::size_t count = std::min(text.size(), kPiece);
+            if (count < text.size() && text[count - 1] >= 0xD800 && text[count - 1] < 0xDC00)
+                --count;
+            if (!encodePiece(text.substr(0, count), bytes))
+                return std::nullopt;
+            text.remove_prefix(count);
+        }
+        return bytes;
+    }
+
+  private:
+    // A piece ends behind a line feed where there is one, which is a character of its own in
+    // every code page.
+    static std::size_t pieceLength(std::string_view bytes) {
+        if (bytes.size() <= kPiece)
+            return bytes.size();
+        const std::size_t lineEnd = bytes.rfind('\n', kPiece - 1);
+        return lineEnd == std::string_view::npos ? kPiece : lineEnd + 1;
+    }
+
+    static bool encodePiece(TextView text, std::string& bytes) {
+        const auto* source = reinterpret_cast<const wchar_t*>(text.data());
+        const int units = static_cast<int>(text.size());
+        // Without a look-alike ("best fit"), so that what is written reads back the same.
+        constexpr DWORD flags = WC_NO_BEST_FIT_CHARS;
+        BOOL lost = FALSE;
+        const int length =
+            ::WideCharToMultiByte(CP_ACP, flags, source, units, nullptr, 0, nullptr, &lost);
+        if (lost || length <= 0)
+            return false;
+        const std::size_t former = bytes.size();
+        bytes.resize(former + static_cast<std::size_t>(length));
+        ::WideCharToMultiByte(CP_ACP, flags, source, units, bytes.data() + former, length, nullptr,
+                              &lost);
+        return !lost;
+    }
+};
+
+}  // namespace
+
+const AnsiCodec& systemAnsiCodec() {
+    static const SystemAnsi codec;
+    return codec;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,10 @@
+// The machine's ANSI code page as an AnsiCodec.
+#pragma once
+
+#include "app/TextCodec.h"
+
+namespace melvorin {
+
+const AnsiCodec& systemAnsiCodec();
+
+}  // namespace melvorin

@@ -1,0 +1,194 @@
+#include "platform/Win32Files.h"
+
+#include <algorithm>
+
+#include "app/Paths.h"
+#include "platform/Handles.h"
+
+namespace melvorin {
+namespace {
+
+// Reads and writes count in DWORD; one call moves at most this many bytes.
+constexpr std::size_t kPiece = 1u << 26;
+
+// The causes a user can do something about, in plain words; the system's own for all others.
+Text causeOf(DWORD error) {
+    switch (error) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_INVALID_NAME:
+        case ERROR_BAD_PATHNAME:
+            return u"The file does not exist.";
+        case ERROR_SHARING_VIOLATION:
+        case ERROR_LOCK_VIOLATION:
+            return u"Another program is using the file.";
+        case ERROR_ACCESS_DENIED:
+            return u"Access to the file is denied.";
+        case ERROR_WRITE_PROTECT:
+            return u"The disk is write-protected.";
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            return u"The disk is full.";
+        case ERROR_NOT_READY:
+            return u"The drive is not ready.";
+        default:
+            break;
+    }
+    Text buffer(512, u'\0');
+    const DWORD length = ::FormatMessageW(
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+        wideBuffer(buffer), static_cast<DWORD>(buffer.size()), nullptr);
+    buffer.resize(length);
+    while (!buffer.empty() && (buffer.back() == u'\r' || buffer.back() == u'\n'))
+        buffer.pop_back();
+    return buffer.empty() ? u"Error " + fromUtf8(std::to_string(error)) + u"." : buffer;
+}
+
+template <class T>
+Result<T> lastFailure() {
+    return Result<T>::failure(causeOf(::GetLastError()));
+}
+
+bool writeAll(HANDLE file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
+        DWORD done = 0;
+        if (!::WriteFile(file, bytes.data(), piece, &done, nullptr))
+            return false;
+        if (done == 0) {
+            // A full disk may report success with nothing written.
+            ::SetLastError(ERROR_DISK_FULL);
+            return false;
+        }
+        bytes.remove_prefix(done);
+    }
+    return true;
+}
+
+// Writes and flushes a new or overwritten file; the last error tells why not.
+bool writeFile(const Text& path, std::string_view bytes, bool flush) {
+    const UniqueFile file(::CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && writeAll(file.get(), bytes) && (!flush || ::FlushFileBuffers(file.get()));
+}
+
+// Puts `from` in the place of `to` in one step. ReplaceFile keeps the attributes, the owner and
+// the permissions of the document; where a file system cannot do that, moving does.
+bool putInPlace(const Text& from, const Text& to) {
+    const DWORD attributes = ::GetFileAttributesW(wide(to));
+    if (attributes != INVALID_FILE_ATTRIBUTES) {
+        if (attributes & FILE_ATTRIBUTE_READONLY) {
+            ::SetLastError(ERROR_ACCESS_DENIED);
+            return false;
+        }
+        if (::ReplaceFileW(wide(to), wide(from), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                           nullptr))
+            return true;
+        const DWORD error = ::GetLastError();
+        if (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED)
+            return false;
+    }
+    return ::MoveFileExW(wide(from), wide(to),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+// An empty file with a unique name in `folder`; empty on failure.
+Text temporaryIn(const Text& folder, const Text& prefix) {
+    Text name(MAX_PATH, u'\0');
+    if (::GetTempFileNameW(wide(folder), wide(prefix), 0, wideBuffer(name)) == 0)
+        return {};
+    name.resize(name.find(u'\0'));
+    return name;
+}
+
+}  // namespace
+
+bool Win32Files::exists(TextView path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    return ::GetFileAttributesExW(wide(Text(path)), GetFileExInfoStandard, &data) != 0;
+}
+
+Result<std::uint64_t> Win32Files::size(TextView path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!::GetFileAttributesExW(wide(Text(path)), GetFileExInfoStandard, &data))
+        return lastFailure<std::uint64_t>();
+    if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        return Result<std::uint64_t>::failure(u"It is a folder.");
+    return Result<std::uint64_t>::success(
+        (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+}
+
+Result<std::string> Win32Files::read(TextView path) {
+    const UniqueFile file(::CreateFileW(wide(Text(path)), GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    LARGE_INTEGER size{};
+    if (!file || !::GetFileSizeEx(file.get(), &size))
+        return lastFailure<std::string>();
+    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+    std::size_t got = 0;
+    while (got < bytes.size()) {
+        const auto piece = static_cast<DWORD>(std::min(bytes.size() - got, kPiece));
+        DWORD done = 0;
+        if (!::ReadFile(file.get(), bytes.data() + got, piece, &done, nullptr))
+            return lastFailure<std::string>();
+        if (done == 0)
+            break;
+        got += done;
+    }
+    bytes.resize(got);
+    return Result<std::string>::success(std::move(bytes));
+}
+
+Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
+    if (!writeFile(Text(path), bytes, false))
+        return lastFailure<Done>();
+    return Result<Done>::success({});
+}
+
+Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
+    const Text target(path);
+    const TextView folder = folderPart(path);
+    const Text temporary = temporaryIn(folder.empty() ? u"." : Text(folder) + u"\\", u"mlv");
+    if (temporary.empty())
+        return lastFailure<Done>();
+    if (writeFile(temporary, bytes, true) && putInPlace(temporary, target))
+        return Result<Done>::success({});
+    const DWORD error = ::GetLastError();
+    ::DeleteFileW(wide(temporary));
+    return Result<Done>::failure(causeOf(error));
+}
+
+Result<Done> Win32Files::remove(TextView path) {
+    if (::DeleteFileW(wide(Text(path))) || ::GetLastError() == ERROR_FILE_NOT_FOUND)
+        return Result<Done>::success({});
+    return lastFailure<Done>();
+}
+
+Result<Text> Win32Files::createTemporary(TextView prefix) {
+    Text folder(MAX_PATH + 1, u'\0');
+    const DWORD length = ::GetTempPathW(static_cast<DWORD>(folder.size()), wideBuffer(folder));
+    if (length == 0 || length > folder.size())
+        return lastFailure<Text>();
+    folder.resize(length);
+    Text name = temporaryIn(folder, Text(prefix));
+    if (name.empty()) {
+        const Text cause = causeOf(::GetLastError());
+        return Result<Text>::failure(u"The temporary folder \"" + folder +
+                                     u"\" cannot be written: " + cause);
+    }
+    return Result<Text>::success(std::move(name));
+}
+
+Text Win32Files::fullPath(TextView path) {
+    const Text relative(path);
+    const DWORD needed = ::GetFullPathNameW(wide(relative), 0, nullptr, nullptr);
+    Text full(needed, u'\0');
+    const DWORD length = ::GetFullPathNameW(wide(relative), needed, wideBuffer(full), nullptr);
+    if (length == 0 || length >= needed)
+        return relative;
+    full.resize(length);
+    return full;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,20 @@
+// Files on Windows.
+#pragma once
+
+#include "app/Files.h"
+
+namespace melvorin {
+
+class Win32Files : public Files {
+  public:
+    bool exists(TextView path) override;
+    Result<std::uint64_t> size(TextView path) override;
+    Result<std::string> read(TextView path) override;
+    Result<Done> write(TextView path, std::string_view bytes) override;
+    Result<Done> replace(TextView path, std::string_view bytes) override;
+    Result<Done> remove(TextView path) override;
+    Result<Text> createTemporary(TextView prefix) override;
+    Text fullPath(TextView path) override;
+};
+
+}  // namespace melvorin

@@ -1,0 +1,225 @@
+#include "platform/Win32Services.h"
+
+#include <commdlg.h>
+
+#include "app/Paths.h"
+#include "platform/Handles.h"
+
+namespace melvorin {
+namespace {
+
+// The window that a box or dialog belongs to: whichever of ours the user is in.
+HWND ownerWindow() { return ::GetActiveWindow(); }
+
+// "name\0pattern\0...\0\0", as the file dialogs take filters.
+Text filterList(const std::vector<FileFilter>& filters) {
+    Text list;
+    for (const FileFilter& filter : filters) {
+        list.append(filter.name).push_back(u'\0');
+        list.append(filter.pattern).push_back(u'\0');
+    }
+    list.push_back(u'\0');
+    return list;
+}
+
+std::optional<FileChoice> runFileDialog(const FileDialogRequest& request, DWORD flags,
+                                        decltype(&::GetOpenFileNameW) show) {
+    const Text filters = filterList(request.filters);
+    constexpr std::size_t capacity = 32768;
+    Text path = request.fileName;
+    path.resize(capacity);
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = ownerWindow();
+    dialog.lpstrFilter = wide(filters);
+    dialog.nFilterIndex = static_cast<DWORD>(request.filterIndex);
+    dialog.lpstrFile = wideBuffer(path);
+    dialog.nMaxFile = static_cast<DWORD>(capacity);
+    dialog.lpstrInitialDir = request.initialFolder.empty() ? nullptr : wide(request.initialFolder);
+    dialog.lpstrTitle = wide(request.title);
+    dialog.Flags = flags | OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST;
+    if (!show(&dialog))
+        return std::nullopt;
+    path.resize(path.find(u'\0'));
+    return FileChoice{path, static_cast<int>(dialog.nFilterIndex)};
+}
+
+UniqueRegistryKey openKey(TextView key, REGSAM access) {
+    HKEY handle = nullptr;
+    ::RegOpenKeyExW(HKEY_CURRENT_USER, wide(Text(key)), 0, access, &handle);
+    return UniqueRegistryKey(handle);
+}
+
+}  // namespace
+
+Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
+                               MessageButtons buttons) {
+    UINT type = buttons == MessageButtons::Ok      ? MB_OK
+                : buttons == MessageButtons::YesNo ? MB_YESNO
+                                                   : MB_YESNOCANCEL;
+    switch (icon) {
+        case MessageIcon::Critical: type |= MB_ICONERROR; break;
+        case MessageIcon::Information: type |= MB_ICONINFORMATION; break;
+        case MessageIcon::Question: type |= MB_ICONQUESTION; break;
+        case MessageIcon::None: break;
+    }
+    const int answer =
+        ::MessageBoxW(ownerWindow(), wide(Text(text)), wide(Text(title)), type | MB_TASKMODAL);
+    switch (answer) {
+        case IDYES: return Answer::Yes;
+        case IDNO: return Answer::No;
+        case IDCANCEL: return Answer::Cancel;
+        default: return Answer::Ok;
+    }
+}
+
+std::optional<FileChoice> Win32FileDialogs::open(const FileDialogRequest& request) {
+    return runFileDialog(request, OFN_FILEMUSTEXIST, ::GetOpenFileNameW);
+}
+
+std::optional<FileChoice> Win32FileDialogs::save(const FileDialogRequest& request) {
+    return runFileDialog(request, OFN_OVERWRITEPROMPT, ::GetSaveFileNameW);
+}
+
+Text Win32ProfileFiles::read(TextView section, TextView key, TextView fallback, TextView file,
+                             std::uint32_t capacity) {
+    Text value(capacity, u'\0');
+    const DWORD length =
+        ::GetPrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(fallback)),
+                                   wideBuffer(value), capacity, wide(Text(file)));
+    value.resize(length);
+    return value;
+}
+
+void Win32ProfileFiles::write(TextView section, TextView key, TextView value, TextView file) {
+    // A new file is begun as UTF-16, so that paths in any script survive; the profile functions
+    // keep the encoding that they find.
+    const bool isBare = folderPart(file).empty();
+    Text path(file);
+    if (isBare) {
+        Text windows(MAX_PATH + 1, u'\0');
+        windows.resize(::GetWindowsDirectoryW(wideBuffer(windows), MAX_PATH));
+        path = joinPath(windows, file);
+    }
+    UniqueFile created(::CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (created) {
+        constexpr unsigned char mark[] = {0xFF, 0xFE};
+        DWORD done = 0;
+        ::WriteFile(created.get(), mark, sizeof mark, &done, nullptr);
+    }
+    created.close();
+    ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
+                                 wide(Text(file)));
+}
+
+void RegistrySettingsStore::write(TextView application, TextView section, TextView key,
+                                  TextView value) {
+    const Text path = u"Software\\" + Text(application) + u"\\" + Text(section);
+    Win32SystemSettings().setRegistryString(path, key, value);
+}
+
+bool Win32SystemSettings::setFontSmoothing(bool on) {
+    return ::SystemParametersInfoW(SPI_SETFONTSMOOTHING, on ? TRUE : FALSE, nullptr,
+                                   SPIF_UPDATEINIFILE | SPIF_SENDCHANGE) != 0;
+}
+
+bool Win32SystemSettings::fontSmoothing() {
+    BOOL on = FALSE;
+    ::SystemParametersInfoW(SPI_GETFONTSMOOTHING, 0, &on, 0);
+    return on != FALSE;
+}
+
+std::optional<Text> Win32SystemSettings::registryString(TextView key, TextView name) {
+    const UniqueRegistryKey opened = openKey(key, KEY_QUERY_VALUE);
+    if (!opened)
+        return std::nullopt;
+    DWORD type = 0;
+    DWORD size = 0;
+    const Text valueName(name);
+    if (::RegQueryValueExW(opened.get(), wide(valueName), nullptr, &type, nullptr, &size) !=
+            ERROR_SUCCESS ||
+        type != REG_SZ)
+        return std::nullopt;
+    Text value(size / sizeof(char16_t) + 1, u'\0');
+    if (::RegQueryValueExW(opened.get(), wide(valueName), nullptr, nullptr,
+                           reinterpret_cast<BYTE*>(value.data()), &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    value.resize(value.find(u'\0'));
+    return value;
+}
+
+void Win32SystemSettings::setRegistryString(TextView key, TextView name, TextView value) {
+    HKEY handle = nullptr;
+    ::RegCreateKeyExW(HKEY_CURRENT_USER, wide(Text(key)), 0, nullptr, 0, KEY_SET_VALUE, nullptr,
+                      &handle, nullptr);
+    const UniqueRegistryKey created(handle);
+    if (!created)
+        return;
+    const Text stored(value);
+    ::RegSetValueExW(created.get(), wide(Text(name)), 0, REG_SZ,
+                     reinterpret_cast<const BYTE*>(stored.c_str()),
+                     static_cast<DWORD>((stored.size() + 1) * sizeof(char16_t)));
+}
+
+void Win32SystemSettings::initCommonControls() { ::InitCommonControls(); }
+
+namespace {
+
+Text programPath() {
+    Text path(32768, u'\0');
+    path.resize(
+        ::GetModuleFileNameW(nullptr, wideBuffer(path), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+}  // namespace
+
+Text Win32ProgramFolder::folder() { return Text(folderPart(programPath())); }
+
+Text Win32ProgramFolder::programFileName() { return Text(fileNamePart(programPath())); }
+
+bool Win32ProgramFolder::contains(TextView path) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE handle = ::FindFirstFileW(wide(Text(path)), &found);
+    if (handle == INVALID_HANDLE_VALUE)
+        return false;
+    ::FindClose(handle);
+    return true;
+}
+
+bool Win32ProgramFolder::writeWithAttributes(TextView path, std::string_view bytes,
+                                             std::uint32_t attributes) {
+    const Text target(path);
+    UniqueFile file(::CreateFileW(wide(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD done = 0;
+    if (!file || !::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done,
+                              nullptr))
+        return false;
+    file.close();
+    return ::SetFileAttributesW(wide(target), attributes) != 0;
+}
+
+std::optional<std::string> Win32ProgramFolder::resource(TextView type, int id) {
+    const HRSRC found = ::FindResourceW(nullptr, MAKEINTRESOURCEW(id), wide(Text(type)));
+    if (found == nullptr)
+        return std::nullopt;
+    const HGLOBAL loaded = ::LoadResource(nullptr, found);
+    const void* const bytes = loaded != nullptr ? ::LockResource(loaded) : nullptr;
+    if (bytes == nullptr)
+        return std::nullopt;
+    return std::string(static_cast<const char*>(bytes), ::SizeofResource(nullptr, found));
+}
+
+ScreenSize Win32Screen::size() {
+    return {::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+}
+
+ScreenSize Win32Screen::workArea() {
+    RECT area{};
+    ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return {area.right - area.left, area.bottom - area.top};
+}
+
+}  // namespace melvorin

@@ -1,0 +1,155 @@
+#include "platform/Window.h"
+
+#include <algorithm>
+
+#include "platform/Handles.h"
+
+namespace melvorin {
+
+int systemDpi() {
+    static const int dpi = [] {
+        const WindowDc screen(nullptr);
+        return ::GetDeviceCaps(screen.get(), LOGPIXELSX);
+    }();
+    return dpi;
+}
+
+int scaled(int pixelsAt96) { return ::MulDiv(pixelsAt96, systemDpi(), 96); }
+
+int pixelsFromTwips(int twips) { return ::MulDiv(twips, systemDpi(), 1440); }
+
+Window::~Window() { destroy(); }
+
+void Window::setCaption(TextView caption) { ::SetWindowTextW(handle_, wide(Text(caption))); }
+
+void Window::destroy() {
+    if (handle_ != nullptr)
+        ::DestroyWindow(handle_);
+}
+
+bool Window::registerClass(const WindowSpec& spec) {
+    WNDCLASSEXW existing{};
+    existing.cbSize = sizeof existing;
+    const HINSTANCE instance = ::GetModuleHandleW(nullptr);
+    if (::GetClassInfoExW(instance, spec.className, &existing))
+        return true;
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = &Window::procedure;
+    windowClass.hInstance = instance;
+    windowClass.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground =
+        spec.background != nullptr ? spec.background : ::GetSysColorBrush(COLOR_BTNFACE);
+    windowClass.lpszClassName = spec.className;
+    if (spec.iconResource != 0) {
+        const auto load = [&](int metric) {
+            const int size = ::GetSystemMetrics(metric);
+            return static_cast<HICON>(::LoadImageW(instance, MAKEINTRESOURCEW(spec.iconResource),
+                                                   IMAGE_ICON, size, size, LR_SHARED));
+        };
+        windowClass.hIcon = load(SM_CXICON);
+        windowClass.hIconSm = load(SM_CXSMICON);
+    }
+    return ::RegisterClassExW(&windowClass) != 0;
+}
+
+bool Window::create(const WindowSpec& spec) {
+    if (!registerClass(spec))
+        return false;
+    ::CreateWindowExW(spec.extendedStyle, spec.className, spec.caption, spec.style, spec.x, spec.y,
+                      spec.width, spec.height, spec.parent, spec.menu, ::GetModuleHandleW(nullptr),
+                      this);
+    return handle_ != nullptr;
+}
+
+LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        auto* self =
+            static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        self->handle_ = window;
+        ::SetWindowLongPtrW(window, GWLP_USERDATA, lparamOf(self));
+    }
+    auto* self = reinterpret_cast<Window*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr)
+        return ::DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) {
+        const LRESULT result = self->onMessage(message, wParam, lParam);
+        ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        self->handle_ = nullptr;
+        return result;
+    }
+    return self->onMessage(message, wParam, lParam);
+}
+
+LRESULT Window::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
+    return ::DefWindowProcW(handle_, message, wParam, lParam);
+}
+
+void Dialog::runModal(HWND owner) {
+    const HWND formerFocus = ::GetFocus();
+    ::EnableWindow(owner, FALSE);
+    ::ShowWindow(handle(), SW_SHOW);
+    MSG message{};
+    bool quit = false;
+    done_ = false;
+    while (isOpen() && !done_ && !quit) {
+        const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
+        if (got <= 0) {
+            quit = true;
+        } else if (!::IsDialogMessageW(handle(), &message)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    }
+    // The owner is enabled before the dialog goes, else another program's window would come up.
+    ::EnableWindow(owner, TRUE);
+    destroy();
+    if (formerFocus != nullptr)
+        ::SetFocus(formerFocus);
+    if (quit)
+        ::PostQuitMessage(static_cast<int>(message.wParam));
+}
+
+HFONT uiFont() {
+    static const HFONT font = [] {
+        NONCLIENTMETRICSW metrics{};
+        metrics.cbSize = sizeof metrics;
+        ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+        return ::CreateFontIndirectW(&metrics.lfMessageFont);
+    }();
+    return font;
+}
+
+void centreOver(HWND window, HWND owner) {
+    RECT inner{};
+    RECT outer{};
+    ::GetWindowRect(window, &inner);
+    ::GetWindowRect(owner, &outer);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    ::GetMonitorInfoW(::MonitorFromWindow(owner, MONITOR_DEFAULTTONEAREST), &monitor);
+    const LONG width = inner.right - inner.left;
+    const LONG height = inner.bottom - inner.top;
+    const auto place = [](LONG from, LONG to, LONG extent, LONG low, LONG high) {
+        const LONG wanted = from + (to - from - extent) / 2;
+        return std::max(low, std::min(wanted, high - extent));
+    };
+    const LONG x = place(outer.left, outer.right, width, monitor.rcWork.left, monitor.rcWork.right);
+    const LONG y =
+        place(outer.top, outer.bottom, height, monitor.rcWork.top, monitor.rcWork.bottom);
+    ::SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+int runMessageLoop(HWND acceleratorWindow, HACCEL accelerators) {
+    MSG message{};
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (accelerators != nullptr &&
+            ::TranslateAcceleratorW(acceleratorWindow, accelerators, &message))
+            continue;
+        ::TranslateMessage(&message);
+        ::DispatchMessageW(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,88 @@
+// Bases of every window of the program. A derived class routes messages in `onMessage`, one named
+// handler per case, and keeps no rule of its own.
+#pragma once
+
+#include "platform/Win.h"
+
+namespace melvorin {
+
+// Pixels per inch that the whole program uses (it is system-DPI aware). 96 is 100 %.
+int systemDpi();
+// A length at 96 dpi in device pixels.
+int scaled(int pixelsAt96);
+// Twips (1/1440 inch) in device pixels, rounded to nearest.
+int pixelsFromTwips(int twips);
+
+// What a new window looks like. Sizes are whole-window device pixels.
+struct WindowSpec {
+    const wchar_t* className = L"";
+    const wchar_t* caption = L"";
+    DWORD style = WS_OVERLAPPEDWINDOW;
+    DWORD extendedStyle = 0;
+    int x = CW_USEDEFAULT;
+    int y = CW_USEDEFAULT;
+    int width = CW_USEDEFAULT;
+    int height = CW_USEDEFAULT;
+    HWND parent = nullptr;
+    HMENU menu = nullptr;
+    HBRUSH background = nullptr;  // null: the button face
+    int iconResource = 0;         // 0: no icon
+};
+
+class Window {
+  public:
+    Window() = default;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    virtual ~Window();
+
+    HWND handle() const { return handle_; }
+    bool isOpen() const { return handle_ != nullptr; }
+    void setCaption(TextView caption);
+    // Destroys the window; the object stays and can be created again.
+    void destroy();
+
+  protected:
+    // Creates the window, registering its class on first use. False when Windows refuses.
+    bool create(const WindowSpec& spec);
+
+    // One message; call `passOn` for what is not handled. Runs from WM_NCCREATE up to and with
+    // WM_NCDESTROY; the object is unbound before it is destroyed.
+    virtual LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam);
+
+  private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static bool registerClass(const WindowSpec& spec);
+
+    HWND handle_ = nullptr;
+};
+
+// A window that is shown modally over its owner: Tab walks its controls, Esc closes it, and the
+// owner is disabled until it is gone.
+class Dialog : public Window {
+  public:
+    // Shows the window (already created) and returns when `endModal` was called or the window is
+    // gone; the window is then destroyed. WM_QUIT that arrives meanwhile goes on to the outer
+    // loop.
+    void runModal(HWND owner);
+
+  protected:
+    // Called by a handler: the modal run ends when that handler returns.
+    void endModal() { done_ = true; }
+
+  private:
+    bool done_ = false;
+};
+
+// The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
+HFONT uiFont();
+
+// Centres `window` over `owner`, kept inside the work area of the owner's monitor.
+void centreOver(HWND window, HWND owner);
+
+// Reads messages until WM_QUIT or until `window` is gone; the return value of WM_QUIT. Keyboard
+// accelerators of `acceleratorWindow` are translated where a table is given.
+int runMessageLoop(HWND acceleratorWindow, HACCEL accelerators);
+
+}  // namespace melvorin

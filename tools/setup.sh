@@ -1,0 +1,31 @@
+#!/bin/bash
+# Installs what building and testing need on Debian 12. Does nothing, quickly, when all is there.
+set -eu
+
+packages=(
+    make cmake ninja-build g++ python3 git
+    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
+    googletest clang-format clang-tidy libasan8 libubsan1
+    wine wine64 xvfb xauth x11-utils xdotool imagemagick
+    fonts-liberation fonts-dejavu-core librsvg2-bin
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    state=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true)
+    [ "$state" = "install ok installed" ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || {
+        echo "setup: root or sudo is needed to install: ${missing[*]}" >&2
+        exit 1
+    }
+    as_root=(sudo)
+fi
+echo "setup: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"

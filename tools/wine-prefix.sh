@@ -1,0 +1,19 @@
+#!/bin/bash
+# Makes the Wine prefix once. Needs a display (see with-display.sh).
+set -eu
+. "$(dirname "$0")/wine-env.sh"
+
+# The stamp carries what the prefix was made for, so that a change here remakes it.
+stamp=$WINEPREFIX/.melvorin-1
+[ -e "$stamp" ] && exit 0
+rm -rf "$WINEPREFIX"
+mkdir -p "$WINEPREFIX"
+echo "preparing the Wine prefix (once)"
+timeout 180 "$wine" wineboot -i >/dev/null 2>&1
+# The editor's two faces do not come with Wine; without a monospaced stand-in nothing lines up.
+for pair in "Courier New=Liberation Mono" "Lucida Console=DejaVu Sans Mono"; do
+    timeout 60 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' \
+        /v "${pair%%=*}" /d "${pair#*=}" /f >/dev/null 2>&1
+done
+timeout 60 "$wineserver" -w
+touch "$stamp"

@@ -1,0 +1,39 @@
+#!/bin/bash
+# with-display.sh [--size WxH] [--own] COMMAND...: runs a command with an X display, starting a
+# private X server where there is none (or always, with --own), and ends both it and the Wine
+# server of our prefix afterwards.
+set -eu
+. "$(dirname "$0")/wine-env.sh"
+
+size=1280x1024
+own=
+while :; do
+    case ${1:-} in
+        --size) size=$2; shift 2 ;;
+        --own) own=1; shift ;;
+        *) break ;;
+    esac
+done
+
+if [ -z "$own" ] && [ -n "${DISPLAY:-}" ] && timeout 10 xdpyinfo >/dev/null 2>&1; then
+    exec "$@"
+fi
+
+number=$(mktemp)
+Xvfb -displayfd 7 -screen 0 "${size}x24" -nolisten tcp 7>"$number" >/dev/null 2>&1 &
+xvfb=$!
+finish() {
+    timeout 30 "$wineserver" -k >/dev/null 2>&1 || true
+    kill "$xvfb" 2>/dev/null || true
+    wait "$xvfb" 2>/dev/null || true
+    rm -f "$number"
+}
+trap finish EXIT
+for _ in $(seq 200); do
+    [ -s "$number" ] && break
+    kill -0 "$xvfb" 2>/dev/null || { echo "with-display: Xvfb does not start" >&2; exit 1; }
+    sleep 0.05
+done
+DISPLAY=:$(cat "$number")
+export DISPLAY
+"$@"
