@@ -1,6 +1,7 @@
 # Sourced by the scripts that run Wine: one prefix under the build folder, nothing of the user's.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-export WINEPREFIX=${MELVORIN_WINEPREFIX:-$root/build/wine}
+# Windows of a private X server have no window manager; their prefix is set up for that.
+export WINEPREFIX=${MELVORIN_WINEPREFIX:-$root/build/wine${MELVORIN_PRIVATE_DISPLAY:+-private}}
 export WINEDLLOVERRIDES="mscoree,mshtml=" WINEDEBUG=${WINEDEBUG:--all} WINEARCH=win64
 wine=/usr/lib/wine/wine64
 # Debian names the server after its bitness.

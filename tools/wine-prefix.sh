@@ -4,7 +4,7 @@ set -eu
 . "$(dirname "$0")/wine-env.sh"
 
 # The stamp carries what the prefix was made for, so that a change here remakes it.
-stamp=$WINEPREFIX/.melvorin-1
+stamp=$WINEPREFIX/.melvorin-2
 [ -e "$stamp" ] && exit 0
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
@@ -15,5 +15,9 @@ for pair in "Courier New=Liberation Mono" "Lucida Console=DejaVu Sans Mono"; do
     timeout 60 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' \
         /v "${pair%%=*}" /d "${pair#*=}" /f >/dev/null 2>&1
 done
+if [ -n "${MELVORIN_PRIVATE_DISPLAY:-}" ]; then
+    # Without a window manager Wine would wait two seconds for it whenever a window closes.
+    timeout 60 "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+fi
 timeout 60 "$wineserver" -w
 touch "$stamp"

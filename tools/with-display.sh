@@ -3,7 +3,7 @@
 # private X server where there is none (or always, with --own), and ends both it and the Wine
 # server of our prefix afterwards.
 set -eu
-. "$(dirname "$0")/wine-env.sh"
+tools=$(dirname "$0")
 
 size=1280x1024
 own=
@@ -19,6 +19,8 @@ if [ -z "$own" ] && [ -n "${DISPLAY:-}" ] && timeout 10 xdpyinfo >/dev/null 2>&1
     exec "$@"
 fi
 
+export MELVORIN_PRIVATE_DISPLAY=1
+. "$tools/wine-env.sh"
 number=$(mktemp)
 Xvfb -displayfd 7 -screen 0 "${size}x24" -nolisten tcp 7>"$number" >/dev/null 2>&1 &
 xvfb=$!

@@ -245,6 +245,10 @@ std::string toUtf8(TextView text) {
     return result;
 }
 
+bool isAscii(std::string_view bytes) {
+    return asciiPrefix(bytes) == bytes.size();
+}
+
 bool isValidUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
         bytes.remove_prefix(asciiPrefix(bytes));

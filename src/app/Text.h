@@ -51,6 +51,8 @@ std::vector<TextView> splitLines(TextView text);
 Text fromUtf8(std::string_view bytes);
 std::string toUtf8(TextView text);
 
+bool isAscii(std::string_view bytes);
+
 // True when `bytes` is well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).
 bool isValidUtf8(std::string_view bytes);
 

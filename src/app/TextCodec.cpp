@@ -9,10 +9,6 @@ namespace melvorin {
 
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view utf16LeMark = "\xFF\xFE";
-constexpr std::string_view utf16BeMark = "\xFE\xFF";
-
 class Windows1252 final : public AnsiCodec {
   public:
     Text decode(std::string_view bytes) const override;
@@ -53,14 +49,23 @@ std::optional<std::string> Windows1252::encode(TextView text) const {
     return bytes;
 }
 
-// `lowByte` is the place of the low byte within a unit, 0 or 1.
-DecodedText decodeUtf16(std::string_view bytes, TextEncoding encoding, std::size_t lowByte) {
-    const auto byteAt = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+// Where the low byte of a UTF-16 unit stands, 0 or 1.
+std::size_t lowBytePlace(TextEncoding encoding) {
+    return encoding == TextEncoding::Utf16BeWithBom ? 1 : 0;
+}
+
+bool isUtf16(TextEncoding encoding) {
+    return encoding == TextEncoding::Utf16LeWithBom || encoding == TextEncoding::Utf16BeWithBom;
+}
+
+DecodedText decodeUtf16(std::string_view bytes, TextEncoding encoding) {
+    const std::size_t low = lowBytePlace(encoding);
+    const auto byteAt = [bytes](std::size_t i) {
+        return static_cast<unsigned>(static_cast<unsigned char>(bytes[i]));
+    };
     DecodedText decoded{Text(bytes.size() / 2, u'\0'), encoding, bytes.size() % 2 != 0};
     for (std::size_t i = 0; i < decoded.text.size(); ++i) {
-        const unsigned low = byteAt(2 * i + lowByte);
-        const unsigned high = byteAt(2 * i + 1 - lowByte);
-        decoded.text[i] = static_cast<char16_t>(low | high << 8);
+        decoded.text[i] = static_cast<char16_t>(byteAt(2 * i + low) | byteAt(2 * i + 1 - low) << 8);
     }
     if (decoded.lossy) {
         decoded.text += u'\uFFFD';
@@ -68,16 +73,22 @@ DecodedText decodeUtf16(std::string_view bytes, TextEncoding encoding, std::size
     return decoded;
 }
 
-std::string encodeUtf16(TextView text, std::string_view mark, std::size_t lowByte) {
-    std::string bytes(mark);
-    bytes.resize(mark.size() + 2 * text.size());
-    char* unit = bytes.data() + mark.size();
-    for (const char16_t c : text) {
-        unit[lowByte] = static_cast<char>(c & 0xFF);
-        unit[1 - lowByte] = static_cast<char>(c >> 8);
-        unit += 2;
+std::string encodeUtf16(TextView text, TextEncoding encoding) {
+    const std::size_t low = lowBytePlace(encoding);
+    std::string bytes(2 * text.size(), '\0');
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bytes[2 * i + low] = static_cast<char>(text[i] & 0xFF);
+        bytes[2 * i + 1 - low] = static_cast<char>(text[i] >> 8);
     }
     return bytes;
+}
+
+bool isLineFeed(std::string_view bytes, std::size_t at, TextEncoding encoding) {
+    if (!isUtf16(encoding)) {
+        return bytes[at] == '\n';
+    }
+    const std::size_t low = lowBytePlace(encoding);
+    return bytes[at + low] == '\n' && bytes[at + 1 - low] == '\0';
 }
 
 }  // namespace
@@ -87,43 +98,74 @@ const AnsiCodec& windows1252() {
     return codec;
 }
 
+TextEncoding detectEncoding(std::string_view bytes) {
+    for (const TextEncoding marked :
+         {TextEncoding::Utf8WithBom, TextEncoding::Utf16LeWithBom, TextEncoding::Utf16BeWithBom}) {
+        if (bytes.starts_with(byteOrderMark(marked))) {
+            return marked;
+        }
+    }
+    return !isAscii(bytes) && isValidUtf8(bytes) ? TextEncoding::Utf8 : TextEncoding::Ansi;
+}
+
+std::string_view byteOrderMark(TextEncoding encoding) {
+    switch (encoding) {
+        case TextEncoding::Utf8WithBom:
+            return "\xEF\xBB\xBF";
+        case TextEncoding::Utf16LeWithBom:
+            return "\xFF\xFE";
+        case TextEncoding::Utf16BeWithBom:
+            return "\xFE\xFF";
+        case TextEncoding::Ansi:
+        case TextEncoding::Utf8:
+            break;
+    }
+    return {};
+}
+
 DecodedText decodeText(std::string_view bytes, const AnsiCodec& ansi) {
-    if (bytes.starts_with(utf8Mark)) {
-        const std::string_view body = bytes.substr(utf8Mark.size());
-        return {fromUtf8(body), TextEncoding::Utf8WithBom, !isValidUtf8(body)};
+    const TextEncoding encoding = detectEncoding(bytes);
+    return decodePart(bytes.substr(byteOrderMark(encoding).size()), encoding, ansi);
+}
+
+std::optional<std::string> encodeText(TextView text, TextEncoding encoding, const AnsiCodec& ansi) {
+    std::optional<std::string> bytes = encodePart(text, encoding, ansi);
+    if (bytes) {
+        bytes->insert(0, byteOrderMark(encoding));
     }
-    if (bytes.starts_with(utf16LeMark)) {
-        return decodeUtf16(bytes.substr(utf16LeMark.size()), TextEncoding::Utf16LeWithBom, 0);
+    return bytes;
+}
+
+DecodedText decodePart(std::string_view bytes, TextEncoding encoding, const AnsiCodec& ansi) {
+    if (isUtf16(encoding)) {
+        return decodeUtf16(bytes, encoding);
     }
-    if (bytes.starts_with(utf16BeMark)) {
-        return decodeUtf16(bytes.substr(utf16BeMark.size()), TextEncoding::Utf16BeWithBom, 1);
-    }
-    if (isValidUtf8(bytes)) {
-        Text text = fromUtf8(bytes);
-        // Every character outside ASCII has fewer units than bytes.
-        const bool ascii = text.size() == bytes.size();
-        return {std::move(text), ascii ? TextEncoding::Ansi : TextEncoding::Utf8};
+    // ASCII is the same everywhere.
+    if (encoding != TextEncoding::Ansi || isAscii(bytes)) {
+        return {fromUtf8(bytes), encoding, !isValidUtf8(bytes)};
     }
     Text text = ansi.decode(bytes);
     const bool lossy = ansi.encode(text) != bytes;
-    return {std::move(text), TextEncoding::Ansi, lossy};
+    return {std::move(text), encoding, lossy};
 }
 
-std::optional<std::string> encodeText(TextView text, TextEncoding encoding,
-                                      const AnsiCodec& ansi) {
-    switch (encoding) {
-        case TextEncoding::Ansi:
-            return ansi.encode(text);
-        case TextEncoding::Utf8:
-            return toUtf8(text);
-        case TextEncoding::Utf8WithBom:
-            return std::string(utf8Mark) + toUtf8(text);
-        case TextEncoding::Utf16LeWithBom:
-            return encodeUtf16(text, utf16LeMark, 0);
-        case TextEncoding::Utf16BeWithBom:
-            return encodeUtf16(text, utf16BeMark, 1);
+std::optional<std::string> encodePart(TextView text, TextEncoding encoding, const AnsiCodec& ansi) {
+    if (isUtf16(encoding)) {
+        return encodeUtf16(text, encoding);
     }
-    return std::nullopt;
+    return encoding == TextEncoding::Ansi ? ansi.encode(text) : toUtf8(text);
+}
+
+std::size_t partLength(std::string_view bytes, TextEncoding encoding, std::size_t wanted) {
+    const std::size_t unit = isUtf16(encoding) ? 2 : 1;
+    std::size_t length = wanted - wanted % unit;
+    while (length + unit <= bytes.size()) {
+        length += unit;
+        if (isLineFeed(bytes, length - unit, encoding)) {
+            return length;
+        }
+    }
+    return bytes.size();
 }
 
 }  // namespace melvorin

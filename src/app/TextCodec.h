@@ -1,6 +1,7 @@
 // Plain-text files: which encoding they are in, and the way there and back.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,6 +25,13 @@ class AnsiCodec {
 // does, so that every file survives a round trip.
 const AnsiCodec& windows1252();
 
+// By byte-order mark, then by being valid UTF-8 (pure ASCII counts as Ansi, which is the same
+// bytes), else Ansi.
+TextEncoding detectEncoding(std::string_view bytes);
+
+// The bytes with which every file of the encoding begins; often none.
+std::string_view byteOrderMark(TextEncoding encoding);
+
 struct DecodedText {
     Text text;  // without the byte-order mark, line ends as found
     TextEncoding encoding;
@@ -33,12 +41,20 @@ struct DecodedText {
     bool lossy = false;
 };
 
-// Detects by byte-order mark, then by being valid UTF-8 (pure ASCII counts as Ansi, which is the
-// same bytes), else Ansi.
+// The text of a file, its encoding detected.
 DecodedText decodeText(std::string_view bytes, const AnsiCodec& ansi);
 
 // The bytes of a file with this text, byte-order mark included where the encoding has one. Nothing
 // when the text does not fit the encoding (only Ansi can fail).
 std::optional<std::string> encodeText(TextView text, TextEncoding encoding, const AnsiCodec& ansi);
+
+// The same for a part of a file, without byte-order mark. Parts begin and end at characters.
+DecodedText decodePart(std::string_view bytes, TextEncoding encoding, const AnsiCodec& ansi);
+std::optional<std::string> encodePart(TextView text, TextEncoding encoding, const AnsiCodec& ansi);
+
+// How long a part of roughly `wanted` bytes is that begins at the start of `bytes` and ends behind
+// a line feed: that is a character of its own in every encoding, and never half a line end. Without
+// a line feed near enough the part is longer, at worst all of `bytes`.
+std::size_t partLength(std::string_view bytes, TextEncoding encoding, std::size_t wanted);
 
 }  // namespace melvorin

@@ -23,8 +23,8 @@ constexpr bool isChordLineCharacter(char16_t c) {
 // notation, ends a token, or is one of the two letters that are never a token of their own.
 constexpr bool tokensCoverChordLines() {
     return std::all_of(ChordLineCharacters.begin(), ChordLineCharacters.end(), [](char16_t c) {
-        return ChordTokenCharacters.find(c) != TextView::npos || isTokenSeparator(c) ||
-               c == u'i' || c == u'M';
+        return ChordTokenCharacters.find(c) != TextView::npos || isTokenSeparator(c) || c == u'i' ||
+               c == u'M';
     });
 }
 static_assert(tokensCoverChordLines());

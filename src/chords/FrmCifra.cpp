@@ -86,8 +86,8 @@ void FrmCifra::setProgress(int percent) {
 
 void FrmCifra::animateBar() {
     while (progress_ < kFull) {
-        for (volatile int round = 0; round < kBusyRounds; round = round + 1) {
-        }
+        for (int round = 0; round < kBusyRounds; ++round)
+            asm volatile("");  // a busy count that the compiler leaves in
         setProgress(progress_ + 1);
     }
 }

@@ -66,8 +66,7 @@ struct NoWatcher {
 // order, now and then one ahead.
 class Recorder {
   public:
-    Recorder(std::span<const ColumnRange> fixed, MovedLine& moved)
-        : fixed_(fixed), moved_(moved) {}
+    Recorder(std::span<const ColumnRange> fixed, MovedLine& moved) : fixed_(fixed), moved_(moved) {}
 
     bool isFixed(std::size_t column) {
         while (!fixed_.empty() && fixed_[0].column + fixed_[0].length <= column) {
@@ -79,16 +78,14 @@ class Recorder {
     void gap(ColumnRange before, ColumnRange after) {
         const std::size_t kept = std::min(before.length, after.length);
         if (before.length != after.length) {
-            moved_.edits.push_back({{before.column, before.length - kept},
-                                    {after.column, after.length - kept}});
+            moved_.edits.push_back(
+                {{before.column, before.length - kept}, {after.column, after.length - kept}});
         }
     }
 
     void note(ColumnRange before, ColumnRange after) { moved_.edits.push_back({before, after}); }
 
-    void token(ColumnRange before, ColumnRange after) {
-        moved_.tokens.push_back({before, after});
-    }
+    void token(ColumnRange before, ColumnRange after) { moved_.tokens.push_back({before, after}); }
 
   private:
     std::span<const ColumnRange> fixed_;

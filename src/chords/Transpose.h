@@ -61,7 +61,7 @@ struct MovedLine {
     bool changed = false;
     // Every token, from left to right.
     std::vector<MovedRange> tokens;
-    // The stretches that differ, from left to right and apart from one another: renamed notes, and
+    // The stretches that differ, from left to right and without overlap: renamed notes, and
     // blanks inserted (`before` is empty) or taken out (`after` is empty) behind a token. All
     // other characters are the same, one for one, so whoever replaces just these stretches, from
     // right to left, keeps the formatting of everything else.

@@ -1,5 +1,6 @@
 #include "cli/Cli.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "chords/Chart.h"
@@ -39,20 +40,40 @@ constexpr std::string_view helpText =
 
 using Command = CliRequest::Command;
 
-// Decodes a chart, or says why that would not be the whole truth.
-Result<DecodedText> decodeChart(std::string_view bytes, const AnsiCodec& ansi) {
-    DecodedText decoded = decodeText(bytes, ansi);
+// Why a text cannot be worked on, as a sentence; empty if it can.
+TextView whyNotAChart(const DecodedText& decoded) {
     if (decoded.lossy) {
-        return Result<DecodedText>::failure(u"Its text is damaged or in an unknown encoding.");
+        return u"Its text is damaged or in an unknown encoding.";
     }
-    if (decoded.text.find(u'\0') != Text::npos) {
-        return Result<DecodedText>::failure(u"It is not a text file.");
-    }
-    return Result<DecodedText>::success(std::move(decoded));
+    // Counting is done many characters at a time, which searching is not.
+    const auto zeros = std::count(decoded.text.begin(), decoded.text.end(), u'\0');
+    return zeros == 0 ? u"" : u"It is not a text file.";
 }
 
-std::string describeLines(TextView chart) {
-    std::string report;
+// Hands the text of a file to `take` in parts of whole lines, so that what is worked on stays small
+// however large the file is. Ends with a failure where a part cannot be worked on, or where `take`
+// returns false.
+template <class Take>
+Result<Done> forEachPart(std::string_view bytes, TextEncoding encoding, const AnsiCodec& ansi,
+                         Take take) {
+    // Small enough for the caches, large enough for the cost of a round not to count.
+    constexpr std::size_t wanted = 1 << 15;
+    bytes.remove_prefix(byteOrderMark(encoding).size());
+    while (!bytes.empty()) {
+        const std::size_t length = partLength(bytes, encoding, wanted);
+        DecodedText part = decodePart(bytes.substr(0, length), encoding, ansi);
+        if (const TextView trouble = whyNotAChart(part); !trouble.empty()) {
+            return Result<Done>::failure(Text(trouble));
+        }
+        if (!take(std::move(part.text))) {
+            return Result<Done>::failure(u"It does not fit its own encoding any more.");
+        }
+        bytes.remove_prefix(length);
+    }
+    return Result<Done>::success({});
+}
+
+void describeLines(TextView chart, std::string& report) {
     ChartReader reader(chart);
     ChartLine line;
     while (reader.next(line)) {
@@ -65,7 +86,6 @@ std::string describeLines(TextView chart) {
         }
         report += '\n';
     }
-    return report;
 }
 
 // One run of the tool, with its arguments understood.
@@ -82,6 +102,7 @@ class Run {
     bool transposeOne(const KeyChange& change, const Text* file);
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
+    bool cannotRead(const Text* file, TextView cause);
     bool fail(TextView what, TextView name, TextView cause);
 
     CliRequest request_;
@@ -109,7 +130,7 @@ bool Run::transposeOne(const KeyChange& change, const Text* file) {
         chart = transposeBytes(*chart.value, change, ansi_);
     }
     if (!chart) {
-        return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", chart.cause);
+        return cannotRead(file, chart.cause);
     }
     return write(file, *chart.value);
 }
@@ -117,12 +138,21 @@ bool Run::transposeOne(const KeyChange& change, const Text* file) {
 bool Run::lines() {
     const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
     const Result<std::string> bytes = read(file);
-    const Result<DecodedText> chart = bytes ? decodeChart(*bytes.value, ansi_)
-                                            : Result<DecodedText>::failure(bytes.cause);
-    if (!chart) {
-        return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", chart.cause);
+    if (!bytes) {
+        return cannotRead(file, bytes.cause);
     }
-    return print(describeLines(chart.value->text));
+    std::string report;
+    const TextEncoding encoding = detectEncoding(*bytes.value);
+    const Result<Done> described =
+        forEachPart(*bytes.value, encoding, ansi_, [&report](const Text& part) {
+            describeLines(part, report);
+            return true;
+        });
+    return described ? print(report) : cannotRead(file, described.cause);
+}
+
+bool Run::cannotRead(const Text* file, TextView cause) {
+    return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", cause);
 }
 
 Result<std::string> Run::read(const Text* file) {
@@ -153,25 +183,31 @@ bool Run::fail(TextView what, TextView name, TextView cause) {
 
 }  // namespace
 
+Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
+                                 const std::function<Text(Text)>& edit) {
+    const TextEncoding encoding = detectEncoding(bytes);
+    std::string result(byteOrderMark(encoding));
+    result.reserve(bytes.size() + bytes.size() / 16);
+    const Result<Done> rewritten = forEachPart(bytes, encoding, ansi, [&](Text part) {
+        const std::optional<std::string> edited = encodePart(edit(std::move(part)), encoding, ansi);
+        result += edited.value_or(std::string());
+        return edited.has_value();
+    });
+    return rewritten ? Result<std::string>::success(std::move(result))
+                     : Result<std::string>::failure(rewritten.cause);
+}
+
 Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
                                    const AnsiCodec& ansi) {
-    Result<DecodedText> chart = decodeChart(bytes, ansi);
-    if (!chart) {
-        return Result<std::string>::failure(chart.cause);
-    }
-    const TextEncoding encoding = chart.value->encoding;
-    const Text moved = transposeChart(chart.value->text, change);
-    std::optional<std::string> encoded = encodeText(moved, encoding, ansi);
-    return encoded ? Result<std::string>::success(std::move(*encoded))
-                   : Result<std::string>::failure(u"It does not fit its own encoding any more.");
+    return rewriteBytes(bytes, ansi,
+                        [&change](const Text& part) { return transposeChart(part, change); });
 }
 
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi) {
     Result<CliRequest> request = parseCliArguments(arguments);
     if (!request) {
-        ports.writeError(u"melvorin-cli: " + request.cause +
-                         u"\nTry \"melvorin-cli --help\".\n");
+        ports.writeError(u"melvorin-cli: " + request.cause + u"\nTry \"melvorin-cli --help\".\n");
         return 2;
     }
     const Command command = request.value->command;

@@ -2,6 +2,7 @@
 // their lines hold chords. This is all of it but the operating system.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,9 +33,14 @@ class CliPorts {
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi);
 
-// The bytes of a plain-text file with its chords moved, in the same encoding and with the same
-// byte-order mark and line ends. Fails for bytes that are not text, or that are not well-formed in
-// the encoding they claim, since they could not be written back as they were.
+// The bytes of a plain-text file after `edit` has been at its text, in the same encoding and with
+// the same byte-order mark. `edit` gets the text in parts of whole lines, so that what is worked on
+// stays small however large the file is. Fails for bytes that are not text, or that are not
+// well-formed in the encoding they claim, since they could not be written back as they were.
+Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
+                                 const std::function<Text(Text)>& edit);
+
+// The same with the chords moved to another key as the edit.
 Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
                                    const AnsiCodec& ansi);
 

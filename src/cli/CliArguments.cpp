@@ -37,7 +37,7 @@ Text nameKey(TextView path) {
 }
 
 Text quoted(TextView argument) {
-    return u"\"" + Text(argument) + u"\"";
+    return Text(u"\"").append(argument).append(u"\"");
 }
 
 class ArgumentParser {
@@ -92,8 +92,7 @@ Result<CliRequest> ArgumentParser::parse() {
             return Result<CliRequest>::failure(cause_);
         }
     }
-    return complete() ? Result<CliRequest>::success(request_)
-                      : Result<CliRequest>::failure(cause_);
+    return complete() ? Result<CliRequest>::success(request_) : Result<CliRequest>::failure(cause_);
 }
 
 bool ArgumentParser::takeCommand() {

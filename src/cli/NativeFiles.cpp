@@ -75,7 +75,7 @@ std::string folderOf(const std::string& path) {
 // path back, and opening that fails with the right cause.
 std::string followLinks(std::string path) {
     constexpr int mostLinks = 40;
-    const std::string start = path;
+    std::string start = path;
     for (int i = 0; i < mostLinks; ++i) {
         std::array<char, PATH_MAX> target{};
         const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
@@ -83,8 +83,7 @@ std::string followLinks(std::string path) {
             return path;
         }
         const std::string_view link(target.data(), static_cast<std::size_t>(length));
-        path = link.starts_with('/') ? std::string(link)
-                                     : (folderOf(path) + "/").append(link);
+        path = link.starts_with('/') ? std::string(link) : (folderOf(path) + "/").append(link);
     }
     return start;
 }
@@ -102,8 +101,7 @@ SideFile createBeside(const std::string& target) {
     for (int i = 0; i < mostTries; ++i) {
         side.path = folderOf(target) + "/.melvorin-" + std::to_string(::getpid()) + "-" +
                     std::to_string(i) + ".tmp";
-        side.descriptor =
-            ::open(side.path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        side.descriptor = ::open(side.path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (side.descriptor >= 0 || errno != EEXIST) {
             break;
         }
@@ -143,7 +141,7 @@ Result<Done> exchange(const std::string& target, const struct stat* old, std::st
                          writeAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close() &&
                          ::rename(side.path.c_str(), target.c_str()) == 0;
     if (!written) {
-        const Result<Done> failure = failureFromErrno();
+        Result<Done> failure = failureFromErrno();
         ::unlink(side.path.c_str());
         return failure;
     }
@@ -289,7 +287,7 @@ Result<Done> NativeFiles::remove(TextView path) {
 Result<Text> NativeFiles::createTemporary(TextView prefix) {
     const char* const configured = std::getenv("TMPDIR");
     std::string path = configured != nullptr && *configured != '\0' ? configured : "/tmp";
-    path += "/" + nativePathFromText(prefix) + "XXXXXX";
+    path.append("/").append(nativePathFromText(prefix)).append("XXXXXX");
     const Descriptor file(::mkstemp(path.data()));
     if (!file) {
         return failureFromErrno<Text>();

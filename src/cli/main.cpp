@@ -12,6 +12,8 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <clocale>
+
 #include "platform/SystemAnsiCodec.h"
 #include "platform/Win.h"
 #include "platform/Win32Files.h"
@@ -87,6 +89,8 @@ int guarded(StandardPorts& ports, Work work) {
 
 #ifdef _WIN32
 int wmain(int count, wchar_t** values) {
+    // Names are compared without case, in all letters and not only the English ones.
+    std::setlocale(LC_CTYPE, "");
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);

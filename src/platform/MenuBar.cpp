@@ -32,7 +32,7 @@ void MenuBar::build(std::span<const MenuEntry> entries) {
 void MenuBar::enable(Command item, bool enabled) {
     if (menuOf(item) != nullptr)
         ::EnableMenuItem(menuOf(item), idOf(item),
-                         MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+                         static_cast<UINT>(MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED)));
 }
 
 bool MenuBar::isEnabled(Command item) const {

@@ -1,5 +1,7 @@
 #include "platform/RichEdit.h"
 
+#include <commdlg.h>
+
 #include <algorithm>
 #include <cstring>
 

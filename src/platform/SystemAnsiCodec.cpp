@@ -55,17 +55,20 @@ class SystemAnsi : public AnsiCodec {
     static bool encodePiece(TextView text, std::string& bytes) {
         const auto* source = reinterpret_cast<const wchar_t*>(text.data());
         const int units = static_cast<int>(text.size());
-        // Without a look-alike ("best fit"), so that what is written reads back the same.
-        constexpr DWORD flags = WC_NO_BEST_FIT_CHARS;
+        // Without a look-alike ("best fit"), so that what is written reads back the same. Where
+        // the code page is UTF-8 that question does not arise, and Windows refuses to be asked.
+        const bool isUtf8 = ::GetACP() == CP_UTF8;
+        const DWORD flags = isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
         BOOL lost = FALSE;
+        BOOL* const lossAsked = isUtf8 ? nullptr : &lost;
         const int length =
-            ::WideCharToMultiByte(CP_ACP, flags, source, units, nullptr, 0, nullptr, &lost);
+            ::WideCharToMultiByte(CP_ACP, flags, source, units, nullptr, 0, nullptr, lossAsked);
         if (lost || length <= 0)
             return false;
         const std::size_t former = bytes.size();
         bytes.resize(former + static_cast<std::size_t>(length));
         ::WideCharToMultiByte(CP_ACP, flags, source, units, bytes.data() + former, length, nullptr,
-                              &lost);
+                              lossAsked);
         return !lost;
     }
 };

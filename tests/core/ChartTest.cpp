@@ -19,10 +19,11 @@ TEST(Chart, MovesChordLinesAndNothingElse) {
         {u"\n", u"\n"},
         {u"C", u"C#"},
         {u"C\r\n", u"C#\r\n"},
-        {u"C\r\rE\n\nF\r\nhey", u"C#\r\rF\n\nF#\r\nhey"},     // every kind of line end
+        {u"C\r\rE\n\nF\r\nhey", u"C#\r\rF\n\nF#\r\nhey"},  // every kind of line end
         {u"\n\r", u"\n\r"},
-        {u"G      C\r\nRow the boat\r\n\r\nE7-9\r\nC", u"G#     C#\r\nRow the boat\r\n\r\nE7-9\r\nC#"},
-        {u"C\u2028G\n", u"C\u2028G\n"},                      // not a line end here
+        {u"G      C\r\nRow the boat\r\n\r\nE7-9\r\nC",
+         u"G#     C#\r\nRow the boat\r\n\r\nE7-9\r\nC#"},
+        {u"C\u2028G\n", u"C\u2028G\n"},  // not a line end here
         {u"C\tG\nD   A\n", u"C\tG\nD#  A#\n"},
     };
     const KeyChange change(Direction::Up, Spelling::Sharps);

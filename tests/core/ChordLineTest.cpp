@@ -30,14 +30,14 @@ TEST(ChordLine, SeparatesChordsFromLyrics) {
         TextView line;
         bool chords;
     } cases[] = {
-        {u"", true},          {u"      ", true},  {u"A", true},        {u"Bad", true},
-        {u"Dad", true},       {u"Sam", true},     {u"Mama", true},     {u"Is a dam", false},
-        {u"Am7/G", true},     {u"F#m7(9)", true}, {u"Bb6/9", true},    {u"A2", false},
-        {u"C/E-", false},     {u"Cmaj7", false},  {u"Cb Fb E# B#", true},
-        {u"am", true},        {u"AM", true},      {u"H7", false},      {u"E7-9", false},
-        {u"Dsus2", false},    {u"Gdim  C7M", true},
-        {u"C\tG", false},     {u"C\u00A0G", false},
-        {u"Over the hill and far away", false},
+        {u"", true},        {u"      ", true},    {u"A", true},
+        {u"Bad", true},     {u"Dad", true},       {u"Sam", true},
+        {u"Mama", true},    {u"Is a dam", false}, {u"Am7/G", true},
+        {u"F#m7(9)", true}, {u"Bb6/9", true},     {u"A2", false},
+        {u"C/E-", false},   {u"Cmaj7", false},    {u"Cb Fb E# B#", true},
+        {u"am", true},      {u"AM", true},        {u"H7", false},
+        {u"E7-9", false},   {u"Dsus2", false},    {u"Gdim  C7M", true},
+        {u"C\tG", false},   {u"C\u00A0G", false}, {u"Over the hill and far away", false},
     };
     for (const auto& example : cases) {
         EXPECT_EQ(IsChordLine(example.line), example.chords) << toUtf8(example.line);

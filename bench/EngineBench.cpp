@@ -1,0 +1,118 @@
+// How fast charts are moved to another key, from the bytes of a file to the bytes of a file.
+// Prints "name value unit", one per line.
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/Text.h"
+#include "app/TextCodec.h"
+#include "cli/Cli.h"
+
+namespace {
+
+using melvorin::Direction;
+using melvorin::KeyChange;
+using melvorin::Spelling;
+using melvorin::windows1252;
+
+constexpr std::string_view verse[] = {
+    "Lantern on the Hill",
+    "",
+    "G        Em       C          D7",
+    "When the lantern burns upon the hill",
+    "    G/B      Am7      D7(9)    G",
+    "and the mill wheel turns no more",
+    "C   F#m7(9)   Bm   E7   Am   D/F#",
+    "I will walk the lane to Mari\xC3\xB1o",
+    "Eb\xC2\xBA      Bb6/9    Ab    Gdim   C7M",
+    "and be knocking at your door",
+};
+
+std::string chartOfBytes(std::size_t size) {
+    std::string chart;
+    while (chart.size() < size) {
+        for (const std::string_view line : verse) {
+            chart.append(line).append("\r\n");
+        }
+    }
+    return chart;
+}
+
+std::string chartOfLines(std::size_t count) {
+    std::string chart;
+    for (std::size_t i = 0; i < count; ++i) {
+        chart.append(verse[i % std::size(verse)]).append("\r\n");
+    }
+    return chart;
+}
+
+// What one run gives is looked at, so that no run can be left out.
+std::size_t bytesWritten = 0;
+
+double seconds(const std::string& chart, std::string (*work)(const std::string&)) {
+    const auto start = std::chrono::steady_clock::now();
+    bytesWritten += work(chart).size();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string transposed(const std::string& chart) {
+    static const KeyChange change(Direction::Up, Spelling::Sharps);
+    return transposeBytes(chart, change, windows1252()).value.value();
+}
+
+// The same reader and writer with nothing to do between them.
+std::string copied(const std::string& chart) {
+    return rewriteBytes(chart, windows1252(), [](melvorin::Text part) { return part; })
+        .value.value();
+}
+
+double median(std::vector<double> times) {
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+void report(const char* name, double value, const char* unit) {
+    std::printf("%s %.3g %s\n", name, value, unit);
+}
+
+// The two kinds of run take turns, so that a busy moment of the machine meets both.
+void throughput() {
+    const std::string chart = chartOfBytes(10'000'000);
+    std::vector<double> moving;
+    std::vector<double> copying;
+    for (int round = 0; round < 15; ++round) {
+        moving.push_back(seconds(chart, transposed));
+        copying.push_back(seconds(chart, copied));
+    }
+    const double megabytes = static_cast<double>(chart.size()) / 1e6;
+    report("engine_transpose", megabytes / median(moving), "MB/s");
+    report("engine_copy", megabytes / median(copying), "MB/s");
+    report("engine_transpose_to_copy", median(moving) / median(copying), "ratio");
+}
+
+void linearity() {
+    const std::string small = chartOfLines(100'000);
+    const std::string large = chartOfLines(1'000'000);
+    std::vector<double> smallTimes;
+    std::vector<double> largeTimes;
+    for (int round = 0; round < 9; ++round) {
+        smallTimes.push_back(seconds(small, transposed));
+        largeTimes.push_back(seconds(large, transposed));
+    }
+    report("engine_100000_lines", median(smallTimes) * 1e3, "ms");
+    report("engine_1000000_lines", median(largeTimes) * 1e3, "ms");
+    report("engine_10_times_the_lines", median(largeTimes) / median(smallTimes), "ratio");
+}
+
+}  // namespace
+
+int main() {
+    throughput();
+    linearity();
+    return bytesWritten > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}

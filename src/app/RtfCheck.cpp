@@ -1,0 +1,470 @@
+#include "app/RtfCheck.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "app/RtfLexer.h"
+
+namespace melvorin {
+namespace {
+
+using Kind = RtfVerdict::Kind;
+
+constexpr TextView kBadFonts = u"The font table of the document is damaged.";
+constexpr TextView kBadColours = u"The colour table of the document is damaged.";
+constexpr TextView kBadStyles = u"The style sheet of the document is damaged.";
+constexpr TextView kBadTable = u"The document has a table that is damaged or too complex.";
+constexpr std::int32_t kMaxSkip = 16;
+
+// Words whose group is something apart from the text around it. In the middle of a group they
+// make a control take the rest of the group, or of the document, for that.
+constexpr auto kDestinations = std::to_array<std::string_view>(
+    {"annotation", "author",     "bkmkend", "bkmkstart", "colortbl", "field",   "fldinst",
+     "fldrslt",    "fonttbl",    "footer",  "footerf",   "footerl",  "footerr", "footnote",
+     "generator",  "header",     "headerf", "headerl",   "headerr",  "info",    "listtable",
+     "listtext",   "nonshppict", "objdata", "object",    "pict",     "pntext",  "result",
+     "shppict",    "stylesheet", "tc",      "txe",       "ud",       "upr",     "xe"});
+
+// Code pages that every control knows; with an unknown one a control reads nothing at all.
+constexpr auto kCodePages = std::to_array<std::int32_t>(
+    {0,    437,  737,  775,  850,  852,  855,  857,  860,  861,   862,
+     863,  864,  865,  866,  869,  874,  932,  936,  949,  950,   1250,
+     1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 1361, 10000, 65001});
+
+template <class Range, class Value>
+bool contains(const Range& range, const Value& value) {
+    return std::find(range.begin(), range.end(), value) != range.end();
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// Offset of the first byte that is no byte-order mark and no blank.
+std::size_t documentStart(std::string_view bytes) {
+    std::size_t start = bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+    while (start < bytes.size() && isBlank(bytes[start]))
+        ++start;
+    return start;
+}
+
+bool isFiller(char c) {
+    return isBlank(c) || c == '\0' || c == '\x1A';
+}
+
+// What a group is, as far as the check is concerned.
+enum class Place {
+    Body,
+    Skipped,  // nothing in it becomes text
+    Data,     // picture or object data, in which raw bytes may be written as hexadecimal
+    Fonts,
+    Font,
+    Colours,
+    Styles,
+    Style
+};
+
+struct Level {
+    Place place = Place::Body;
+    bool started = false;     // something but an opening \* was seen
+    bool hasText = false;     // of an entry: a name, or the semicolon behind it
+    bool ended = false;       // of an entry: the semicolon behind its name was seen
+    bool hasEntries = false;  // of a font table: entries are groups
+    bool isFlat = false;      // of a font table: entries are not groups
+    bool isOpen = false;      // of a colour table: a colour is not yet ended by a semicolon
+    std::size_t nameLength = 0;
+};
+
+// The rows of the document's tables. A row that is not finished takes its text with it.
+class Rows {
+  public:
+    // False when the document must be refused.
+    bool word(const RtfToken& token);
+    void text() {
+        if (inTable_)
+            isOpen_ = true;
+    }
+    bool finished() const { return !isOpen_; }
+
+  private:
+    bool endCell();
+    bool endRow();
+
+    bool inTable_ = false;  // paragraphs are in a table
+    bool isOpen_ = false;   // a row has begun and not ended
+    std::size_t defined_ = 0;
+    std::size_t used_ = 0;
+};
+
+bool Rows::word(const RtfToken& token) {
+    const std::string_view name = token.name;
+    if (name == "pard") {
+        inTable_ = false;
+    } else if (name == "intbl" || name == "itap") {
+        inTable_ = name == "intbl" || token.number > 0;
+        isOpen_ = isOpen_ || inTable_;
+        return token.number <= 1;
+    } else if (name == "trowd") {
+        defined_ = 0;
+    } else if (name == "cellx") {
+        return ++defined_ <= kMaxRtfCells;
+    } else if (name == "cell") {
+        return endCell();
+    } else if (name == "row") {
+        return endRow();
+    } else if (name == "par" || name == "line" || name == "tab") {
+        text();
+    }
+    return name != "nestcell" && name != "nestrow" && name != "nesttableprops";
+}
+
+bool Rows::endCell() {
+    text();
+    // Cells outside a table are no cells to a control.
+    return !isOpen_ || ++used_ <= defined_;
+}
+
+bool Rows::endRow() {
+    const bool fits = !isOpen_ || used_ <= defined_;
+    isOpen_ = false;
+    used_ = 0;
+    return fits;
+}
+
+class Checker {
+  public:
+    Checker(std::string_view bytes, std::size_t start)
+        : bytes_(bytes), start_(start), lexer_(bytes, start) {}
+
+    RtfVerdict run();
+
+  private:
+    struct Edit {
+        std::size_t begin;
+        std::size_t end;
+        std::string replacement;
+    };
+
+    bool token(const RtfToken& token);
+    bool open();
+    bool close();
+    bool word(const RtfToken& token);
+    bool tableWord(const RtfToken& token);
+    bool destination(Place place, TextView sentence);
+    bool symbol(const RtfToken& token);
+    bool text(const RtfToken& token);
+    bool entryText(const RtfToken& token, TextView sentence);
+    bool fontTableText(const RtfToken& token);
+    void rewriteBinary(const RtfToken& token);
+    bool checkEnd(std::size_t end);
+    std::string edited(std::size_t end) const;
+
+    Level& level() { return levels_[depth_ - 1]; }
+    bool fail(Kind kind, TextView sentence) {
+        verdict_ = {kind, Text(sentence), {}};
+        return false;
+    }
+    bool malformed(TextView sentence) { return fail(Kind::Malformed, sentence); }
+    bool drop(const RtfToken& token) {
+        edits_.push_back({token.begin, token.end, {}});
+        return true;
+    }
+
+    std::string_view bytes_;
+    std::size_t start_;
+    RtfLexer lexer_;
+    std::array<Level, kMaxRtfDepth> levels_;
+    std::size_t depth_ = 0;
+    Rows rows_;
+    std::vector<Edit> edits_;
+    RtfVerdict verdict_;
+};
+
+RtfVerdict Checker::run() {
+    for (;;) {
+        const RtfToken next = lexer_.next();
+        if (next.kind == RtfToken::Kind::End || next.cut) {
+            fail(Kind::Truncated, u"The document is incomplete: its end is missing.");
+            break;
+        }
+        if (!token(next))
+            break;
+        if (depth_ == 0) {
+            if (checkEnd(next.end))
+                verdict_.document = edited(next.end);
+            break;
+        }
+    }
+    return std::move(verdict_);
+}
+
+bool Checker::token(const RtfToken& token) {
+    switch (token.kind) {
+        case RtfToken::Kind::Open:
+            return open();
+        case RtfToken::Kind::Close:
+            return close();
+        case RtfToken::Kind::Word:
+            return word(token);
+        case RtfToken::Kind::Symbol:
+            return symbol(token);
+        case RtfToken::Kind::Hex:
+            return token.byte >= 0 ? text(token)
+                                   : malformed(u"A character code of the document is damaged.");
+        case RtfToken::Kind::Byte:
+            return token.byte != 0 ? text(token)
+                                   : malformed(u"The document holds bytes that are no text.");
+        case RtfToken::Kind::Break:
+        case RtfToken::Kind::End:
+            break;
+    }
+    return true;
+}
+
+bool Checker::open() {
+    if (depth_ == kMaxRtfDepth)
+        return fail(Kind::TooDeep, u"The formatting of the document is nested too deeply.");
+    Place place = Place::Body;
+    if (depth_ > 0) {
+        Level& outer = level();
+        switch (outer.place) {
+            case Place::Body:
+                break;
+            case Place::Fonts:
+                if (outer.isFlat)
+                    return malformed(kBadFonts);
+                outer.hasEntries = true;
+                place = Place::Font;
+                break;
+            case Place::Styles:
+                place = Place::Style;
+                break;
+            case Place::Font:
+            case Place::Style:
+                if (!outer.started || outer.ended)
+                    return malformed(outer.place == Place::Font ? kBadFonts : kBadStyles);
+                place = Place::Skipped;
+                break;
+            case Place::Colours:
+                return malformed(kBadColours);
+            case Place::Skipped:
+            case Place::Data:
+                place = Place::Skipped;
+        }
+        outer.started = true;
+    }
+    levels_[depth_++] = Level{.place = place};
+    return true;
+}
+
+bool Checker::close() {
+    const Level& closed = level();
+    if (closed.place == Place::Colours && closed.isOpen)
+        return malformed(kBadColours);
+    if (closed.place == Place::Font && !closed.hasText)
+        return malformed(kBadFonts);
+    if (closed.place == Place::Style && !closed.ended)
+        return malformed(kBadStyles);
+    --depth_;
+    return true;
+}
+
+bool Checker::word(const RtfToken& token) {
+    const std::size_t length = (token.name == "bin" ? token.data : token.end) - token.begin;
+    if (length > kMaxRtfWordLength)
+        return malformed(u"A command of the document is too long.");
+    if (token.name == "bin") {
+        if (token.number < 0)
+            return malformed(u"The length of binary data in the document is wrong.");
+        rewriteBinary(token);
+        return true;
+    }
+    if (level().started && contains(kDestinations, token.name))
+        return malformed(u"A part of the document is not where it belongs.");
+    if ((token.name == "ansicpg" || token.name == "cpg") &&
+        (!token.hasNumber || !contains(kCodePages, token.number)))
+        return malformed(u"The document is in an unknown code page.");
+    if (token.name == "uc" && (token.number < 0 || token.number > kMaxSkip))
+        return malformed(u"The character encoding of the document is damaged.");
+    if (token.name == "fonttbl")
+        return destination(Place::Fonts, kBadFonts);
+    if (token.name == "colortbl")
+        return destination(Place::Colours, kBadColours);
+    if (token.name == "stylesheet")
+        return destination(Place::Styles, kBadStyles);
+    return tableWord(token);
+}
+
+// A table or sheet begins: as the first word of its group, or it would swallow text.
+bool Checker::destination(Place place, TextView sentence) {
+    Level& here = level();
+    if (here.started || depth_ < 2 || (here.place != Place::Body && here.place != Place::Skipped))
+        return malformed(sentence);
+    here = Level{.place = place, .started = true};
+    return true;
+}
+
+bool Checker::tableWord(const RtfToken& token) {
+    Level& here = level();
+    here.started = true;
+    switch (here.place) {
+        case Place::Fonts:
+            here.isFlat = true;
+            return !here.hasEntries || malformed(kBadFonts);
+        case Place::Font:
+            return !here.ended || malformed(kBadFonts);
+        case Place::Colours:
+            here.isOpen = true;
+            return true;
+        case Place::Styles:
+            return malformed(kBadStyles);
+        case Place::Style:
+            return !here.ended || malformed(kBadStyles);
+        case Place::Body:
+        case Place::Skipped:
+        case Place::Data:
+            break;
+    }
+    if (token.name == "pict" || token.name == "objdata")
+        here.place = Place::Data;
+    else if (token.name == "info")
+        here.place = Place::Skipped;
+    return here.place != Place::Body || rows_.word(token) || malformed(kBadTable);
+}
+
+bool Checker::symbol(const RtfToken& token) {
+    Level& here = level();
+    if (!token.isSymbol('*'))
+        return text(token);
+    if (here.place == Place::Body && !here.started)
+        here.place = Place::Skipped;
+    return true;
+}
+
+bool Checker::text(const RtfToken& token) {
+    Level& here = level();
+    switch (here.place) {
+        case Place::Body:
+            rows_.text();
+            break;
+        case Place::Fonts:
+            return fontTableText(token);
+        case Place::Font:
+            return entryText(token, kBadFonts);
+        case Place::Style:
+            return entryText(token, kBadStyles);
+        case Place::Styles:
+            return token.kind == RtfToken::Kind::Byte && isBlank(static_cast<char>(token.byte))
+                       ? drop(token)
+                       : malformed(kBadStyles);
+        case Place::Colours:
+            if (token.kind != RtfToken::Kind::Byte ||
+                (token.byte != ';' && !isBlank(static_cast<char>(token.byte))))
+                return malformed(kBadColours);
+            here.isOpen = here.isOpen && token.byte != ';';
+            break;
+        case Place::Skipped:
+        case Place::Data:
+            break;
+    }
+    here.started = true;
+    return true;
+}
+
+bool Checker::entryText(const RtfToken& token, TextView sentence) {
+    Level& here = level();
+    const bool isByte = token.kind == RtfToken::Kind::Byte;
+    if (here.ended)
+        return isByte && isBlank(static_cast<char>(token.byte)) ? drop(token) : malformed(sentence);
+    here.started = here.hasText = true;
+    here.ended = isByte && token.byte == ';';
+    return ++here.nameLength <= kMaxRtfNameLength || malformed(sentence);
+}
+
+bool Checker::fontTableText(const RtfToken& token) {
+    Level& here = level();
+    const bool isByte = token.kind == RtfToken::Kind::Byte;
+    if (isByte && isBlank(static_cast<char>(token.byte)) && here.nameLength == 0)
+        return drop(token);
+    if (!here.isFlat)
+        return malformed(kBadFonts);
+    here.nameLength = isByte && token.byte == ';' ? 0 : here.nameLength + 1;
+    return here.nameLength <= kMaxRtfNameLength || malformed(kBadFonts);
+}
+
+void Checker::rewriteBinary(const RtfToken& token) {
+    // The line end ends whatever word stands before, and is neither data nor text.
+    std::string hex = "\r\n";
+    if (level().place == Place::Data) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        for (const char c : bytes_.substr(token.data, token.end - token.data)) {
+            const auto byte = static_cast<unsigned char>(c);
+            hex += digits[byte >> 4U];
+            hex += digits[byte & 15U];
+        }
+    }
+    edits_.push_back({token.begin, token.end, std::move(hex)});
+}
+
+bool Checker::checkEnd(std::size_t end) {
+    if (!std::all_of(bytes_.begin() + static_cast<std::ptrdiff_t>(end), bytes_.end(), isFiller))
+        return fail(Kind::TextAfterEnd, u"There is more in the file behind the document's end.");
+    return rows_.finished() || malformed(kBadTable);
+}
+
+std::string Checker::edited(std::size_t end) const {
+    std::string document;
+    document.reserve(end - start_);
+    std::size_t copied = start_;
+    for (const Edit& edit : edits_) {
+        document.append(bytes_.substr(copied, edit.begin - copied)).append(edit.replacement);
+        copied = edit.end;
+    }
+    return document.append(bytes_.substr(copied, end - copied));
+}
+
+bool isUtf16WithMark(std::string_view bytes) {
+    return bytes.size() % 2 == 0 &&
+           (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"));
+}
+
+}  // namespace
+
+bool looksLikeRtf(std::string_view bytes) {
+    const std::string_view document = bytes.substr(documentStart(bytes));
+    constexpr std::string_view opening = "{\\rtf";
+    if (!document.starts_with(opening))
+        return false;
+    RtfLexer lexer(document, 1);
+    return lexer.next().name == "rtf";
+}
+
+RtfVerdict checkRtf(std::string_view bytes) {
+    if (!looksLikeRtf(bytes))
+        return {Kind::NotRtf, u"The file holds no Rich Text.", {}};
+    return Checker(bytes, documentStart(bytes)).run();
+}
+
+bool looksBinary(std::string_view bytes) {
+    if (isUtf16WithMark(bytes)) {
+        for (std::size_t i = 0; i < bytes.size(); i += 2) {
+            if (bytes[i] == '\0' && bytes[i + 1] == '\0')
+                return true;
+        }
+        return false;
+    }
+    std::size_t controls = 0;
+    for (const char c : bytes) {
+        if (c == '\0')
+            return true;
+        constexpr std::string_view usual = "\t\n\v\f\r\x1B\x1A";
+        if (static_cast<unsigned char>(c) < 0x20 && usual.find(c) == std::string_view::npos)
+            ++controls;
+    }
+    return controls > 3 + bytes.size() / 100;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,66 @@
+// What a file holds, judged from its bytes, before a control is given them.
+//
+// The rich-edit control reads some damaged documents as an empty or shortened text and reports
+// success, and with others it goes down and takes the program along. So nothing reaches it that
+// was not found sound here first.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "app/Text.h"
+
+namespace melvorin {
+
+// Groups inside groups, the document's own included. Of the controls we run on, the one with the
+// smallest stack reads 32 levels, whatever the groups hold, and crashes at 33. Word processors
+// stay far below.
+inline constexpr std::size_t kMaxRtfDepth = 30;
+// Letters and digits of a control word. A control crashes somewhat above 1,030; Rich Text itself
+// allows 32 letters.
+inline constexpr std::size_t kMaxRtfWordLength = 250;
+// Bytes of a name in the font table or the style sheet; crashes above 1,040.
+inline constexpr std::size_t kMaxRtfNameLength = 250;
+// Cells of a table row; crashes at 65, loses a cell at 64.
+inline constexpr std::size_t kMaxRtfCells = 63;
+
+struct RtfVerdict {
+    enum class Kind {
+        Ok,
+        NotRtf,        // does not begin with {\rtf
+        Truncated,     // ends before its last group is closed
+        TooDeep,       // more than kMaxRtfDepth levels
+        TextAfterEnd,  // goes on behind its last brace; a control would drop that silently
+        Malformed      // some part would empty, shorten or crash a control
+    };
+
+    Kind kind = Kind::Ok;
+    // For the user, a whole sentence; empty when Ok.
+    Text sentence;
+    // What to load when Ok: the document from its first to its last brace, without byte-order
+    // mark and blanks before and blanks and NULs after it. Two things are written differently,
+    // with the same meaning, because not every control reads them: raw binary data becomes
+    // hexadecimal, and blanks between the entries of the font table and the style sheet go.
+    std::string document;
+};
+
+// Checks a whole document. Linear in its size; never throws for what the bytes hold.
+//
+// Accepted are a UTF-8 byte-order mark and white space before the document, and white space, NULs
+// and an end-of-file mark (0x1A) behind it. Malformed are: \' without two hexadecimal digits and
+// NULs (outside raw data); overlong words and names; \uc outside 0 to 16; a font table, colour
+// table or style sheet that is not built as such; tables with nested tables, unfinished rows, or
+// more cells than their rows define.
+RtfVerdict checkRtf(std::string_view bytes);
+
+// True when the bytes begin with {\rtf, after an optional UTF-8 byte-order mark and white space.
+bool looksLikeRtf(std::string_view bytes);
+
+// True when a file that claims to be text holds something else. Text in UTF-16 with a byte-order
+// mark is text unless it holds U+0000. Otherwise a NUL is a sure sign; and so are more control
+// characters than 3 plus 1 in 100 bytes, where TAB, LF, VT, FF, CR, ESC and the old end-of-file
+// mark 0x1A do not count: compressed data has about ten in 100.
+bool looksBinary(std::string_view bytes);
+
+}  // namespace melvorin

@@ -1,0 +1,115 @@
+// The way between the plain text of a Rich Text document and its source bytes.
+//
+// To rewrite many lines of a document, one rewritten source loaded once is far cheaper than many
+// edits of the control, and it keeps all other formatting byte for byte.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/Editor.h"
+#include "app/Text.h"
+
+namespace melvorin {
+
+// A part of one line, or a whole one, and what becomes of it. Positions count UTF-16 units of
+// RtfMap::text().
+struct LineRewrite {
+    std::size_t start = 0;   // first character to replace
+    std::size_t length = 0;  // how many; no line end and no soft line break among them
+    Text text;               // without CR and LF; U+000B is a soft line break
+    // For every character of `text` the column, from `start`, of the old character whose
+    // formatting it takes. Never decreasing, at most `length`; `length` itself stands for the
+    // formatting at the end of the replaced part.
+    std::vector<std::uint32_t> source;
+    // Characters of `text` that keep the colour of their source. Empty: none does.
+    std::vector<bool> keepColour;
+};
+
+class RtfMap {
+  public:
+    // Reads the source of a whole document as a rich-edit control writes it. Nothing where the
+    // text does not follow exactly from the source: tables, pictures, objects, fields, bullets,
+    // styles in use, hidden text, page and section breaks, characters above 0x7F in a font that
+    // is not Windows-1252, any text in a symbol font, words that are not known here, and
+    // malformed source. Compare text() with the control's own before relying on the map: some
+    // controls have their own idea of \- and \line.
+    static std::optional<RtfMap> parse(std::string_view rtf);
+
+    // The text as the control has it: U+000D for \par, U+000B for \line, and nothing for a last
+    // \par, which only ends the last paragraph.
+    TextView text() const { return text_; }
+
+    // Face name of the character at `position` (less than text().size()); lives as long as the
+    // map.
+    TextView fontNameAt(std::size_t position) const;
+
+    // Its colour; nothing for the automatic one.
+    std::optional<Rgb> colourAt(std::size_t position) const;
+
+    // The source with the given parts rewritten and everything else byte for byte as it was
+    // (but for a colour added to the colour table). New characters get `colour`, unless they keep
+    // their own. The parts are in ascending order, with at least one character between two; a
+    // part that breaks a rule of LineRewrite throws std::invalid_argument. Linear time.
+    std::string rewrite(std::span<const LineRewrite> lines, Rgb colour) const;
+
+  private:
+    friend class RtfMapParser;
+    friend class RtfRewriter;
+
+    enum class Charset : std::uint8_t {
+        Latin,       // Windows-1252
+        Unknown,     // the machine's default, read as Windows-1252 where the document says so
+        OtherAscii,  // only ASCII is sure
+        Symbol
+    };
+
+    struct Font {
+        std::int32_t number = 0;
+        Text face;
+        bool isExact = true;  // the face name could be read
+        Charset charset = Charset::Unknown;
+    };
+
+    static constexpr std::uint16_t kNoFont = 0xFFFF;
+
+    // A character of the text and its source, with the formatting in force there.
+    struct Char {
+        std::uint32_t begin = 0;  // byte offsets
+        std::uint32_t end = 0;
+        std::uint16_t font = kNoFont;  // index into fonts_
+        std::uint16_t colour = 0;      // index into colours_
+        std::uint8_t skip = 1;         // characters to skip behind a \u
+        bool endsOpen = false;         // its source is a control word without the blank behind
+    };
+
+    // What matters to colours between two characters.
+    struct Piece {
+        enum class Kind : std::uint8_t { Colour, Open, Reset };  // Reset: } and \plain
+        std::uint32_t begin = 0;
+        std::uint32_t end = 0;
+        Kind kind = Kind::Colour;
+        std::uint16_t colour = 0;  // in force behind it, in the original
+    };
+
+    RtfMap() = default;
+
+    std::string source_;
+    Text text_;
+    // One more than text_ has: the last stands for the end of the text.
+    std::vector<Char> chars_;
+    std::vector<Piece> pieces_;
+    std::vector<Font> fonts_;
+    std::vector<std::optional<Rgb>> colours_;
+    std::size_t bodyStart_ = 0;                // behind font and colour table
+    std::size_t fontsEnd_ = 0;                 // behind the font table
+    std::optional<std::size_t> coloursClose_;  // of the colour table's closing brace
+};
+
+}  // namespace melvorin

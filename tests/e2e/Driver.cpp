@@ -1,0 +1,133 @@
+// Drives a running Melvorin from a second process, step by step, as named on its command line:
+//
+//   wait TITLE        until the main window is in view under this title
+//   menu CAPTION      gives the menu command of this caption and waits until it is done
+//   post CAPTION      gives it without waiting (for commands that open a dialog)
+//   type TEXT         types into the editor
+//   wait-window TITLE until a dialog of this title is in view
+//   text              prints the editor's text
+//   close             closes the main window, without waiting
+//   wait-gone         until the main window is gone
+//
+// Exit code 1 and one line on stderr where a step cannot be done in a minute.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/CommandMap.h"
+#include "platform/Win.h"
+
+namespace {
+
+using namespace melvorin;
+
+constexpr ULONGLONG kLimitMs = 60'000;
+
+HWND mainWindow() {
+    const HWND window = ::FindWindowW(L"MelvorinForm1", nullptr);
+    return window != nullptr && ::IsWindowVisible(window) ? window : nullptr;
+}
+
+HWND editor() {
+    const HWND edit = ::FindWindowExW(mainWindow(), nullptr, L"RICHEDIT50W", nullptr);
+    return edit != nullptr ? edit : ::FindWindowExW(mainWindow(), nullptr, L"RichEdit20W", nullptr);
+}
+
+Text captionOf(HWND window) {
+    Text buffer(512, u'\0');
+    buffer.resize(static_cast<std::size_t>(::GetWindowTextW(window, wideBuffer(buffer), 512)));
+    return buffer;
+}
+
+template <class Condition>
+bool waitFor(Condition condition) {
+    const ULONGLONG limit = ::GetTickCount64() + kLimitMs;
+    while (!condition()) {
+        if (::GetTickCount64() > limit)
+            return false;
+        ::Sleep(20);
+    }
+    return true;
+}
+
+std::optional<WPARAM> idOfCaption(TextView caption) {
+    for (const MenuEntry& entry : menuEntries()) {
+        if (entry.caption == caption && !entry.isSubmenu)
+            return idOf(entry.item);
+    }
+    return std::nullopt;
+}
+
+bool giveCommand(TextView caption, bool wait) {
+    const auto id = idOfCaption(caption);
+    if (!id || mainWindow() == nullptr)
+        return false;
+    if (!wait)
+        return ::PostMessageW(mainWindow(), WM_COMMAND, *id, 0) != 0;
+    DWORD_PTR result = 0;
+    return ::SendMessageTimeoutW(mainWindow(), WM_COMMAND, *id, 0, SMTO_NORMAL, kLimitMs,
+                                 &result) != 0;
+}
+
+bool printText() {
+    const auto length = static_cast<std::size_t>(::SendMessageW(editor(), WM_GETTEXTLENGTH, 0, 0));
+    Text buffer(length + 1, u'\0');
+    buffer.resize(static_cast<std::size_t>(
+        ::SendMessageW(editor(), WM_GETTEXT, buffer.size(), lparamOf(buffer.data()))));
+    const std::string bytes = toUtf8(buffer);
+    std::printf("%s\n", bytes.c_str());
+    return true;
+}
+
+bool type(TextView text) {
+    for (const char16_t c : text) {
+        if (!::PostMessageW(editor(), WM_CHAR, c, 1))
+            return false;
+    }
+    // The text has arrived when a message sent behind it is answered.
+    DWORD_PTR result = 0;
+    return ::SendMessageTimeoutW(editor(), WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kLimitMs,
+                                 &result) != 0;
+}
+
+bool runStep(TextView step, TextView argument) {
+    if (step == u"wait")
+        return waitFor([&] { return mainWindow() && captionOf(mainWindow()) == argument; });
+    if (step == u"menu" || step == u"post")
+        return giveCommand(argument, step == u"menu");
+    if (step == u"type")
+        return type(argument);
+    if (step == u"wait-window")
+        return waitFor([&] {
+            const HWND window = ::FindWindowW(nullptr, wide(Text(argument)));
+            return window != nullptr && ::IsWindowVisible(window);
+        });
+    if (step == u"text")
+        return printText();
+    if (step == u"close")
+        return ::PostMessageW(mainWindow(), WM_CLOSE, 0, 0) != 0;
+    if (step == u"wait-gone")
+        return waitFor([] { return ::FindWindowW(L"MelvorinForm1", nullptr) == nullptr; });
+    return false;
+}
+
+bool takesArgument(TextView step) {
+    return step != u"text" && step != u"close" && step != u"wait-gone";
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+    for (int i = 1; i < count; ++i) {
+        const TextView step = textOf(arguments[i]);
+        TextView argument;
+        if (takesArgument(step) && i + 1 < count)
+            argument = textOf(arguments[++i]);
+        if (!runStep(step, argument)) {
+            std::fprintf(stderr, "driver: cannot do: %s %s\n", toUtf8(step).c_str(),
+                         toUtf8(argument).c_str());
+            return 1;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,187 @@
+// The key change on the real editor, through the real window.
+#include "Scripted.h"
+#include "chords/DocumentKey.h"
+
+namespace melvorin::testing {
+namespace {
+
+constexpr Rgb kBlack{0, 0, 0};
+
+Rgb colourAt(RichEdit& editor, std::int32_t position) {
+    editor.select({position, position + 1});
+    return editor.selectionStyle().colour.value_or(Rgb{1, 2, 3});
+}
+
+TEST(KeyChange, MovesChordLinesAndColoursThem) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(
+        folder.add(u"song.txt", "C     Am7/G   F#m7(9)\r\nIs a song by the river\r\n\r\nG7  C\r\n")));
+    program.waitForKeyButtons();
+    program.editor().select({30, 30});
+    const std::int16_t before = program.history().count();
+    program.command(Command::mnuUp);
+
+    EXPECT_EQ(program.text(), "C#    A#m7/G# Gm7(9) \rIs a song by the river\r\rG#7 C#");
+    EXPECT_EQ(program.history().count(), before + 1);
+    EXPECT_EQ(program.editor().selection(), (Selection{30, 30}));
+    EXPECT_TRUE(program.state().dirty && program.state().undo);
+    EXPECT_EQ(program.form->halfSteps(), 1);
+    EXPECT_EQ(colourAt(program.editor(), 0), kChordColour);
+    EXPECT_EQ(colourAt(program.editor(), 25), kBlack);
+    EXPECT_EQ(colourAt(program.editor(), 48), kChordColour);
+
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "C     Am7/G   F#m7(9)\rIs a song by the river\r\rG7  C");
+    EXPECT_EQ(colourAt(program.editor(), 0), kBlack);
+    program.command(Command::mnuEditRedo);
+    program.command(Command::mnuDwn);
+    EXPECT_EQ(program.text(), "C     Am7/G   F#m7(9)\rIs a song by the river\r\rG7  C ");
+    EXPECT_EQ(program.form->halfSteps(), 0);
+}
+
+TEST(KeyChange, SpellingIsChosenOnceAndMarked) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  D\r\n")));
+    const auto captions = [&] {
+        return std::pair(shown(program.form->menuBar().caption(Command::mnuSus)),
+                         shown(program.form->menuBar().caption(Command::mnuBem)));
+    };
+    program.command(Command::mnuBem);
+    EXPECT_EQ(captions(), std::pair(std::string("        Use Sharps"),
+                                    std::string(">>    Use Flats")));
+    EXPECT_FALSE(program.state().dirty);
+    program.command(Command::mnuUp);
+    EXPECT_EQ(program.text(), "Db Eb");
+    program.command(Command::mnuSus);
+    EXPECT_EQ(captions(), std::pair(std::string(">>    Use Sharps"),
+                                    std::string("         Use Flats")));
+    program.command(Command::mnuUp);
+    EXPECT_EQ(program.text(), "D  E ");
+    program.command(Command::mnuUp);
+    EXPECT_EQ(program.text(), "D# F ");
+}
+
+TEST(KeyChange, EmptyDocumentOnlyMovesTheCounter) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.command(Command::mnuDwn);
+    EXPECT_EQ(program.form->halfSteps(), -1);
+    EXPECT_FALSE(program.state().dirty);
+    EXPECT_EQ(program.history().count(), 1);
+}
+
+TEST(KeyChange, ButtonsGoOffWithEveryChangeAndComeBackWhenIdle) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    // Sent, so that no idle moment comes between.
+    ::SendMessageW(program.editor().handle(), WM_CHAR, u'C', 1);
+    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyUpButton));
+    program.waitForKeyButtons();
+    EXPECT_TRUE(program.form->toolbar().isEnabled(kKeyUpButton));
+    ::SendMessageW(program.editor().handle(), WM_KEYDOWN, VK_BACK, 1);
+    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyDownButton));
+    EXPECT_FALSE(program.state().saveAs);
+}
+
+struct Character {
+    char16_t c;
+    Text face;
+    Rgb colour;
+    bool bold;
+
+    friend bool operator==(const Character&, const Character&) = default;
+};
+
+std::vector<Character> charactersOf(RichEdit& editor, std::int32_t count) {
+    const Text text = editor.text().chars;
+    std::vector<Character> characters;
+    for (std::int32_t i = 0; i < count; ++i) {
+        editor.select({i, i + 1});
+        const SelectionStyle style = editor.selectionStyle();
+        characters.push_back({text[static_cast<std::size_t>(i)], *style.face, *style.colour,
+                              *style.bold});
+    }
+    return characters;
+}
+
+// What is not a chord stays as it is, and so does the formatting of what is; a diagram is no note
+// although its character may be a letter.
+TEST(KeyChange, KeepsFormattingAndDiagrams) {
+    const Text plain = u"Courier New";
+    const Text diagram = u"Melvorin 01";
+    constexpr Rgb blue{0, 0, 255};
+    const std::vector<Character> expected = {
+        {u'C', plain, kChordColour, false},  {u'#', plain, kChordColour, false},
+        {u' ', plain, kChordColour, false},  {u'G', plain, kChordColour, true},
+        {u'#', plain, kChordColour, true},   {u'm', plain, kChordColour, false},
+        {u' ', plain, kChordColour, false},  {u'A', diagram, blue, false},
+        {u' ', plain, kChordColour, false},  {u' ', plain, kChordColour, false},
+        {u'F', plain, kChordColour, false},  {u'#', plain, kChordColour, false},
+        {u'\r', plain, kBlack, false},       {u'b', plain, kBlack, true},
+        {u'y', plain, kBlack, false},
+    };
+    const std::string song =
+        R"({\rtf1\ansi\ansicpg1252\deff0{\fonttbl{\f0\fmodern\fcharset0 Courier New;})"
+        R"({\f1\fnil\fcharset0 Melvorin 01;}}{\colortbl ;\red0\green0\blue255;\red0\green0\blue0;})"
+        R"(\pard\cf2\f0\fs20 C  {\b G}m \cf1\f1\fs48 A\cf2\f0\fs20    F\par {\b b}y the river\par)";
+    // A table cannot be mapped exactly, so its document goes the slow way.
+    const std::string table = R"(\trowd\cellx2000\pard\intbl x\cell\row\pard end\par)";
+    for (const std::string& rtf : {song + "}", song + table + "}"}) {
+        const ScratchFolder folder;
+        Program program;
+        ASSERT_TRUE(program.start(folder.add(u"song.rtf", rtf)));
+        program.command(Command::mnuUp);
+        const auto got = charactersOf(program.editor(), static_cast<int>(expected.size()));
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_EQ(got[i], expected[i]) << i << " " << shown(got[i].face) << " "
+                                           << shown(Text(1, got[i].c));
+    }
+}
+
+TEST(KeyChange, UpAndDownAgainAndAgainComesBack) {
+    const ScratchFolder folder;
+    const std::string chart = "C     Am7/G   Gm7(9)     F\r\nwords of the song go here\r\n";
+    std::string song;
+    for (int i = 0; i < 50; ++i)
+        song += chart;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    // Growing chords may lengthen a line by blanks, and they stay; nothing else may change.
+    const auto withoutTrailingBlanks = [&] {
+        std::string lines;
+        for (const TextView line : splitLines(program.editor().text().chars))
+            lines += shown(line.substr(0, line.find_last_not_of(u' ') + 1)) + "\n";
+        return lines;
+    };
+    const std::string before = withoutTrailingBlanks();
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 12; ++i)
+            program.command(Command::mnuUp);
+        for (int i = 0; i < 12; ++i)
+            program.command(Command::mnuDwn);
+    }
+    EXPECT_EQ(withoutTrailingBlanks(), before);
+}
+
+TEST(KeyChange, KeepsTheViewWhereItWas) {
+    const ScratchFolder folder;
+    std::string song;
+    for (int i = 0; i < 400; ++i)
+        song += "C     Am7/G   Gm7(9)     F\r\nwords of the song go here\r\n";
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    const std::int32_t position = program.editor().firstOfLine(501) + 7;
+    program.editor().select({position, position + 3});
+    program.editor().scrollCaretIntoView();
+    const std::int32_t top = program.editor().firstVisibleLine();
+    ASSERT_GT(top, 300);
+    program.command(Command::mnuUp);
+    EXPECT_EQ(program.editor().firstVisibleLine(), top);
+    EXPECT_EQ(program.editor().lineOf(program.editor().selection().begin), 501);
+    EXPECT_EQ(shown(program.editor().textBetween(program.editor().selection())), "f t");
+}
+
+}  // namespace
+}  // namespace melvorin::testing
