@@ -5,6 +5,10 @@ target_compile_features(melvorin_options INTERFACE cxx_std_20)
 target_compile_options(melvorin_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wextra-semi -Werror)
+# GCC 12 sees overlaps in string concatenation that are not there.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(melvorin_options INTERFACE -Wno-restrict)
+endif()
 target_include_directories(melvorin_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
 if(MELVORIN_SANITIZE)

@@ -22,12 +22,14 @@ rm -rf "$folder"
 echo "There is no display, so the program does its main job by itself."
 "$tools/with-display.sh" --own bash -c \
     '"$1/wine-prefix.sh" && "$1/main-job.sh" "$2" ${3:+"$3"}' - "$tools" "$folder" "$song"
+# A saved song is in the code page of Western Windows where its letters allow that.
+show() { iconv -f UTF-8 "$1" 2>/dev/null || iconv -f CP1252 -t UTF-8 "$1"; }
 echo
 echo "--- before"
-cat "$folder/before.txt"
+show "$folder/before.txt"
 echo
 echo "--- after \"Go Up a Half Step\" and \"Save\""
-cat "$folder/song.txt"
+show "$folder/song.txt"
 echo
 echo "saved file: $folder/song.txt"
 echo "screenshot: $folder/melvorin.png"

@@ -7,7 +7,7 @@ packages=(
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
     googletest clang-format clang-tidy libasan8 libubsan1
     wine wine64 xvfb xauth x11-utils xdotool imagemagick
-    fonts-liberation fonts-dejavu-core librsvg2-bin
+    fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
 )
 
 missing=()

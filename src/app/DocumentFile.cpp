@@ -27,20 +27,20 @@ Result<DocumentContent> readPlain(std::string_view bytes, const AnsiCodec& ansi)
     return Result<DocumentContent>::success({false, {}, toEditorText(expandTabs(text))});
 }
 
-Result<DocumentContent> readRich(std::string bytes) {
-    const RtfVerdict verdict = checkRtf(bytes);
+Result<DocumentContent> readRich(std::string_view bytes) {
+    RtfVerdict verdict = checkRtf(bytes);
     if (verdict.kind != RtfVerdict::Kind::Ok)
         return Result<DocumentContent>::failure(verdict.sentence);
-    return Result<DocumentContent>::success({true, std::move(bytes), {}});
+    return Result<DocumentContent>::success({true, std::move(verdict.document), {}});
 }
 
 }  // namespace
 
-Result<DocumentContent> readDocument(std::string bytes, TextView extension,
+Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
                                      const AnsiCodec& ansi) {
     if (bytes.empty() && lowerCase(extension) != u"txt")
         return Result<DocumentContent>::failure(u"The file is empty.");
-    return looksLikeRtf(bytes) ? readRich(std::move(bytes)) : readPlain(bytes, ansi);
+    return looksLikeRtf(bytes) ? readRich(bytes) : readPlain(bytes, ansi);
 }
 
 std::string plainDocument(const EditorText& text, const AnsiCodec& ansi) {

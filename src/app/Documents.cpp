@@ -2,7 +2,6 @@
 
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
-#include "app/RtfCheck.h"
 
 namespace melvorin {
 namespace {
@@ -66,8 +65,8 @@ void Documents::loadTemplate() {
         return;
     }
     const Result<std::string> bytes = services_.files.read(*temporary.value);
-    if (bytes && checkRtf(*bytes.value).kind == RtfVerdict::Kind::Ok)
-        editor_.loadRtf(*bytes.value);
+    if (bytes)
+        loadOrKeep(*bytes.value);
     services_.files.remove(*temporary.value);
     // The face is the user's choice, which a file made beforehand cannot know.
     editor_.setSelectionFont(editorFontFace(services_), kEditorFontPoints);
@@ -182,10 +181,10 @@ bool Documents::load(TextView path) {
         return refuse(size.cause);
     if (*size.value > kLargestFile)
         return refuse(u"The file is too large (" + sizeInWords(*size.value) + u").");
-    Result<std::string> bytes = services_.files.read(path);
+    const Result<std::string> bytes = services_.files.read(path);
     if (!bytes)
         return refuse(bytes.cause);
-    const auto content = readDocument(*std::move(bytes.value), extensionPart(path), services_.ansi);
+    const auto content = readDocument(*bytes.value, extensionPart(path), services_.ansi);
     if (!content)
         return refuse(content.cause);
     if (content.value->isRichText && *size.value > kLargeRtf &&

@@ -17,16 +17,129 @@ constexpr TextView kBadFonts = u"The font table of the document is damaged.";
 constexpr TextView kBadColours = u"The colour table of the document is damaged.";
 constexpr TextView kBadStyles = u"The style sheet of the document is damaged.";
 constexpr TextView kBadTable = u"The document has a table that is damaged or too complex.";
+constexpr TextView kBadEncoding = u"The character encoding of the document is damaged.";
+constexpr TextView kMisplaced = u"A part of the document is not where it belongs.";
 constexpr std::int32_t kMaxSkip = 16;
 
 // Words whose group is something apart from the text around it. In the middle of a group they
 // make a control take the rest of the group, or of the document, for that.
-constexpr auto kDestinations = std::to_array<std::string_view>(
-    {"annotation", "author",     "bkmkend", "bkmkstart", "colortbl", "field",   "fldinst",
-     "fldrslt",    "fonttbl",    "footer",  "footerf",   "footerl",  "footerr", "footnote",
-     "generator",  "header",     "headerf", "headerl",   "headerr",  "info",    "listtable",
-     "listtext",   "nonshppict", "objdata", "object",    "pict",     "pntext",  "result",
-     "shppict",    "stylesheet", "tc",      "txe",       "ud",       "upr",     "xe"});
+constexpr auto kDestinations = std::to_array<std::string_view>({"aftncn",
+                                                                "aftnsep",
+                                                                "aftnsepc",
+                                                                "annotation",
+                                                                "atnauthor",
+                                                                "atnicn",
+                                                                "atnid",
+                                                                "atnparent",
+                                                                "atnref",
+                                                                "atntime",
+                                                                "atrfend",
+                                                                "atrfstart",
+                                                                "author",
+                                                                "background",
+                                                                "bkmkend",
+                                                                "bkmkstart",
+                                                                "blipuid",
+                                                                "buptim",
+                                                                "category",
+                                                                "colortbl",
+                                                                "comment",
+                                                                "company",
+                                                                "creatim",
+                                                                "datafield",
+                                                                "docvar",
+                                                                "falt",
+                                                                "field",
+                                                                "file",
+                                                                "filetbl",
+                                                                "fldinst",
+                                                                "fldrslt",
+                                                                "fldtype",
+                                                                "fname",
+                                                                "fontemb",
+                                                                "fontfile",
+                                                                "fonttbl",
+                                                                "footer",
+                                                                "footerf",
+                                                                "footerl",
+                                                                "footerr",
+                                                                "footnote",
+                                                                "formfield",
+                                                                "ftncn",
+                                                                "ftnsep",
+                                                                "ftnsepc",
+                                                                "generator",
+                                                                "header",
+                                                                "headerf",
+                                                                "headerl",
+                                                                "headerr",
+                                                                "info",
+                                                                "keycode",
+                                                                "keywords",
+                                                                "leveltext",
+                                                                "list",
+                                                                "listlevel",
+                                                                "listname",
+                                                                "listoverride",
+                                                                "listoverridetable",
+                                                                "listtable",
+                                                                "listtext",
+                                                                "manager",
+                                                                "nesttableprops",
+                                                                "nextfile",
+                                                                "nonesttables",
+                                                                "nonshppict",
+                                                                "objalias",
+                                                                "objclass",
+                                                                "objdata",
+                                                                "object",
+                                                                "objname",
+                                                                "objsect",
+                                                                "objtime",
+                                                                "operator",
+                                                                "panose",
+                                                                "password",
+                                                                "picprop",
+                                                                "pict",
+                                                                "pn",
+                                                                "pnseclvl",
+                                                                "pntext",
+                                                                "pntxta",
+                                                                "pntxtb",
+                                                                "printim",
+                                                                "private",
+                                                                "propname",
+                                                                "result",
+                                                                "revtbl",
+                                                                "rsidtbl",
+                                                                "rxe",
+                                                                "shp",
+                                                                "shpgrp",
+                                                                "shpinst",
+                                                                "shppict",
+                                                                "shprslt",
+                                                                "shptxt",
+                                                                "sn",
+                                                                "sp",
+                                                                "staticval",
+                                                                "stylesheet",
+                                                                "subject",
+                                                                "sv",
+                                                                "tc",
+                                                                "template",
+                                                                "title",
+                                                                "txe",
+                                                                "ud",
+                                                                "upr",
+                                                                "userprops",
+                                                                "xe"});
+static_assert(std::is_sorted(kDestinations.begin(), kDestinations.end()));
+
+// Those of them that are no part of the text: a table in one is complete in itself, or it does
+// not count.
+constexpr auto kAsides = std::to_array<std::string_view>(
+    {"annotation", "fldinst", "fldrslt", "footer", "footerf", "footerl", "footerr", "footnote",
+     "header", "headerf", "headerl", "headerr", "info", "listtext", "nonshppict", "pntext"});
 
 // Code pages that every control knows; with an unknown one a control reads nothing at all.
 constexpr auto kCodePages = std::to_array<std::int32_t>(
@@ -74,8 +187,10 @@ struct Level {
     bool ended = false;       // of an entry: the semicolon behind its name was seen
     bool hasEntries = false;  // of a font table: entries are groups
     bool isFlat = false;      // of a font table: entries are not groups
-    bool isOpen = false;      // of a colour table: a colour is not yet ended by a semicolon
+    bool isOpen = false;      // of a colour table, and of a font whose name is not the last thing
+                              // in its entry: the semicolon must still come
     std::size_t nameLength = 0;
+    std::int32_t skip = 1;  // stand-ins behind a \u
 };
 
 // The rows of the document's tables. A row that is not finished takes its text with it.
@@ -86,6 +201,7 @@ class Rows {
     void text() {
         if (inTable_)
             isOpen_ = true;
+        hasText_ = true;
     }
     bool finished() const { return !isOpen_; }
 
@@ -97,6 +213,7 @@ class Rows {
     bool isOpen_ = false;   // a row has begun and not ended
     std::size_t defined_ = 0;
     std::size_t used_ = 0;
+    bool hasText_ = false;  // since the last cell
 };
 
 bool Rows::word(const RtfToken& token) {
@@ -104,6 +221,7 @@ bool Rows::word(const RtfToken& token) {
     if (name == "pard") {
         inTable_ = false;
     } else if (name == "intbl" || name == "itap") {
+        hasText_ = hasText_ && isOpen_;
         inTable_ = name == "intbl" || token.number > 0;
         isOpen_ = isOpen_ || inTable_;
         return token.number <= 1;
@@ -123,13 +241,15 @@ bool Rows::word(const RtfToken& token) {
 
 bool Rows::endCell() {
     text();
+    hasText_ = false;
     // Cells outside a table are no cells to a control.
     return !isOpen_ || ++used_ <= defined_;
 }
 
 bool Rows::endRow() {
-    const bool fits = !isOpen_ || used_ <= defined_;
-    isOpen_ = false;
+    // Text behind the last cell would need one more.
+    const bool fits = !isOpen_ || used_ + (hasText_ ? 1 : 0) <= defined_;
+    isOpen_ = hasText_ = false;
     used_ = 0;
     return fits;
 }
@@ -149,6 +269,7 @@ class Checker {
     };
 
     bool token(const RtfToken& token);
+    void countStandIns(const RtfToken& token);
     bool open();
     bool close();
     bool word(const RtfToken& token);
@@ -179,6 +300,7 @@ class Checker {
     std::array<Level, kMaxRtfDepth> levels_;
     std::size_t depth_ = 0;
     Rows rows_;
+    std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
     std::vector<Edit> edits_;
     RtfVerdict verdict_;
 };
@@ -202,6 +324,7 @@ RtfVerdict Checker::run() {
 }
 
 bool Checker::token(const RtfToken& token) {
+    countStandIns(token);
     switch (token.kind) {
         case RtfToken::Kind::Open:
             return open();
@@ -222,6 +345,23 @@ bool Checker::token(const RtfToken& token) {
             break;
     }
     return true;
+}
+
+// A control that finds a brace where a stand-in for \u should be miscounts its groups.
+void Checker::countStandIns(const RtfToken& token) {
+    const bool isStandIn = token.kind == RtfToken::Kind::Byte ||
+                           token.kind == RtfToken::Kind::Hex ||
+                           token.kind == RtfToken::Kind::Symbol;
+    if (token.isWord("u"))
+        missing_ = level().skip;
+    else if (missing_ > 0 && isStandIn)
+        --missing_;
+    else if (token.kind != RtfToken::Kind::Break) {
+        if (missing_ > 0 && token.kind == RtfToken::Kind::Open)
+            edits_.push_back(
+                {token.begin, token.begin, std::string(static_cast<std::size_t>(missing_), '?')});
+        missing_ = 0;
+    }
 }
 
 bool Checker::open() {
@@ -246,6 +386,7 @@ bool Checker::open() {
             case Place::Style:
                 if (!outer.started || outer.ended)
                     return malformed(outer.place == Place::Font ? kBadFonts : kBadStyles);
+                outer.isOpen = outer.hasText;
                 place = Place::Skipped;
                 break;
             case Place::Colours:
@@ -256,7 +397,8 @@ bool Checker::open() {
         }
         outer.started = true;
     }
-    levels_[depth_++] = Level{.place = place};
+    const std::int32_t skip = depth_ > 0 ? level().skip : 1;
+    levels_[depth_++] = Level{.place = place, .skip = skip};
     return true;
 }
 
@@ -264,7 +406,7 @@ bool Checker::close() {
     const Level& closed = level();
     if (closed.place == Place::Colours && closed.isOpen)
         return malformed(kBadColours);
-    if (closed.place == Place::Font && !closed.hasText)
+    if (closed.place == Place::Font && !closed.ended && (!closed.hasText || closed.isOpen))
         return malformed(kBadFonts);
     if (closed.place == Place::Style && !closed.ended)
         return malformed(kBadStyles);
@@ -282,13 +424,19 @@ bool Checker::word(const RtfToken& token) {
         rewriteBinary(token);
         return true;
     }
-    if (level().started && contains(kDestinations, token.name))
-        return malformed(u"A part of the document is not where it belongs.");
+    if (level().started &&
+        std::binary_search(kDestinations.begin(), kDestinations.end(), token.name))
+        return malformed(kMisplaced);
     if ((token.name == "ansicpg" || token.name == "cpg") &&
         (!token.hasNumber || !contains(kCodePages, token.number)))
         return malformed(u"The document is in an unknown code page.");
-    if (token.name == "uc" && (token.number < 0 || token.number > kMaxSkip))
-        return malformed(u"The character encoding of the document is damaged.");
+    if (token.name == "u" && !token.hasNumber)
+        return malformed(kBadEncoding);
+    if (token.name == "uc") {
+        if (token.number < 0 || token.number > kMaxSkip)
+            return malformed(kBadEncoding);
+        level().skip = token.hasNumber ? token.number : 1;
+    }
     if (token.name == "fonttbl")
         return destination(Place::Fonts, kBadFonts);
     if (token.name == "colortbl")
@@ -303,7 +451,7 @@ bool Checker::destination(Place place, TextView sentence) {
     Level& here = level();
     if (here.started || depth_ < 2 || (here.place != Place::Body && here.place != Place::Skipped))
         return malformed(sentence);
-    here = Level{.place = place, .started = true};
+    here = Level{.place = place, .started = true, .skip = here.skip};
     return true;
 }
 
@@ -315,6 +463,7 @@ bool Checker::tableWord(const RtfToken& token) {
             here.isFlat = true;
             return !here.hasEntries || malformed(kBadFonts);
         case Place::Font:
+            here.isOpen = here.hasText;
             return !here.ended || malformed(kBadFonts);
         case Place::Colours:
             here.isOpen = true;
@@ -330,7 +479,7 @@ bool Checker::tableWord(const RtfToken& token) {
     }
     if (token.name == "pict" || token.name == "objdata")
         here.place = Place::Data;
-    else if (token.name == "info")
+    else if (contains(kAsides, token.name))
         here.place = Place::Skipped;
     return here.place != Place::Body || rows_.word(token) || malformed(kBadTable);
 }
@@ -339,8 +488,11 @@ bool Checker::symbol(const RtfToken& token) {
     Level& here = level();
     if (!token.isSymbol('*'))
         return text(token);
-    if (here.place == Place::Body && !here.started)
-        here.place = Place::Skipped;
+    if (here.place != Place::Body)
+        return true;
+    if (here.started)
+        return malformed(kMisplaced);
+    here.place = Place::Skipped;
     return true;
 }
 
@@ -370,7 +522,7 @@ bool Checker::text(const RtfToken& token) {
         case Place::Data:
             break;
     }
-    here.started = true;
+    here.started = here.started || token.byte != ' ';
     return true;
 }
 

@@ -39,9 +39,10 @@ struct RtfVerdict {
     // For the user, a whole sentence; empty when Ok.
     Text sentence;
     // What to load when Ok: the document from its first to its last brace, without byte-order
-    // mark and blanks before and blanks and NULs after it. Two things are written differently,
+    // mark and blanks before and blanks and NULs after it. Three things are written differently,
     // with the same meaning, because not every control reads them: raw binary data becomes
-    // hexadecimal, and blanks between the entries of the font table and the style sheet go.
+    // hexadecimal, blanks between the entries of the font table and the style sheet go, and a
+    // missing stand-in character between \uN and a brace is added.
     std::string document;
 };
 
@@ -49,9 +50,10 @@ struct RtfVerdict {
 //
 // Accepted are a UTF-8 byte-order mark and white space before the document, and white space, NULs
 // and an end-of-file mark (0x1A) behind it. Malformed are: \' without two hexadecimal digits and
-// NULs (outside raw data); overlong words and names; \uc outside 0 to 16; a font table, colour
-// table or style sheet that is not built as such; tables with nested tables, unfinished rows, or
-// more cells than their rows define.
+// NULs (outside raw data); overlong words and names; \u without a number; \uc outside 0 to 16; unknown code pages; a
+// font table, colour table or style sheet that is not built as such; \* or the word of any other
+// part of its own (\header, \pict, \fldrslt...) in the middle of a group; tables with nested
+// tables, unfinished rows, or more cells than their rows define.
 RtfVerdict checkRtf(std::string_view bytes);
 
 // True when the bytes begin with {\rtf, after an optional UTF-8 byte-order mark and white space.

@@ -92,10 +92,11 @@ constexpr auto kCharacterWords = std::to_array<WordCharacter>({
 constexpr auto kSilentGroups =
     std::to_array<std::string_view>({"footer", "footerf", "footerl", "footerr", "header", "headerf",
                                      "headerl", "headerr", "info", "stylesheet"});
-// Starred destinations out of which some control makes text or pictures all the same.
-constexpr auto kSpeakingGroups =
-    std::to_array<std::string_view>({"do", "fldinst", "nesttableprops", "objdata", "pn", "shpinst",
-                                     "shppict", "ud", "fonttbl", "colortbl", "stylesheet"});
+// Starred destinations that every control skips. Others may hold words that some control obeys.
+constexpr auto kSkippedGroups = std::to_array<std::string_view>(
+    {"bkmkend", "bkmkstart", "colorschememapping", "datastore", "generator", "latentstyles",
+     "listoverridetable", "listtable", "mmathPr", "pgptbl", "revtbl", "rsidtbl", "themedata",
+     "xmlnstbl"});
 
 const std::array<char16_t, 256>& latin() {
     static const std::array<char16_t, 256> table = [] {
@@ -250,8 +251,7 @@ bool RtfMapParser::open(const RtfToken& brace) {
         return skipGroup(first);
     if (first.isSymbol('*')) {
         first = next();
-        return first.kind == Kind::Word && !contains(kSpeakingGroups, first.name) &&
-               skipGroup(first);
+        return first.kind == Kind::Word && contains(kSkippedGroups, first.name) && skipGroup(first);
     }
     if (outer_.size() >= kMaxDepth || map_.bodyStart_ == 0)
         return false;
@@ -308,7 +308,7 @@ bool RtfMapParser::word(const RtfToken& token) {
     }
     if (token.name == "ansicpg") {
         isWestern_ = token.number == 1252;
-        return true;
+        return map_.bodyStart_ == 0;
     }
     return token.name == "v" && token.hasNumber && token.number == 0;
 }

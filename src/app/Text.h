@@ -45,6 +45,7 @@ TextLine takeLine(TextView& rest);
 // not end in a line end has its rest as last line, one that does has an empty last line. The
 // views live as long as `text`'s characters.
 std::vector<TextView> splitLines(TextView text);
+std::vector<TextView> splitLines(Text&&) = delete;
 
 // UTF-8 conversion. Decoding replaces each malformed sequence by U+FFFD, encoding each lone
 // surrogate likewise; nothing throws.

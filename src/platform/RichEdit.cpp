@@ -5,12 +5,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "app/RtfRepair.h"
 #include "platform/Handles.h"
+#include "platform/Window.h"
 
 namespace melvorin {
 namespace {
 
 constexpr WPARAM kUnicode = 1200;
+constexpr int kLeftMargin = 6;  // pixels at 96 dpi between the frame and the text
 
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
@@ -28,7 +31,9 @@ struct Source {
 
 DWORD CALLBACK readSource(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
     auto& source = *reinterpret_cast<Source*>(cookie);
-    const std::size_t count = std::min(static_cast<std::size_t>(size), source.rest.size());
+    // An even count, so that no UTF-16 unit is cut in two.
+    const std::size_t room = static_cast<std::size_t>(size) & ~std::size_t{1};
+    const std::size_t count = std::min(room, source.rest.size());
     std::memcpy(buffer, source.rest.data(), count);
     source.rest.remove_prefix(count);
     *done = static_cast<LONG>(count);
@@ -98,6 +103,7 @@ bool RichEdit::create(HWND parent, int id, TextView face, int points) {
     const CHARFORMAT2W format = plainFormat(face, points);
     send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
     send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
+    send(EM_SETMARGINS, EC_LEFTMARGIN, MAKELPARAM(scaled(kLeftMargin), 0));
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
     return true;
 }
@@ -145,7 +151,7 @@ bool RichEdit::streamIn(WPARAM format, std::string_view bytes) {
     return stream.dwError == 0;
 }
 
-std::string RichEdit::rtf() const { return streamOut(SF_RTF); }
+std::string RichEdit::rtf() const { return withLostCharacters(streamOut(SF_RTF), text().chars); }
 
 std::string RichEdit::selectionRtf() const { return streamOut(SF_RTF | SFF_SELECTION); }
 

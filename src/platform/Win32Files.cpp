@@ -81,12 +81,16 @@ bool putInPlace(const Text& from, const Text& to) {
             ::SetLastError(ERROR_ACCESS_DENIED);
             return false;
         }
+        // Asked first: a replacement that is refused may leave files of its own behind.
+        constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+        UniqueFile probe(::CreateFileW(wide(to), GENERIC_WRITE | DELETE, shareAll, nullptr,
+                                       OPEN_EXISTING, 0, nullptr));
+        if (!probe)
+            return false;
+        probe.close();
         if (::ReplaceFileW(wide(to), wide(from), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
                            nullptr))
             return true;
-        const DWORD error = ::GetLastError();
-        if (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED)
-            return false;
     }
     return ::MoveFileExW(wide(from), wide(to),
                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;

@@ -151,7 +151,8 @@ TEST(KeyChange, UpAndDownAgainAndAgainComesBack) {
     // Growing chords may lengthen a line by blanks, and they stay; nothing else may change.
     const auto withoutTrailingBlanks = [&] {
         std::string lines;
-        for (const TextView line : splitLines(program.editor().text().chars))
+        const Text text = program.editor().text().chars;
+        for (const TextView line : splitLines(text))
             lines += shown(line.substr(0, line.find_last_not_of(u' ') + 1)) + "\n";
         return lines;
     };

@@ -1,0 +1,16 @@
+// Characters that a control loses when it writes Rich Text.
+#pragma once
+
+#include <string>
+
+#include "app/Text.h"
+
+namespace melvorin {
+
+// Some controls write a look-alike ("O") for a character outside Windows-1252 ("Ω"). Returns
+// `rtf`, which a control has written for `text` (its own text, line ends as CR), with such
+// characters put right; formatting stays. Unchanged where nothing is lost, or where the source
+// cannot be mapped to the text exactly.
+std::string withLostCharacters(std::string rtf, TextView text);
+
+}  // namespace melvorin
