@@ -4,12 +4,15 @@ set -eu
 . "$(dirname "$0")/wine-env.sh"
 
 # The stamp carries what the prefix was made for, so that a change here remakes it.
-stamp=$WINEPREFIX/.melvorin-2
+stamp=$WINEPREFIX/.melvorin-4
 [ -e "$stamp" ] && exit 0
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
 echo "preparing the Wine prefix (once)"
 timeout 180 "$wine" wineboot -i >/dev/null 2>&1
+# The glyphs of caption buttons, which Debian's Wine does not find by itself.
+cp /usr/share/wine/fonts/marlett.ttf /usr/share/wine/fonts/symbol.ttf \
+    "$WINEPREFIX/drive_c/windows/Fonts/"
 # The editor's two faces do not come with Wine; without a monospaced stand-in nothing lines up.
 for pair in "Courier New=Liberation Mono" "Lucida Console=DejaVu Sans Mono"; do
     timeout 60 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' \

@@ -249,6 +249,8 @@ bool Rows::endCell() {
 bool Rows::endRow() {
     // Text behind the last cell would need one more.
     const bool fits = !isOpen_ || used_ + (hasText_ ? 1 : 0) <= defined_;
+    // What follows stays in the table until \pard.
+    inTable_ = inTable_ || isOpen_;
     isOpen_ = hasText_ = false;
     used_ = 0;
     return fits;

@@ -130,6 +130,10 @@ bool isAlphanumeric(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
+bool needsColour(const LineRewrite& line) {
+    return line.keepColour.size() != line.text.size() || contains(line.keepColour, false);
+}
+
 std::uint8_t colourPart(std::int32_t number) {
     return static_cast<std::uint8_t>(std::clamp<std::int32_t>(number, 0, 255));
 }
@@ -539,11 +543,9 @@ void RtfMapParser::finish(std::size_t end) {
 // Writes the source anew, part by part.
 class RtfRewriter {
   public:
-    RtfRewriter(const RtfMap& map, Rgb colour) : map_(map), source_(map.source_) {
-        chooseColour(colour);
-    }
+    explicit RtfRewriter(const RtfMap& map) : map_(map), source_(map.source_) {}
 
-    std::string rewrite(std::span<const LineRewrite> lines);
+    std::string rewrite(std::span<const LineRewrite> lines, Rgb colour);
 
   private:
     using Char = RtfMap::Char;
@@ -572,9 +574,9 @@ class RtfRewriter {
     bool isOpen_ = false;          // written text ends in a control word without blank
 };
 
-std::string RtfRewriter::rewrite(std::span<const LineRewrite> lines) {
-    if (lines.empty())
-        return std::string(source_);
+std::string RtfRewriter::rewrite(std::span<const LineRewrite> lines, Rgb colour) {
+    if (std::any_of(lines.begin(), lines.end(), needsColour))
+        chooseColour(colour);
     std::size_t added = addition_.size();
     for (const LineRewrite& line : lines)
         added += line.text.size() + 16;
@@ -768,7 +770,7 @@ std::optional<Rgb> RtfMap::colourAt(std::size_t position) const {
 }
 
 std::string RtfMap::rewrite(std::span<const LineRewrite> lines, Rgb colour) const {
-    return RtfRewriter(*this, colour).rewrite(lines);
+    return RtfRewriter(*this).rewrite(lines, colour);
 }
 
 }  // namespace melvorin

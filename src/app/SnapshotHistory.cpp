@@ -7,8 +7,6 @@ namespace {
 
 constexpr TextView kPrefix = u"bb";
 constexpr std::int16_t kMostSnapshots = std::numeric_limits<std::int16_t>::max();
-// The array grows by blocks, so that a typed character seldom pays for it.
-constexpr std::int16_t kBlock = 10;
 
 }  // namespace
 
@@ -27,8 +25,6 @@ SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int3
         dropRedo();
     if (count_ == kMostSnapshots)
         return Outcome::Full;
-    if (count_ % kBlock == 0)
-        snapshots_.reserve(static_cast<std::size_t>(count_) + kBlock + 1);
     ++count_;
     current_ = count_;
     snapshots_.push_back({{}, caret});

@@ -13,7 +13,7 @@ namespace melvorin {
 namespace {
 
 constexpr WPARAM kUnicode = 1200;
-constexpr int kLeftMargin = 6;  // pixels at 96 dpi between the frame and the text
+constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
 
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
@@ -103,7 +103,6 @@ bool RichEdit::create(HWND parent, int id, TextView face, int points) {
     const CHARFORMAT2W format = plainFormat(face, points);
     send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
     send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
-    send(EM_SETMARGINS, EC_LEFTMARGIN, MAKELPARAM(scaled(kLeftMargin), 0));
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
     return true;
 }
@@ -112,6 +111,12 @@ void RichEdit::place(const RECT& rectangle) {
     ::SetWindowPos(handle_, nullptr, rectangle.left, rectangle.top,
                    rectangle.right - rectangle.left, rectangle.bottom - rectangle.top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
+    // The formatting rectangle, because not every control knows the margins message.
+    RECT text{};
+    ::GetClientRect(handle_, &text);
+    text.left += scaled(kMargin);
+    text.top += scaled(kMargin) / 2;
+    send(EM_SETRECT, 0, lparamOf(&text));
 }
 
 bool RichEdit::isEmpty() const {

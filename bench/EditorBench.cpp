@@ -1,0 +1,460 @@
+// What the editor's two costly moments take in the real main window: the key change of a chart and
+// a typed character. Both stand beside what the rich-edit control alone takes for its part, because
+// no program that uses the control can be faster than that. Prints "name value unit", one per line.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/Form1.h"
+#include "chords/DocumentKey.h"
+#include "platform/SystemAnsiCodec.h"
+#include "platform/Win32Files.h"
+#include "platform/Win32Services.h"
+
+namespace {
+
+using namespace melvorin;
+
+constexpr std::string_view verse[] = {
+    "Lantern on the Hill",
+    "",
+    "G        Em       C          D7",
+    "When the lantern burns upon the hill",
+    "    G/B      Am7      D7(9)    G",
+    "and the mill wheel turns no more",
+    "C   F#m7(9)   Bm   E7   Am   D/F#",
+    "I will walk the lane to Mari\xF1o",
+    "Eb\xBA      Bb6/9    Ab    Gdim   C7M",
+    "and be knocking at your door",
+};
+
+std::string chartOfLines(std::size_t count) {
+    std::string chart;
+    for (std::size_t i = 0; i < count; ++i)
+        chart.append(verse[i % std::size(verse)]).append("\r\n");
+    return chart;
+}
+
+// ---- Figures ----------------------------------------------------------------------------------
+
+using Times = std::vector<double>;  // milliseconds
+
+template <class Work>
+double timeOf(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
+double quantile(Times times, std::size_t percent) {
+    std::sort(times.begin(), times.end());
+    return times[std::min(times.size() - 1, times.size() * percent / 100)];
+}
+
+double median(const Times& times) {
+    return quantile(times, 50);
+}
+
+void report(const std::string& name, double value, const char* unit) {
+    std::printf("%s %.3g %s\n", name.c_str(), value, unit);
+    std::fflush(stdout);
+}
+
+[[noreturn]] void giveUp(const char* why) {
+    std::fprintf(stderr, "editor_bench: %s\n", why);
+    std::exit(EXIT_FAILURE);
+}
+
+// ---- The program over quiet services ----------------------------------------------------------
+
+// Lets every changed document go; any other box would mean that something else was measured.
+class NoQuestions : public MessageBoxes {
+  public:
+    Answer show(TextView text, TextView, MessageIcon, MessageButtons buttons) override {
+        if (buttons != MessageButtons::YesNoCancel)
+            giveUp(toUtf8(text).c_str());
+        return Answer::No;
+    }
+};
+
+class NoDialogs : public FileDialogs {
+  public:
+    std::optional<FileChoice> open(const FileDialogRequest&) override { return std::nullopt; }
+    std::optional<FileChoice> save(const FileDialogRequest&) override { return std::nullopt; }
+};
+
+class DefaultProfiles : public ProfileFiles {
+  public:
+    Text read(TextView, TextView, TextView fallback, TextView, std::uint32_t) override {
+        return Text(fallback);
+    }
+    void write(TextView, TextView, TextView, TextView) override {}
+};
+
+class NoSettings : public SettingsStore {
+  public:
+    void write(TextView, TextView, TextView, TextView) override {}
+};
+
+class UntouchedSystem : public SystemSettings {
+  public:
+    bool setFontSmoothing(bool) override { return true; }
+    bool fontSmoothing() override { return false; }
+    std::optional<Text> registryString(TextView, TextView) override { return std::nullopt; }
+    void setRegistryString(TextView, TextView, TextView) override {}
+    void initCommonControls() override {}
+};
+
+class UntouchedFolder : public Win32ProgramFolder {
+  public:
+    bool contains(TextView) override { return true; }
+    bool writeWithAttributes(TextView, std::string_view, std::uint32_t) override { return true; }
+};
+
+// The main window with a chart of so many lines, opened from a file as the user opens it.
+class OpenChart {
+  public:
+    explicit OpenChart(std::size_t lines) {
+        const Text path = files_.createTemporary(u"mbn").value.value_or(u"");
+        if (!files_.write(path, chartOfLines(lines)))
+            giveUp("the chart cannot be written");
+        form_ = std::make_unique<Form1>(services_, [] {});
+        const bool loaded = form_->load(path, SW_SHOWNORMAL);
+        files_.remove(path);
+        if (!loaded)
+            giveUp("there is no main window");
+        while (!::IsWindowVisible(form_->handle())) {
+            pump();
+            ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+        }
+        pump();
+        if (editor().isEmpty())
+            giveUp("the chart was not opened");
+    }
+    OpenChart(const OpenChart&) = delete;
+    OpenChart& operator=(const OpenChart&) = delete;
+    // Closed as the user closes it, so that the snapshots go.
+    ~OpenChart() { ::SendMessageW(form_->handle(), WM_CLOSE, 0, 0); }
+
+    void pump() {
+        MSG message{};
+        while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    }
+    Form1& form() { return *form_; }
+    RichEdit& editor() { return form_->rtftext(); }
+    Files& files() { return files_; }
+
+  private:
+    Win32Files files_;
+    NoQuestions messages_;
+    NoDialogs dialogs_;
+    DefaultProfiles profiles_;
+    NoSettings settings_;
+    UntouchedSystem system_;
+    UntouchedFolder folder_;
+    Win32Screen screen_;
+    Services services_{files_,  messages_, dialogs_, profiles_,        settings_,
+                       system_, folder_,   screen_,  systemAnsiCodec()};
+    std::unique_ptr<Form1> form_;
+};
+
+// ---- The control alone ------------------------------------------------------------------------
+
+DWORD CALLBACK readRest(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
+    auto& rest = *reinterpret_cast<std::string_view*>(cookie);
+    const std::size_t count = std::min(static_cast<std::size_t>(size), rest.size());
+    std::memcpy(buffer, rest.data(), count);
+    rest.remove_prefix(count);
+    *done = static_cast<LONG>(count);
+    return 0;
+}
+
+DWORD CALLBACK countBytes(DWORD_PTR cookie, LPBYTE, LONG size, LONG* done) {
+    *reinterpret_cast<std::size_t*>(cookie) += static_cast<std::size_t>(size);
+    *done = size;
+    return 0;
+}
+
+// One message to the program's own control, which neither draws nor tells of changes meanwhile.
+double timeOfLoad(OpenChart& chart, std::string_view rtf) {
+    const HWND control = chart.editor().handle();
+    double time = 0;
+    {
+        const EditorWork quiet(chart.editor());
+        EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&rtf), 0, readRest};
+        time = timeOf([&] { ::SendMessageW(control, EM_STREAMIN, SF_RTF, lparamOf(&stream)); });
+    }
+    chart.editor().select({0, 0});
+    ::UpdateWindow(control);
+    chart.pump();
+    return time;
+}
+
+double timeOfStreamOut(OpenChart& chart) {
+    std::size_t bytes = 0;
+    EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, countBytes};
+    return timeOf(
+        [&] { ::SendMessageW(chart.editor().handle(), EM_STREAMOUT, SF_RTF, lparamOf(&stream)); });
+}
+
+// ---- Key change -------------------------------------------------------------------------------
+
+// The editor as the rules see it, with a watch on what they ask of it.
+class TimedEditor : public Editor {
+  public:
+    explicit TimedEditor(RichEdit& editor) : editor_(editor) {}
+
+    double load = 0;
+    double textOut = 0;
+    double rtfOut = 0;
+    double other = 0;
+    int loads = 0;
+
+    bool isEmpty() const override { return editor_.isEmpty(); }
+    EditorText text() const override { return watched(shared_.textOut, &RichEdit::text); }
+    std::string rtf() const override { return watched(shared_.rtfOut, &RichEdit::rtf); }
+    bool loadRtf(std::string_view rtf) override {
+        ++loads;
+        return watched(load, &RichEdit::loadRtf, rtf);
+    }
+    void loadPlain(const EditorText& text, TextView face, int points) override {
+        watched(load, &RichEdit::loadPlain, text, face, points);
+    }
+    void clear() override { watched(other, &RichEdit::clear); }
+    void setSelectionFont(TextView face, int points) override {
+        watched(other, &RichEdit::setSelectionFont, face, points);
+    }
+    void setSelectionColour(Rgb colour) override {
+        watched(other, &RichEdit::setSelectionColour, colour);
+    }
+    void replaceSelection(TextView text) override {
+        watched(other, &RichEdit::replaceSelection, text);
+    }
+    Text faceAt(std::int32_t position) override {
+        return watched(other, &RichEdit::faceAt, position);
+    }
+    Selection selection() const override { return editor_.selection(); }
+    void select(Selection selection) override { watched(other, &RichEdit::select, selection); }
+    ScrollPosition scrollPosition() const override { return editor_.scrollPosition(); }
+    void scrollTo(ScrollPosition position) override {
+        watched(other, &RichEdit::scrollTo, position);
+    }
+    void scrollCaretIntoView() override { watched(other, &RichEdit::scrollCaretIntoView); }
+    void beginWork() override { watched(other, &RichEdit::beginWork); }
+    void endWork() override { watched(other, &RichEdit::endWork); }
+
+  private:
+    // Reading the document is const, also for who reads the watch meanwhile.
+    TimedEditor& shared_ = *this;
+
+    template <class Member, class... Arguments>
+    auto watched(double& sum, Member member, const Arguments&... arguments) const {
+        const auto start = std::chrono::steady_clock::now();
+        struct Stop {
+            double& sum;
+            std::chrono::steady_clock::time_point start;
+            ~Stop() {
+                sum += std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() -
+                                                                 start)
+                           .count();
+            }
+        } const stop{sum, start};
+        return (editor_.*member)(arguments...);
+    }
+
+    RichEdit& editor_;
+};
+
+// What was measured on one document, round by round.
+struct KeyTimes {
+    Times load;     // of the document by the control alone
+    Times command;  // the menu command, until the editor shows the result
+    Times change;   // the change of the document in it
+    Times changeLoad;
+    Times changeText;
+    Times changeRtf;
+    Times changeOther;
+    Times changeCore;
+};
+
+void measureCommand(OpenChart& chart, KeyTimes& times) {
+    times.command.push_back(timeOf([&] {
+        chart.form().run(Command::mnuUp);
+        ::UpdateWindow(chart.editor().handle());
+    }));
+    chart.pump();
+}
+
+void measureChange(OpenChart& chart, KeyTimes& times) {
+    TimedEditor editor(chart.editor());
+    const double whole = timeOf(
+        [&] { changeDocumentKey(editor, KeyChange(Direction::Up, Spelling::Sharps), [] {}); });
+    if (editor.loads != 1)
+        giveUp("the document was not changed by one load");
+    times.change.push_back(whole);
+    times.changeLoad.push_back(editor.load);
+    times.changeText.push_back(editor.textOut);
+    times.changeRtf.push_back(editor.rtfOut);
+    times.changeOther.push_back(editor.other);
+    times.changeCore.push_back(whole - editor.load - editor.textOut - editor.rtfOut - editor.other);
+    chart.pump();
+}
+
+void measureRound(OpenChart& chart, const std::string& rtf, KeyTimes& times) {
+    times.load.push_back(timeOfLoad(chart, rtf));
+    measureCommand(chart, times);
+    times.load.push_back(timeOfLoad(chart, rtf));
+    measureChange(chart, times);
+}
+
+void reportKeyChange(const std::string& name, std::size_t lines, const KeyTimes& times) {
+    const double load = median(times.load);
+    const double change = median(times.change);
+    const double command = median(times.command);
+    report(name + "_load", load, "ms");
+    report(name + "_change", change, "ms");
+    report(name + "_command", command, "ms");
+    report(name + "_change_to_load", change / load, "ratio");
+    report(name + "_command_to_load", command / load, "ratio");
+
+    const auto share = [&](const char* part, const Times& part_times) {
+        report(name + "_change_share_" + part, 100 * median(part_times) / change, "percent");
+    };
+    share("control_load", times.changeLoad);
+    share("text_out", times.changeText);
+    share("rtf_out", times.changeRtf);
+    share("core", times.changeCore);
+    share("selection_and_freeze", times.changeOther);
+
+    // Constant where time grows with the lines, and growing where it grows faster.
+    const auto perLine = [&](const char* part, double time) {
+        report(name + "_" + part + "_per_line", 1e3 * time / static_cast<double>(lines), "us");
+    };
+    perLine("load", load);
+    perLine("command", command);
+    perLine("change_without_load", change - median(times.changeLoad));
+}
+
+// What a snapshot is made of.
+void measureSnapshot(OpenChart& chart, const std::string& name, std::size_t rounds) {
+    Times streamOut;
+    Times text;
+    Times rtf;
+    Times file;
+    for (std::size_t round = 0; round < rounds; ++round) {
+        streamOut.push_back(timeOfStreamOut(chart));
+        text.push_back(timeOf([&] { chart.editor().text(); }));
+        std::string bytes;
+        rtf.push_back(timeOf([&] { bytes = chart.editor().rtf(); }));
+        Text path;
+        file.push_back(timeOf([&] {
+            path = chart.files().createTemporary(u"mbn").value.value_or(u"");
+            chart.files().write(path, bytes);
+        }));
+        chart.files().remove(path);
+    }
+    report(name + "_snapshot_control_stream_out", median(streamOut), "ms");
+    report(name + "_snapshot_text_out", median(text), "ms");
+    report(name + "_snapshot_rtf_out", median(rtf), "ms");
+    report(name + "_snapshot_file", median(file), "ms");
+}
+
+// The documents take turns with each other and with the control alone, so that a busy moment of
+// the machine meets all.
+void keyChangeOfChart(std::size_t lines, int rounds) {
+    OpenChart chart(lines);
+    const std::string uncoloured = chart.editor().rtf();
+    chart.form().run(Command::mnuUp);
+    const std::string coloured = chart.editor().rtf();
+
+    KeyTimes first;
+    KeyTimes later;
+    for (int round = 0; round < rounds; ++round) {
+        measureRound(chart, uncoloured, first);
+        measureRound(chart, coloured, later);
+    }
+    const std::string name = "key_" + std::to_string(lines) + "_lines";
+    reportKeyChange(name + "_uncoloured", lines, first);
+    reportKeyChange(name + "_coloured", lines, later);
+    measureSnapshot(chart, name, 9);
+}
+
+// What the window with its animated bar costs: all but nothing else is to be done in a short song.
+void keyChangeOfOneLine() {
+    OpenChart chart(3);
+    KeyTimes times;
+    for (int round = 0; round < 11; ++round)
+        measureCommand(chart, times);
+    report("key_3_lines_command", median(times.command), "ms");
+}
+
+// ---- Typing -----------------------------------------------------------------------------------
+
+// A character as the keyboard sends it, until it is drawn.
+double timeOfCharacter(OpenChart& chart) {
+    const HWND control = chart.editor().handle();
+    return timeOf([&] {
+        ::SendMessageW(control, WM_CHAR, u'e', 1);
+        ::UpdateWindow(control);
+    });
+}
+
+double timeOfUnrecordedCharacter(OpenChart& chart) {
+    const HWND control = chart.editor().handle();
+    const LRESULT events = ::SendMessageW(control, EM_SETEVENTMASK, 0, 0);
+    const double time = timeOfCharacter(chart);
+    ::SendMessageW(control, EM_SETEVENTMASK, 0, events);
+    return time;
+}
+
+void typing() {
+    constexpr std::int32_t kLines = 2000;
+    constexpr int kCharacters = 300;
+    OpenChart chart(kLines);
+    RichEdit& editor = chart.editor();
+    const auto goTo = [&](std::int32_t line) {
+        const std::int32_t end = editor.firstOfLine(line) + editor.lengthOfLine(line);
+        editor.select({end, end});
+        editor.scrollCaretIntoView();
+        ::UpdateWindow(editor.handle());
+        chart.pump();
+    };
+    Times recorded;
+    Times unrecorded;
+    for (int i = 0; i < kCharacters; ++i) {
+        // All over the song, and in no line twice.
+        goTo(i * 37 % kLines);
+        const std::int16_t before = chart.form().documents().history().count();
+        recorded.push_back(timeOfCharacter(chart));
+        goTo((i * 37 + 1) % kLines);
+        unrecorded.push_back(timeOfUnrecordedCharacter(chart));
+        if (chart.form().documents().history().count() != before + 1)
+            giveUp("a typed character was not one snapshot");
+    }
+    report("type_2000_lines_with_snapshot_median", median(recorded), "ms");
+    report("type_2000_lines_with_snapshot_99th", quantile(recorded, 99), "ms");
+    report("type_2000_lines_without_snapshot_median", median(unrecorded), "ms");
+    report("type_2000_lines_without_snapshot_99th", quantile(unrecorded, 99), "ms");
+}
+
+}  // namespace
+
+int main() {
+    keyChangeOfOneLine();
+    keyChangeOfChart(200, 15);
+    typing();
+    keyChangeOfChart(2000, 7);
+    keyChangeOfChart(5000, 5);
+    return EXIT_SUCCESS;
+}

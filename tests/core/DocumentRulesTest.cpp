@@ -1,0 +1,204 @@
+// Documents without an editor: file content, tabs, the undo history, lost characters.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "app/DocumentFile.h"
+#include "app/RtfMap.h"
+#include "app/RtfRepair.h"
+#include "app/SnapshotHistory.h"
+#include "find/TabExpansion.h"
+
+namespace melvorin {
+namespace {
+
+std::string utf8(TextView text) { return toUtf8(text); }
+
+TEST(TabExpansion, EndsAtTheNextEighthColumn) {
+    struct Case {
+        TextView text;
+        std::size_t column;
+        TextView expanded;
+    };
+    const Case cases[] = {
+        {u"", 0, u""},
+        {u"no tab\r\n", 0, u"no tab\r\n"},
+        {u"\tC", 0, u"        C"},
+        {u"ab\tC", 0, u"ab      C"},
+        {u"abc\t\tC", 0, u"abc             C"},
+        {u"1234567\tC", 0, u"1234567 C"},
+        {u"12345678\tC", 0, u"12345678        C"},
+        {u"ab\r\n\tC\rabc\tD\n\tE", 0, u"ab\r\n        C\rabc     D\n        E"},
+        {u"\tC\n\tD", 5, u"   C\n        D"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(utf8(expandTabs(c.text, c.column)), utf8(c.expanded)) << utf8(c.text);
+}
+
+TEST(DocumentFile, DecidesByContent) {
+    struct Case {
+        std::string bytes;
+        TextView extension;
+        bool opens;
+        bool isRichText;
+    };
+    const Case cases[] = {
+        {"{\\rtf1 C\\par}", u"mvt", true, true},
+        {"{\\rtf1 C\\par}", u"txt", true, true},
+        {"C  G\r\n", u"mvt", true, false},
+        {"", u"TXT", true, false},
+        {"", u"mvt", false, false},
+        {"{\\rtf1 C\\par", u"rtf", false, true},
+        {std::string("\x7f" "ELF\2\1\1\0\0\0\0", 11), u"txt", false, false},
+    };
+    for (const Case& c : cases) {
+        const auto content = readDocument(c.bytes, c.extension, windows1252());
+        EXPECT_EQ(static_cast<bool>(content), c.opens) << c.bytes;
+        EXPECT_EQ(content.cause.empty(), c.opens);
+        if (content) {
+            EXPECT_EQ(content.value->isRichText, c.isRichText) << c.bytes;
+        }
+    }
+}
+
+// Whatever is typed comes back from a plain-text file, and a second save changes nothing.
+TEST(DocumentFile, PlainTextComesBack) {
+    for (const TextView text :
+         {TextView(u""), TextView(u"C  G\rla la"), TextView(u"\r\r"), TextView(u"caf\u00E9 \u20AC"),
+          TextView(u"\u03A9mega \u4E2D"), TextView(u"\u00C3\u00A9"), TextView(u"\u00FF\u00FEC"),
+          TextView(u"\u00EF\u00BB\u00BFC")}) {
+        const std::string bytes = plainDocument({Text(text)}, windows1252());
+        EXPECT_TRUE(bytes.ends_with("\r\n"));
+        const auto content = readDocument(bytes, u"txt", windows1252());
+        ASSERT_TRUE(static_cast<bool>(content));
+        EXPECT_EQ(utf8(content.value->text.chars), utf8(text));
+        EXPECT_EQ(plainDocument(content.value->text, windows1252()), bytes);
+    }
+    EXPECT_EQ(plainDocument({u"caf\u00E9"}, windows1252()), "caf\xE9\r\n");
+    EXPECT_EQ(plainDocument({u"\u03A9"}, windows1252()), "\xEF\xBB\xBF\xCE\xA9\r\n");
+}
+
+TEST(RtfRepair, GivesBackWhatAControlLost) {
+    const std::string head =
+        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fcharset0 Courier New;}}\\pard\\fs20 ";
+    struct Case {
+        std::string body;
+        TextView text;
+        bool repaired;
+    };
+    const Case cases[] = {
+        {"O b\\b O\\b0  C\\par}", u"\u03A9 b\u03A9 C", true},
+        {"plain\\par}", u"plain", false},
+        {"caf\\'e9 \\'80\\par}", u"caf\u00E9 \u20AC", false},
+        {"?\\par}", u"\u03A9\u03A9", false},      // not this text
+        {"O x\\par}", u"\u03A9 y", false},        // differs where nothing can be lost
+        {"\\u937? x\\par}", u"\u03A9 x", false},  // written as it should be
+    };
+    for (const Case& c : cases) {
+        const std::string rtf = head + c.body;
+        const std::string result = withLostCharacters(rtf, c.text);
+        EXPECT_EQ(result != rtf, c.repaired) << c.body;
+        if (c.repaired) {
+            const auto map = RtfMap::parse(result);
+            ASSERT_TRUE(map.has_value());
+            EXPECT_EQ(utf8(map->text()), utf8(c.text));
+        }
+    }
+}
+
+// A disk in memory that can refuse.
+class MemoryFiles : public Files {
+  public:
+    bool exists(TextView path) override { return content.contains(Text(path)); }
+    Result<std::uint64_t> size(TextView path) override {
+        return Result<std::uint64_t>::success(content.at(Text(path)).size());
+    }
+    Result<std::string> read(TextView path) override {
+        return Result<std::string>::success(content.at(Text(path)));
+    }
+    Result<Done> write(TextView path, std::string_view bytes) override {
+        if (isFull)
+            return Result<Done>::failure(u"The disk is full.");
+        content[Text(path)] = bytes;
+        return Result<Done>::success({});
+    }
+    Result<Done> replace(TextView path, std::string_view bytes) override {
+        return write(path, bytes);
+    }
+    Result<Done> remove(TextView path) override {
+        content.erase(Text(path));
+        return Result<Done>::success({});
+    }
+    Result<Text> createTemporary(TextView prefix) override {
+        const Text name = Text(prefix) + fromUtf8(std::to_string(++names));
+        content[name] = "";
+        return Result<Text>::success(name);
+    }
+
+    std::map<Text, std::string> content;
+    bool isFull = false;
+    int names = 0;
+};
+
+TEST(SnapshotHistory, StepsBackForthAndBranches) {
+    MemoryFiles files;
+    SnapshotHistory history(files);
+    EXPECT_FALSE(history.canUndo() || history.canRedo());
+    history.record("one", 1);
+    EXPECT_FALSE(history.canUndo());
+    for (int i = 2; i <= 25; ++i)
+        history.record(std::to_string(i), i);
+    EXPECT_EQ(history.count(), 25);
+    for (int i = 25; i > 20; --i) {
+        EXPECT_EQ(history.previous().caret, i - 1);
+        EXPECT_EQ(files.content.at(history.previous().path), std::to_string(i - 1));
+        history.stepBack();
+    }
+    EXPECT_EQ(history.next().caret, 21);
+    history.stepForward();
+    history.stepBack();
+
+    history.record("branch", 99);
+    EXPECT_EQ(history.count(), 21);
+    EXPECT_EQ(history.current(), 21);
+    EXPECT_FALSE(history.canRedo());
+    EXPECT_EQ(files.content.size(), 21U) << "the undone states' files are gone";
+    EXPECT_EQ(history.currentSnapshot().caret, 99);
+
+    history.setFloor();
+    EXPECT_FALSE(history.canUndo());
+    history.record("after open", 0);
+    EXPECT_TRUE(history.canUndo());
+    history.stepBack();
+    EXPECT_FALSE(history.canUndo());
+    history.deleteAll();
+    EXPECT_TRUE(files.content.empty());
+}
+
+TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
+    MemoryFiles files;
+    SnapshotHistory history(files);
+    history.record("one", 1);
+    files.isFull = true;
+    EXPECT_EQ(history.record("two", 2), SnapshotHistory::Outcome::NotWritten);
+    EXPECT_EQ(utf8(history.lastFailure()), "The disk is full.");
+    EXPECT_EQ(history.count(), 2);
+    EXPECT_TRUE(history.currentSnapshot().path.empty());
+    EXPECT_EQ(files.content.size(), 1U);
+}
+
+TEST(SnapshotHistory, StopsAtTheEndOfItsCounters) {
+    MemoryFiles files;
+    SnapshotHistory history(files);
+    for (int i = 1; i <= 32'767; ++i)
+        ASSERT_EQ(history.record("x", i), SnapshotHistory::Outcome::Recorded);
+    EXPECT_EQ(history.record("x", 0), SnapshotHistory::Outcome::Full);
+    EXPECT_EQ(history.count(), 32'767);
+    EXPECT_EQ(history.currentSnapshot().caret, 32'767);
+    history.stepBack();
+    EXPECT_EQ(history.record("y", 7), SnapshotHistory::Outcome::Recorded);
+    EXPECT_EQ(history.currentSnapshot().caret, 7);
+}
+
+}  // namespace
+}  // namespace melvorin

@@ -1,0 +1,152 @@
+// The shell's rules that need no window: paths, command map, layout, manifest.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "app/CommandMap.h"
+#include "app/Paths.h"
+#include "app/ThemeManifest.h"
+#include "app/WindowLayout.h"
+#include "chords/DocumentKey.h"
+#include "chords/KeySetting.h"
+
+namespace melvorin {
+namespace {
+
+std::string utf8(TextView text) { return toUtf8(text); }
+
+TEST(Paths, Parts) {
+    struct Case {
+        TextView path, folder, name, extension, bare;
+    };
+    const Case cases[] = {
+        {u"C:\\Songs\\a.mvt", u"C:\\Songs", u"a.mvt", u"mvt", u"C:\\Songs\\a"},
+        {u"a.b.RTF", u"", u"a.b.RTF", u"RTF", u"a.b"},
+        {u"C:\\my.songs\\plain", u"C:\\my.songs", u"plain", u"", u"C:\\my.songs\\plain"},
+        {u"C:\\x\\", u"C:\\x", u"", u"", u"C:\\x\\"},
+        {u"dot.", u"", u"dot.", u"", u"dot"},
+        {u"", u"", u"", u"", u""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(utf8(folderPart(c.path)), utf8(c.folder));
+        EXPECT_EQ(utf8(fileNamePart(c.path)), utf8(c.name));
+        EXPECT_EQ(utf8(extensionPart(c.path)), utf8(c.extension));
+        EXPECT_EQ(utf8(withoutExtension(c.path)), utf8(c.bare));
+    }
+    EXPECT_EQ(utf8(joinPath(u"C:\\", u"a")), "C:\\a");
+    EXPECT_EQ(utf8(joinPath(u"C:\\x", u"a")), "C:\\x\\a");
+}
+
+TEST(Paths, CommandLineNamesOneDocument) {
+    struct Case {
+        TextView line, path;
+    };
+    const Case cases[] = {
+        {u"", u""},
+        {u"   ", u""},
+        {u"\"\"", u""},
+        {u" a song.mvt ", u"a song.mvt"},
+        {u"\"C:\\a song.mvt\"", u"C:\\a song.mvt"},
+        {u"  \"C:\\a.mvt\" \"C:\\b.mvt\"", u"C:\\a.mvt"},
+        {u"\"C:\\unclosed", u"C:\\unclosed"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(utf8(pathFromCommandLine(c.line)), utf8(c.path)) << utf8(c.line);
+}
+
+TEST(CommandMap, MenuIsATreeOfDistinctItems) {
+    std::set<Command> seen{Command::none};
+    std::map<Command, bool> submenus{{Command::none, true}};
+    for (const MenuEntry& entry : menuEntries()) {
+        EXPECT_TRUE(seen.insert(entry.item).second) << utf8(entry.caption);
+        EXPECT_TRUE(submenus[entry.parent]) << utf8(entry.caption);
+        submenus[entry.item] = entry.isSubmenu;
+    }
+}
+
+TEST(CommandMap, ToolbarKeysRunTheirCommands) {
+    // The keys compare with case; what they run is the menu item of the same meaning.
+    EXPECT_EQ(commandOfKey(u"New"), Command::mnuFileNew);
+    EXPECT_EQ(commandOfKey(u"Save"), Command::mnuFileSave);
+    EXPECT_EQ(commandOfKey(u"ChgTune1"), Command::mnuDwn);
+    EXPECT_EQ(commandOfKey(u"ChgTune2"), Command::mnuUp);
+    EXPECT_EQ(commandOfKey(u"Center"), Command::alignCenter);
+    EXPECT_EQ(commandOfKey(u"new"), std::nullopt);
+    EXPECT_EQ(commandOfKey(u""), std::nullopt);
+    std::set<Text> keys;
+    for (const ToolButton& button : toolButtons()) {
+        if (button.kind != ToolButtonKind::Separator) {
+            EXPECT_TRUE(keys.insert(Text(button.key)).second);
+            EXPECT_EQ(commandOfId(idOf(button.runs)), button.runs);
+        }
+    }
+    EXPECT_EQ(keys.size(), 25U);
+    EXPECT_EQ(commandOfId(kFirstCommandId), std::nullopt);
+    EXPECT_EQ(commandOfId(idOf(Command::count)), std::nullopt);
+}
+
+TEST(Layout, PartsNeverOverlapNorLeaveTheWindow) {
+    for (const int dpi : {96, 144, 192}) {
+        for (const int width : {0, 5, 120, 800, 1280, 3840}) {
+            for (const int height : {0, 30, 600, 2160}) {
+                for (const bool panel : {false, true}) {
+                    const MainLayout layout =
+                        layoutMainWindow(width, height, 28, dpi, ScreenSupport::Wide, panel);
+                    EXPECT_GE(layout.editor.width, 0);
+                    EXPECT_GE(layout.editor.height, 0);
+                    EXPECT_GE(layout.editor.top, 28);
+                    if (!panel || width >= 800) {
+                        EXPECT_EQ(layout.panel.width > 0, panel);
+                    }
+                    if (layout.panel.width > 0) {
+                        EXPECT_GT(layout.panel.left, layout.editor.left + layout.editor.width);
+                        EXPECT_LT(layout.panel.left + layout.panel.width, width);
+                    }
+                    if (width > 100) {
+                        EXPECT_LT(layout.editor.left + layout.editor.width, width);
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(Manifest, NameAndContent) {
+    EXPECT_EQ(utf8(manifestPath(u"C:\\Program", u"Melvorin.exe")),
+              "C:\\Program\\Melvorin.exe.manifest");
+    EXPECT_EQ(utf8(manifestPath(u"C:\\", u"MELVORIN.EXE")), "C:\\MELVORIN.EXE.manifest");
+    EXPECT_EQ(utf8(manifestPath(u"C:\\Program", u"Melvorin")),
+              "C:\\Program\\Melvorin.exe.manifest");
+
+    const Text content = fromUtf8(manifestContent());
+    const std::vector<TextView> lines = splitLines(content);
+    ASSERT_EQ(lines.size(), 11U);
+    const std::size_t blanks[] = {0, 0, 5, 5, 5, 10, 15, 10, 5, 0};
+    for (std::size_t i = 0; i < std::size(blanks); ++i)
+        EXPECT_EQ(lines[i].find_first_not_of(u' '), blanks[i]) << i;
+    EXPECT_TRUE(lines[10].empty());
+    EXPECT_EQ(utf8(lines[2].substr(5)),
+              "<assemblyIdentity version=\"1.0.0.0\" processorArchitecture=\"X86\" "
+              "name=\"Tessaly.WindowsXP.Example\" type=\"win32\" />");
+}
+
+TEST(KeySetting, TagStaysWithinTheFonts) {
+    struct Case {
+        int halfSteps;
+        std::string tag;
+    };
+    for (const auto& [halfSteps, tag] :
+         {Case{1, "Melvorin 01"}, {9, "Melvorin 09"}, {10, "Melvorin 10"}, {34, "Melvorin 34"},
+          {35, "Melvorin 01"}, {-2, "Melvorin 02"}}) {
+        EXPECT_EQ(utf8(keyTag(halfSteps)), tag);
+        EXPECT_TRUE(isDiagramFace(keyTag(halfSteps)));
+    }
+    EXPECT_TRUE(isDiagramFace(keyTag(0)));
+    for (const char16_t* face : {u"Melvorin 00", u"Melvorin 35", u"Melvorin 1", u"Melvorin 011",
+                                u"melvorin 01", u"Courier New", u""})
+        EXPECT_FALSE(isDiagramFace(face)) << utf8(face);
+}
+
+}  // namespace
+}  // namespace melvorin
