@@ -13,7 +13,9 @@ constexpr MenuEntry submenu(Command item, Command parent, TextView caption) {
 constexpr MenuEntry entry(Command item, Command parent, TextView caption) {
     return {item, parent, caption, false, false};
 }
-constexpr MenuEntry recent(Command item) { return {item, mnuRecent, u"Not Used", false, true}; }
+constexpr MenuEntry recent(Command item) {
+    return {item, mnuRecent, u"Not Used", false, true};
+}
 
 constexpr MenuEntry kMenu[] = {
     submenu(mnuFile, none, u"F&ile"),
@@ -140,9 +142,13 @@ static_assert(kToolbar[kKeyUpButton - 1].runs == mnuUp);
 
 }  // namespace
 
-std::span<const MenuEntry> menuEntries() { return kMenu; }
+std::span<const MenuEntry> menuEntries() {
+    return kMenu;
+}
 
-std::span<const ToolButton> toolButtons() { return kToolbar; }
+std::span<const ToolButton> toolButtons() {
+    return kToolbar;
+}
 
 std::optional<Command> commandOfKey(TextView key) {
     const auto found = std::find_if(std::begin(kToolbar), std::end(kToolbar),

@@ -99,7 +99,7 @@ std::span<const MenuEntry> menuEntries();
 enum class ToolButtonKind { Push, Check, DropDown, Separator };
 
 struct ToolButton {
-    TextView key;   // empty for a separator
+    TextView key;  // empty for a separator
     Command runs;
     TextView tip;
     ToolButtonKind kind;

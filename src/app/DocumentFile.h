@@ -27,7 +27,8 @@ inline constexpr std::uint64_t kLargestFile = 128u << 20;
 // Decides by content: bytes that begin as Rich Text are Rich Text, anything else must be text.
 // Fails with a sentence for broken Rich Text, for binary content, and for an empty file that
 // should hold Rich Text by its extension.
-Result<DocumentContent> readDocument(std::string_view bytes, TextView extension, const AnsiCodec& ansi);
+Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
+                                     const AnsiCodec& ansi);
 
 // The bytes of a plain-text save: the text and one final line end, in the machine's code page if
 // every character fits, else UTF-8 with a byte-order mark.

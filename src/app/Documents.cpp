@@ -32,7 +32,9 @@ std::vector<FileFilter> openFilters() {
     return filters;
 }
 
-Text quoted(TextView path) { return u"\"" + Text(path) + u"\""; }
+Text quoted(TextView path) {
+    return u"\"" + Text(path) + u"\"";
+}
 
 }  // namespace
 
@@ -42,7 +44,9 @@ Documents::Documents(const Services& services, Editor& editor, Callbacks callbac
       callbacks_(std::move(callbacks)),
       history_(services.files) {}
 
-void Documents::publish() { callbacks_.stateChanged(state_); }
+void Documents::publish() {
+    callbacks_.stateChanged(state_);
+}
 
 bool Documents::fail(TextView what, TextView path, TextView cause) {
     reportFailure(services_.messages,
@@ -129,9 +133,11 @@ void Documents::open() {
         lastUsed_.openedExtension = u"mvt";
     if (lastUsed_.opened.empty())
         lastUsed_.opened = u":\\";
-    const auto choice =
-        services_.dialogs.open({u" Open", openFilters(), openFilterIndex(lastUsed_.openedExtension),
-                                lastUsed_.opened, {}});
+    const auto choice = services_.dialogs.open({u" Open",
+                                                openFilters(),
+                                                openFilterIndex(lastUsed_.openedExtension),
+                                                lastUsed_.opened,
+                                                {}});
     if (choice && load(choice->path))
         callbacks_.used(path_);
 }
@@ -187,8 +193,7 @@ bool Documents::load(TextView path) {
     const auto content = readDocument(*bytes.value, extensionPart(path), services_.ansi);
     if (!content)
         return refuse(content.cause);
-    if (content.value->isRichText && *size.value > kLargeRtf &&
-        !confirmLargeRtf(path, *size.value))
+    if (content.value->isRichText && *size.value > kLargeRtf && !confirmLargeRtf(path, *size.value))
         return false;
 
     if (!showContent(*content.value))
@@ -203,7 +208,9 @@ bool Documents::load(TextView path) {
     return true;
 }
 
-bool Documents::save() { return path_.empty() ? saveAs() : writeTo(path_); }
+bool Documents::save() {
+    return path_.empty() ? saveAs() : writeTo(path_);
+}
 
 bool Documents::writeTo(TextView path) {
     const Text extension = lowerCase(extensionPart(path));
@@ -224,7 +231,8 @@ bool Documents::writeTo(TextView path) {
 std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
     FileDialogRequest request{u" Save As", saveFilters(), 1, {}, {}};
     request.filterIndex = lowerCase(extension_) == u"rtf" ? 2 : 1;
-    request.fileName = path_.empty() ? Text(kUntitled) : Text(withoutExtension(fileNamePart(path_)));
+    request.fileName =
+        path_.empty() ? Text(kUntitled) : Text(withoutExtension(fileNamePart(path_)));
     request.initialFolder = folderPart(path_);
     const auto choice = services_.dialogs.save(request);
     if (!choice)
@@ -311,9 +319,8 @@ void Documents::changed() {
 }
 
 void Documents::restore(const Snapshot& snapshot) {
-    const Result<std::string> bytes = snapshot.path.empty()
-                                          ? Result<std::string>::failure({})
-                                          : services_.files.read(snapshot.path);
+    const Result<std::string> bytes = snapshot.path.empty() ? Result<std::string>::failure({})
+                                                            : services_.files.read(snapshot.path);
     if (!bytes || !loadOrKeep(*bytes.value)) {
         reportFailure(services_.messages,
                       u"This step could not be kept, so it cannot be shown; the text stays as it "

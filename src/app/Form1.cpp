@@ -17,20 +17,19 @@ constexpr UINT kIdleMs = 200;
 constexpr TextView kUnsupportedScreen =
     u"The Melvorin Editor doesn't work with this video settings  ";
 
-constexpr Command kKeyItems[] = {Command::mnuUp, Command::mnuDwn, Command::mnuSus,
-                                 Command::mnuBem};
+constexpr Command kKeyItems[] = {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem};
 
 }  // namespace
 
 // The commands that exist; menu items without an entry here are greyed.
 std::span<const Form1::Binding> Form1::bindings() {
     static constexpr Binding table[] = {
-        {Command::mnuFileNew, &Form1::fileNew},     {Command::mnuFileOpen, &Form1::fileOpen},
-        {Command::mnuFileSave3, &Form1::fileSave},  {Command::mnuFileSave, &Form1::fileSave},
+        {Command::mnuFileNew, &Form1::fileNew},       {Command::mnuFileOpen, &Form1::fileOpen},
+        {Command::mnuFileSave3, &Form1::fileSave},    {Command::mnuFileSave, &Form1::fileSave},
         {Command::mnuFileSaveAs, &Form1::fileSaveAs}, {Command::mnuFileExit, &Form1::fileExit},
-        {Command::mnuEditUndo, &Form1::editUndo},   {Command::mnuEditRedo, &Form1::editRedo},
-        {Command::mnuDwn, &Form1::keyDown},         {Command::mnuUp, &Form1::keyUp},
-        {Command::mnuSus, &Form1::useSharps},       {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuEditUndo, &Form1::editUndo},     {Command::mnuEditRedo, &Form1::editRedo},
+        {Command::mnuDwn, &Form1::keyDown},           {Command::mnuUp, &Form1::keyUp},
+        {Command::mnuSus, &Form1::useSharps},         {Command::mnuBem, &Form1::useFlats},
     };
     return table;
 }
@@ -111,8 +110,10 @@ void Form1::createAccelerators() {
         WORD key;
         Command command;
     };
-    constexpr Key keys[] = {{'N', Command::mnuFileNew},  {'O', Command::mnuFileOpen},
-                            {'S', Command::mnuFileSave}, {'Z', Command::mnuEditUndo},
+    constexpr Key keys[] = {{'N', Command::mnuFileNew},
+                            {'O', Command::mnuFileOpen},
+                            {'S', Command::mnuFileSave},
+                            {'Z', Command::mnuEditUndo},
                             {'Y', Command::mnuEditRedo}};
     ACCEL table[std::size(keys)];
     std::transform(std::begin(keys), std::end(keys), table, [](const Key& key) {
@@ -196,13 +197,12 @@ void Form1::onSize() {
     const MainLayout layout = layoutMainWindow(client.right, client.bottom, toolbar_.resize(),
                                                systemDpi(), support, false);
     const Area& editor = layout.editor;
-    rtftext_.place({editor.left, editor.top, editor.left + editor.width,
-                    editor.top + editor.height});
+    rtftext_.place(
+        {editor.left, editor.top, editor.left + editor.width, editor.top + editor.height});
 }
 
 void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
-    const bool fromEditor =
-        lParam != 0 && reinterpret_cast<HWND>(lParam) == rtftext_.handle();
+    const bool fromEditor = lParam != 0 && reinterpret_cast<HWND>(lParam) == rtftext_.handle();
     if (fromEditor) {
         if (HIWORD(wParam) == EN_CHANGE && loaded_ && !rtftext_.atWork())
             documents_.changed();

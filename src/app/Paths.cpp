@@ -3,7 +3,9 @@
 namespace melvorin {
 namespace {
 
-std::size_t lastSeparator(TextView path) { return path.rfind(u'\\'); }
+std::size_t lastSeparator(TextView path) {
+    return path.rfind(u'\\');
+}
 
 // Position of the "." before the extension, or npos.
 std::size_t extensionDot(TextView path) {
@@ -30,7 +32,9 @@ TextView extensionPart(TextView path) {
     return dot == TextView::npos ? TextView() : path.substr(dot + 1);
 }
 
-TextView withoutExtension(TextView path) { return path.substr(0, extensionDot(path)); }
+TextView withoutExtension(TextView path) {
+    return path.substr(0, extensionDot(path));
+}
 
 Text lowerCase(TextView text) {
     Text lower(text);

@@ -10,8 +10,8 @@ Text programIniPath(ProgramFolder& program) {
 
 Text editorFontFace(const Services& services) {
     constexpr std::uint32_t capacity = 255;
-    const Text option = services.profiles.read(u"Tela", u"Option", u"",
-                                               programIniPath(services.program), capacity);
+    const Text option =
+        services.profiles.read(u"Tela", u"Option", u"", programIniPath(services.program), capacity);
     return option == u"0" ? u"Courier New" : u"Lucida Console";
 }
 

@@ -9,7 +9,9 @@
 namespace melvorin {
 namespace {
 
-bool isAtRisk(char16_t c) { return c > 0xFF && !windows1252().encode(TextView(&c, 1)); }
+bool isAtRisk(char16_t c) {
+    return c > 0xFF && !windows1252().encode(TextView(&c, 1));
+}
 
 // A part of the line that stays as it is but for its characters.
 LineRewrite respelled(std::size_t start, TextView text) {

@@ -10,24 +10,21 @@ Text manifestPath(TextView folder, TextView programFileName) {
 }
 
 std::string manifestContent() {
-    static constexpr std::string_view lines[] = {
-        R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>)",
-        R"(<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">)",
-        R"(     <assemblyIdentity version="1.0.0.0" processorArchitecture="X86" )"
-        R"(name="Tessaly.WindowsXP.Example" type="win32" />)",
-        R"(     <description>Windows XP Theme.</description>)",
-        R"(     <dependency>)",
-        R"(          <dependentAssembly>)",
-        R"(               <assemblyIdentity type="win32" )"
-        R"(name="Microsoft.Windows.Common-Controls" version="6.0.0.0" )"
-        R"(processorArchitecture="X86" publicKeyToken="6595b64144ccf1df" language="*" />)",
-        R"(          </dependentAssembly>)",
-        R"(     </dependency>)",
-        R"(</assembly>)",
-    };
+    static constexpr std::string_view lines =
+        R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
+     <assemblyIdentity version="1.0.0.0" processorArchitecture="X86" name="Tessaly.WindowsXP.Example" type="win32" />
+     <description>Windows XP Theme.</description>
+     <dependency>
+          <dependentAssembly>
+               <assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0" processorArchitecture="X86" publicKeyToken="6595b64144ccf1df" language="*" />
+          </dependentAssembly>
+     </dependency>
+</assembly>
+)";
     std::string content;
-    for (const std::string_view line : lines)
-        content.append(line).append("\r\n");
+    for (const char c : lines)
+        content.append(c == '\n' ? std::string_view("\r\n") : std::string_view(&c, 1));
     return content;
 }
 

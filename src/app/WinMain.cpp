@@ -29,8 +29,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32SystemSettings system;
     Win32ProgramFolder program;
     Win32Screen screen;
-    const Services services{files,    messages, dialogs, profiles,         settings,
-                            system,   program,  screen,  systemAnsiCodec()};
+    const Services services{files,  messages, dialogs, profiles,         settings,
+                            system, program,  screen,  systemAnsiCodec()};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.

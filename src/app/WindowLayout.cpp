@@ -16,7 +16,9 @@ constexpr int kToolbarGap = 30;
 constexpr int kNarrowPanelMargin = 200;
 constexpr int kWidePanelMargin = 470;
 
-int pixels(int twips, int dpi) { return (twips * dpi + 720) / 1440; }
+int pixels(int twips, int dpi) {
+    return (twips * dpi + 720) / 1440;
+}
 
 }  // namespace
 
@@ -24,8 +26,7 @@ ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea) {
     const bool fits = screen.width >= kNarrowScreen && workArea.height >= kLeastWorkHeight;
     if (fits)
         return screen.width == kNarrowScreen ? ScreenSupport::Narrow : ScreenSupport::Wide;
-    return screen.width == kToleratedScreen ? ScreenSupport::Tolerated
-                                            : ScreenSupport::Unsupported;
+    return screen.width == kToleratedScreen ? ScreenSupport::Tolerated : ScreenSupport::Unsupported;
 }
 
 MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,

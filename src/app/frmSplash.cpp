@@ -25,9 +25,9 @@ bool frmSplash::show() {
     writeManifestIfMissing(services_.program);
     services_.system.initCommonControls();
 
-    picture_.reset(static_cast<HBITMAP>(
-        ::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kPictureBase + pictureDpi()),
-                     IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
+    picture_.reset(static_cast<HBITMAP>(::LoadImageW(::GetModuleHandleW(nullptr),
+                                                     MAKEINTRESOURCEW(kPictureBase + pictureDpi()),
+                                                     IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
     BITMAP size{};
     if (picture_)
         ::GetObjectW(picture_.get(), sizeof size, &size);

@@ -44,8 +44,8 @@ std::vector<ChordLine> moveLines(TextView text, const KeyChange& change, bool ha
     for (std::size_t start = 0; start <= text.size();) {
         const TextView line = lineAt(text, start);
         if (!line.empty() && IsChordLine(line)) {
-            auto pictures = hasDiagrams ? diagramsOf(start, line.size(), faceAt)
-                                        : std::vector<ColumnRange>();
+            auto pictures =
+                hasDiagrams ? diagramsOf(start, line.size(), faceAt) : std::vector<ColumnRange>();
             MovedLine moved = change.moveLine(line, pictures);
             lines.push_back({start, line.size(), std::move(pictures), std::move(moved)});
         }
@@ -78,8 +78,7 @@ std::vector<std::uint32_t> formatSources(const ChordLine& line) {
     for (const MovedRange& edit : line.moved.edits) {
         copyUntil(edit.before.column);
         // Inserted blanks go with the character before them, other text with what it replaces.
-        const std::size_t first =
-            edit.before.length == 0 && old > 0 ? old - 1 : edit.before.column;
+        const std::size_t first = edit.before.length == 0 && old > 0 ? old - 1 : edit.before.column;
         const std::size_t last = first + std::max<std::size_t>(edit.before.length, 1) - 1;
         for (std::size_t i = 0; i < edit.after.length; ++i)
             sources.push_back(static_cast<std::uint32_t>(std::min(first + i, last)));

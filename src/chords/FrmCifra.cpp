@@ -55,10 +55,10 @@ bool FrmCifra::createWindow(HWND owner) {
         return ::CreateWindowExW(0, className, text, WS_CHILD | WS_VISIBLE, margin, y, width,
                                  height, handle(), nullptr, ::GetModuleHandleW(nullptr), nullptr);
     };
-    label_ = child(L"STATIC",
-                   direction_ == Direction::Up ? L"Going up a half step..."
-                                               : L"Going down a half step...",
-                   margin, scaled(kLabelHeight));
+    label_ = child(
+        L"STATIC",
+        direction_ == Direction::Up ? L"Going up a half step..." : L"Going down a half step...",
+        margin, scaled(kLabelHeight));
     bar_ = child(PROGRESS_CLASSW, L"", 2 * margin + scaled(kLabelHeight), scaled(kBarHeight));
     ::SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
     ::SendMessageW(bar_, PBM_SETRANGE32, 0, kFull);

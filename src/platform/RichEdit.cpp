@@ -76,9 +76,13 @@ CHARFORMAT2W plainFormat(TextView face, int points) {
     return format;
 }
 
-COLORREF colourRef(Rgb colour) { return RGB(colour.red, colour.green, colour.blue); }
+COLORREF colourRef(Rgb colour) {
+    return RGB(colour.red, colour.green, colour.blue);
+}
 
-LPARAM formatParam(const CHARFORMAT2W& format) { return lparamOf(&format); }
+LPARAM formatParam(const CHARFORMAT2W& format) {
+    return lparamOf(&format);
+}
 
 }  // namespace
 
@@ -90,9 +94,9 @@ bool RichEdit::create(HWND parent, int id, TextView face, int points) {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL |
                             ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL |
                             ES_WANTRETURN;
-    handle_ = ::CreateWindowExW(
-        WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleW(nullptr), nullptr);
+    handle_ = ::CreateWindowExW(WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0, parent,
+                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                ::GetModuleHandleW(nullptr), nullptr);
     if (handle_ == nullptr)
         return false;
     send(EM_SETUNDOLIMIT, 0);
@@ -156,9 +160,13 @@ bool RichEdit::streamIn(WPARAM format, std::string_view bytes) {
     return stream.dwError == 0;
 }
 
-std::string RichEdit::rtf() const { return withLostCharacters(streamOut(SF_RTF), text().chars); }
+std::string RichEdit::rtf() const {
+    return withLostCharacters(streamOut(SF_RTF), text().chars);
+}
 
-std::string RichEdit::selectionRtf() const { return streamOut(SF_RTF | SFF_SELECTION); }
+std::string RichEdit::selectionRtf() const {
+    return streamOut(SF_RTF | SFF_SELECTION);
+}
 
 bool RichEdit::loadRtf(std::string_view rtf) {
     const EditorWork work(*this);
@@ -174,15 +182,17 @@ bool RichEdit::replaceSelectionRtf(std::string_view rtf) {
 void RichEdit::loadPlain(const EditorText& text, TextView face, int points) {
     const EditorWork work(*this);
     // Streamed, because a set-text message would take text that begins like Rich Text for it.
-    streamIn(SF_TEXT | SF_UNICODE,
-             {reinterpret_cast<const char*>(text.chars.data()), text.chars.size() * sizeof(char16_t)});
+    streamIn(SF_TEXT | SF_UNICODE, {reinterpret_cast<const char*>(text.chars.data()),
+                                    text.chars.size() * sizeof(char16_t)});
     const CHARFORMAT2W format = plainFormat(face, points);
     send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
     send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
     select({0, 0});
 }
 
-void RichEdit::clear() { ::SetWindowTextW(handle_, L""); }
+void RichEdit::clear() {
+    ::SetWindowTextW(handle_, L"");
+}
 
 void RichEdit::applyToSelection(const CHARFORMAT2W& format) {
     send(EM_SETCHARFORMAT, SCF_SELECTION, formatParam(format));
@@ -216,9 +226,15 @@ void RichEdit::setEffect(DWORD mask, DWORD effect, bool on) {
     applyToSelection(format);
 }
 
-void RichEdit::setBold(bool on) { setEffect(CFM_BOLD, CFE_BOLD, on); }
-void RichEdit::setItalic(bool on) { setEffect(CFM_ITALIC, CFE_ITALIC, on); }
-void RichEdit::setUnderline(bool on) { setEffect(CFM_UNDERLINE, CFE_UNDERLINE, on); }
+void RichEdit::setBold(bool on) {
+    setEffect(CFM_BOLD, CFE_BOLD, on);
+}
+void RichEdit::setItalic(bool on) {
+    setEffect(CFM_ITALIC, CFE_ITALIC, on);
+}
+void RichEdit::setUnderline(bool on) {
+    setEffect(CFM_UNDERLINE, CFE_UNDERLINE, on);
+}
 
 void RichEdit::setAlignment(Alignment alignment) {
     PARAFORMAT2 format{};
@@ -300,7 +316,9 @@ void RichEdit::scrollTo(ScrollPosition position) {
     send(EM_SETSCROLLPOS, 0, lparamOf(&point));
 }
 
-void RichEdit::scrollCaretIntoView() { send(EM_SCROLLCARET); }
+void RichEdit::scrollCaretIntoView() {
+    send(EM_SCROLLCARET);
+}
 
 void RichEdit::beginWork() {
     if (work_++ > 0)
@@ -333,8 +351,8 @@ std::optional<Selection> RichEdit::find(TextView what, std::int32_t from,
     FINDTEXTEXW request{};
     request.chrg = {from, -1};
     request.lpstrText = wide(needle);
-    const WPARAM flags = FR_DOWN | (options.matchCase ? FR_MATCHCASE : 0U) |
-                         (options.wholeWord ? FR_WHOLEWORD : 0U);
+    const WPARAM flags =
+        FR_DOWN | (options.matchCase ? FR_MATCHCASE : 0U) | (options.wholeWord ? FR_WHOLEWORD : 0U);
     if (send(EM_FINDTEXTEXW, flags, lparamOf(&request)) < 0)
         return std::nullopt;
     return Selection{static_cast<std::int32_t>(request.chrgText.cpMin),
@@ -356,9 +374,8 @@ std::int32_t RichEdit::firstOfLine(std::int32_t line) const {
 std::int32_t RichEdit::lengthOfLine(std::int32_t line) const {
     const std::int32_t first = firstOfLine(line);
     // The message takes a character index, not a line.
-    return first < 0
-               ? 0
-               : static_cast<std::int32_t>(send(EM_LINELENGTH, static_cast<WPARAM>(first)));
+    return first < 0 ? 0
+                     : static_cast<std::int32_t>(send(EM_LINELENGTH, static_cast<WPARAM>(first)));
 }
 
 std::int32_t RichEdit::firstVisibleLine() const {

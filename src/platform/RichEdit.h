@@ -6,9 +6,9 @@
 
 #include <optional>
 
+#include <richedit.h>
 #include "app/Editor.h"
 #include "platform/Win.h"
-#include <richedit.h>
 
 namespace melvorin {
 

@@ -18,8 +18,7 @@ class SystemAnsi : public AnsiCodec {
         while (!bytes.empty()) {
             const std::string_view piece = bytes.substr(0, pieceLength(bytes));
             const int length = static_cast<int>(piece.size());
-            const int units =
-                ::MultiByteToWideChar(CP_ACP, 0, piece.data(), length, nullptr, 0);
+            const int units = ::MultiByteToWideChar(CP_ACP, 0, piece.data(), length, nullptr, 0);
             const std::size_t former = text.size();
             text.resize(former + static_cast<std::size_t>(units));
             ::MultiByteToWideChar(CP_ACP, 0, piece.data(), length, wideBuffer(text) + former,

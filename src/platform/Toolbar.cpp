@@ -71,10 +71,14 @@ UniqueImageList blendedList(const DIBSECTION& strip, int size, bool disabled) {
 
 BYTE styleOf(ToolButtonKind kind) {
     switch (kind) {
-        case ToolButtonKind::Separator: return BTNS_SEP;
-        case ToolButtonKind::Check: return BTNS_CHECK;
-        case ToolButtonKind::DropDown: return BTNS_DROPDOWN;
-        case ToolButtonKind::Push: break;
+        case ToolButtonKind::Separator:
+            return BTNS_SEP;
+        case ToolButtonKind::Check:
+            return BTNS_CHECK;
+        case ToolButtonKind::DropDown:
+            return BTNS_DROPDOWN;
+        case ToolButtonKind::Push:
+            break;
     }
     return BTNS_BUTTON;
 }
@@ -83,10 +87,10 @@ BYTE styleOf(ToolButtonKind kind) {
 
 bool Toolbar::create(HWND parent, std::span<const ToolButton> buttons) {
     buttons_ = buttons;
-    handle_ = ::CreateWindowExW(0, TOOLBARCLASSNAMEW, L"",
-                                WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TBSTYLE_FLAT |
-                                    TBSTYLE_TOOLTIPS | CCS_TOP,
-                                0, 0, 0, 0, parent, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    handle_ = ::CreateWindowExW(
+        0, TOOLBARCLASSNAMEW, L"",
+        WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | CCS_TOP, 0, 0,
+        0, 0, parent, nullptr, ::GetModuleHandleW(nullptr), nullptr);
     if (handle_ == nullptr)
         return false;
     send(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));

@@ -15,8 +15,12 @@ static_assert(sizeof(wchar_t) == sizeof(char16_t), "Text is handed to Windows as
 inline const wchar_t* wide(const Text& text) {
     return reinterpret_cast<const wchar_t*>(text.c_str());
 }
-inline const wchar_t* wide(const char16_t* text) { return reinterpret_cast<const wchar_t*>(text); }
-inline wchar_t* wideBuffer(Text& text) { return reinterpret_cast<wchar_t*>(text.data()); }
+inline const wchar_t* wide(const char16_t* text) {
+    return reinterpret_cast<const wchar_t*>(text);
+}
+inline wchar_t* wideBuffer(Text& text) {
+    return reinterpret_cast<wchar_t*>(text.data());
+}
 inline TextView textOf(const wchar_t* wideText) {
     return reinterpret_cast<const char16_t*>(wideText);
 }

@@ -35,9 +35,9 @@ Text causeOf(DWORD error) {
             break;
     }
     Text buffer(512, u'\0');
-    const DWORD length = ::FormatMessageW(
-        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
-        wideBuffer(buffer), static_cast<DWORD>(buffer.size()), nullptr);
+    const DWORD length =
+        ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                         0, wideBuffer(buffer), static_cast<DWORD>(buffer.size()), nullptr);
     buffer.resize(length);
     while (!buffer.empty() && (buffer.back() == u'\r' || buffer.back() == u'\n'))
         buffer.pop_back();
@@ -118,14 +118,14 @@ Result<std::uint64_t> Win32Files::size(TextView path) {
         return lastFailure<std::uint64_t>();
     if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
         return Result<std::uint64_t>::failure(u"It is a folder.");
-    return Result<std::uint64_t>::success(
-        (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+    return Result<std::uint64_t>::success((static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) |
+                                          data.nFileSizeLow);
 }
 
 Result<std::string> Win32Files::read(TextView path) {
     const UniqueFile file(::CreateFileW(wide(Text(path)), GENERIC_READ,
-                                        FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                        OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+                                        FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     LARGE_INTEGER size{};
     if (!file || !::GetFileSizeEx(file.get(), &size))
         return lastFailure<std::string>();

@@ -9,7 +9,9 @@ namespace melvorin {
 namespace {
 
 // The window that a box or dialog belongs to: whichever of ours the user is in.
-HWND ownerWindow() { return ::GetActiveWindow(); }
+HWND ownerWindow() {
+    return ::GetActiveWindow();
+}
 
 // "name\0pattern\0...\0\0", as the file dialogs take filters.
 Text filterList(const std::vector<FileFilter>& filters) {
@@ -58,18 +60,29 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
                 : buttons == MessageButtons::YesNo ? MB_YESNO
                                                    : MB_YESNOCANCEL;
     switch (icon) {
-        case MessageIcon::Critical: type |= MB_ICONERROR; break;
-        case MessageIcon::Information: type |= MB_ICONINFORMATION; break;
-        case MessageIcon::Question: type |= MB_ICONQUESTION; break;
-        case MessageIcon::None: break;
+        case MessageIcon::Critical:
+            type |= MB_ICONERROR;
+            break;
+        case MessageIcon::Information:
+            type |= MB_ICONINFORMATION;
+            break;
+        case MessageIcon::Question:
+            type |= MB_ICONQUESTION;
+            break;
+        case MessageIcon::None:
+            break;
     }
     const int answer =
         ::MessageBoxW(ownerWindow(), wide(Text(text)), wide(Text(title)), type | MB_TASKMODAL);
     switch (answer) {
-        case IDYES: return Answer::Yes;
-        case IDNO: return Answer::No;
-        case IDCANCEL: return Answer::Cancel;
-        default: return Answer::Ok;
+        case IDYES:
+            return Answer::Yes;
+        case IDNO:
+            return Answer::No;
+        case IDCANCEL:
+            return Answer::Cancel;
+        default:
+            return Answer::Ok;
     }
 }
 
@@ -102,7 +115,7 @@ void Win32ProfileFiles::write(TextView section, TextView key, TextView value, Te
         path = joinPath(windows, file);
     }
     UniqueFile created(::CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
     if (created) {
         constexpr unsigned char mark[] = {0xFF, 0xFE};
         DWORD done = 0;
@@ -162,22 +175,27 @@ void Win32SystemSettings::setRegistryString(TextView key, TextView name, TextVie
                      static_cast<DWORD>((stored.size() + 1) * sizeof(char16_t)));
 }
 
-void Win32SystemSettings::initCommonControls() { ::InitCommonControls(); }
+void Win32SystemSettings::initCommonControls() {
+    ::InitCommonControls();
+}
 
 namespace {
 
 Text programPath() {
     Text path(32768, u'\0');
-    path.resize(
-        ::GetModuleFileNameW(nullptr, wideBuffer(path), static_cast<DWORD>(path.size())));
+    path.resize(::GetModuleFileNameW(nullptr, wideBuffer(path), static_cast<DWORD>(path.size())));
     return path;
 }
 
 }  // namespace
 
-Text Win32ProgramFolder::folder() { return Text(folderPart(programPath())); }
+Text Win32ProgramFolder::folder() {
+    return Text(folderPart(programPath()));
+}
 
-Text Win32ProgramFolder::programFileName() { return Text(fileNamePart(programPath())); }
+Text Win32ProgramFolder::programFileName() {
+    return Text(fileNamePart(programPath()));
+}
 
 bool Win32ProgramFolder::contains(TextView path) {
     WIN32_FIND_DATAW found{};
@@ -194,8 +212,8 @@ bool Win32ProgramFolder::writeWithAttributes(TextView path, std::string_view byt
     UniqueFile file(::CreateFileW(wide(target), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
     DWORD done = 0;
-    if (!file || !::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done,
-                              nullptr))
+    if (!file ||
+        !::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr))
         return false;
     file.close();
     return ::SetFileAttributesW(wide(target), attributes) != 0;

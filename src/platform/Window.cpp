@@ -14,13 +14,21 @@ int systemDpi() {
     return dpi;
 }
 
-int scaled(int pixelsAt96) { return ::MulDiv(pixelsAt96, systemDpi(), 96); }
+int scaled(int pixelsAt96) {
+    return ::MulDiv(pixelsAt96, systemDpi(), 96);
+}
 
-int pixelsFromTwips(int twips) { return ::MulDiv(twips, systemDpi(), 1440); }
+int pixelsFromTwips(int twips) {
+    return ::MulDiv(twips, systemDpi(), 1440);
+}
 
-Window::~Window() { destroy(); }
+Window::~Window() {
+    destroy();
+}
 
-void Window::setCaption(TextView caption) { ::SetWindowTextW(handle_, wide(Text(caption))); }
+void Window::setCaption(TextView caption) {
+    ::SetWindowTextW(handle_, wide(Text(caption)));
+}
 
 void Window::destroy() {
     if (handle_ != nullptr)
@@ -64,8 +72,7 @@ bool Window::create(const WindowSpec& spec) {
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCREATE) {
-        auto* self =
-            static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        auto* self = static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
         self->handle_ = window;
         ::SetWindowLongPtrW(window, GWLP_USERDATA, lparamOf(self));
     }

@@ -12,7 +12,9 @@
 namespace melvorin {
 namespace {
 
-std::string utf8(TextView text) { return toUtf8(text); }
+std::string utf8(TextView text) {
+    return toUtf8(text);
+}
 
 TEST(TabExpansion, EndsAtTheNextEighthColumn) {
     struct Case {
@@ -49,7 +51,10 @@ TEST(DocumentFile, DecidesByContent) {
         {"", u"TXT", true, false},
         {"", u"mvt", false, false},
         {"{\\rtf1 C\\par", u"rtf", false, true},
-        {std::string("\x7f" "ELF\2\1\1\0\0\0\0", 11), u"txt", false, false},
+        {std::string("\x7f"
+                     "ELF\2\1\1\0\0\0\0",
+                     11),
+         u"txt", false, false},
     };
     for (const Case& c : cases) {
         const auto content = readDocument(c.bytes, c.extension, windows1252());
@@ -80,7 +85,8 @@ TEST(DocumentFile, PlainTextComesBack) {
 
 TEST(RtfRepair, GivesBackWhatAControlLost) {
     const std::string head =
-        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fcharset0 Courier New;}}\\pard\\fs20 ";
+        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fcharset0 Courier "
+        "New;}}\\pard\\fs20 ";
     struct Case {
         std::string body;
         TextView text;

@@ -14,7 +14,9 @@
 namespace melvorin {
 namespace {
 
-std::string utf8(TextView text) { return toUtf8(text); }
+std::string utf8(TextView text) {
+    return toUtf8(text);
+}
 
 TEST(Paths, Parts) {
     struct Case {
@@ -136,15 +138,18 @@ TEST(KeySetting, TagStaysWithinTheFonts) {
         int halfSteps;
         std::string tag;
     };
-    for (const auto& [halfSteps, tag] :
-         {Case{1, "Melvorin 01"}, {9, "Melvorin 09"}, {10, "Melvorin 10"}, {34, "Melvorin 34"},
-          {35, "Melvorin 01"}, {-2, "Melvorin 02"}}) {
+    for (const auto& [halfSteps, tag] : {Case{1, "Melvorin 01"},
+                                         {9, "Melvorin 09"},
+                                         {10, "Melvorin 10"},
+                                         {34, "Melvorin 34"},
+                                         {35, "Melvorin 01"},
+                                         {-2, "Melvorin 02"}}) {
         EXPECT_EQ(utf8(keyTag(halfSteps)), tag);
         EXPECT_TRUE(isDiagramFace(keyTag(halfSteps)));
     }
     EXPECT_TRUE(isDiagramFace(keyTag(0)));
     for (const char16_t* face : {u"Melvorin 00", u"Melvorin 35", u"Melvorin 1", u"Melvorin 011",
-                                u"melvorin 01", u"Courier New", u""})
+                                 u"melvorin 01", u"Courier New", u""})
         EXPECT_FALSE(isDiagramFace(face)) << utf8(face);
 }
 

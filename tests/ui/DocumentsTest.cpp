@@ -9,7 +9,9 @@ constexpr char kRichSong[] =
     R"({\f1\fnil\fcharset0 Melvorin 01;}}{\colortbl ;\red192\green0\blue0;})"
     R"(\pard\f0\fs20 C   \f1\fs48 a\f0\fs20  G\par {\b caf\'e9} \u937?\par})";
 
-std::optional<FileChoice> chosen(const Text& path, int filter) { return FileChoice{path, filter}; }
+std::optional<FileChoice> chosen(const Text& path, int filter) {
+    return FileChoice{path, filter};
+}
 
 TEST(Open, ShowsTheDialogAsTheUserLeftIt) {
     const ScratchFolder folder;
@@ -49,7 +51,10 @@ TEST(Open, ReadsPlainTextInEveryEncoding) {
         {"caf\xE9\r\n", "café"},
         {"caf\xC3\xA9\r\n", "café"},
         {"\xEF\xBB\xBF\xCE\xA9\r\n\r\n", "Ω\r"},
-        {std::string("\xFF\xFE" "C\0\r\0\n\0", 8), "C"},
+        {std::string("\xFF\xFE"
+                     "C\0\r\0\n\0",
+                     8),
+         "C"},
         {"{\\rt is no rich text", "{\\rt is no rich text"},
         {"", ""},
     };
@@ -186,8 +191,14 @@ TEST(Save, EveryKindSurvivesSaveAndReopen) {
         {u"rich.rtf", kRichSong, 2, u"rich.rtf"},
         {u"rich.mvt", kRichSong, 1, u"rich.mlv"},
         {u"plain.txt", "C  Am\r\ncaf\xC3\xA9\r\n", 0, u"plain.txt"},
-        {u"greek.txt", "\xEF\xBB\xBF" "C\r\n\xCE\xA9\r\n", 0, u"greek.txt"},
-        {u"looks like utf-8.txt", "\xEF\xBB\xBF" "\xC3\x83\xC2\xA9\r\n", 0, u"looks like utf-8.txt"},
+        {u"greek.txt",
+         "\xEF\xBB\xBF"
+         "C\r\n\xCE\xA9\r\n",
+         0, u"greek.txt"},
+        {u"looks like utf-8.txt",
+         "\xEF\xBB\xBF"
+         "\xC3\x83\xC2\xA9\r\n",
+         0, u"looks like utf-8.txt"},
         {u"blank end.txt", "C\r\n\r\n\r\n", 0, u"blank end.txt"},
     };
     for (const Case& c : cases) {

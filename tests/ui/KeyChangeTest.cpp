@@ -15,8 +15,8 @@ Rgb colourAt(RichEdit& editor, std::int32_t position) {
 TEST(KeyChange, MovesChordLinesAndColoursThem) {
     const ScratchFolder folder;
     Program program;
-    ASSERT_TRUE(program.start(
-        folder.add(u"song.txt", "C     Am7/G   F#m7(9)\r\nIs a song by the river\r\n\r\nG7  C\r\n")));
+    ASSERT_TRUE(program.start(folder.add(
+        u"song.txt", "C     Am7/G   F#m7(9)\r\nIs a song by the river\r\n\r\nG7  C\r\n")));
     program.waitForKeyButtons();
     program.editor().select({30, 30});
     const std::int16_t before = program.history().count();
@@ -49,14 +49,14 @@ TEST(KeyChange, SpellingIsChosenOnceAndMarked) {
                          shown(program.form->menuBar().caption(Command::mnuBem)));
     };
     program.command(Command::mnuBem);
-    EXPECT_EQ(captions(), std::pair(std::string("        Use Sharps"),
-                                    std::string(">>    Use Flats")));
+    EXPECT_EQ(captions(),
+              std::pair(std::string("        Use Sharps"), std::string(">>    Use Flats")));
     EXPECT_FALSE(program.state().dirty);
     program.command(Command::mnuUp);
     EXPECT_EQ(program.text(), "Db Eb");
     program.command(Command::mnuSus);
-    EXPECT_EQ(captions(), std::pair(std::string(">>    Use Sharps"),
-                                    std::string("         Use Flats")));
+    EXPECT_EQ(captions(),
+              std::pair(std::string(">>    Use Sharps"), std::string("         Use Flats")));
     program.command(Command::mnuUp);
     EXPECT_EQ(program.text(), "D  E ");
     program.command(Command::mnuUp);
@@ -100,8 +100,8 @@ std::vector<Character> charactersOf(RichEdit& editor, std::int32_t count) {
     for (std::int32_t i = 0; i < count; ++i) {
         editor.select({i, i + 1});
         const SelectionStyle style = editor.selectionStyle();
-        characters.push_back({text[static_cast<std::size_t>(i)], *style.face, *style.colour,
-                              *style.bold});
+        characters.push_back(
+            {text[static_cast<std::size_t>(i)], *style.face, *style.colour, *style.bold});
     }
     return characters;
 }
@@ -113,13 +113,13 @@ TEST(KeyChange, KeepsFormattingAndDiagrams) {
     const Text diagram = u"Melvorin 01";
     constexpr Rgb blue{0, 0, 255};
     const std::vector<Character> expected = {
-        {u'C', plain, kChordColour, false},  {u'#', plain, kChordColour, false},
-        {u' ', plain, kChordColour, false},  {u'G', plain, kChordColour, true},
-        {u'#', plain, kChordColour, true},   {u'm', plain, kChordColour, false},
-        {u' ', plain, kChordColour, false},  {u'A', diagram, blue, false},
-        {u' ', plain, kChordColour, false},  {u' ', plain, kChordColour, false},
-        {u'F', plain, kChordColour, false},  {u'#', plain, kChordColour, false},
-        {u'\r', plain, kBlack, false},       {u'b', plain, kBlack, true},
+        {u'C', plain, kChordColour, false}, {u'#', plain, kChordColour, false},
+        {u' ', plain, kChordColour, false}, {u'G', plain, kChordColour, true},
+        {u'#', plain, kChordColour, true},  {u'm', plain, kChordColour, false},
+        {u' ', plain, kChordColour, false}, {u'A', diagram, blue, false},
+        {u' ', plain, kChordColour, false}, {u' ', plain, kChordColour, false},
+        {u'F', plain, kChordColour, false}, {u'#', plain, kChordColour, false},
+        {u'\r', plain, kBlack, false},      {u'b', plain, kBlack, true},
         {u'y', plain, kBlack, false},
     };
     const std::string song =
@@ -135,8 +135,8 @@ TEST(KeyChange, KeepsFormattingAndDiagrams) {
         program.command(Command::mnuUp);
         const auto got = charactersOf(program.editor(), static_cast<int>(expected.size()));
         for (std::size_t i = 0; i < expected.size(); ++i)
-            EXPECT_EQ(got[i], expected[i]) << i << " " << shown(got[i].face) << " "
-                                           << shown(Text(1, got[i].c));
+            EXPECT_EQ(got[i], expected[i])
+                << i << " " << shown(got[i].face) << " " << shown(Text(1, got[i].c));
     }
 }
 

@@ -16,7 +16,9 @@
 
 namespace melvorin::testing {
 
-inline std::string shown(TextView text) { return toUtf8(text); }
+inline std::string shown(TextView text) {
+    return toUtf8(text);
+}
 
 struct ShownMessage {
     std::string text;
@@ -30,10 +32,9 @@ class ScriptedMessages : public MessageBoxes {
     // Answers are used up in order; an OK box needs none.
     void answer(Answer answer) { answers_.push_back(answer); }
 
-    Answer show(TextView text, TextView title, MessageIcon icon,
-                MessageButtons buttons) override {
-        boxes.push_back({melvorin::testing::shown(text), melvorin::testing::shown(title), icon,
-                         buttons});
+    Answer show(TextView text, TextView title, MessageIcon icon, MessageButtons buttons) override {
+        boxes.push_back(
+            {melvorin::testing::shown(text), melvorin::testing::shown(title), icon, buttons});
         if (buttons == MessageButtons::Ok)
             return Answer::Ok;
         if (answers_.empty()) {
@@ -287,8 +288,8 @@ class Program {
     std::string text() { return shown(editor().text().chars); }
     std::string caption() const {
         Text buffer(512, u'\0');
-        buffer.resize(static_cast<std::size_t>(
-            ::GetWindowTextW(form->handle(), wideBuffer(buffer), 512)));
+        buffer.resize(
+            static_cast<std::size_t>(::GetWindowTextW(form->handle(), wideBuffer(buffer), 512)));
         return shown(buffer);
     }
 

@@ -28,9 +28,10 @@ TEST(Start, EditorFaceFollowsTheSetting) {
         TextView stored;
         TextView face;
     };
-    for (const auto& [stored, face] :
-         {Case{u"0", u"Courier New"}, {u"1", u"Lucida Console"}, {u"", u"Lucida Console"},
-          {u"00", u"Lucida Console"}}) {
+    for (const auto& [stored, face] : {Case{u"0", u"Courier New"},
+                                       {u"1", u"Lucida Console"},
+                                       {u"", u"Lucida Console"},
+                                       {u"00", u"Lucida Console"}}) {
         Program program;
         program.profiles.values[{u"C:\\Program\\Melvorin.ini", u"Tela", u"Option"}] = stored;
         ASSERT_TRUE(program.start());
@@ -112,8 +113,8 @@ TEST(Splash, WritesTheManifestOnceAndSwitchesSmoothingOff) {
             EXPECT_EQ(attributes, 39U);
         }
         const std::string key = "Software\\Microsoft\\Internet Explorer\\Main\\UseClearType";
-        std::vector<std::string> expected{"init common controls", "smoothing off",
-                                          "read smoothing", "read " + key};
+        std::vector<std::string> expected{"init common controls", "smoothing off", "read smoothing",
+                                          "read " + key};
         if (c.rewritten)
             expected.push_back("write " + key + "=no");
         EXPECT_EQ(program.system.calls, expected);
@@ -125,11 +126,9 @@ TEST(Screen, UnsupportedSizesEndTheProgram) {
         ScreenSize screen;
         bool runs;
     };
-    for (const auto& [screen, runs] : {Case{{800, 600}, true},
-                                       Case{{1280, 1024}, true},
-                                       Case{{3840, 2160}, true},
-                                       Case{{640, 480}, true},
-                                       Case{{720, 576}, false}}) {
+    for (const auto& [screen, runs] :
+         {Case{{800, 600}, true}, Case{{1280, 1024}, true}, Case{{3840, 2160}, true},
+          Case{{640, 480}, true}, Case{{720, 576}, false}}) {
         Program program;
         program.screen.screen = screen;
         program.screen.work = {screen.width, screen.height - 30};
@@ -174,7 +173,7 @@ TEST(Close, PromptsOnlyForUnsavedChanges) {
         bool pathsWritten;
     };
     const Case cases[] = {
-        {false, std::nullopt, false, true, false}, {true, Answer::No, false, true, false},
+        {false, std::nullopt, false, true, false},  {true, Answer::No, false, true, false},
         {true, Answer::Cancel, false, false, true}, {true, Answer::Yes, true, false, true},
         {true, Answer::Yes, false, true, false},
     };
