@@ -2,6 +2,7 @@
 
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
+#include "app/RtfMap.h"
 
 namespace melvorin {
 namespace {
@@ -163,7 +164,12 @@ bool Documents::loadOrKeep(std::string_view rtf) {
     const EditorWork work(editor_);
     const std::string before = editor_.rtf();
     const Selection caret = editor_.selection();
-    if (editor_.loadRtf(rtf))
+    // Some controls report success and show nothing.
+    const auto swallowed = [&] {
+        const auto map = editor_.isEmpty() ? RtfMap::parse(rtf) : std::nullopt;
+        return map && !map->text().empty();
+    };
+    if (editor_.loadRtf(rtf) && !swallowed())
         return true;
     editor_.loadRtf(before);
     editor_.select(caret);
@@ -198,6 +204,7 @@ bool Documents::load(TextView path) {
 
     if (!showContent(*content.value))
         return refuse(u"The editor does not understand its Rich Text.");
+    editor_.scrollCaretIntoView();
     setPath(path);
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;

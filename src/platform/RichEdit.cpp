@@ -169,6 +169,7 @@ std::string RichEdit::selectionRtf() const {
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {
+    const CursorScope hourglass(IDC_WAIT);
     const EditorWork work(*this);
     const bool read = streamIn(SF_RTF, rtf);
     select({0, 0});
@@ -180,6 +181,7 @@ bool RichEdit::replaceSelectionRtf(std::string_view rtf) {
 }
 
 void RichEdit::loadPlain(const EditorText& text, TextView face, int points) {
+    const CursorScope hourglass(IDC_WAIT);
     const EditorWork work(*this);
     // Streamed, because a set-text message would take text that begins like Rich Text for it.
     streamIn(SF_TEXT | SF_UNICODE, {reinterpret_cast<const char*>(text.chars.data()),
