@@ -182,7 +182,8 @@ enum class Place {
 
 struct Level {
     Place place = Place::Body;
-    bool started = false;     // something but an opening \* was seen
+    bool started = false;  // something but an opening \* was seen
+    bool isObject = false;
     bool hasText = false;     // of an entry: a name, or the semicolon behind it
     bool ended = false;       // of an entry: the semicolon behind its name was seen
     bool hasEntries = false;  // of a font table: entries are groups
@@ -199,18 +200,19 @@ class Rows {
     // False when the document must be refused.
     bool word(const RtfToken& token);
     void text() {
-        if (inTable_)
-            isOpen_ = true;
+        isBroken_ = isBroken_ || (isOpen_ && !inTable_);
+        isOpen_ = isOpen_ || inTable_;
         hasText_ = true;
     }
-    bool finished() const { return !isOpen_; }
+    bool finished() const { return !isOpen_ && !isBroken_; }
 
   private:
     bool endCell();
     bool endRow();
 
-    bool inTable_ = false;  // paragraphs are in a table
-    bool isOpen_ = false;   // a row has begun and not ended
+    bool inTable_ = false;   // paragraphs are in a table
+    bool isOpen_ = false;    // a row has begun and not ended
+    bool isBroken_ = false;  // text outside the table stands in the middle of a row
     std::size_t defined_ = 0;
     std::size_t used_ = 0;
     bool hasText_ = false;  // since the last cell
@@ -273,7 +275,7 @@ class Checker {
     bool token(const RtfToken& token);
     void countStandIns(const RtfToken& token);
     bool open();
-    bool close();
+    bool close(std::size_t end);
     bool word(const RtfToken& token);
     bool tableWord(const RtfToken& token);
     bool destination(Place place, TextView sentence);
@@ -331,7 +333,7 @@ bool Checker::token(const RtfToken& token) {
         case RtfToken::Kind::Open:
             return open();
         case RtfToken::Kind::Close:
-            return close();
+            return close(token.end);
         case RtfToken::Kind::Word:
             return word(token);
         case RtfToken::Kind::Symbol:
@@ -404,7 +406,7 @@ bool Checker::open() {
     return true;
 }
 
-bool Checker::close() {
+bool Checker::close(std::size_t end) {
     const Level& closed = level();
     if (closed.place == Place::Colours && closed.isOpen)
         return malformed(kBadColours);
@@ -412,6 +414,10 @@ bool Checker::close() {
         return malformed(kBadFonts);
     if (closed.place == Place::Style && !closed.ended)
         return malformed(kBadStyles);
+    // A control swallows what comes next, were it a brace; an unknown word means nothing to any.
+    constexpr std::string_view sacrifice = "\\nop ";
+    if (closed.isObject && !bytes_.substr(end).starts_with(sacrifice))
+        edits_.push_back({end, end, std::string(sacrifice)});
     --depth_;
     return true;
 }
@@ -451,7 +457,7 @@ bool Checker::word(const RtfToken& token) {
 // A table or sheet begins: as the first word of its group, or it would swallow text.
 bool Checker::destination(Place place, TextView sentence) {
     Level& here = level();
-    if (here.started || depth_ < 2 || (here.place != Place::Body && here.place != Place::Skipped))
+    if (here.started || depth_ != 2 || (here.place != Place::Body && here.place != Place::Skipped))
         return malformed(sentence);
     here = Level{.place = place, .started = true, .skip = here.skip};
     return true;
@@ -479,6 +485,7 @@ bool Checker::tableWord(const RtfToken& token) {
         case Place::Data:
             break;
     }
+    here.isObject = here.isObject || token.name == "object";
     if (token.name == "pict" || token.name == "objdata")
         here.place = Place::Data;
     else if (contains(kAsides, token.name))
@@ -490,7 +497,7 @@ bool Checker::symbol(const RtfToken& token) {
     Level& here = level();
     if (!token.isSymbol('*'))
         return text(token);
-    if (here.place != Place::Body)
+    if (here.place != Place::Body && here.place != Place::Data)
         return true;
     if (here.started)
         return malformed(kMisplaced);
@@ -534,6 +541,7 @@ bool Checker::entryText(const RtfToken& token, TextView sentence) {
     if (here.ended)
         return isByte && isBlank(static_cast<char>(token.byte)) ? drop(token) : malformed(sentence);
     here.started = here.hasText = true;
+    here.isOpen = here.isOpen || token.kind == RtfToken::Kind::Symbol || token.byte == '\t';
     here.ended = isByte && token.byte == ';';
     return ++here.nameLength <= kMaxRtfNameLength || malformed(sentence);
 }

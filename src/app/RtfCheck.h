@@ -39,10 +39,10 @@ struct RtfVerdict {
     // For the user, a whole sentence; empty when Ok.
     Text sentence;
     // What to load when Ok: the document from its first to its last brace, without byte-order
-    // mark and blanks before and blanks and NULs after it. Three things are written differently,
+    // mark and blanks before and blanks and NULs after it. Some things are written differently,
     // with the same meaning, because not every control reads them: raw binary data becomes
-    // hexadecimal, blanks between the entries of the font table and the style sheet go, and a
-    // missing stand-in character between \uN and a brace is added.
+    // hexadecimal, blanks between the entries of the font table and the style sheet go, a missing
+    // stand-in character between \uN and a brace is added, and an unknown word behind an object.
     std::string document;
 };
 

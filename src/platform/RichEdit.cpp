@@ -165,7 +165,7 @@ std::string RichEdit::rtf() const {
 }
 
 std::string RichEdit::selectionRtf() const {
-    return streamOut(SF_RTF | SFF_SELECTION);
+    return withLostCharacters(streamOut(SF_RTF | SFF_SELECTION), textBetween(selection()));
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {

@@ -18,6 +18,7 @@ Text causeOf(DWORD error) {
         case ERROR_PATH_NOT_FOUND:
         case ERROR_INVALID_NAME:
         case ERROR_BAD_PATHNAME:
+        case ERROR_DIRECTORY:
             return u"The file does not exist.";
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:

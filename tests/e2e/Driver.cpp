@@ -4,8 +4,14 @@
 //   menu CAPTION      gives the menu command of this caption and waits until it is done
 //   post CAPTION      gives it without waiting (for commands that open a dialog)
 //   type TEXT         types into the editor
-//   wait-window TITLE until a dialog of this title is in view
+//   wait-text TEXT    until the editor holds this text (its lines ended by LF)
 //   text              prints the editor's text
+//   wait-window TITLE until a dialog of this title is in view
+//   wait-front TITLE  until the window of this title has the keyboard
+//   wait-field TEXT   until the control that has the keyboard holds this text
+//   wait-menu         until a menu is open
+//   wait-no-window TITLE  until no window of this title is in view
+//   message           prints the text of the message box in front
 //   close             closes the main window, without waiting
 //   wait-gone         until the main window is gone
 //
@@ -69,14 +75,56 @@ bool giveCommand(TextView caption, bool wait) {
                                  &result) != 0;
 }
 
-bool printText() {
-    const auto length = static_cast<std::size_t>(::SendMessageW(editor(), WM_GETTEXTLENGTH, 0, 0));
+Text textIn(HWND control) {
+    const auto length = static_cast<std::size_t>(::SendMessageW(control, WM_GETTEXTLENGTH, 0, 0));
     Text buffer(length + 1, u'\0');
     buffer.resize(static_cast<std::size_t>(
-        ::SendMessageW(editor(), WM_GETTEXT, buffer.size(), lparamOf(buffer.data()))));
-    const std::string bytes = toUtf8(buffer);
-    std::printf("%s\n", bytes.c_str());
+        ::SendMessageW(control, WM_GETTEXT, buffer.size(), lparamOf(buffer.data()))));
+    return buffer;
+}
+
+Text withoutCarriageReturns(Text text) {
+    std::erase(text, u'\r');
+    return text;
+}
+
+bool print(const Text& text) {
+    std::printf("%s\n", toUtf8(withoutCarriageReturns(text)).c_str());
     return true;
+}
+
+bool isInView(TextView title) {
+    const HWND window = ::FindWindowW(nullptr, wide(Text(title)));
+    return window != nullptr && ::IsWindowVisible(window);
+}
+
+// What the window in front is doing with the keyboard.
+GUITHREADINFO keyboard() {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    const HWND front = ::GetForegroundWindow();
+    if (front != nullptr)
+        ::GetGUIThreadInfo(::GetWindowThreadProcessId(front, nullptr), &info);
+    return info;
+}
+
+bool isInFront(TextView title) {
+    const HWND front = ::GetForegroundWindow();
+    const HWND focus = keyboard().hwndFocus;
+    return front != nullptr && captionOf(front) == title &&
+           (focus == front || ::IsChild(front, focus));
+}
+
+// A message box keeps its text in the one static control that has any.
+bool printMessage() {
+    const HWND box = ::GetForegroundWindow();
+    HWND part = nullptr;
+    while ((part = ::FindWindowExW(box, part, L"Static", nullptr)) != nullptr) {
+        const Text text = textIn(part);
+        if (!text.empty())
+            return print(text);
+    }
+    return false;
 }
 
 bool type(TextView text) {
@@ -97,13 +145,25 @@ bool runStep(TextView step, TextView argument) {
         return giveCommand(argument, step == u"menu");
     if (step == u"type")
         return type(argument);
-    if (step == u"wait-window")
-        return waitFor([&] {
-            const HWND window = ::FindWindowW(nullptr, wide(Text(argument)));
-            return window != nullptr && ::IsWindowVisible(window);
-        });
+    if (step == u"wait-text")
+        return waitFor([&] { return withoutCarriageReturns(textIn(editor())) == argument; });
     if (step == u"text")
-        return printText();
+        return editor() != nullptr && print(textIn(editor()));
+    if (step == u"wait-window")
+        return waitFor([&] { return isInView(argument); });
+    if (step == u"wait-no-window")
+        return waitFor([&] { return !isInView(argument); });
+    if (step == u"wait-front")
+        return waitFor([&] { return isInFront(argument); });
+    if (step == u"wait-field")
+        return waitFor([&] {
+            const HWND focus = keyboard().hwndFocus;
+            return focus != nullptr && textIn(focus) == argument;
+        });
+    if (step == u"wait-menu")
+        return waitFor([] { return (keyboard().flags & GUI_INMENUMODE) != 0; });
+    if (step == u"message")
+        return printMessage();
     if (step == u"close")
         return ::PostMessageW(mainWindow(), WM_CLOSE, 0, 0) != 0;
     if (step == u"wait-gone")
@@ -112,7 +172,8 @@ bool runStep(TextView step, TextView argument) {
 }
 
 bool takesArgument(TextView step) {
-    return step != u"text" && step != u"close" && step != u"wait-gone";
+    return step != u"text" && step != u"wait-menu" && step != u"message" && step != u"close" &&
+           step != u"wait-gone";
 }
 
 }  // namespace
@@ -124,8 +185,9 @@ int wmain(int count, wchar_t** arguments) {
         if (takesArgument(step) && i + 1 < count)
             argument = textOf(arguments[++i]);
         if (!runStep(step, argument)) {
-            std::fprintf(stderr, "driver: cannot do: %s %s\n", toUtf8(step).c_str(),
-                         toUtf8(argument).c_str());
+            std::fprintf(stderr, "driver: cannot do: %s %s (in front: \"%s\")\n",
+                         toUtf8(step).c_str(), toUtf8(argument).c_str(),
+                         toUtf8(captionOf(::GetForegroundWindow())).c_str());
             return 1;
         }
     }

@@ -197,7 +197,8 @@ TEST(RtfControl, ReadsAllOfWhatTheCheckPasses) {
           "\\" + std::string(kMaxRtfWordLength - 2, 'q') + " ",
           "{\\fonttbl{\\f0 " + name + ";} {\\f1 X; }}{\\stylesheet {\\s1 " + name + ";} }",
           "{\\pict\\pngblip\\bin5 }\\{\0}}"s, "\\u233{\\b x}{\\b\\u233}"s,
-          "{\\object\\objemb{\\*\\objdata\\bin3 }}}}}"s, "{\\info{\\author \\'e9}}{\\*\\x\\y}"s}) {
+          "{{\\object\\objemb{\\*\\objdata\\bin3 }}}}{\\result R}}}"s,
+          "{\\info{\\author \\'e9}}{\\*\\x\\y}"s}) {
         const RtfVerdict verdict = checkRtf("\xEF\xBB\xBF {\\rtf1 a" + body + "END}\r\n\0"s);
         ASSERT_EQ(verdict.kind, RtfVerdict::Kind::Ok) << body;
         EXPECT_TRUE(control.load(verdict.document)) << body;

@@ -1,0 +1,354 @@
+#!/bin/bash
+# run.sh: whole runs of the real Melvorin.exe with a real keyboard, files and registry. Needs a
+# private display and the Wine prefix (tools/with-display.sh --own, tools/wine-prefix.sh).
+# MELVORIN_WIN_BUILD and MELVORIN_NATIVE_BUILD name other build folders; with arguments only the
+# cases of those names run.
+# shellcheck disable=SC1003,SC2012,SC2317 # the cases are called by name; our file names are plain
+set -u
+# Names in any script on command lines and disk.
+export LC_ALL=C.UTF-8
+# shellcheck source=tools/wine-env.sh
+. "$(dirname "$0")/../../tools/wine-env.sh"
+win=${MELVORIN_WIN_BUILD:-$root/build/win-x64}
+native=${MELVORIN_NATIVE_BUILD:-$root/build/native}
+[ -n "${DISPLAY:-}" ] || { echo "e2e: no display; use with-display.sh" >&2; exit 1; }
+for needed in "$win/Melvorin.exe" "$win/melvorin-driver.exe" "$native/melvorin-cli"; do
+    [ -e "$needed" ] || { echo "e2e: $needed is not built" >&2; exit 1; }
+done
+
+work=$(mktemp -d)
+disk=$work/disk # the small disk of the full-disk case
+cleanup() {
+    ! mountpoint -q "$disk" || umount "$disk"
+    rm -rf "$work"
+}
+trap cleanup EXIT
+
+# ---- Steps. Each ends its case where it fails. ----------------------------------------------------
+
+fail() {
+    printf 'FAILED  %s: %s\n' "$case_name" "$*"
+    exit 1
+}
+expect() { # WHAT EXPECTED ACTUAL
+    [ "$2" = "$3" ] || fail "$1: expected \"$2\", found \"$3\""
+}
+expect_same() { # WHAT EXPECTED-FILE ACTUAL-FILE
+    cmp "$2" "$3" >"$work/cmp" 2>&1 || fail "$1: $(cat "$work/cmp")"
+}
+
+wine_tool() { timeout 60 "$wine" "$@" 2>/dev/null; }
+windows_path() { printf 'Z:%s' "$(realpath -ms "$1")" | tr / '\\'; }
+
+program=
+start() { # ARGUMENT...: the program, up to now in the background
+    timeout 300 "$wine" "${exe:-$win/Melvorin.exe}" "$@" 2>/dev/null &
+    program=$!
+}
+drive() {
+    local answer
+    answer=$(timeout 120 "$wine" "$win/melvorin-driver.exe" "$@" 2>"$work/driver") ||
+        fail "$(cat "$work/driver")"
+    printf '%s' "$answer" | tr -d '\r'
+}
+# Menus and dialogs take one key at a time; nobody types faster than this.
+press() { timeout 60 xdotool key --delay 60 "$@" || fail "xdotool cannot press $*"; }
+enter() { timeout 60 xdotool type --delay 30 "$1" || fail "xdotool cannot type $1"; }
+# Until the program has come to its end by itself, and well.
+ended() {
+    drive wait-gone
+    wait "$program"
+    expect "exit code" 0 $?
+    program=
+}
+title() { drive wait "$1" wait-front "$1"; }
+
+snapshots() { find "$WINEPREFIX/drive_c" -iname 'bb*.tmp' | sort; }
+paths_value() { # NAME: what the settings store holds
+    wine_tool reg query 'HKCU\Software\Melvorin\Paths' /v "$1" | tr -d '\r' |
+        sed -n "s/^ *$1 *REG_SZ *//p"
+}
+forget_paths() { wine_tool reg delete 'HKCU\Software\Melvorin\Paths' /f >/dev/null; }
+paths_known() { wine_tool reg query 'HKCU\Software\Melvorin\Paths' >/dev/null; }
+
+# ---- Cases ----------------------------------------------------------------------------------------
+
+# Every example, and a song that the code page cannot hold, goes up by the real program exactly as
+# the batch tool takes it there.
+main_job() {
+    local song folder
+    printf 'Am      E7/G#\r\nСнег идёт и тает,\r\nDm   B°\r\nКапель поёт.\r\n' >"$work/Снег.txt"
+    for song in "$root"/data/examples/*.txt "$work/Снег.txt"; do
+        folder=$work/job/$(basename "$song" .txt)
+        "$root/tools/main-job.sh" "$folder" "$song" || fail "main-job.sh on $song"
+        "$native/melvorin-cli" transpose --up --sharps "$song" >"$folder/expected.utf8" ||
+            fail "melvorin-cli on $song"
+        if ! iconv -f UTF-8 -t CP1252 "$folder/expected.utf8" >"$folder/expected" 2>/dev/null; then
+            { printf '\357\273\277'; cat "$folder/expected.utf8"; } >"$folder/expected"
+        fi
+        expect_same "$(basename "$song")" "$folder/expected" "$folder/song.txt"
+        [ -s "$folder/melvorin.png" ] || fail "no screenshot"
+    done
+    # By hand, so that program and tool are not wrong together.
+    folder="$work/job/House by the River"
+    iconv -f CP1252 -t UTF-8 "$folder/song.txt" | tr -d '\r' >"$folder/utf8"
+    expect "House, line 6" "G#                         A#m7/G#" "$(sed -n 6p "$folder/utf8")"
+    expect "House, line 7" "There is a house where the river bends wide," \
+        "$(sed -n 7p "$folder/utf8")"
+    expect "House, line 29" "D#7M       E°         A#/F        G7" "$(sed -n 29p "$folder/utf8")"
+    expect "Снег, lines 1 and 4" "A#m     F7/A Капель поёт." \
+        "$(sed '1s/^\xef\xbb\xbf//;s/\r//' "$work/job/Снег/song.txt" | sed -n '1p;4p' |
+            tr '\n' ' ' | sed 's/ $//')"
+}
+
+# The first start puts the theme manifest beside the program; the next ones find it there.
+manifest() {
+    local file before probe shown attribute
+    mkdir "$work/program"
+    cp "$win/Melvorin.exe" "$work/program"
+    exe=$work/program/Melvorin.exe
+    file=$exe.manifest
+    sed 's/$/\r/' >"$work/expected.manifest" <<'END'
+<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
+     <assemblyIdentity version="1.0.0.0" processorArchitecture="X86" name="Tessaly.WindowsXP.Example" type="win32" />
+     <description>Windows XP Theme.</description>
+     <dependency>
+          <dependentAssembly>
+               <assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0" processorArchitecture="X86" publicKeyToken="6595b64144ccf1df" language="*" />
+          </dependentAssembly>
+     </dependency>
+</assembly>
+END
+    start
+    title "Chord Notation - Melvorin"
+    drive close
+    ended
+    [ -e "$file" ] || fail "nothing was written"
+    expect_same "content" "$work/expected.manifest" "$file"
+
+    # As many of the attributes as this disk keeps under Wine, compared with a file that was
+    # given all of them by hand.
+    probe=$work/program/probe
+    echo >"$probe"
+    for attribute in +a +s +h +r; do # Wine's attrib takes one at a time
+        wine_tool attrib $attribute "$(windows_path "$probe")"
+    done
+    shown() { wine_tool attrib "$(windows_path "$1")" | cut -c 1-11 | tr -d '\r'; }
+    shown=$(shown "$probe")
+    case $shown in *R*) ;; *) fail "attrib shows no attributes: $shown" ;; esac
+    expect "attributes" "$shown" "$(shown "$file")"
+
+    before=$(stat -c '%i %y' "$file")
+    start
+    title "Chord Notation - Melvorin"
+    enter 'Am7/G'
+    drive wait-text 'Am7/G' menu "Undo" close
+    drive wait-front " Melvorin"
+    press alt+n
+    ended
+    expect_same "content after the second start" "$work/expected.manifest" "$file"
+    expect "file after the second start" "$before" "$(stat -c '%i %y' "$file")"
+}
+
+# A song typed by hand, saved, and opened again, all by keyboard.
+typed_song() {
+    local song folder=$work/typed
+    song=$'C#m7     F#7/A#   G7(b9)\nCaf\u00e9 \u00e0 l\'\u00e9t\u00e9, \u00fcber {\\b #1}\n\nD\u00b0  E/G#'
+    mkdir "$folder"
+    start
+    title "Chord Notation - Melvorin"
+    enter "$song"
+    drive wait-text "$song"
+    press ctrl+s
+    drive wait-front " Save As" wait-field "Chord Notation"
+    press Home shift+End
+    enter "$(windows_path "$folder/My song.mvt")"
+    drive wait-field "$(windows_path "$folder/My song.mvt")"
+    press Return
+    title "My song.mlv - Melvorin"
+    expect "what was saved" "My song.mlv" "$(ls -A "$folder")"
+    expect "begins with" '{\rtf' "$(head -c 5 "$folder/My song.mlv")"
+    press alt+F4
+    ended
+
+    start "$(windows_path "$folder/My song.mlv")"
+    title "My song.mlv - Melvorin"
+    expect "text after reopening" "$song" "$(drive text)"
+
+    # The File menu: "Save As" is its fourth entry, "Exit" its last.
+    press alt+i
+    drive wait-menu
+    press Down Down Down Return
+    drive wait-front " Save As" wait-field "My song"
+    press Escape
+    drive wait-no-window " Save As"
+    title "My song.mlv - Melvorin"
+    press alt+i
+    drive wait-menu
+    press Up Return
+    ended
+}
+
+# Closing with unsaved changes asks; only a window that stays open remembers its paths.
+close_prompt() {
+    local before during
+    printf 'C  G\r\n' >"$work/prompt.txt"
+    before=$(snapshots)
+    forget_paths
+    start "$(windows_path "$work/prompt.txt")"
+    title "prompt.txt - Melvorin"
+    press alt+F4
+    ended
+    ! paths_known || fail "a clean document wrote its paths on closing"
+
+    start "$(windows_path "$work/prompt.txt")"
+    title "prompt.txt - Melvorin"
+    enter 'D '
+    drive wait-text 'D C  G'
+    during=$(snapshots)
+    [ "$during" != "$before" ] || fail "no snapshot was found while the program ran"
+    press alt+F4
+    drive wait-front " Melvorin"
+    expect "question" "Save changes to prompt.txt?" "$(drive message)"
+    ! paths_known || fail "the paths were written before the answer"
+    press Escape
+    drive wait-no-window " Melvorin"
+    title "prompt.txt - Melvorin"
+    expect "text after Escape" "D C  G" "$(drive text)"
+    paths_known || fail "the paths were not written"
+    expect "LastOpened" "$(windows_path "$work")" "$(paths_value LastOpened)"
+    expect "LastOpenedEXT" "txt" "$(paths_value LastOpenedEXT)"
+    expect "Lastsaved" "" "$(paths_value Lastsaved)"
+    press alt+F4
+    drive wait-front " Melvorin"
+    press alt+n
+    ended
+    expect "snapshots left" "$before" "$(snapshots)"
+    expect "file" "C  G" "$(tr -d '\r' <"$work/prompt.txt")"
+
+    # Yes saves, and that is the end.
+    start "$(windows_path "$work/prompt.txt")"
+    title "prompt.txt - Melvorin"
+    enter 'D '
+    drive wait-text 'D C  G'
+    press alt+F4
+    drive wait-front " Melvorin"
+    press alt+y
+    ended
+    expect "file after Yes" "D C  G" "$(tr -d '\r' <"$work/prompt.txt")"
+    expect "snapshots left after Yes" "$before" "$(snapshots)"
+    forget_paths
+}
+
+# A disk that is full: the file stays whole, the song stays open, and it can be saved later.
+full_disk() {
+    local name song text
+    mkdir -p "$disk"
+    if ! mount -t tmpfs -o size=256k tmpfs "$disk" 2>/dev/null; then
+        echo "skipped $case_name: a small disk cannot be mounted here (needs root)"
+        exit 77
+    fi
+    text=$(printf 'C  G%.0s la la\n' $(seq 500))
+    for name in song.txt song.rtf; do
+        song=$disk/$name
+        rm -f "$disk"/*
+        case $name in
+            *.txt) printf '%s\r\n' "${text//$'\n'/$'\r\n'}" >"$song" ;;
+            *) printf '{\\rtf1\\ansi %s}' "${text//$'\n'/\\par }" >"$song" ;;
+        esac
+        cp "$song" "$work/before"
+        head -c 1M /dev/zero >"$disk/filler" 2>/dev/null
+        start "$(windows_path "$song")"
+        title "$name - Melvorin"
+        enter 'Am '
+        drive wait-text "Am $text"
+        press ctrl+s
+        drive wait-front " Melvorin"
+        case $(drive message) in
+            *"$name"*"The disk is full."*) ;;
+            *) fail "$name: the message is $(drive message)" ;;
+        esac
+        press Return
+        drive wait-no-window " Melvorin"
+        expect_same "$name" "$work/before" "$song"
+        expect "files on the disk" "filler $name" "$(ls -A "$disk" | tr '\n' ' ' | sed 's/ $//')"
+        title "$name - Melvorin"
+        drive wait-text "Am $text"
+        press alt+F4
+        drive wait-front " Melvorin"
+        expect "question" "Save changes to $name?" "$(drive message)"
+        press Escape
+        drive wait-no-window " Melvorin"
+        title "$name - Melvorin"
+
+        rm "$disk/filler"
+        press ctrl+s alt+F4
+        ended
+        start "$(windows_path "$song")"
+        title "$name - Melvorin"
+        drive wait-text "Am $text" close
+        ended
+    done
+}
+
+# Names as people have them, and one that is not there.
+names() {
+    local name
+    mkdir -p "$work/songs/two  words"
+    for name in "my song.txt" "it's a 'song'.txt" "100% [live] & #1, part;2.txt" "Ωδή 中文 песня.txt" \
+        "two  words/song" ".txt"; do
+        printf 'C  G\r\n%s\r\n' "${name##*/}" >"$work/songs/$name"
+        start "$(windows_path "$work/songs/$name")"
+        title "${name##*/} - Melvorin"
+        expect "$name" "$(printf 'C  G\n%s' "${name##*/}")" "$(drive text)"
+        drive close
+        ended
+    done
+
+    # From the folder it is in, by its bare name; it is saved where it came from.
+    cd "$work/songs" || fail "no folder"
+    start "my song.txt"
+    title "my song.txt - Melvorin"
+    enter 'A '
+    drive wait-text $'A C  G\nmy song.txt'
+    press ctrl+s alt+F4
+    ended
+    expect "saved by its bare name" "A C  G" "$(head -n 1 "my song.txt" | tr -d '\r')"
+
+    start "$(windows_path "$work/songs/Ω none.txt")"
+    drive wait-front " Melvorin"
+    case $(drive message) in
+        *"Ω none.txt"*"    Please verify that the correct path and file name are given."*) ;;
+        *) fail "missing file: the message is $(drive message)" ;;
+    esac
+    press Return
+    title "Chord Notation - Melvorin"
+    expect "text after a missing file" "" "$(drive text)"
+    enter 'Em'
+    drive wait-text 'Em' close wait-front " Melvorin"
+    expect "question" "Save changes to Chord Notation?" "$(drive message)"
+    press alt+n
+    ended
+}
+
+# ---- All of them ----------------------------------------------------------------------------------
+
+end_program() {
+    [ -z "$program" ] || { kill "$program" 2>/dev/null; wait "$program" 2>/dev/null; }
+}
+
+failures=0
+[ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names
+for case_name; do
+    (
+        trap end_program EXIT
+        "$case_name"
+    )
+    case $? in
+        0) echo "ok      $case_name" ;;
+        77) ;;
+        *) failures=$((failures + 1)) ;;
+    esac
+done
+exit $((failures > 0))
