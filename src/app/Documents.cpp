@@ -2,7 +2,6 @@
 
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
-#include "app/RtfMap.h"
 
 namespace melvorin {
 namespace {
@@ -71,7 +70,7 @@ void Documents::loadTemplate() {
     }
     const Result<std::string> bytes = services_.files.read(*temporary.value);
     if (bytes)
-        loadOrKeep(*bytes.value);
+        editor_.loadRtf(*bytes.value);
     services_.files.remove(*temporary.value);
     // The face is the user's choice, which a file made beforehand cannot know.
     editor_.setSelectionFont(editorFontFace(services_), kEditorFontPoints);
@@ -159,28 +158,10 @@ bool Documents::confirmLargeRtf(TextView path, std::uint64_t size) {
                                    MessageButtons::YesNo) == Answer::Yes;
 }
 
-// The control may find a fault that no check did; what was there must then come back.
-bool Documents::loadOrKeep(std::string_view rtf) {
-    const EditorWork work(editor_);
-    const std::string before = editor_.rtf();
-    const Selection caret = editor_.selection();
-    // Some controls report success and show nothing.
-    const auto swallowed = [&] {
-        const auto map = editor_.isEmpty() ? RtfMap::parse(rtf) : std::nullopt;
-        return map && !map->text().empty();
-    };
-    if (editor_.loadRtf(rtf) && !swallowed())
-        return true;
-    editor_.loadRtf(before);
-    editor_.select(caret);
-    return false;
-}
-
 bool Documents::showContent(const DocumentContent& content) {
     if (content.isRichText)
-        return loadOrKeep(content.rtf);
-    editor_.loadPlain(content.text, editorFontFace(services_), kEditorFontPoints);
-    return true;
+        return editor_.loadRtf(content.rtf);
+    return editor_.loadPlain(content.text, editorFontFace(services_), kEditorFontPoints);
 }
 
 bool Documents::load(TextView path) {
@@ -203,7 +184,7 @@ bool Documents::load(TextView path) {
         return false;
 
     if (!showContent(*content.value))
-        return refuse(u"The editor does not understand its Rich Text.");
+        return refuse(u"The editor does not take what the file holds.");
     editor_.scrollCaretIntoView();
     setPath(path);
     lastUsed_.opened = folderPart(path);
@@ -328,7 +309,7 @@ void Documents::changed() {
 void Documents::restore(const Snapshot& snapshot) {
     const Result<std::string> bytes = snapshot.path.empty() ? Result<std::string>::failure({})
                                                             : services_.files.read(snapshot.path);
-    if (!bytes || !loadOrKeep(*bytes.value)) {
+    if (!bytes || !editor_.loadRtf(*bytes.value)) {
         reportFailure(services_.messages,
                       u"This step could not be kept, so it cannot be shown; the text stays as it "
                       u"is. Undo and Redo go on from here.");

@@ -95,7 +95,6 @@ class Documents {
     void setPath(TextView path);
     bool load(TextView path);
     bool confirmLargeRtf(TextView path, std::uint64_t size);
-    bool loadOrKeep(std::string_view rtf);
     bool showContent(const DocumentContent& content);
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();

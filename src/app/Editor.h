@@ -43,12 +43,12 @@ class Editor {
     // The whole document as Rich Text, as the control writes it, without the trailing NUL.
     virtual std::string rtf() const = 0;
 
-    // Replaces the document. False when the control refused the Rich Text or read none of its
-    // text; what it then shows is undefined, and the caller loads something it has.
+    // Replaces the document, caret at its start. False when the control refuses the Rich Text or
+    // reads none of its text; the document is then what it was.
     virtual bool loadRtf(std::string_view rtf) = 0;
-    // Replaces the document by plain text in the given face at `points` size, black.
-    virtual void loadPlain(const EditorText& text, TextView face, int points) = 0;
-    virtual void clear() = 0;
+    // Replaces the document by plain text in the given face at `points` size, black, which are
+    // the editor's default format from then on. Fails as loadRtf does.
+    virtual bool loadPlain(const EditorText& text, TextView face, int points) = 0;
     // Face and size of the selection, which is also what is typed next.
     virtual void setSelectionFont(TextView face, int points) = 0;
     virtual void setSelectionColour(Rgb colour) = 0;

@@ -172,6 +172,7 @@ bool isFiller(char c) {
 enum class Place {
     Body,
     Skipped,  // nothing in it becomes text
+    Starred,  // neither, where a control does not know its word
     Data,     // picture or object data, in which raw bytes may be written as hexadecimal
     Fonts,
     Font,
@@ -184,11 +185,12 @@ struct Level {
     Place place = Place::Body;
     bool started = false;  // something but an opening \* was seen
     bool isObject = false;
+    bool isStarred = false;   // begins with \*
     bool hasText = false;     // of an entry: a name, or the semicolon behind it
     bool ended = false;       // of an entry: the semicolon behind its name was seen
     bool hasEntries = false;  // of a font table: entries are groups
     bool isFlat = false;      // of a font table: entries are not groups
-    bool isOpen = false;      // of a colour table, and of a font whose name is not the last thing
+    bool isOpen = false;      // of a colour table, and of an entry whose name is not the last thing
                               // in its entry: the semicolon must still come
     std::size_t nameLength = 0;
     std::int32_t skip = 1;  // stand-ins behind a \u
@@ -203,6 +205,10 @@ class Rows {
         isBroken_ = isBroken_ || (isOpen_ && !inTable_);
         isOpen_ = isOpen_ || inTable_;
         hasText_ = true;
+    }
+    static bool isRowWord(std::string_view name) {
+        return name == "trowd" || name == "cellx" || name == "cell" || name == "row" ||
+               name == "intbl" || name == "itap";
     }
     bool finished() const { return !isOpen_ && !isBroken_; }
 
@@ -396,8 +402,9 @@ bool Checker::open() {
             case Place::Colours:
                 return malformed(kBadColours);
             case Place::Skipped:
+            case Place::Starred:
             case Place::Data:
-                place = Place::Skipped;
+                place = outer.place;
         }
         outer.started = true;
     }
@@ -408,6 +415,8 @@ bool Checker::open() {
 
 bool Checker::close(std::size_t end) {
     const Level& closed = level();
+    if (closed.place == Place::Starred && !closed.started && closed.isStarred)
+        return malformed(kMisplaced);
     if (closed.place == Place::Colours && closed.isOpen)
         return malformed(kBadColours);
     if (closed.place == Place::Font && !closed.ended && (!closed.hasText || closed.isOpen))
@@ -457,7 +466,7 @@ bool Checker::word(const RtfToken& token) {
 // A table or sheet begins: as the first word of its group, or it would swallow text.
 bool Checker::destination(Place place, TextView sentence) {
     Level& here = level();
-    if (here.started || depth_ != 2 || (here.place != Place::Body && here.place != Place::Skipped))
+    if (here.started || depth_ != 2 || (here.place != Place::Body && here.place != Place::Starred))
         return malformed(sentence);
     here = Level{.place = place, .started = true, .skip = here.skip};
     return true;
@@ -479,9 +488,11 @@ bool Checker::tableWord(const RtfToken& token) {
         case Place::Styles:
             return malformed(kBadStyles);
         case Place::Style:
+            here.isOpen = here.hasText;
             return !here.ended || malformed(kBadStyles);
         case Place::Body:
         case Place::Skipped:
+        case Place::Starred:
         case Place::Data:
             break;
     }
@@ -490,6 +501,9 @@ bool Checker::tableWord(const RtfToken& token) {
         here.place = Place::Data;
     else if (contains(kAsides, token.name))
         here.place = Place::Skipped;
+    // Some controls skip such a group, others go on with the text in the middle of it.
+    if ((here.place == Place::Starred || here.place == Place::Data) && Rows::isRowWord(token.name))
+        return malformed(kBadTable);
     return here.place != Place::Body || rows_.word(token) || malformed(kBadTable);
 }
 
@@ -501,7 +515,8 @@ bool Checker::symbol(const RtfToken& token) {
         return true;
     if (here.started)
         return malformed(kMisplaced);
-    here.place = Place::Skipped;
+    here.place = Place::Starred;
+    here.isStarred = true;
     return true;
 }
 
@@ -528,6 +543,7 @@ bool Checker::text(const RtfToken& token) {
             here.isOpen = here.isOpen && token.byte != ';';
             break;
         case Place::Skipped:
+        case Place::Starred:
         case Place::Data:
             break;
     }
@@ -540,9 +556,11 @@ bool Checker::entryText(const RtfToken& token, TextView sentence) {
     const bool isByte = token.kind == RtfToken::Kind::Byte;
     if (here.ended)
         return isByte && isBlank(static_cast<char>(token.byte)) ? drop(token) : malformed(sentence);
-    here.started = here.hasText = true;
-    here.isOpen = here.isOpen || token.kind == RtfToken::Kind::Symbol || token.byte == '\t';
     here.ended = isByte && token.byte == ';';
+    if (here.isOpen && !here.ended)
+        return malformed(sentence);
+    here.started = here.hasText = true;
+    here.isOpen = token.kind == RtfToken::Kind::Symbol || token.byte == '\t';
     return ++here.nameLength <= kMaxRtfNameLength || malformed(sentence);
 }
 

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
+#include "app/RtfMap.h"
 #include "app/RtfRepair.h"
 #include "platform/Handles.h"
 #include "platform/Window.h"
@@ -84,37 +86,92 @@ LPARAM formatParam(const CHARFORMAT2W& format) {
     return lparamOf(&format);
 }
 
+bool streamIn(HWND control, WPARAM format, std::string_view bytes) {
+    Source source{bytes};
+    EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, readSource};
+    ::SendMessageW(control, EM_STREAMIN, format, lparamOf(&stream));
+    return stream.dwError == 0;
+}
+
+bool rtfHasText(std::string_view rtf) {
+    const auto map = RtfMap::parse(rtf);
+    return map && !map->text().empty();
+}
+
 }  // namespace
 
 bool RichEdit::create(HWND parent, int id, TextView face, int points) {
-    const wchar_t* const windowClass = richEditClass();
-    if (windowClass == nullptr)
-        return false;
-    // Never wrapped: a chord line and its words must break together or not at all.
-    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL |
-                            ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL |
-                            ES_WANTRETURN;
-    handle_ = ::CreateWindowExW(WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0, parent,
-                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                ::GetModuleHandleW(nullptr), nullptr);
+    parent_ = parent;
+    id_ = id;
+    defaultFormat_ = plainFormat(face, points);
+    handle_ = createControl();
     if (handle_ == nullptr)
         return false;
-    send(EM_SETUNDOLIMIT, 0);
-    send(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    thaw();
+    return true;
+}
+
+// A control as the program wants it, empty, frozen and not yet placed.
+HWND RichEdit::createControl() const {
+    const wchar_t* const windowClass = richEditClass();
+    if (windowClass == nullptr)
+        return nullptr;
+    // Never wrapped: a chord line and its words must break together or not at all.
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | WS_VSCROLL |
+                            WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL |
+                            ES_NOHIDESEL | ES_WANTRETURN;
+    const HWND control = ::CreateWindowExW(WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0,
+                                           parent_, reinterpret_cast<HMENU>(INT_PTR{id_}),
+                                           ::GetModuleHandleW(nullptr), nullptr);
+    if (control == nullptr)
+        return nullptr;
+    const auto set = [&](UINT message, WPARAM wParam, LPARAM lParam) {
+        return ::SendMessageW(control, message, wParam, lParam);
+    };
+    set(WM_SETREDRAW, FALSE, 0);
+    set(EM_SETUNDOLIMIT, 0, 0);
+    set(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
     // The control must not pick other faces for single characters: a diagram is its face.
-    const LRESULT language = send(EM_GETLANGOPTIONS);
-    send(EM_SETLANGOPTIONS, 0, language & ~static_cast<LRESULT>(IMF_AUTOFONT | IMF_DUALFONT));
-    const CHARFORMAT2W format = plainFormat(face, points);
-    send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
-    send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
-    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
+    const LRESULT language = set(EM_GETLANGOPTIONS, 0, 0);
+    set(EM_SETLANGOPTIONS, 0, language & ~LRESULT{IMF_AUTOFONT | IMF_DUALFONT});
+    set(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(defaultFormat_));
+    set(EM_SETCHARFORMAT, SCF_ALL, formatParam(defaultFormat_));
+    if (background_)
+        set(EM_SETBKGNDCOLOR, 0, LPARAM{*background_});
+    return control;
+}
+
+bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
+    const CursorScope hourglass(IDC_WAIT);
+    const HWND fresh = createControl();
+    if (fresh == nullptr)
+        return false;
+    const HWND former = std::exchange(handle_, fresh);
+    const bool read = streamIn(fresh, format, bytes);
+    // Some controls report success and show nothing.
+    const bool swallowed = read && format == SF_RTF && isEmpty() && rtfHasText(bytes);
+    if (!read || swallowed) {
+        handle_ = former;
+        ::DestroyWindow(fresh);
+        return false;
+    }
+    select({0, 0});
+    ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    applyPlace();
+    if (::GetFocus() == former)
+        ::SetFocus(fresh);
+    ::DestroyWindow(former);
     return true;
 }
 
 void RichEdit::place(const RECT& rectangle) {
-    ::SetWindowPos(handle_, nullptr, rectangle.left, rectangle.top,
-                   rectangle.right - rectangle.left, rectangle.bottom - rectangle.top,
-                   SWP_NOZORDER | SWP_NOACTIVATE);
+    place_ = rectangle;
+    applyPlace();
+}
+
+void RichEdit::applyPlace() const {
+    ::SetWindowPos(handle_, nullptr, place_.left, place_.top, place_.right - place_.left,
+                   place_.bottom - place_.top, SWP_NOZORDER | SWP_NOACTIVATE);
     // The formatting rectangle, because not every control knows the margins message.
     RECT text{};
     ::GetClientRect(handle_, &text);
@@ -153,13 +210,6 @@ std::string RichEdit::streamOut(WPARAM format) const {
     return bytes;
 }
 
-bool RichEdit::streamIn(WPARAM format, std::string_view bytes) {
-    Source source{bytes};
-    EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, readSource};
-    send(EM_STREAMIN, format, lparamOf(&stream));
-    return stream.dwError == 0;
-}
-
 std::string RichEdit::rtf() const {
     return withLostCharacters(streamOut(SF_RTF), text().chars);
 }
@@ -169,31 +219,20 @@ std::string RichEdit::selectionRtf() const {
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {
-    const CursorScope hourglass(IDC_WAIT);
     const EditorWork work(*this);
-    const bool read = streamIn(SF_RTF, rtf);
-    select({0, 0});
-    return read;
+    return fillFresh(SF_RTF, rtf);
 }
 
 bool RichEdit::replaceSelectionRtf(std::string_view rtf) {
-    return streamIn(SF_RTF | SFF_SELECTION, rtf);
+    return streamIn(handle_, SF_RTF | SFF_SELECTION, rtf);
 }
 
-void RichEdit::loadPlain(const EditorText& text, TextView face, int points) {
-    const CursorScope hourglass(IDC_WAIT);
+bool RichEdit::loadPlain(const EditorText& text, TextView face, int points) {
     const EditorWork work(*this);
+    defaultFormat_ = plainFormat(face, points);
     // Streamed, because a set-text message would take text that begins like Rich Text for it.
-    streamIn(SF_TEXT | SF_UNICODE, {reinterpret_cast<const char*>(text.chars.data()),
-                                    text.chars.size() * sizeof(char16_t)});
-    const CHARFORMAT2W format = plainFormat(face, points);
-    send(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(format));
-    send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
-    select({0, 0});
-}
-
-void RichEdit::clear() {
-    ::SetWindowTextW(handle_, L"");
+    return fillFresh(SF_TEXT | SF_UNICODE, {reinterpret_cast<const char*>(text.chars.data()),
+                                            text.chars.size() * sizeof(char16_t)});
 }
 
 void RichEdit::applyToSelection(const CHARFORMAT2W& format) {
@@ -249,7 +288,8 @@ void RichEdit::setAlignment(Alignment alignment) {
 }
 
 void RichEdit::setBackground(Rgb colour) {
-    send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(colour)));
+    background_ = colourRef(colour);
+    send(EM_SETBKGNDCOLOR, 0, LPARAM{*background_});
 }
 
 SelectionStyle RichEdit::selectionStyle() const {
@@ -330,8 +370,11 @@ void RichEdit::beginWork() {
 }
 
 void RichEdit::endWork() {
-    if (--work_ > 0)
-        return;
+    if (--work_ == 0)
+        thaw();
+}
+
+void RichEdit::thaw() const {
     send(WM_SETREDRAW, TRUE);
     ::InvalidateRect(handle_, nullptr, TRUE);
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);

@@ -30,11 +30,15 @@ struct FindOptions {
     bool wholeWord = false;
 };
 
+// A document is loaded into a fresh control, which then takes the old one's place: emptying a
+// control costs several times what filling one does (Wine), and a document that the control
+// refuses leaves the old one untouched. The handle changes with every load.
 class RichEdit : public Editor {
   public:
     // Creates the control inside `parent`, filling nothing yet (see `place`). False when no
     // rich-text library can be loaded. `id` comes back in the parent's WM_COMMAND.
     bool create(HWND parent, int id, TextView face, int points);
+    // The control of the moment; ask again after a load.
     HWND handle() const { return handle_; }
     void place(const RECT& rectangle);
 
@@ -42,8 +46,7 @@ class RichEdit : public Editor {
     EditorText text() const override;
     std::string rtf() const override;
     bool loadRtf(std::string_view rtf) override;
-    void loadPlain(const EditorText& text, TextView face, int points) override;
-    void clear() override;
+    bool loadPlain(const EditorText& text, TextView face, int points) override;
     void setSelectionFont(TextView face, int points) override;
     void setSelectionColour(Rgb colour) override;
     void replaceSelection(TextView text) override;
@@ -89,9 +92,18 @@ class RichEdit : public Editor {
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
     std::string streamOut(WPARAM format) const;
-    bool streamIn(WPARAM format, std::string_view bytes);
+    HWND createControl() const;
+    void applyPlace() const;
+    void thaw() const;
+    // False when the control does not take the bytes; the old one then stays.
+    bool fillFresh(WPARAM format, std::string_view bytes);
 
     HWND handle_ = nullptr;  // owned by the parent window
+    HWND parent_ = nullptr;
+    int id_ = 0;
+    RECT place_{};
+    CHARFORMAT2W defaultFormat_{};
+    std::optional<COLORREF> background_;
     int work_ = 0;
 };
 

@@ -111,8 +111,8 @@ void Dialog::runModal(HWND owner) {
     // The owner is enabled before the dialog goes, else another program's window would come up.
     ::EnableWindow(owner, TRUE);
     destroy();
-    if (formerFocus != nullptr)
-        ::SetFocus(formerFocus);
+    // The control that had the focus may be gone; the owner then knows where it belongs.
+    ::SetFocus(::IsWindow(formerFocus) ? formerFocus : owner);
     if (quit)
         ::PostQuitMessage(static_cast<int>(message.wParam));
 }

@@ -97,6 +97,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\stylesheet{{\\s0 Normal;}}}a}", Kind::Malformed},
         // Parts of their own.
         {"{\\rtf1{\\header h}{\\*\\x y}{ \\field{\\*\\fldinst z}{\\fldrslt r}}a}", Kind::Ok},
+        {"{\\rtf1 a{\\*}b}", Kind::Malformed},
         {"{\\rtf1 a\\header b}", Kind::Malformed},
         {"{\\rtf1 {a\\*\\x b}}", Kind::Malformed},
         // Tables.
@@ -115,6 +116,8 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1\\trowd\\cellx9\\cellx99\\intbl a\\cell\\trowd\\cellx9 b\\cell\\row\\pard c}",
          Kind::Malformed},
         {"{\\rtf1\\trowd\\cellx9\\cellx99\\intbl a\\cell\\pard b\\row\\pard c}", Kind::Malformed},
+        {"{\\rtf1{\\*\\s1\\intbl\\row\\par b}}", Kind::Malformed},
+        {"{\\rtf1{\\pict\\pngblip 00\\intbl a\\cell}b}", Kind::Malformed},
         {"{\\rtf1\\itap2 a\\pard}", Kind::Malformed},
         {"{\\rtf1 a\\nestcell b}", Kind::Malformed},
         // Depth.

@@ -185,9 +185,10 @@ int wmain(int count, wchar_t** arguments) {
         if (takesArgument(step) && i + 1 < count)
             argument = textOf(arguments[++i]);
         if (!runStep(step, argument)) {
-            std::fprintf(stderr, "driver: cannot do: %s %s (in front: \"%s\")\n",
+            std::fprintf(stderr, "driver: cannot do: %s %s (in front: \"%s\", editor: \"%s\")\n",
                          toUtf8(step).c_str(), toUtf8(argument).c_str(),
-                         toUtf8(captionOf(::GetForegroundWindow())).c_str());
+                         toUtf8(captionOf(::GetForegroundWindow())).c_str(),
+                         toUtf8(textIn(editor())).c_str());
             return 1;
         }
     }
