@@ -2,12 +2,14 @@
 .PHONY: run test bench package setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
+# By the environment, so that quotes and blanks in the name stay what they are.
+export DOC
 BUILD_TARGETS := native native-asan win-x64 win-x86
 
 # The program in a window; with DOC=song.txt it opens that song. Without a display it does the
 # main job by itself and tells what came of it.
 run: win-x64 native
-	@tools/run.sh "$(DOC)"
+	@tools/run.sh "$$DOC"
 
 test: native-asan native win-x64 win-x86 lint
 	@tools/test.sh
@@ -22,8 +24,9 @@ setup:
 	@tools/setup.sh
 
 $(BUILD_TARGETS): setup
+	@mkdir -p build
 	@[ -e build/$@/build.ninja ] || cmake --preset $@ >build/$@.configure.log 2>&1 || \
-	    { mkdir -p build; cmake --preset $@; }
+	    { cat build/$@.configure.log; exit 1; }
 	@cmake --build --preset $@
 
 lint: setup native

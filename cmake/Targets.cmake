@@ -17,7 +17,6 @@ if(MELVORIN_SANITIZE)
   target_link_options(melvorin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-target_compile_definitions(melvorin_options INTERFACE MELVORIN_VERSION="${PROJECT_VERSION}")
 
 if(WIN32)
   # Text is handed to Windows through reinterpreted pointers (see src/platform/Win.h).

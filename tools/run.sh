@@ -26,10 +26,10 @@ echo "There is no display, so the program does its main job by itself."
 show() { iconv -f UTF-8 "$1" 2>/dev/null || iconv -f CP1252 -t UTF-8 "$1"; }
 echo
 echo "--- before"
-show "$folder/before.txt"
+show "$folder"/before.*
 echo
 echo "--- after \"Go Up a Half Step\" and \"Save\""
-show "$folder/song.txt"
+show "$folder"/song.*
 echo
-echo "saved file: $folder/song.txt"
+echo "saved file: $(echo "$folder"/song.*)"
 echo "screenshot: $folder/melvorin.png"

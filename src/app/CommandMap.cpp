@@ -33,8 +33,8 @@ constexpr MenuEntry kMenu[] = {
     recent(mnuRecentFile6),
     recent(mnuRecentFile7),
     recent(mnuRecentFile8),
-    entry(mnuLn, mnuRecent, u"-"),
-    entry(mnuReset, mnuRecent, u"Clean List of Recent Files"),
+    {mnuLn, mnuRecent, u"-", false, true},
+    {mnuReset, mnuRecent, u"Clean List of Recent Files", false, true},
     entry(mnuFileSpace, mnuFile, u"-"),
     entry(mnuFileExit, mnuFile, u"Exit"),
 

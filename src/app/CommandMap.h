@@ -90,7 +90,7 @@ struct MenuEntry {
     Command parent;     // none: on the menu bar
     TextView caption;   // "-" is a separator
     bool isSubmenu;     // other entries name it as parent
-    bool startsHidden;  // the eight recent files, until they are filled
+    bool startsHidden;  // what belongs to recent files, until there are some
 };
 
 // In menu order, every submenu before its entries.

@@ -1,5 +1,7 @@
 #include "app/DocumentFile.h"
 
+#include <algorithm>
+
 #include "app/Paths.h"
 #include "app/RtfCheck.h"
 #include "find/TabExpansion.h"
@@ -17,14 +19,15 @@ void dropFinalLineEnd(Text& text) {
 Result<DocumentContent> readPlain(std::string_view bytes, const AnsiCodec& ansi) {
     if (looksBinary(bytes))
         return Result<DocumentContent>::failure(u"The file holds neither text nor Rich Text.");
-    Text text = decodeText(bytes, ansi).text;
+    DecodedText decoded = decodeText(bytes, ansi);
+    if (decoded.lossy)
+        return Result<DocumentContent>::failure(
+            u"The file is marked as Unicode text, but some of it is not.");
+    Text& text = decoded.text;
     dropFinalLineEnd(text);
-    // A NUL would end the text in the middle for every Windows call that takes a string.
-    for (char16_t& c : text) {
-        if (c == u'\0')
-            c = u' ';
-    }
-    return Result<DocumentContent>::success({false, {}, toEditorText(expandTabs(text))});
+    if (text.find(u'\t') != Text::npos)
+        text = expandTabs(text);
+    return Result<DocumentContent>::success({false, {}, toEditorText(text)});
 }
 
 Result<DocumentContent> readRich(std::string_view bytes) {
@@ -38,13 +41,21 @@ Result<DocumentContent> readRich(std::string_view bytes) {
 
 Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
                                      const AnsiCodec& ansi) {
-    if (bytes.empty() && lowerCase(extension) != u"txt")
+    const bool isTextFile = lowerCase(extension) == u"txt";
+    if (bytes.empty() && !isTextFile)
         return Result<DocumentContent>::failure(u"The file is empty.");
-    return looksLikeRtf(bytes) ? readRich(bytes) : readPlain(bytes, ansi);
+    if (!looksLikeRtf(bytes))
+        return readPlain(bytes, ansi);
+    // A text file may quote Rich Text; only a whole document is one.
+    Result<DocumentContent> rich = readRich(bytes);
+    return rich || !isTextFile ? rich : readPlain(bytes, ansi);
 }
 
 std::string plainDocument(const EditorText& text, const AnsiCodec& ansi) {
-    Text chars = toCrLf(text.chars).chars;
+    // A soft line break ends a line in a text file as well.
+    Text lines = text.chars;
+    std::replace(lines.begin(), lines.end(), u'\v', u'\r');
+    Text chars = toCrLf(lines).chars;
     chars += u"\r\n";
     // Some texts in the code page look like UTF-8 ("Ã©"); those must not come back as another.
     auto bytes = encodeText(chars, TextEncoding::Ansi, ansi);

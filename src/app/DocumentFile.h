@@ -18,11 +18,11 @@ struct DocumentContent {
     EditorText text;
 };
 
-// Rich Text above this many bytes takes the control noticeable time, so the user is asked first.
-inline constexpr std::uint64_t kLargeRtf = 8u << 20;
+// A document above this many bytes takes the control noticeable time, so the user is asked first.
+inline constexpr std::uint64_t kLargeFile = 8u << 20;
 // Files above this many bytes are refused: with the control's own copies they would not fit into
 // a 32-bit program's memory.
-inline constexpr std::uint64_t kLargestFile = 128u << 20;
+inline constexpr std::uint64_t kLargestFile = 64u << 20;
 
 // Decides by content: bytes that begin as Rich Text are Rich Text, anything else must be text.
 // Fails with a sentence for broken Rich Text, for binary content, and for an empty file that

@@ -150,7 +150,7 @@ bool Documents::openPath(TextView path, bool remember) {
     return true;
 }
 
-bool Documents::confirmLargeRtf(TextView path, std::uint64_t size) {
+bool Documents::confirmLargeFile(TextView path, std::uint64_t size) {
     const Text question = quoted(path) + u" is a large document (" + sizeInWords(size) +
                           u"). Opening it may take a while, and so may every change.\r\n\r\n"
                           u"Open it?";
@@ -180,7 +180,7 @@ bool Documents::load(TextView path) {
     const auto content = readDocument(*bytes.value, extensionPart(path), services_.ansi);
     if (!content)
         return refuse(content.cause);
-    if (content.value->isRichText && *size.value > kLargeRtf && !confirmLargeRtf(path, *size.value))
+    if (*size.value > kLargeFile && !confirmLargeFile(path, *size.value))
         return false;
 
     if (!showContent(*content.value))
@@ -202,11 +202,10 @@ bool Documents::save() {
 
 bool Documents::writeTo(TextView path) {
     const Text extension = lowerCase(extensionPart(path));
-    Result<Done> written = Result<Done>::success({});
-    if (extension != u"txt")
-        written = services_.files.replace(path, editor_.rtf());
-    if (written && (extension == u"txt" || extension == u"doc"))
-        written = services_.files.replace(path, plainDocument(editor_.text(), services_.ansi));
+    // A "doc" ends as plain text too, and is written once, so that a failure leaves the old file.
+    const bool isPlain = extension == u"txt" || extension == u"doc";
+    const Result<Done> written = services_.files.replace(
+        path, isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf());
     if (!written)
         return fail(u"Melvorin cannot save", path,
                     written.cause + u"\r\n\r\nThe song is still open, and the file is as it was.");
@@ -231,7 +230,7 @@ std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
     else if (choice->filterIndex == 2)
         path = Text(withoutExtension(path)) + u".rtf";
     // The dialog asked about the name as it was typed; the changed one may be another file.
-    if (path != choice->path && services_.files.exists(path) &&
+    if (lowerCase(path) != lowerCase(choice->path) && services_.files.exists(path) &&
         services_.messages.show(quoted(path) + u" already exists.\r\nDo you want to replace it?",
                                 kMessageTitle, MessageIcon::Question,
                                 MessageButtons::YesNo) != Answer::Yes)
@@ -265,8 +264,10 @@ void Documents::record() {
     switch (history_.record(editor_.rtf(), editor_.selection().begin)) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
+            unrecorded_ = false;
             break;
         case SnapshotHistory::Outcome::NotWritten:
+            unrecorded_ = true;
             // Once is enough: the next key would bring the same message.
             if (!recordingFailed_)
                 reportFailure(services_.messages,
@@ -276,6 +277,7 @@ void Documents::record() {
             recordingFailed_ = true;
             break;
         case SnapshotHistory::Outcome::Full:
+            unrecorded_ = true;
             if (!historyFull_)
                 reportFailure(services_.messages,
                               u"So many changes were made that no more can be kept for Undo."
@@ -298,8 +300,9 @@ void Documents::startHistory() {
 }
 
 void Documents::changed() {
-    record();
+    // Dirty first: while a message about the snapshot is open, the session may end.
     state_.dirty = true;
+    record();
     state_.undo = history_.canUndo();
     state_.saveAs = !editor_.isEmpty();
     state_.keyButtons = false;
@@ -309,18 +312,39 @@ void Documents::changed() {
 void Documents::restore(const Snapshot& snapshot) {
     const Result<std::string> bytes = snapshot.path.empty() ? Result<std::string>::failure({})
                                                             : services_.files.read(snapshot.path);
-    if (!bytes || !editor_.loadRtf(*bytes.value)) {
+    bool shown = false;
+    if (bytes) {
+        const EditorWork work(editor_);
+        const ScrollPosition scroll = editor_.scrollPosition();
+        shown = editor_.loadRtf(*bytes.value);
+        if (shown) {
+            // The page stays where it is, unless the change is elsewhere.
+            editor_.select({snapshot.caret, snapshot.caret});
+            editor_.scrollTo(scroll);
+            editor_.scrollCaretIntoView();
+        }
+    }
+    if (!shown)
         reportFailure(services_.messages,
                       u"This step could not be kept, so it cannot be shown; the text stays as it "
                       u"is. Undo and Redo go on from here.");
-        return;
+}
+
+// Text that no snapshot holds would be gone after a step, so it is written now or asked about.
+bool Documents::mayLeaveScreenText() {
+    if (!unrecorded_ || history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin) ||
+        services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
+                                u"brought back.\r\n\r\nLeave it all the same?",
+                                kMessageTitle, MessageIcon::Question,
+                                MessageButtons::YesNo) == Answer::Yes) {
+        unrecorded_ = false;
+        return true;
     }
-    editor_.select({snapshot.caret, snapshot.caret});
-    editor_.scrollCaretIntoView();
+    return false;
 }
 
 void Documents::undo() {
-    if (!state_.undo)
+    if (!state_.undo || !mayLeaveScreenText())
         return;
     restore(history_.previous());
     history_.stepBack();
@@ -332,7 +356,7 @@ void Documents::undo() {
 }
 
 void Documents::redo() {
-    if (!state_.redo)
+    if (!state_.redo || !mayLeaveScreenText())
         return;
     restore(history_.next());
     history_.stepForward();

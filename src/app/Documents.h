@@ -80,7 +80,6 @@ class Documents {
     const ShellState& state() const { return state_; }
     const Text& path() const { return path_; }
     const SnapshotHistory& history() const { return history_; }
-    const LastUsedPaths& lastUsed() const { return lastUsed_; }
 
   private:
     struct SaveTarget {
@@ -94,10 +93,11 @@ class Documents {
     void showTitle();
     void setPath(TextView path);
     bool load(TextView path);
-    bool confirmLargeRtf(TextView path, std::uint64_t size);
+    bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();
+    bool mayLeaveScreenText();
     void restore(const Snapshot& snapshot);
     bool fail(TextView what, TextView path, TextView cause);
 
@@ -109,6 +109,7 @@ class Documents {
     Text path_;
     Text extension_;
     LastUsedPaths lastUsed_;
+    bool unrecorded_ = false;       // what the editor shows is in no snapshot
     bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
     bool historyFull_ = false;
 };

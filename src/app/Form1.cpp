@@ -43,9 +43,12 @@ Form1::Handler Form1::handlerOf(Command command) {
 }
 
 Form1::Form1(const Services& services, std::function<void()> endProgram)
-    : services_(services),
+    : modal_(services.messages, services.dialogs),
+      services_{services.files,    modal_.messages(), modal_.dialogs(),
+                services.profiles, services.settings, services.system,
+                services.program,  services.screen,   services.ansi},
       endProgram_(std::move(endProgram)),
-      documents_(services, rtftext_,
+      documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); }, [](TextView) {}}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
@@ -54,28 +57,32 @@ bool Form1::load(TextView commandLine, int showCommand) {
     showCommand_ = showCommand;
     if (!createParts())
         return false;
+    // A failing step must not keep the program from starting. The chord dictionary will open
+    // first, and the recent files will be read behind the command line.
+    bool failed = false;
     const auto step = [&](auto&& action) {
         try {
+            failed = false;
             action();
         } catch (const std::exception&) {
-            // A failing step must not keep the program from starting.
+            failed = true;
         }
     };
-    step([&] { measureScreen(); });
     step([&] {
         const EditorWork work(rtftext_);
         documents_.loadTemplate();
     });
+    loaded_ = true;
     step([&] { documents_.begin(); });
     step([&] { documents_.openFromCommandLine(commandLine); });
     step([&] { creatorFace_ = editorFontFace(services_); });
-    loaded_ = true;
     step([&] {
         splash_ = std::make_unique<frmSplash>(services_, [this] { bringForward(); });
-        if (!splash_->show())
-            bringForward();
+        failed = !splash_->show();
     });
-    return !ending_;
+    if (failed)
+        bringForward();
+    return true;
 }
 
 bool Form1::createParts() {
@@ -100,7 +107,10 @@ bool Form1::createParts() {
     }
     createAccelerators();
     showState(documents_.state());
+    measureScreen();
     onSize();
+    if (ending_)
+        return false;
     ::SetTimer(handle(), kIdleTimer, kIdleMs, nullptr);
     return true;
 }
@@ -123,7 +133,7 @@ void Form1::createAccelerators() {
 }
 
 void Form1::measureScreen() {
-    J2_ = fromUtf8(std::to_string(services_.screen.workArea().height));
+    J2_ = services_.screen.workArea();
 }
 
 void Form1::bringForward() {
@@ -135,19 +145,14 @@ void Form1::bringForward() {
 
 // ---- Messages ---------------------------------------------------------------------------------
 
-LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    // No exception may cross into Windows; what is left of the document stays in the editor.
-    try {
-        return route(message, wParam, lParam);
-    } catch (const std::bad_alloc&) {
-        reportFailure(services_.messages, u"There is not enough memory for this.");
-    } catch (const std::exception& error) {
-        reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
-    }
-    return 0;
+// What is left of the document stays in the editor.
+void Form1::onException(const std::exception& error) {
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    reportFailure(services_.messages, isMemory ? Text(u"There is not enough memory for this.")
+                                               : u"An internal error: " + fromUtf8(error.what()));
 }
 
-LRESULT Form1::route(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_SIZE:
             onSize();
@@ -161,16 +166,23 @@ LRESULT Form1::route(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_NOTIFY:
             return onNotify(lParam);
         case WM_TIMER:
-            onIdleTimer();
+            if (wParam == kIdleTimer)
+                onIdleTimer();
             return 0;
+        case WM_SETTINGCHANGE:
+        case WM_DISPLAYCHANGE:
+            measureScreen();
+            return passOn(message, wParam, lParam);
         case WM_SYSCOLORCHANGE:
+            ::SendMessageW(toolbar_.handle(), message, wParam, lParam);
+            ::SendMessageW(rtftext_.handle(), message, wParam, lParam);
             toolbar_.reloadPictures();
             return 0;
         case WM_CLOSE:
             onClose();
             return 0;
         case WM_QUERYENDSESSION:
-            return documents_.mayClose() ? TRUE : FALSE;
+            return mayEnd() ? TRUE : FALSE;
         case WM_ENDSESSION:
             if (wParam)
                 documents_.endRun();
@@ -183,8 +195,7 @@ LRESULT Form1::route(UINT message, WPARAM wParam, LPARAM lParam) {
 void Form1::onSize() {
     if (rtftext_.handle() == nullptr || ending_ || ::IsIconic(handle()))
         return;
-    const ScreenSupport support =
-        screenSupport(services_.screen.size(), services_.screen.workArea());
+    const ScreenSupport support = screenSupport(services_.screen.size(), J2_);
     if (support == ScreenSupport::Unsupported) {
         ending_ = true;
         services_.messages.show(kUnsupportedScreen, kMessageTitle, MessageIcon::None,
@@ -208,7 +219,10 @@ void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
             documents_.changed();
         return;
     }
-    if (const auto command = commandOfId(LOWORD(wParam)))
+    const bool fromToolbar = lParam != 0 && reinterpret_cast<HWND>(lParam) == toolbar_.handle();
+    const auto command =
+        fromToolbar ? commandOfKey(toolbar_.keyOf(LOWORD(wParam))) : commandOfId(LOWORD(wParam));
+    if (command)
         run(*command);
 }
 
@@ -226,12 +240,21 @@ LRESULT Form1::onNotify(LPARAM lParam) {
 }
 
 void Form1::onIdleTimer() {
-    if (loaded_ && !jobRuns_)
+    if (loaded_ && !isBusy())
         documents_.idle();
 }
 
+// A command waits for an answer, or a job runs: nothing else may begin, nor the program end.
+bool Form1::isBusy() const {
+    return jobRuns_ || modal_.isOpen();
+}
+
+bool Form1::mayEnd() {
+    return !isBusy() && documents_.mayClose();
+}
+
 void Form1::onClose() {
-    if (!jobRuns_ && documents_.mayClose())
+    if (mayEnd())
         endProgram();
 }
 
@@ -252,50 +275,74 @@ bool Form1::isEnabled(Command command) const {
 
 void Form1::run(Command command) {
     const Handler handler = handlerOf(command);
-    if (handler != nullptr && !jobRuns_ && isEnabled(command))
+    if (handler != nullptr && !isBusy() && isEnabled(command))
         (this->*handler)();
 }
 
+// Runs for every typed character, so it touches only what has changed.
 void Form1::showState(const ShellState& state) {
-    setCaption(state.title);
-    menuBar_.enable(Command::mnuFileSaveAs, state.saveAs);
-    menuBar_.enable(Command::mnuEditUndo, state.undo);
-    menuBar_.enable(Command::mnuEditRedo, state.redo);
-    toolbar_.enable(kUndoButton, state.undo);
-    toolbar_.enable(kRedoButton, state.redo);
-    toolbar_.enable(kKeyDownButton, state.keyButtons);
-    toolbar_.enable(kKeyUpButton, state.keyButtons);
+    const bool isFirst = !loaded_;
+    if (isFirst || state.title != shownState_.title)
+        setCaption(state.title);
+    if (isFirst || state.saveAs != shownState_.saveAs)
+        menuBar_.enable(Command::mnuFileSaveAs, state.saveAs);
+    if (isFirst || state.undo != shownState_.undo) {
+        menuBar_.enable(Command::mnuEditUndo, state.undo);
+        toolbar_.enable(kUndoButton, state.undo);
+    }
+    if (isFirst || state.redo != shownState_.redo) {
+        menuBar_.enable(Command::mnuEditRedo, state.redo);
+        toolbar_.enable(kRedoButton, state.redo);
+    }
+    if (isFirst || state.keyButtons != shownState_.keyButtons) {
+        toolbar_.enable(kKeyDownButton, state.keyButtons);
+        toolbar_.enable(kKeyUpButton, state.keyButtons);
+    }
+    shownState_ = state;
 }
 
-void Form1::startJob() {
-    jobRuns_ = true;
-    documents_.disableKeyButtons();
-    for (const Command item : kKeyItems)
-        menuBar_.enable(item, false);
-}
+// A key change under way: its commands are off, and come back however it ends.
+class Form1::Job {
+  public:
+    explicit Job(Form1& form) : form_(form) {
+        form_.jobRuns_ = true;
+        form_.documents_.disableKeyButtons();
+        enableItems(false);
+    }
+    Job(const Job&) = delete;
+    Job& operator=(const Job&) = delete;
+    ~Job() {
+        enableItems(true);
+        form_.jobRuns_ = false;
+        form_.documents_.idle();
+    }
 
-void Form1::endJob() {
-    for (const Command item : kKeyItems)
-        menuBar_.enable(item, true);
-    jobRuns_ = false;
-    documents_.idle();
-}
+  private:
+    void enableItems(bool enabled) {
+        for (const Command item : kKeyItems)
+            form_.menuBar_.enable(item, enabled);
+    }
+
+    Form1& form_;
+};
 
 void Form1::changeKey(Direction direction) {
     const bool hasText = !rtftext_.isEmpty();
-    startJob();
-    FrmCifra cifra(services_);
-    cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_);
-    endJob();
-    if (hasText)
+    bool changed = false;
+    {
+        const Job job(*this);
+        FrmCifra cifra(services_);
+        changed = cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_);
+    }
+    if (hasText && changed)
         documents_.changed();
 }
 
 void Form1::useSpelling(Spelling spelling) {
     spelling_ = spelling;
-    spellingCaptions_ = captionsOf(spelling);
-    menuBar_.setCaption(Command::mnuSus, spellingCaptions_.sharps);
-    menuBar_.setCaption(Command::mnuBem, spellingCaptions_.flats);
+    const SpellingCaptions captions = captionsOf(spelling);
+    menuBar_.setCaption(Command::mnuSus, captions.sharps);
+    menuBar_.setCaption(Command::mnuBem, captions.flats);
 }
 
 void Form1::showSpellingMenu() {

@@ -7,6 +7,7 @@
 
 #include "app/CommandMap.h"
 #include "app/Documents.h"
+#include "app/ModalGuard.h"
 #include "app/WindowLayout.h"
 #include "app/frmSplash.h"
 #include "chords/KeySetting.h"
@@ -32,15 +33,20 @@ class Form1 : public Window {
     // Runs a command as its menu item does, unless it is disabled.
     void run(Command command);
     bool isEnabled(Command command) const;
+    // True once the program has ended, by its close or by a screen that it does not support.
+    bool hasEnded() const { return ending_; }
     HACCEL accelerators() const { return accelerators_.get(); }
 
     // For tests and for windows that work on the document.
     RichEdit& rtftext() { return rtftext_; }
+    // Deletes what the run keeps on disk, as its end does.
+    void endRun() { documents_.endRun(); }
     const Documents& documents() const { return documents_; }
     const Toolbar& toolbar() const { return toolbar_; }
     const MenuBar& menuBar() const { return menuBar_; }
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
+    Text keyTag() const { return melvorin::keyTag(T6_); }
     const Text& creatorFace() const { return creatorFace_; }
 
   private:
@@ -53,20 +59,21 @@ class Form1 : public Window {
     static Handler handlerOf(Command command);
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    LRESULT route(UINT message, WPARAM wParam, LPARAM lParam);
+    void onException(const std::exception& error) override;
     void onSize();
     void onCommand(WPARAM wParam, LPARAM lParam);
     LRESULT onNotify(LPARAM lParam);
     void onIdleTimer();
     void onClose();
+    bool isBusy() const;
+    bool mayEnd();
 
     bool createParts();
     void createAccelerators();
     void measureScreen();
     void bringForward();
     void showState(const ShellState& state);
-    void startJob();
-    void endJob();
+    class Job;
     void endProgram();
 
     void fileNew() { documents_.newDocument(); }
@@ -84,6 +91,7 @@ class Form1 : public Window {
     void useSpelling(Spelling spelling);
     void showSpellingMenu();
 
+    ModalGuard modal_;
     Services services_;
     std::function<void()> endProgram_;
     RichEdit rtftext_;
@@ -93,11 +101,11 @@ class Form1 : public Window {
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
-    SpellingCaptions spellingCaptions_;
-    int T6_ = 0;        // half steps that songs were moved by in this run
-    Text J2_;           // the work area's height, in pixels
-    Text creatorFace_;  // face of the chord-notation creator's text
+    int T6_ = 0;                            // half steps that songs were moved by in this run
+    ScreenSize J2_;                         // the work area, in pixels
+    Text creatorFace_;                      // face of the chord-notation creator's text
     int showCommand_ = SW_SHOWMAXIMIZED;
+    ShellState shownState_;
     bool loaded_ = false;
     bool jobRuns_ = false;
     bool ending_ = false;

@@ -511,12 +511,14 @@ bool Checker::symbol(const RtfToken& token) {
     Level& here = level();
     if (!token.isSymbol('*'))
         return text(token);
-    if (here.place != Place::Body && here.place != Place::Data)
+    if (here.place == Place::Skipped || here.place == Place::Starred)
         return true;
     if (here.started)
         return malformed(kMisplaced);
-    here.place = Place::Starred;
-    here.isStarred = true;
+    if (here.place == Place::Body || here.place == Place::Data) {
+        here.place = Place::Starred;
+        here.isStarred = true;
+    }
     return true;
 }
 

@@ -29,19 +29,34 @@ SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int3
     current_ = count_;
     snapshots_.push_back({{}, caret});
 
+    return writeCurrent(rtf) ? Outcome::Recorded : Outcome::NotWritten;
+}
+
+// Writes the file of the current snapshot, a new one, so that a failure spoils none that is there.
+bool SnapshotHistory::writeCurrent(std::string_view rtf) {
     const Result<Text> name = files_.createTemporary(kPrefix);
     if (!name) {
         lastFailure_ = name.cause;
-        return Outcome::NotWritten;
+        return false;
     }
     const Result<Done> written = files_.write(*name.value, rtf);
     if (!written) {
         files_.remove(*name.value);
         lastFailure_ = written.cause;
-        return Outcome::NotWritten;
+        return false;
     }
-    snapshots_.back().path = *name.value;
-    return Outcome::Recorded;
+    Snapshot& snapshot = snapshots_[static_cast<std::size_t>(current_)];
+    if (!snapshot.path.empty())
+        files_.remove(snapshot.path);
+    snapshot.path = *name.value;
+    return true;
+}
+
+bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret) {
+    if (!writeCurrent(rtf))
+        return false;
+    snapshots_[static_cast<std::size_t>(current_)].caret = caret;
+    return true;
 }
 
 void SnapshotHistory::deleteAll() {

@@ -34,6 +34,8 @@ class SnapshotHistory {
 
     // Appends a state and makes it the current one; states that were undone are deleted first.
     Outcome record(std::string_view rtf, std::int32_t caret);
+    // Writes the current state again, for a text that was not recorded; false when it cannot be.
+    bool rewriteCurrent(std::string_view rtf, std::int32_t caret);
     // The cause of the last NotWritten, as a sentence.
     const Text& lastFailure() const { return lastFailure_; }
     // Makes the current snapshot the floor of undo (a document has just been opened).
@@ -57,6 +59,7 @@ class SnapshotHistory {
   private:
     const Snapshot& at(int index) const { return snapshots_[static_cast<std::size_t>(index)]; }
     void dropRedo();
+    bool writeCurrent(std::string_view rtf);
 
     Files& files_;
     // Index 0 is unused, so that an index is the number of a snapshot.

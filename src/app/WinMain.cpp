@@ -22,8 +22,9 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     using namespace melvorin;
     followSystemDpi();
     Win32Files files;
-    Win32MessageBoxes messages;
-    Win32FileDialogs dialogs;
+    BoxOwner owner;
+    Win32MessageBoxes messages(owner);
+    Win32FileDialogs dialogs(owner);
     Win32ProfileFiles profiles;
     RegistrySettingsStore settings;
     Win32SystemSettings system;
@@ -38,6 +39,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
                          ? SW_SHOWMAXIMIZED
                          : showCommand;
     if (!form.load(textOf(commandLine), show))
-        return 1;
+        return form.hasEnded() ? 0 : 1;
+    owner.window = form.handle();
     return runMessageLoop(form.handle(), form.accelerators());
 }

@@ -13,6 +13,9 @@ constexpr int kLeastWorkHeight = 400;
 // Twips: gaps around the parts, and what is taken off the side panel's third of the window.
 constexpr int kGap = 60;
 constexpr int kToolbarGap = 30;
+constexpr int kFootGap = 50;
+constexpr int kPanelGap = 20;
+constexpr int kLeastEditor = 500;
 constexpr int kNarrowPanelMargin = 200;
 constexpr int kWidePanelMargin = 470;
 
@@ -33,12 +36,14 @@ MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight
                             ScreenSupport screen, bool panelOpen) {
     const int gap = pixels(kGap, dpi);
     const int top = toolbarHeight + pixels(kToolbarGap, dpi);
-    const int height = std::max(0, clientHeight - top - gap);
+    const int height = std::max(0, clientHeight - top - pixels(kFootGap, dpi));
     const int inner = std::max(0, clientWidth - 2 * gap);
     const int margin = screen == ScreenSupport::Wide ? kWidePanelMargin : kNarrowPanelMargin;
-    const int panel = panelOpen ? std::max(0, inner / 3 - pixels(margin, dpi)) : 0;
-    const int editorWidth = panelOpen ? std::max(0, inner - panel - gap) : inner;
-    return {{gap, top, editorWidth, height}, {gap + editorWidth + gap, top, panel, height}};
+    const int panelGap = pixels(kPanelGap, dpi);
+    const int room = std::max(0, inner - panelGap - pixels(kLeastEditor, dpi));
+    const int panel = panelOpen ? std::clamp(inner / 3 - pixels(margin, dpi), 0, room) : 0;
+    const int editorWidth = panel > 0 ? inner - panel - panelGap : inner;
+    return {{gap, top, editorWidth, height}, {gap + editorWidth + panelGap, top, panel, height}};
 }
 
 }  // namespace melvorin

@@ -1,5 +1,7 @@
 #include "app/frmSplash.h"
 
+#include <exception>
+
 #include "app/ThemeManifest.h"
 
 namespace melvorin {
@@ -22,7 +24,11 @@ frmSplash::frmSplash(const Services& services, std::function<void()> whenDone)
     : services_(services), whenDone_(std::move(whenDone)) {}
 
 bool frmSplash::show() {
-    writeManifestIfMissing(services_.program);
+    try {
+        writeManifestIfMissing(services_.program);
+    } catch (const std::exception&) {
+        // The program runs without the visual style as well.
+    }
     services_.system.initCommonControls();
 
     picture_.reset(static_cast<HBITMAP>(::LoadImageW(::GetModuleHandleW(nullptr),
@@ -54,7 +60,8 @@ LRESULT frmSplash::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             onPaint();
             return 0;
         case WM_TIMER:
-            onTimer1();
+            if (wParam == kTimer1)
+                onTimer1();
             return 0;
         default:
             return passOn(message, wParam, lParam);
@@ -83,10 +90,14 @@ void frmSplash::onPaint() {
 
 void frmSplash::onTimer1() {
     ::KillTimer(handle(), kTimer1);
-    switchFontSmoothingOff(services_.system);
+    try {
+        switchFontSmoothingOff(services_.system);
+    } catch (const std::exception&) {
+        // The letters then look as they do elsewhere.
+    }
     // The main window is shown before the splash goes, else another program would come up.
-    const auto done = whenDone_;
-    done();
+    whenDone_();
+    picture_.reset();
     destroy();
 }
 

@@ -11,7 +11,7 @@ namespace melvorin {
 
 class frmSplash : public Window {
   public:
-    // `whenDone` runs once, when the splash's time is over and the window is gone.
+    // `whenDone` runs once, when the splash's time is over, just before the window goes.
     frmSplash(const Services& services, std::function<void()> whenDone);
 
     // Writes the theme manifest if none is there, shows the picture in the middle of the screen

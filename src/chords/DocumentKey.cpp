@@ -216,7 +216,12 @@ void changeDocumentKey(Editor& editor, const KeyChange& change,
         // Whatever the control made of the rewritten text, the edits start from what was there.
         if (map)
             editor.loadRtf(rtf);
-        editLines(editor, lines);
+        try {
+            editLines(editor, lines);
+        } catch (...) {
+            editor.loadRtf(rtf);
+            throw;
+        }
     }
     editor.select({followed(selection.begin, lines), followed(selection.end, lines)});
     editor.scrollTo(scroll);

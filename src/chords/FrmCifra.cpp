@@ -1,7 +1,6 @@
 #include "chords/FrmCifra.h"
 
 #include "chords/DocumentKey.h"
-#include "chords/KeySetting.h"
 #include "platform/Handles.h"
 
 namespace melvorin {
@@ -20,17 +19,19 @@ constexpr int kBusyRounds = 500;
 
 }  // namespace
 
-void FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
+bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
                          int& halfSteps) {
     rtftext_ = &rtftext;
     direction_ = direction;
     spelling_ = spelling;
     halfSteps_ = &halfSteps;
     progress_ = 0;
+    changed_ = false;
     if (!createWindow(owner))
-        return;
+        return false;
     ::SetTimer(handle(), kStartTimer, kStartMs, nullptr);
     runModal(owner);
+    return changed_;
 }
 
 bool FrmCifra::createWindow(HWND owner) {
@@ -69,7 +70,8 @@ bool FrmCifra::createWindow(HWND owner) {
 LRESULT FrmCifra::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_TIMER:
-            onStartTimer();
+            if (wParam == kStartTimer)
+                onStartTimer();
             return 0;
         case WM_CLOSE:
             return 0;  // the song is between two keys: the window goes when the work is done
@@ -106,10 +108,10 @@ void FrmCifra::onStartTimer() {
                 setProgress(progress_ + kPerLine);
         });
         *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
-        keyTag_ = keyTag(*halfSteps_);
-    } catch (const std::exception&) {
-        reportFailure(services_.messages,
-                      u"There is not enough memory to change the key of this song.");
+        changed_ = true;
+    } catch (const std::exception& error) {
+        reportFailure(services_.messages, u"The key of this song cannot be changed (" +
+                                              fromUtf8(error.what()) + u"). It is as it was.");
     }
     setProgress(kFull);
     endModal();

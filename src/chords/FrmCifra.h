@@ -14,9 +14,10 @@ class FrmCifra : public Dialog {
     explicit FrmCifra(const Services& services) : services_(services) {}
 
     // Moves the song in `rtftext` by a half step and returns when the window is gone again. The
-    // editor sends no change event meanwhile. `halfSteps` is the run's counter; it is raised by
+    // editor sends no change event meanwhile. False when it could not be done; the song is then as
+    // it was, and the user has been told. `halfSteps` is the run's counter; it is raised by
     // one for a step up and lowered for a step down.
-    void changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
+    bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
                    int& halfSteps);
 
   private:
@@ -33,7 +34,7 @@ class FrmCifra : public Dialog {
     Direction direction_ = Direction::Up;
     Spelling spelling_ = Spelling::Sharps;
     int* halfSteps_ = nullptr;
-    Text keyTag_;
+    bool changed_ = false;
     int progress_ = 0;
 };
 

@@ -23,6 +23,14 @@
 #include "cli/NativeFiles.h"
 #endif
 
+#ifdef _WIN32
+// Makes the start-up code expand "*.txt", as the shell does elsewhere.
+extern "C" {
+extern int _dowildcard;
+int _dowildcard = -1;
+}
+#endif
+
 namespace {
 
 using melvorin::Done;

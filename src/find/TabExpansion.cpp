@@ -20,7 +20,7 @@ Text expandTabs(TextView text, std::size_t startColumn) {
             column += blanks;
         } else {
             expanded += c;
-            column = c == u'\r' || c == u'\n' ? 0 : column + 1;
+            column = c == u'\r' || c == u'\n' || c == u'\v' ? 0 : column + 1;
         }
     }
     return expanded;

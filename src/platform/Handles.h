@@ -26,7 +26,6 @@ class Unique {
 
     Handle get() const { return handle_; }
     explicit operator bool() const { return handle_ != Empty; }
-    Handle release() { return std::exchange(handle_, Empty); }
     void reset(Handle handle = Empty) {
         if (handle_ != Empty)
             Close(handle_);
@@ -37,16 +36,12 @@ class Unique {
     Handle handle_ = Empty;
 };
 
-using UniqueFont = Unique<HFONT, ::DeleteObject>;
-using UniqueBrush = Unique<HBRUSH, ::DeleteObject>;
 using UniqueBitmap = Unique<HBITMAP, ::DeleteObject>;
 using UniqueMenu = Unique<HMENU, ::DestroyMenu>;
 using UniqueImageList = Unique<HIMAGELIST, ::ImageList_Destroy>;
 using UniqueAccelerators = Unique<HACCEL, ::DestroyAcceleratorTable>;
 using UniqueMemoryDc = Unique<HDC, ::DeleteDC>;
 using UniqueRegistryKey = Unique<HKEY, ::RegCloseKey>;
-using UniqueModule = Unique<HMODULE, ::FreeLibrary>;
-using UniqueWindow = Unique<HWND, ::DestroyWindow>;
 
 // A file handle: its "none" is INVALID_HANDLE_VALUE, which is no constant expression.
 class UniqueFile {
@@ -109,25 +104,6 @@ class WindowDc {
   private:
     HWND window_;
     HDC dc_;
-};
-
-// Keeps a window from drawing while it is changed, then draws it once. LockWindowUpdate would do
-// for one window at a time only, and is incomplete in Wine.
-class RedrawFreeze {
-  public:
-    explicit RedrawFreeze(HWND window) : window_(window) {
-        ::SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
-    }
-    RedrawFreeze(const RedrawFreeze&) = delete;
-    RedrawFreeze& operator=(const RedrawFreeze&) = delete;
-    ~RedrawFreeze() {
-        ::SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
-        ::RedrawWindow(window_, nullptr, nullptr,
-                       RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
-    }
-
-  private:
-    HWND window_;
 };
 
 // Shows a pointer (the hourglass) while it lives.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 #include <utility>
 
 #include "app/RtfMap.h"
@@ -20,9 +21,13 @@ constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
     static const wchar_t* const name = []() -> const wchar_t* {
-        if (::LoadLibraryW(L"Msftedit.dll") != nullptr)
+        // From the system's folder only, whatever lies beside the program.
+        const auto load = [](const wchar_t* library) {
+            return ::LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32) != nullptr;
+        };
+        if (load(L"Msftedit.dll"))
             return MSFTEDIT_CLASS;
-        return ::LoadLibraryW(L"Riched20.dll") != nullptr ? RICHEDIT_CLASSW : nullptr;
+        return load(L"Riched20.dll") ? RICHEDIT_CLASSW : nullptr;
     }();
     return name;
 }
@@ -43,8 +48,13 @@ DWORD CALLBACK readSource(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done
 }
 
 DWORD CALLBACK writeTarget(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
-    reinterpret_cast<std::string*>(cookie)->append(reinterpret_cast<const char*>(buffer),
-                                                   static_cast<std::size_t>(size));
+    // An exception must not run through the control; the error ends the stream.
+    try {
+        reinterpret_cast<std::string*>(cookie)->append(reinterpret_cast<const char*>(buffer),
+                                                       static_cast<std::size_t>(size));
+    } catch (const std::exception&) {
+        return 1;
+    }
     *done = size;
     return 0;
 }
@@ -197,7 +207,9 @@ EditorText RichEdit::text() const {
     request.codepage = static_cast<UINT>(kUnicode);
     const LRESULT copied =
         send(EM_GETTEXTEX, reinterpret_cast<WPARAM>(&request), lparamOf(chars.data()));
-    chars.resize(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)));
+    if (copied != length)
+        throw std::runtime_error("the editor does not give its text");
+    chars.resize(static_cast<std::size_t>(copied));
     return {std::move(chars)};
 }
 
@@ -205,6 +217,9 @@ std::string RichEdit::streamOut(WPARAM format) const {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, writeTarget};
     send(EM_STREAMOUT, format, lparamOf(&stream));
+    // Half a document must never pass for a whole one.
+    if (!::IsWindow(handle_) || stream.dwError != 0 || bytes.empty())
+        throw std::runtime_error("the editor does not give its Rich Text");
     while (!bytes.empty() && bytes.back() == '\0')
         bytes.pop_back();
     return bytes;
@@ -377,7 +392,7 @@ void RichEdit::endWork() {
 void RichEdit::thaw() const {
     send(WM_SETREDRAW, TRUE);
     ::InvalidateRect(handle_, nullptr, TRUE);
-    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
+    send(EM_SETEVENTMASK, 0, ENM_CHANGE);
 }
 
 Text RichEdit::textBetween(Selection range) const {

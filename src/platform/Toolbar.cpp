@@ -45,6 +45,8 @@ UniqueImageList blendedList(const DIBSECTION& strip, int size, bool disabled) {
     void* bits = nullptr;
     const UniqueBitmap colour(
         ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!colour)
+        return {};
     // One bit per pixel, rows padded to words, top row first.
     const std::size_t rowBytes = (static_cast<std::size_t>(width) + 15) / 16 * 2;
     std::vector<BYTE> maskBits(rowBytes * static_cast<std::size_t>(size));
@@ -153,6 +155,14 @@ int Toolbar::resize() {
     RECT rectangle{};
     ::GetWindowRect(handle_, &rectangle);
     return static_cast<int>(rectangle.bottom - rectangle.top);
+}
+
+TextView Toolbar::keyOf(UINT_PTR commandId) const {
+    for (const ToolButton& button : buttons_) {
+        if (button.kind != ToolButtonKind::Separator && idOf(button.runs) == commandId)
+            return button.key;
+    }
+    return {};
 }
 
 TextView Toolbar::tipOf(UINT_PTR commandId) const {

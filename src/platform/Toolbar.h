@@ -28,6 +28,8 @@ class Toolbar {
     int resize();
     // Draws the pictures anew on the button face, after the system colours changed.
     void reloadPictures();
+    // The key of a button by its command id; empty if unknown.
+    TextView keyOf(UINT_PTR commandId) const;
     // The tip of a button by its command id, as TTN_GETDISPINFO asks for it; empty if unknown.
     TextView tipOf(UINT_PTR commandId) const;
 

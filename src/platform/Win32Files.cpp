@@ -16,10 +16,11 @@ Text causeOf(DWORD error) {
     switch (error) {
         case ERROR_FILE_NOT_FOUND:
         case ERROR_PATH_NOT_FOUND:
-        case ERROR_INVALID_NAME:
-        case ERROR_BAD_PATHNAME:
         case ERROR_DIRECTORY:
             return u"The file does not exist.";
+        case ERROR_INVALID_NAME:
+        case ERROR_BAD_PATHNAME:
+            return u"The file name is not valid.";
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
             return u"Another program is using the file.";

@@ -8,9 +8,9 @@
 namespace melvorin {
 namespace {
 
-// The window that a box or dialog belongs to: whichever of ours the user is in.
-HWND ownerWindow() {
-    return ::GetActiveWindow();
+HWND ownerWindow(const BoxOwner& fallback) {
+    const HWND active = ::GetActiveWindow();
+    return active != nullptr ? active : fallback.window;
 }
 
 // "name\0pattern\0...\0\0", as the file dialogs take filters.
@@ -24,7 +24,7 @@ Text filterList(const std::vector<FileFilter>& filters) {
     return list;
 }
 
-std::optional<FileChoice> runFileDialog(const FileDialogRequest& request, DWORD flags,
+std::optional<FileChoice> runFileDialog(const FileDialogRequest& request, HWND owner, DWORD flags,
                                         decltype(&::GetOpenFileNameW) show) {
     const Text filters = filterList(request.filters);
     constexpr std::size_t capacity = 32768;
@@ -32,7 +32,7 @@ std::optional<FileChoice> runFileDialog(const FileDialogRequest& request, DWORD 
     path.resize(capacity);
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = ownerWindow();
+    dialog.hwndOwner = owner;
     dialog.lpstrFilter = wide(filters);
     dialog.nFilterIndex = static_cast<DWORD>(request.filterIndex);
     dialog.lpstrFile = wideBuffer(path);
@@ -72,8 +72,8 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
         case MessageIcon::None:
             break;
     }
-    const int answer =
-        ::MessageBoxW(ownerWindow(), wide(Text(text)), wide(Text(title)), type | MB_TASKMODAL);
+    const int answer = ::MessageBoxW(ownerWindow(owner_), wide(Text(text)), wide(Text(title)),
+                                     type | MB_TASKMODAL);
     switch (answer) {
         case IDYES:
             return Answer::Yes;
@@ -87,11 +87,11 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
 }
 
 std::optional<FileChoice> Win32FileDialogs::open(const FileDialogRequest& request) {
-    return runFileDialog(request, OFN_FILEMUSTEXIST, ::GetOpenFileNameW);
+    return runFileDialog(request, ownerWindow(owner_), OFN_FILEMUSTEXIST, ::GetOpenFileNameW);
 }
 
 std::optional<FileChoice> Win32FileDialogs::save(const FileDialogRequest& request) {
-    return runFileDialog(request, OFN_OVERWRITEPROMPT, ::GetSaveFileNameW);
+    return runFileDialog(request, ownerWindow(owner_), OFN_OVERWRITEPROMPT, ::GetSaveFileNameW);
 }
 
 Text Win32ProfileFiles::read(TextView section, TextView key, TextView fallback, TextView file,

@@ -6,15 +6,30 @@
 
 namespace melvorin {
 
+// The window that boxes and dialogs belong to while none of the program's is active.
+struct BoxOwner {
+    HWND window = nullptr;
+};
+
 class Win32MessageBoxes : public MessageBoxes {
   public:
+    // `owner` outlives the object.
+    explicit Win32MessageBoxes(const BoxOwner& owner) : owner_(owner) {}
     Answer show(TextView text, TextView title, MessageIcon icon, MessageButtons buttons) override;
+
+  private:
+    const BoxOwner& owner_;
 };
 
 class Win32FileDialogs : public FileDialogs {
   public:
+    // `owner` outlives the object.
+    explicit Win32FileDialogs(const BoxOwner& owner) : owner_(owner) {}
     std::optional<FileChoice> open(const FileDialogRequest& request) override;
     std::optional<FileChoice> save(const FileDialogRequest& request) override;
+
+  private:
+    const BoxOwner& owner_;
 };
 
 class Win32ProfileFiles : public ProfileFiles {

@@ -1,6 +1,8 @@
 #include "platform/Window.h"
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include "platform/Handles.h"
 
@@ -23,7 +25,11 @@ int pixelsFromTwips(int twips) {
 }
 
 Window::~Window() {
-    destroy();
+    // What is left of the object has no handlers any more.
+    if (handle_ != nullptr) {
+        ::SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+        ::DestroyWindow(std::exchange(handle_, nullptr));
+    }
 }
 
 void Window::setCaption(TextView caption) {
@@ -79,13 +85,18 @@ LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wParam, LPA
     auto* self = reinterpret_cast<Window*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self == nullptr)
         return ::DefWindowProcW(window, message, wParam, lParam);
+    LRESULT result = 0;
+    // No exception may cross into Windows.
+    try {
+        result = self->onMessage(message, wParam, lParam);
+    } catch (const std::exception& error) {
+        self->onException(error);
+    }
     if (message == WM_NCDESTROY) {
-        const LRESULT result = self->onMessage(message, wParam, lParam);
         ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->handle_ = nullptr;
-        return result;
     }
-    return self->onMessage(message, wParam, lParam);
+    return result;
 }
 
 LRESULT Window::passOn(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -2,6 +2,8 @@
 // handler per case, and keeps no rule of its own.
 #pragma once
 
+#include <exception>
+
 #include "platform/Win.h"
 
 namespace melvorin {
@@ -49,6 +51,8 @@ class Window {
     // One message; call `passOn` for what is not handled. Runs from WM_NCCREATE up to and with
     // WM_NCDESTROY; the object is unbound before it is destroyed.
     virtual LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    // Called where a handler let an exception out; the message then counts as handled.
+    virtual void onException(const std::exception& error) { (void)error; }
     LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam);
 
   private:
@@ -58,7 +62,7 @@ class Window {
     HWND handle_ = nullptr;
 };
 
-// A window that is shown modally over its owner: Tab walks its controls, Esc closes it, and the
+// A window that is shown modally over its owner: Tab walks its controls, and the
 // owner is disabled until it is gone.
 class Dialog : public Window {
   public:
@@ -81,7 +85,7 @@ HFONT uiFont();
 // Centres `window` over `owner`, kept inside the work area of the owner's monitor.
 void centreOver(HWND window, HWND owner);
 
-// Reads messages until WM_QUIT or until `window` is gone; the return value of WM_QUIT. Keyboard
+// Reads messages until WM_QUIT, whose value it returns. Keyboard
 // accelerators of `acceleratorWindow` are translated where a table is given.
 int runMessageLoop(HWND acceleratorWindow, HACCEL accelerators);
 

@@ -79,6 +79,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\fonttbl{{\\f0 X;}}}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl{\\f0 X;Y;}}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl{\\f0 X\\b}}a}", Kind::Malformed},
+        {"{\\rtf1{\\fonttbl{\\f0 X;}\\*}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl{\\f0 X\t}}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl{\\f0 X}}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl{\\f0 X;}\\f1 Y;}a}", Kind::Malformed},

@@ -180,7 +180,7 @@ typed_song() {
     title "Chord Notation - Melvorin"
     enter_on us 'C#m7     F#7/A#   G7(b9)'
     new_line
-    enter_on ch "Café à l'été, über den Fluß "
+    enter_on ch "Café à l'été, über Land "
     enter_on us '{\b #1}'
     new_line
     new_line

@@ -79,11 +79,11 @@ TEST(RealFiles, FolderIsNoDocument) {
 
 TEST(RealFiles, ReadSaysWhyNot) {
     const ScratchFolder folder;
-    const Text present = folder.add(u"song.txt", std::string("a\0\r\n\x1A" "b", 6));
+    const Text present = folder.add(u"song.txt", std::string("a\0\r\n\x1Az", 6));
     const Text empty = folder.add(u"empty.txt", "");
     const Text locked = folder.add(u"locked.txt", "x");
-    UniqueFile lock(::CreateFileW(wide(locked), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0,
-                                  nullptr));
+    UniqueFile lock(
+        ::CreateFileW(wide(locked), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(static_cast<bool>(lock));
     struct Case {
         Text path;
@@ -91,7 +91,7 @@ TEST(RealFiles, ReadSaysWhyNot) {
         std::string cause;
     };
     const Case cases[] = {
-        {present, std::string("a\0\r\n\x1A" "b", 6), ""},
+        {present, std::string("a\0\r\n\x1Az", 6), ""},
         {empty, "", ""},
         {locked, std::nullopt, "Another program is using the file."},
         {folder.file(u"none.txt"), std::nullopt, "The file does not exist."},
@@ -180,10 +180,11 @@ TEST(RealFiles, TemporaryNamesAreUniqueAndInTheTemporaryFolder) {
 // ---- Profile files ----------------------------------------------------------------------------
 
 TEST(RealProfiles, NewFileIsUnicodeAndKeepsPathsInAnyScript) {
-    const TextView paths[] = {u"C:\\Songs\\a.mvt",
-                              u"C:\\\u03A4\u03C1\u03B1\u03B3\u03BF\u03CD\u03B4\u03B9\u03B1\\\u03B1.mvt",
-                              u"D:\\\u6B4C\\\u4E2D\u6587 song.rtf",
-                              u"C:\\\u041F\u0435\u0441\u043D\u0438\\caf\u00E9 \U0001F3B8.txt"};
+    const TextView paths[] = {
+        u"C:\\Songs\\a.mvt",
+        u"C:\\\u03A4\u03C1\u03B1\u03B3\u03BF\u03CD\u03B4\u03B9\u03B1\\\u03B1.mvt",
+        u"D:\\\u6B4C\\\u4E2D\u6587 song.rtf",
+        u"C:\\\u041F\u0435\u0441\u043D\u0438\\caf\u00E9 \U0001F3B8.txt"};
     const ScratchFolder folder;
     const Text file = folder.file(u"Melvorin.INI");
     Win32ProfileFiles profiles;
@@ -215,11 +216,11 @@ TEST(RealProfiles, FileOfAnOlderProgramStaysAnsi) {
     const Text file = folder.add(u"old.ini", "[Tela]\r\nOption=caf\xE9\r\nOther=1\r\n");
     Win32ProfileFiles profiles;
     EXPECT_EQ(shown(profiles.read(u"Tela", u"Option", u"", file, 255)), "café");
-    profiles.write(u"Tela", u"Other", u"\u00FCber", file);
-    EXPECT_EQ(shown(profiles.read(u"Tela", u"Other", u"", file, 255)), "über");
+    profiles.write(u"Tela", u"Other", u"Gr\u00FC\u00DFe", file);
+    EXPECT_EQ(shown(profiles.read(u"Tela", u"Other", u"", file, 255)), "Grüße");
     const std::string bytes = folder.content(u"old.ini");
     EXPECT_NE(bytes.find("Option=caf\xE9\r\n"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("Other=\xFC" "ber\r\n"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("Other=Gr\xFC\xDF\x65\r\n"), std::string::npos) << bytes;
 }
 
 TEST(RealProfiles, ValueIsCutAtTheCapacity) {
@@ -270,8 +271,7 @@ TEST(RealRegistry, StringsComeBackAndOtherTypesAreNothing) {
     const ScratchKey key;
     Win32SystemSettings system;
     EXPECT_EQ(system.registryString(key.path(), u"UseClearType"), std::nullopt);
-    for (const TextView value :
-         {u"yes", u"", u"Z:\\\u03A9 \u4E2D\u6587\\caf\u00E9", u"no"}) {
+    for (const TextView value : {u"yes", u"", u"Z:\\\u03A9 \u4E2D\u6587\\caf\u00E9", u"no"}) {
         system.setRegistryString(key.path(), u"UseClearType", value);
         EXPECT_EQ(system.registryString(key.path(), u"UseClearType"), Text(value));
     }

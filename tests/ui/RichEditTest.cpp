@@ -137,9 +137,8 @@ TEST(EditorStyle, SettersChangeOneAttribute) {
          "Courier New 20 bold italic - black left", "Courier New 48 - italic - black left"},
         {[](RichEdit& e) { e.setUnderline(true); }, "Courier New 20 - - underline black left",
          "Courier New 20 bold - underline black left", "Courier New 48 - - underline black left"},
-        {[](RichEdit& e) { e.setSelectionFace(u"Melvorin 01"); },
-         "Melvorin 01 20 - - - black left", "Melvorin 01 20 bold - - black left",
-         "Melvorin 01 48 - - - black left"},
+        {[](RichEdit& e) { e.setSelectionFace(u"Melvorin 01"); }, "Melvorin 01 20 - - - black left",
+         "Melvorin 01 20 bold - - black left", "Melvorin 01 48 - - - black left"},
         {[](RichEdit& e) { e.setSelectionSize(31); }, "Courier New 31 - - - black left",
          "Courier New 31 bold - - black left", "Courier New 31 - - - black left"},
         {[](RichEdit& e) { e.setSelectionFont(u"Lucida Console", 12); },
@@ -150,9 +149,8 @@ TEST(EditorStyle, SettersChangeOneAttribute) {
         {[](RichEdit& e) { e.setAlignment(Alignment::Center); },
          "Courier New 20 - - - black center", "Courier New 20 bold - - black center",
          "Courier New 48 - - - black center"},
-        {[](RichEdit& e) { e.setAlignment(Alignment::Right); },
-         "Courier New 20 - - - black right", "Courier New 20 bold - - black right",
-         "Courier New 48 - - - black right"},
+        {[](RichEdit& e) { e.setAlignment(Alignment::Right); }, "Courier New 20 - - - black right",
+         "Courier New 20 bold - - black right", "Courier New 48 - - - black right"},
     };
     for (const Case& c : cases) {
         Host host;
@@ -277,10 +275,14 @@ TEST(EditorRtf, SelectionGoesOutAndIn) {
 
 // Characters that a control would write as "?" or as a look-alike.
 TEST(EditorRtf, KeepsEveryCharacter) {
-    const TextView words[] = {u"caf\u00E9 \u20AC \u201Cso\u201D \u2014", u"\u03A9\u03B4\u03AE",
-                              u"\u0421\u043D\u0435\u0433", u"\u0159eka \u0141\u00F3d\u017A",
-                              u"\u4E2D\u6587",             u"F\u266F B\u266D",
-                              u"\U0001F3B8 solo",          u"{a\\b} ~ \u00A0 \u00AD"};
+    const TextView words[] = {u"caf\u00E9 \u20AC \u201Cso\u201D \u2014",
+                              u"\u03A9\u03B4\u03AE",
+                              u"\u0421\u043D\u0435\u0433",
+                              u"\u0159eka \u0141\u00F3d\u017A",
+                              u"\u4E2D\u6587",
+                              u"F\u266F B\u266D",
+                              u"\U0001F3B8 solo",
+                              u"{a\\b} ~ \u00A0 \u00AD"};
     for (const TextView word : words) {
         SCOPED_TRACE(shown(word));
         Host host;
@@ -416,7 +418,7 @@ TEST(EditorEvents, OneForEachChangeAndNoneDuringWork) {
         // The inner end is not yet the end.
         host.edit.replaceSelection(u"y");
         host.plain(u"Am");
-        host.edit.clear();
+        host.plain(u"");
         host.type(u"z");
         EXPECT_TRUE(host.edit.atWork());
     }

@@ -232,6 +232,9 @@ class ScratchFolder {
 // The whole program short of its entry: the real main window over scripted services.
 class Program {
   public:
+    Program() = default;
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
     // Loads the main window and brings it forward, as a start with this command line does.
     bool start(TextView commandLine = u"") {
         form = std::make_unique<Form1>(services, [this] { ended = true; });
@@ -242,7 +245,8 @@ class Program {
     }
     ~Program() {
         if (form && form->isOpen() && !ended) {
-            // The test is over; its document is nobody's.
+            // The test is over; its document is nobody's, and neither are its snapshots.
+            form->endRun();
             form->destroy();
         }
     }
