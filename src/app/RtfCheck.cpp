@@ -190,7 +190,7 @@ struct Level {
     bool ended = false;       // of an entry: the semicolon behind its name was seen
     bool hasEntries = false;  // of a font table: entries are groups
     bool isFlat = false;      // of a font table: entries are not groups
-    bool isOpen = false;      // of a colour table, and of an entry whose name is not the last thing
+    bool isOpen = false;      // of a colour table, and of a font whose name is not the last thing
                               // in its entry: the semicolon must still come
     std::size_t nameLength = 0;
     std::int32_t skip = 1;  // stand-ins behind a \u
@@ -311,6 +311,7 @@ class Checker {
     std::size_t depth_ = 0;
     Rows rows_;
     std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
+    bool hasText_ = false;      // the document's text has begun
     std::vector<Edit> edits_;
     RtfVerdict verdict_;
 };
@@ -394,7 +395,7 @@ bool Checker::open() {
                 break;
             case Place::Font:
             case Place::Style:
-                if (!outer.started || outer.ended)
+                if (!outer.started || outer.ended || (outer.place == Place::Style && outer.hasText))
                     return malformed(outer.place == Place::Font ? kBadFonts : kBadStyles);
                 outer.isOpen = outer.hasText;
                 place = Place::Skipped;
@@ -463,10 +464,12 @@ bool Checker::word(const RtfToken& token) {
     return tableWord(token);
 }
 
-// A table or sheet begins: as the first word of its group, or it would swallow text.
+// A table or sheet begins: as the first word of its group and before all text, or it would
+// swallow text.
 bool Checker::destination(Place place, TextView sentence) {
     Level& here = level();
-    if (here.started || depth_ != 2 || (here.place != Place::Body && here.place != Place::Starred))
+    if (here.started || hasText_ || depth_ != 2 ||
+        (here.place != Place::Body && here.place != Place::Starred))
         return malformed(sentence);
     here = Level{.place = place, .started = true, .skip = here.skip};
     return true;
@@ -488,7 +491,6 @@ bool Checker::tableWord(const RtfToken& token) {
         case Place::Styles:
             return malformed(kBadStyles);
         case Place::Style:
-            here.isOpen = here.hasText;
             return !here.ended || malformed(kBadStyles);
         case Place::Body:
         case Place::Skipped:
@@ -527,6 +529,7 @@ bool Checker::text(const RtfToken& token) {
     switch (here.place) {
         case Place::Body:
             rows_.text();
+            hasText_ = hasText_ || token.byte != ' ';
             break;
         case Place::Fonts:
             return fontTableText(token);
@@ -559,10 +562,8 @@ bool Checker::entryText(const RtfToken& token, TextView sentence) {
     if (here.ended)
         return isByte && isBlank(static_cast<char>(token.byte)) ? drop(token) : malformed(sentence);
     here.ended = isByte && token.byte == ';';
-    if (here.isOpen && !here.ended)
-        return malformed(sentence);
     here.started = here.hasText = true;
-    here.isOpen = token.kind == RtfToken::Kind::Symbol || token.byte == '\t';
+    here.isOpen = here.isOpen || token.kind == RtfToken::Kind::Symbol || token.byte == '\t';
     return ++here.nameLength <= kMaxRtfNameLength || malformed(sentence);
 }
 

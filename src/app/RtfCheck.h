@@ -51,9 +51,10 @@ struct RtfVerdict {
 // Accepted are a UTF-8 byte-order mark and white space before the document, and white space, NULs
 // and an end-of-file mark (0x1A) behind it. Malformed are: \' without two hexadecimal digits and
 // NULs (outside raw data); overlong words and names; \u without a number; \uc outside 0 to 16;
-// unknown code pages; a font table, colour table or style sheet that is not built as such; \* or
-// the word of any other part of its own (\header, \pict, \fldrslt...) in the middle of a group;
-// tables with nested tables, unfinished rows, or more cells than their rows define.
+// unknown code pages; a font table, colour table or style sheet that is not built as such or comes
+// behind text; \* or the word of any other part of its own (\header, \pict, \fldrslt...) in the
+// middle of a group; tables with nested tables, unfinished rows, or more cells than their rows
+// define.
 RtfVerdict checkRtf(std::string_view bytes);
 
 // True when the bytes begin with {\rtf, after an optional UTF-8 byte-order mark and white space.

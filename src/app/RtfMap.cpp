@@ -484,6 +484,9 @@ bool RtfMapParser::fontEntryWord(const RtfToken& token, RtfMap::Font& font) {
     }
     if (token.name != "fcharset")
         return contains(known, token.name);
+    // Controls do not agree which of two counts.
+    if (font.charset != RtfMap::Charset::Unknown)
+        return false;
     if (token.number == 0)
         font.charset = RtfMap::Charset::Latin;
     else if (token.number == 2)

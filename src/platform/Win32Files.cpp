@@ -1,6 +1,7 @@
 #include "platform/Win32Files.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "app/Paths.h"
 #include "platform/Handles.h"
@@ -100,11 +101,37 @@ bool putInPlace(const Text& from, const Text& to) {
 
 // An empty file with a unique name in `folder`; empty on failure.
 Text temporaryIn(const Text& folder, const Text& prefix) {
+    // The call writes into a buffer of MAX_PATH, and not every Windows looks before it does.
+    constexpr std::size_t longestFolder = MAX_PATH - 14;
+    if (folder.size() > longestFolder) {
+        ::SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        return {};
+    }
     Text name(MAX_PATH, u'\0');
     if (::GetTempFileNameW(wide(folder), wide(prefix), 0, wideBuffer(name)) == 0)
         return {};
     name.resize(name.find(u'\0'));
     return name;
+}
+
+// An empty file with a new name in the folder of `path`, of any length; empty on failure.
+Text temporaryBeside(TextView path) {
+    const TextView folder = folderPart(path);
+    const Text start = folder.empty() ? Text() : Text(folder) + u"\\";
+    // Another name where one is taken: from the clock on, as many as a folder may ever hold.
+    const DWORD seed = ::GetTickCount();
+    for (DWORD i = 0; i < 0x10000; ++i) {
+        char digits[16];
+        std::snprintf(digits, sizeof digits, "mlv%04lx.tmp", (seed + i) & 0xFFFFUL);
+        Text name = start + fromUtf8(digits);
+        const UniqueFile file(::CreateFileW(wide(name), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (file)
+            return name;
+        if (::GetLastError() != ERROR_FILE_EXISTS)
+            return {};
+    }
+    return {};
 }
 
 }  // namespace
@@ -154,8 +181,7 @@ Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
 
 Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
     const Text target(path);
-    const TextView folder = folderPart(path);
-    const Text temporary = temporaryIn(folder.empty() ? u"." : Text(folder) + u"\\", u"mlv");
+    const Text temporary = temporaryBeside(path);
     if (temporary.empty())
         return lastFailure<Done>();
     if (writeFile(temporary, bytes, true) && putInPlace(temporary, target))

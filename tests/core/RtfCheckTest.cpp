@@ -72,6 +72,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\fonttbl}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl\r\n{\\f0\\fnil{\\*\\panose 02}X{\\*\\falt Y};}}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl\\f0 X;\\f1 Y;}a}", Kind::Ok},
+        {"{\\rtf1{\\fonttbl{\\f0 X\\u233?\\~\\'e9 Y;}}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl{\\f0 " + name250 + ";}}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl{\\f0 " + name250 + "N;}}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl{}}a}", Kind::Malformed},
@@ -85,6 +86,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\fonttbl{\\f0 X;}\\f1 Y;}a}", Kind::Malformed},
         {"{\\rtf1{\\fonttbl\\f0 X;{\\f1 Y;}}a}", Kind::Malformed},
         {"{\\rtf1{\\pict{\\fonttbl{\\f0 X;}}}a}", Kind::Malformed},
+        {"{\\rtf1 a{\\fonttbl\\f0 b;}}", Kind::Malformed},
         {"{\\rtf1\\fonttbl{\\f0 X;}a}", Kind::Malformed},
         // Colour table.
         {"{\\rtf1{\\colortbl ;\\red1\\green2\\blue3;\r\n}a}", Kind::Ok},
@@ -94,6 +96,7 @@ TEST(RtfCheck, JudgesDocuments) {
         // Style sheet.
         {"{\\rtf1{\\stylesheet{Normal;}{\\*\\cs10\\additive D;}{\\s1{\\*\\k x}H;}}a}", Kind::Ok},
         {"{\\rtf1{\\stylesheet{\\s0 Normal}}a}", Kind::Malformed},
+        {"{\\rtf1{\\stylesheet{\\s0 Normal{\\*\\x y};}}a}", Kind::Malformed},
         {"{\\rtf1{\\stylesheet Normal;}a}", Kind::Malformed},
         {"{\\rtf1{\\stylesheet{{\\s0 Normal;}}}a}", Kind::Malformed},
         // Parts of their own.
