@@ -6,7 +6,7 @@ set -eu
 . "$(dirname "$0")/wine-env.sh"
 folder=$1
 song=${2:-$root/data/examples/House by the River.txt}
-bin=$root/build/win-x64
+bin=${MELVORIN_WIN_BUILD:-$root/build/win-x64}
 
 extension=${song##*.}
 saved=$folder/song.$extension

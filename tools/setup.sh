@@ -6,7 +6,7 @@ packages=(
     make cmake ninja-build g++ python3 git
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
     googletest clang-format clang-tidy libasan8 libubsan1
-    wine wine64 xvfb xauth x11-utils xdotool imagemagick
+    wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
 )
 

@@ -38,4 +38,11 @@ for _ in $(seq 200); do
 done
 DISPLAY=:$(cat "$number")
 export DISPLAY
+# Wine's first program on a screen of another size still sees the former one.
+stamp=$WINEPREFIX/.screen-size
+if [ -d "$WINEPREFIX" ] && [ "$(cat "$stamp" 2>/dev/null)" != "$size" ]; then
+    timeout 60 "$wine" cmd /c exit >/dev/null 2>&1 || true
+    timeout 30 "$wineserver" -k >/dev/null 2>&1 || true
+    echo "$size" >"$stamp"
+fi
 "$@"

@@ -168,6 +168,7 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
     select({0, 0});
     ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     applyPlace();
+    scrollTo({0, 0});
     if (::GetFocus() == former)
         ::SetFocus(fresh);
     ::DestroyWindow(former);

@@ -51,6 +51,10 @@ TEST(DocumentFile, DecidesByContent) {
         {"", u"TXT", true, false},
         {"", u"mvt", false, false},
         {"{\\rtf1 C\\par", u"rtf", false, true},
+        {"{\\rtf1 in a text about Rich Text", u"txt", true, false},
+        {"\xEF\xBB\xBF"
+         "caf\xE9",
+         u"txt", false, false},
         {std::string("\x7f"
                      "ELF\2\1\1\0\0\0\0",
                      11),
@@ -79,6 +83,7 @@ TEST(DocumentFile, PlainTextComesBack) {
         EXPECT_EQ(utf8(content.value->text.chars), utf8(text));
         EXPECT_EQ(plainDocument(content.value->text, windows1252()), bytes);
     }
+    EXPECT_EQ(plainDocument({u"C\vla"}, windows1252()), "C\r\nla\r\n");
     EXPECT_EQ(plainDocument({u"caf\u00E9"}, windows1252()), "caf\xE9\r\n");
     EXPECT_EQ(plainDocument({u"\u03A9"}, windows1252()), "\xEF\xBB\xBF\xCE\xA9\r\n");
 }

@@ -67,6 +67,81 @@ TEST(CommandMap, MenuIsATreeOfDistinctItems) {
     }
 }
 
+// The menus as people read them.
+TEST(CommandMap, Captions) {
+    std::string outline;
+    std::map<Command, std::string> indents{{Command::none, ""}};
+    for (const MenuEntry& entry : menuEntries()) {
+        outline +=
+            indents[entry.parent] + utf8(entry.caption) + (entry.startsHidden ? "*\n" : "\n");
+        indents[entry.item] = indents[entry.parent] + " ";
+    }
+    EXPECT_EQ(outline, R"(F&ile
+ New
+ Open
+ Save
+ Save As
+ Recent Files
+  (Empty)
+  Not Used*
+  Not Used*
+  Not Used*
+  Not Used*
+  Not Used*
+  Not Used*
+  Not Used*
+  Not Used*
+  -*
+  Clean List of Recent Files*
+ -
+ Exit
+&Edit
+ Cut (Ctrl+X)
+ Copy (Ctrl+C)
+ Paste (Ctrl+V)
+ Delete (Del)
+ Select All (Ctrl+A)
+ Find and Replace
+ -
+ Undo
+ Redo
+Format
+ Font and Colors
+ -
+ Bold
+ Italic
+ Underline
+ -
+ To Upper Case
+ To Lower Case
+&View
+ Dictionary
+ Full Screen
+Chord Notation
+ Create Chord Notation
+ Change the Fingering of the Chord
+ Insert Tablature
+ Melvorin Guitar Tuner
+ Key
+  Go Down a Half Step
+  Go Up a Half Step
+ Alteration Signs
+  >> Use Sharps
+  Use Flats
+Examples
+ Example 1 (Read this first)
+ Example 2
+ First Demonstration
+ Second Demonstration
+ Melvorin Home Page
+ Melvorin on the Social Network
+Help
+ Help Contents
+ -
+ About Melvorin
+)");
+}
+
 TEST(CommandMap, ToolbarKeysRunTheirCommands) {
     // The keys compare with case; what they run is the menu item of the same meaning.
     EXPECT_EQ(commandOfKey(u"New"), Command::mnuFileNew);

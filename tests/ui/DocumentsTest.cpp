@@ -199,6 +199,7 @@ TEST(Save, EveryKindSurvivesSaveAndReopen) {
          "\xEF\xBB\xBF"
          "\xC3\x83\xC2\xA9\r\n",
          0, u"looks like utf-8.txt"},
+        {u"word.doc", "C  G\r\nla\r\n", 0, u"word.doc"},
         {u"blank end.txt", "C\r\n\r\n\r\n", 0, u"blank end.txt"},
     };
     for (const Case& c : cases) {
@@ -295,6 +296,36 @@ TEST(Leaving, AbandonsTheCommandWhereSavingDoes) {
     }
 }
 
+// What arrives while a dialog waits must not take the document away under it.
+TEST(Leaving, NothingBeginsWhileADialogIsOpen) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"Am");
+    program.dialogs.whileOpen = program.messages.whileOpen = [&] {
+        const HWND window = program.form->handle();
+        ::SendMessageW(window, WM_COMMAND, idOf(Command::mnuFileNew), 0);
+        ::SendMessageW(window, WM_COMMAND, idOf(Command::mnuUp), 0);
+        EXPECT_EQ(::SendMessageW(window, WM_QUERYENDSESSION, 0, 0), FALSE);
+        ::SendMessageW(window, WM_CLOSE, 0, 0);
+    };
+    program.dialogs.choose(chosen(folder.file(u"Song"), 2));
+    program.command(Command::mnuFileSaveAs);
+    EXPECT_EQ(program.text(), "Am");
+    EXPECT_NE(folder.content(u"Song.rtf").find("Am"), std::string::npos);
+    program.type(u"x");
+    program.messages.answer(Answer::Cancel);
+    program.command(Command::mnuFileNew);
+    EXPECT_EQ(program.text(), "Amx");
+    EXPECT_FALSE(program.ended);
+
+    program.dialogs.whileOpen = program.messages.whileOpen = nullptr;
+    program.messages.answer(Answer::Cancel);
+    EXPECT_EQ(::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0), FALSE);
+    program.messages.answer(Answer::No);
+    EXPECT_EQ(::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0), TRUE);
+}
+
 TEST(New, StartsCleanInTheEditorFont) {
     const ScratchFolder folder;
     Program program;
@@ -372,6 +403,45 @@ TEST(Undo, WithoutATemporaryFolderTheTextIsSafe) {
     program.command(Command::mnuEditUndo);
     program.command(Command::mnuEditUndo);
     EXPECT_EQ(program.text(), "a");
+}
+
+// What is on the screen and in no snapshot is written before an undo, or asked about.
+TEST(Undo, UnrecordedTextIsNotLost) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"a");
+    program.files.diskFull = true;
+    program.type(u"bc");
+    program.messages.answer(Answer::No);
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "abc");
+    program.files.diskFull = false;
+    while (program.state().undo)
+        program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "");
+    while (program.state().redo)
+        program.command(Command::mnuEditRedo);
+    EXPECT_EQ(program.text(), "abc");
+}
+
+TEST(Undo, LeavesThePageWhereItIs) {
+    const ScratchFolder folder;
+    std::string song;
+    for (int i = 0; i < 300; ++i)
+        song += "C  G\r\nla la\r\n";
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    const std::int32_t position = program.editor().firstOfLine(400);
+    program.editor().select({position, position});
+    program.editor().scrollCaretIntoView();
+    program.type(u"xy");
+    ScrollPosition scroll = program.editor().scrollPosition();
+    scroll.y += 40;
+    program.editor().scrollTo(scroll);
+    const std::int32_t top = program.editor().firstVisibleLine();
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.editor().firstVisibleLine(), top);
+    EXPECT_EQ(program.editor().selection().begin, position + 1);
 }
 
 TEST(Undo, KeyboardObeysTheEnabledState) {

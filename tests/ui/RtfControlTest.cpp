@@ -199,7 +199,7 @@ TEST(RtfControl, ReadsAllOfWhatTheCheckPasses) {
           "{\\pict\\pngblip\\bin5 }\\{\0}}"s, "\\u233{\\b x}{\\b\\u233}"s,
           "{{\\object\\objemb{\\*\\objdata\\bin3 }}}}{\\result R}}}"s,
           "{\\info{\\author \\'e9}}{\\*\\x\\y}"s}) {
-        const RtfVerdict verdict = checkRtf("\xEF\xBB\xBF {\\rtf1 a" + body + "END}\r\n\0"s);
+        const RtfVerdict verdict = checkRtf("\xEF\xBB\xBF {\\rtf1" + body + "END}\r\n\0"s);
         ASSERT_EQ(verdict.kind, RtfVerdict::Kind::Ok) << body;
         EXPECT_TRUE(control.load(verdict.document)) << body;
         EXPECT_TRUE(control.text().ends_with(u"END")) << body;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <set>
 
@@ -29,12 +30,16 @@ struct ShownMessage {
 
 class ScriptedMessages : public MessageBoxes {
   public:
+    // Runs while a box is open, as messages from outside do.
+    std::function<void()> whileOpen;
     // Answers are used up in order; an OK box needs none.
     void answer(Answer answer) { answers_.push_back(answer); }
 
     Answer show(TextView text, TextView title, MessageIcon icon, MessageButtons buttons) override {
         boxes.push_back(
             {melvorin::testing::shown(text), melvorin::testing::shown(title), icon, buttons});
+        if (whileOpen)
+            whileOpen();
         if (buttons == MessageButtons::Ok)
             return Answer::Ok;
         if (answers_.empty()) {
@@ -55,6 +60,8 @@ class ScriptedMessages : public MessageBoxes {
 
 class ScriptedDialogs : public FileDialogs {
   public:
+    // Runs while a dialog is open, as messages from outside do.
+    std::function<void()> whileOpen;
     void choose(std::optional<FileChoice> choice) { choices_.push_back(std::move(choice)); }
 
     std::optional<FileChoice> open(const FileDialogRequest& request) override {
@@ -69,6 +76,8 @@ class ScriptedDialogs : public FileDialogs {
   private:
     std::optional<FileChoice> next(const FileDialogRequest& request) {
         requests.push_back(request);
+        if (whileOpen)
+            whileOpen();
         if (choices_.empty()) {
             ADD_FAILURE() << "unexpected file dialog: " << shown(request.title);
             return std::nullopt;

@@ -84,6 +84,37 @@ TEST(Start, CommandLineOpensADocument) {
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
 }
 
+// A part of the machine that fails, whichever, does not keep the window from coming up.
+TEST(Start, EveryStepFailsOnItsOwn) {
+    struct ThrowingProgram : ScriptedProgram {
+        bool contains(TextView) override { throw std::runtime_error("no folder"); }
+        std::optional<std::string> resource(TextView, int) override {
+            throw std::runtime_error("no resource");
+        }
+    };
+    struct ThrowingSystem : ScriptedSystem {
+        std::optional<Text> registryString(TextView, TextView) override {
+            throw std::runtime_error("no registry");
+        }
+        void initCommonControls() override { throw std::runtime_error("no controls"); }
+    };
+    Program program;
+    ThrowingProgram folder;
+    ThrowingSystem system;
+    for (const bool systemFails : {false, true}) {
+        SystemSettings& chosen = systemFails ? static_cast<SystemSettings&>(system)
+                                             : static_cast<SystemSettings&>(program.system);
+        const Services services{program.files,    program.messages, program.dialogs,
+                                program.profiles, program.settings, chosen,
+                                folder,           program.screen,   systemAnsiCodec()};
+        Form1 form(services, [] {});
+        ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
+        program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });
+        EXPECT_EQ(form.documents().history().count(), 1);
+        form.endRun();
+    }
+}
+
 TEST(Splash, WritesTheManifestOnceAndSwitchesSmoothingOff) {
     struct Case {
         Text fileName;
@@ -132,13 +163,17 @@ TEST(Screen, UnsupportedSizesEndTheProgram) {
         Program program;
         program.screen.screen = screen;
         program.screen.work = {screen.width, screen.height - 30};
-        EXPECT_EQ(program.start(), runs) << screen.width;
+        EXPECT_EQ(program.start(runs ? u"" : u"C:\\missing.txt"), runs) << screen.width;
         EXPECT_EQ(program.ended, !runs);
         if (!runs) {
             ASSERT_EQ(program.messages.boxes.size(), 1U);
             EXPECT_EQ(program.messages.boxes[0].text,
                       "The Melvorin Editor doesn't work with this video settings  ");
             EXPECT_EQ(program.messages.boxes[0].icon, MessageIcon::None);
+            // At once: no step of the start has run.
+            EXPECT_TRUE(program.system.calls.empty());
+            EXPECT_TRUE(program.program.written.empty());
+            EXPECT_EQ(program.history().count(), 0);
         }
     }
 }
