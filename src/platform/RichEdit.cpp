@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "app/RtfCheck.h"
 #include "app/RtfMap.h"
 #include "app/RtfRepair.h"
 #include "platform/Handles.h"
@@ -157,6 +158,9 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
     if (fresh == nullptr)
         return false;
     const HWND former = std::exchange(handle_, fresh);
+    // Placed first and below the old one: a filled control would lay out its text once more.
+    ::SetWindowPos(fresh, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    applyPlace();
     const bool read = streamIn(fresh, format, bytes);
     // Some controls report success and show nothing.
     const bool swallowed = read && format == SF_RTF && isEmpty() && rtfHasText(bytes);
@@ -167,7 +171,6 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
     }
     select({0, 0});
     ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    applyPlace();
     scrollTo({0, 0});
     if (::GetFocus() == former)
         ::SetFocus(fresh);
@@ -235,6 +238,9 @@ std::string RichEdit::selectionRtf() const {
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {
+    // A control takes anything else for an empty document.
+    if (!looksLikeRtf(rtf))
+        return false;
     const EditorWork work(*this);
     return fillFresh(SF_RTF, rtf);
 }
