@@ -148,7 +148,7 @@ HWND RichEdit::createControl() const {
     set(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(defaultFormat_));
     set(EM_SETCHARFORMAT, SCF_ALL, formatParam(defaultFormat_));
     if (background_)
-        set(EM_SETBKGNDCOLOR, 0, LPARAM{*background_});
+        set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(*background_));
     return control;
 }
 
@@ -311,7 +311,7 @@ void RichEdit::setAlignment(Alignment alignment) {
 
 void RichEdit::setBackground(Rgb colour) {
     background_ = colourRef(colour);
-    send(EM_SETBKGNDCOLOR, 0, LPARAM{*background_});
+    send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(*background_));
 }
 
 SelectionStyle RichEdit::selectionStyle() const {

@@ -63,30 +63,34 @@ TEST(KeyChange, SpellingIsChosenOnceAndMarked) {
     EXPECT_EQ(program.text(), "D# F ");
 }
 
+Program* running = nullptr;
+int looksWhileRunning = 0;
+
+// Runs inside the modal loop of the key change, where nothing else may begin.
+void CALLBACK lookWhileRunning(HWND, UINT, UINT_PTR, DWORD) {
+    if (::IsWindowEnabled(running->form->handle()))
+        return;
+    ++looksWhileRunning;
+    for (const Command item : {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem})
+        EXPECT_FALSE(running->form->isEnabled(item));
+    EXPECT_FALSE(running->form->toolbar().isEnabled(kKeyUpButton));
+    running->command(Command::mnuFileNew);
+    ::SendMessageW(running->form->handle(), WM_CLOSE, 0, 0);
+}
+
 // While the window is up, neither menu nor button starts another change.
 TEST(KeyChange, ItsCommandsAreOffMeanwhile) {
-    static Program* running = nullptr;
-    static int seen = 0;
     const ScratchFolder folder;
     Program program;
     ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  D\r\n")));
     program.waitForKeyButtons();
     running = &program;
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR, DWORD) {
-        if (::IsWindowEnabled(running->form->handle()))
-            return;
-        ++seen;
-        for (const Command item :
-             {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem})
-            EXPECT_FALSE(running->form->isEnabled(item));
-        EXPECT_FALSE(running->form->toolbar().isEnabled(kKeyUpButton));
-        running->command(Command::mnuFileNew);
-        ::SendMessageW(running->form->handle(), WM_CLOSE, 0, 0);
-    });
-    for (int i = 0; i < 40 && seen == 0; ++i)
+    looksWhileRunning = 0;
+    const UINT_PTR timer = ::SetTimer(nullptr, 0, 1, lookWhileRunning);
+    for (int i = 0; i < 40 && looksWhileRunning == 0; ++i)
         program.command(i % 2 == 0 ? Command::mnuUp : Command::mnuDwn);
     ::KillTimer(nullptr, timer);
-    EXPECT_GT(seen, 0);
+    EXPECT_GT(looksWhileRunning, 0);
     EXPECT_FALSE(program.ended);
     EXPECT_TRUE(program.form->isEnabled(Command::mnuUp));
     EXPECT_EQ(program.form->keyTag(), keyTag(program.form->halfSteps()));
