@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Verse.h"
 #include "app/Form1.h"
 #include "chords/DocumentKey.h"
 #include "platform/SystemAnsiCodec.h"
@@ -21,19 +22,6 @@
 namespace {
 
 using namespace melvorin;
-
-constexpr std::string_view verse[] = {
-    "Lantern on the Hill",
-    "",
-    "G        Em       C          D7",
-    "When the lantern burns upon the hill",
-    "    G/B      Am7      D7(9)    G",
-    "and the mill wheel turns no more",
-    "C   F#m7(9)   Bm   E7   Am   D/F#",
-    "I will walk the lane to Mari\xF1o",
-    "Eb\xBA      Bb6/9    Ab    Gdim   C7M",
-    "and be knocking at your door",
-};
 
 std::string chartOfLines(std::size_t count) {
     std::string chart;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Verse.h"
 #include "app/Text.h"
 #include "app/TextCodec.h"
 #include "cli/Cli.h"
@@ -18,20 +19,8 @@ namespace {
 using melvorin::Direction;
 using melvorin::KeyChange;
 using melvorin::Spelling;
+using melvorin::verse;
 using melvorin::windows1252;
-
-constexpr std::string_view verse[] = {
-    "Lantern on the Hill",
-    "",
-    "G        Em       C          D7",
-    "When the lantern burns upon the hill",
-    "    G/B      Am7      D7(9)    G",
-    "and the mill wheel turns no more",
-    "C   F#m7(9)   Bm   E7   Am   D/F#",
-    "I will walk the lane to Mari\xC3\xB1o",
-    "Eb\xC2\xBA      Bb6/9    Ab    Gdim   C7M",
-    "and be knocking at your door",
-};
 
 std::string chartOfBytes(std::size_t size) {
     std::string chart;
