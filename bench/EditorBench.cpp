@@ -84,7 +84,7 @@ class DefaultProfiles : public ProfileFiles {
     Text read(TextView, TextView, TextView fallback, TextView, std::uint32_t) override {
         return Text(fallback);
     }
-    void write(TextView, TextView, TextView, TextView) override {}
+    bool write(TextView, TextView, TextView, TextView) override { return true; }
 };
 
 class NoSettings : public SettingsStore {
@@ -105,6 +105,24 @@ class UntouchedFolder : public Win32ProgramFolder {
   public:
     bool contains(TextView) override { return true; }
     bool writeWithAttributes(TextView, std::string_view, std::uint32_t) override { return true; }
+};
+
+// Plain text that the benchmark puts there.
+class BenchClipboard : public Clipboard {
+  public:
+    bool hasRichText() override { return false; }
+    bool hasText() override { return true; }
+    Result<std::string> richText(std::uint64_t) override {
+        return Result<std::string>::failure({});
+    }
+    Result<Text> text(std::uint64_t) override { return Result<Text>::success(content); }
+
+    Text content;
+};
+
+class NoShell : public ShellOpener {
+  public:
+    Result<Done> open(TextView) override { return Result<Done>::failure({}); }
 };
 
 // The main window with a chart of so many lines, opened from a file as the user opens it.
@@ -152,8 +170,10 @@ class OpenChart {
     UntouchedSystem system_;
     UntouchedFolder folder_;
     Win32Screen screen_;
-    Services services_{files_,  messages_, dialogs_, profiles_,        settings_,
-                       system_, folder_,   screen_,  systemAnsiCodec()};
+    BenchClipboard clipboard_;
+    NoShell shell_;
+    Services services_{files_,  messages_, dialogs_,          profiles_,  settings_, system_,
+                       folder_, screen_,   systemAnsiCodec(), clipboard_, shell_};
     std::unique_ptr<Form1> form_;
 };
 
@@ -276,6 +296,16 @@ class TimedEditor : public Editor {
     void replaceSelection(TextView text) override {
         const Watch watch(other);
         editor_.replaceSelection(text);
+    }
+    bool replaceSelectionRtf(std::string_view rtf) override {
+        const Watch watch(other);
+        return editor_.replaceSelectionRtf(rtf);
+    }
+    void sendUndo() override { editor_.sendUndo(); }
+    std::optional<Selection> find(TextView what, std::int32_t from,
+                                  FindOptions options) const override {
+        const Watch watch(other);
+        return editor_.find(what, from, options);
     }
     Text faceAt(std::int32_t position) override {
         const Watch watch(other);

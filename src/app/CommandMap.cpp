@@ -112,13 +112,13 @@ constexpr ToolButton kToolbar[] = {
     push(u"Undo", mnuEditUndo, u"Undo (Ctrl+Z)"),
     push(u"Redo", mnuEditRedo, u"Redo (Ctrl+Y)"),
     kSeparator,
-    check(u"Bold", mnuBold, u"Bold"),
-    check(u"Italic", mnuItalic, u"Italic"),
-    check(u"Underline", mnuUnderline, u"Underline"),
+    check(u"Bold", mnuBold, u"Bold (Ctrl+B)"),
+    check(u"Italic", mnuItalic, u"Italic (Ctrl+I)"),
+    check(u"Underline", mnuUnderline, u"Underline (Ctrl+U)"),
     kSeparator,
-    check(u"Left", alignLeft, u"Align Left"),
-    check(u"Center", alignCenter, u"Center"),
-    check(u"Right", alignRight, u"Align Right"),
+    check(u"Left", alignLeft, u"Align Left (Ctrl+L)"),
+    check(u"Center", alignCenter, u"Center (Ctrl+E)"),
+    check(u"Right", alignRight, u"Align Right (Ctrl+R)"),
     kSeparator,
     push(u"Cifra", mnuEditCifra, u"Create Chord Notation"),
     push(u"Tab", mnuTab, u"Insert Tablature"),
@@ -134,9 +134,24 @@ constexpr ToolButton kToolbar[] = {
     push(u"Help", mnuHlpTcs, u"Help Contents"),
 };
 
+constexpr std::uint16_t kF3 = 0x72;
+
+constexpr Shortcut kShortcuts[] = {
+    {u'N', true, mnuFileNew},  {u'O', true, mnuFileOpen},  {u'S', true, mnuFileSave},
+    {u'Z', true, mnuEditUndo}, {u'Y', true, mnuEditRedo},  {u'B', true, mnuBold},
+    {u'I', true, mnuItalic},   {u'U', true, mnuUnderline}, {u'L', true, alignLeft},
+    {u'E', true, alignCenter}, {u'R', true, alignRight},   {kF3, false, findAgain},
+};
+
 static_assert(std::size(kToolbar) == 34);
 static_assert(kToolbar[kUndoButton - 1].runs == mnuEditUndo);
 static_assert(kToolbar[kRedoButton - 1].runs == mnuEditRedo);
+static_assert(kToolbar[kBoldButton - 1].runs == mnuBold);
+static_assert(kToolbar[kItalicButton - 1].runs == mnuItalic);
+static_assert(kToolbar[kUnderlineButton - 1].runs == mnuUnderline);
+static_assert(kToolbar[kLeftButton - 1].runs == alignLeft);
+static_assert(kToolbar[kCenterButton - 1].runs == alignCenter);
+static_assert(kToolbar[kRightButton - 1].runs == alignRight);
 static_assert(kToolbar[kKeyDownButton - 1].runs == mnuDwn);
 static_assert(kToolbar[kKeyUpButton - 1].runs == mnuUp);
 
@@ -148,6 +163,10 @@ std::span<const MenuEntry> menuEntries() {
 
 std::span<const ToolButton> toolButtons() {
     return kToolbar;
+}
+
+std::span<const Shortcut> shortcuts() {
+    return kShortcuts;
 }
 
 std::optional<Command> commandOfKey(TextView key) {

@@ -82,6 +82,8 @@ enum class Command : std::uint16_t {
     alignLeft,
     alignCenter,
     alignRight,
+    // F3, which no menu shows.
+    findAgain,
     count,
 };
 
@@ -111,11 +113,26 @@ std::span<const ToolButton> toolButtons();
 // Numbers of the buttons that the shell's rules name.
 inline constexpr int kUndoButton = 12;
 inline constexpr int kRedoButton = 13;
+inline constexpr int kBoldButton = 15;
+inline constexpr int kItalicButton = 16;
+inline constexpr int kUnderlineButton = 17;
+inline constexpr int kLeftButton = 19;
+inline constexpr int kCenterButton = 20;
+inline constexpr int kRightButton = 21;
 inline constexpr int kKeyDownButton = 28;
 inline constexpr int kKeyUpButton = 29;
 
 // What a toolbar key runs; the comparison is exact. Nothing for an unknown key.
 std::optional<Command> commandOfKey(TextView key);
+
+// The keyboard shortcuts that hold wherever the focus is in the main window; the editor has more of
+// its own (Ctrl+A, C, F, V, X).
+struct Shortcut {
+    std::uint16_t key;  // virtual-key code
+    bool control;
+    Command runs;
+};
+std::span<const Shortcut> shortcuts();
 
 // Numbers under which windows and accelerators know the commands.
 inline constexpr std::uint16_t kFirstCommandId = 1000;

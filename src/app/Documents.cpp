@@ -165,6 +165,32 @@ bool Documents::showContent(const DocumentContent& content) {
 }
 
 bool Documents::load(TextView path) {
+    if (!showFile(path))
+        return false;
+    setPath(path);
+    lastUsed_.opened = folderPart(path);
+    lastUsed_.openedExtension = extension_;
+    showTitle();
+    record();
+    startHistory();
+    publish();
+    return true;
+}
+
+bool Documents::openExample(TextView path) {
+    if (!mayLeave() || !showFile(path))
+        return false;
+    setPath({});
+    showTitle();
+    changed();
+    history_.setFloor();
+    state_.undo = false;
+    publish();
+    return true;
+}
+
+// Puts a file's content into the editor; on failure the editor is as it was.
+bool Documents::showFile(TextView path) {
     constexpr TextView what = u"Melvorin cannot open";
     const auto refuse = [&](TextView cause) {
         return fail(what, path, Text(cause) + u"\r\n\r\n" + Text(kVerifyPath));
@@ -186,13 +212,6 @@ bool Documents::load(TextView path) {
     if (!showContent(*content.value))
         return refuse(u"The editor does not take what the file holds.");
     editor_.scrollCaretIntoView();
-    setPath(path);
-    lastUsed_.opened = folderPart(path);
-    lastUsed_.openedExtension = extension_;
-    showTitle();
-    record();
-    startHistory();
-    publish();
     return true;
 }
 

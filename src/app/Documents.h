@@ -55,6 +55,9 @@ class Documents {
     // Opens a document by its path, as a click in the recent list does. `remember` adds it to
     // that list. False when it could not be opened; then nothing has changed.
     bool openPath(TextView path, bool remember);
+    // Shows a document that ships with the program as an untitled one, so that saving cannot
+    // change the shipped file. False when it could not be opened.
+    bool openExample(TextView path);
     // True when the document is saved afterwards.
     bool save();
     bool saveAs();
@@ -93,6 +96,7 @@ class Documents {
     void showTitle();
     void setPath(TextView path);
     bool load(TextView path);
+    bool showFile(TextView path);
     bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
     bool writeTo(TextView path);

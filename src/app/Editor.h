@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "app/Text.h"
@@ -34,6 +35,11 @@ struct Rgb {
     friend bool operator==(const Rgb&, const Rgb&) = default;
 };
 
+struct FindOptions {
+    bool matchCase = false;
+    bool wholeWord = false;
+};
+
 class Editor {
   public:
     virtual ~Editor() = default;
@@ -53,9 +59,18 @@ class Editor {
     virtual void setSelectionFont(TextView face, int points) = 0;
     virtual void setSelectionColour(Rgb colour) = 0;
     // Replaces the selected text; the new text takes the format of the first replaced character.
+    // The caret is behind it afterwards.
     virtual void replaceSelection(TextView text) = 0;
+    // The same with Rich Text in its own formats; false when the control refuses it.
+    virtual bool replaceSelectionRtf(std::string_view rtf) = 0;
+    // The standard undo message. The control keeps no undo of its own, so it changes nothing.
+    virtual void sendUndo() = 0;
     // Face of the character at `position`.
     virtual Text faceAt(std::int32_t position) = 0;
+    // First match at or after `from`, not selected; nothing when there is none. A whole word is
+    // what the control takes for one: neither a letter nor a digit stands beside it.
+    virtual std::optional<Selection> find(TextView what, std::int32_t from,
+                                          FindOptions options) const = 0;
 
     virtual Selection selection() const = 0;
     virtual void select(Selection selection) = 0;

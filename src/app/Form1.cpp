@@ -1,9 +1,10 @@
 #include "app/Form1.h"
 
-#include <algorithm>
 #include <exception>
 #include <new>
+#include <vector>
 
+#include "app/EnablingRules.h"
 #include "app/ProgramSettings.h"
 #include "chords/FrmCifra.h"
 #include "platform/ResourceIds.h"
@@ -24,12 +25,50 @@ constexpr Command kKeyItems[] = {Command::mnuUp, Command::mnuDwn, Command::mnuSu
 // The commands that exist; menu items without an entry here are greyed.
 std::span<const Form1::Binding> Form1::bindings() {
     static constexpr Binding table[] = {
-        {Command::mnuFileNew, &Form1::fileNew},       {Command::mnuFileOpen, &Form1::fileOpen},
-        {Command::mnuFileSave3, &Form1::fileSave},    {Command::mnuFileSave, &Form1::fileSave},
-        {Command::mnuFileSaveAs, &Form1::fileSaveAs}, {Command::mnuFileExit, &Form1::fileExit},
-        {Command::mnuEditUndo, &Form1::editUndo},     {Command::mnuEditRedo, &Form1::editRedo},
-        {Command::mnuDwn, &Form1::keyDown},           {Command::mnuUp, &Form1::keyUp},
-        {Command::mnuSus, &Form1::useSharps},         {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuFileNew, &Form1::fileNew},
+        {Command::mnuFileOpen, &Form1::fileOpen},
+        {Command::mnuFileSave3, &Form1::fileSave},
+        {Command::mnuFileSave, &Form1::fileSave},
+        {Command::mnuFileSaveAs, &Form1::fileSaveAs},
+        {Command::mnuFileExit, &Form1::fileExit},
+        {Command::mnuEditUndo, &Form1::editUndo},
+        {Command::mnuEditRedo, &Form1::editRedo},
+        {Command::mnuDwn, &Form1::keyDown},
+        {Command::mnuUp, &Form1::keyUp},
+        {Command::mnuSus, &Form1::useSharps},
+        {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuEditCut, &Form1::editCut},
+        {Command::mnuEditCopy, &Form1::editCopy},
+        {Command::mnuEditPaste, &Form1::editPaste},
+        {Command::mnuEditDelete, &Form1::editDelete},
+        {Command::mnuSelectAll, &Form1::selectAll},
+        {Command::mnuFind, &Form1::openFind},
+        {Command::findAgain, &Form1::findAgain},
+        {Command::mnuBold, &Form1::toggleBold},
+        {Command::mnuItalic, &Form1::toggleItalic},
+        {Command::mnuUnderline, &Form1::toggleUnderline},
+        {Command::mnuUpper, &Form1::upperCase},
+        {Command::mnuLowe, &Form1::lowerCase},
+        {Command::alignLeft, &Form1::alignLeft},
+        {Command::alignCenter, &Form1::alignCenter},
+        {Command::alignRight, &Form1::alignRight},
+        {Command::mnuReset, &Form1::cleanRecent},
+        {Command::mnuRecentFile1, &Form1::openRecent<1>},
+        {Command::mnuRecentFile2, &Form1::openRecent<2>},
+        {Command::mnuRecentFile3, &Form1::openRecent<3>},
+        {Command::mnuRecentFile4, &Form1::openRecent<4>},
+        {Command::mnuRecentFile5, &Form1::openRecent<5>},
+        {Command::mnuRecentFile6, &Form1::openRecent<6>},
+        {Command::mnuRecentFile7, &Form1::openRecent<7>},
+        {Command::mnuRecentFile8, &Form1::openRecent<8>},
+        {Command::mnuEpl, &Form1::openShipped<Command::mnuEpl>},
+        {Command::mnuEpl2, &Form1::openShipped<Command::mnuEpl2>},
+        {Command::ExMovie1, &Form1::openShipped<Command::ExMovie1>},
+        {Command::ExMovie2, &Form1::openShipped<Command::ExMovie2>},
+        {Command::ExMovie3, &Form1::openShipped<Command::ExMovie3>},
+        {Command::ExMovie4, &Form1::openShipped<Command::ExMovie4>},
+        {Command::mnuHlpTcs, &Form1::openShipped<Command::mnuHlpTcs>},
+        {Command::mnuFileAbout, &Form1::about},
     };
     return table;
 }
@@ -44,12 +83,15 @@ Form1::Handler Form1::handlerOf(Command command) {
 
 Form1::Form1(const Services& services, std::function<void()> endProgram)
     : modal_(services.messages, services.dialogs),
-      services_{services.files,    modal_.messages(), modal_.dialogs(),
-                services.profiles, services.settings, services.system,
-                services.program,  services.screen,   services.ansi},
+      services_{services.files,    modal_.messages(),  modal_.dialogs(), services.profiles,
+                services.settings, services.system,    services.program, services.screen,
+                services.ansi,     services.clipboard, services.shell},
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
-                 {[this](const ShellState& state) { showState(state); }, [](TextView) {}}) {}
+                 {[this](const ShellState& state) { showState(state); },
+                  [this](TextView path) { recent_.add(path); }}),
+      recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
+      find_(rtftext_, services_.messages, [this] { documents_.changed(); }) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -58,7 +100,7 @@ bool Form1::load(TextView commandLine, int showCommand) {
     if (!createParts())
         return false;
     // A failing step must not keep the program from starting. The chord dictionary will open
-    // first, and the recent files will be read behind the command line.
+    // first.
     bool failed = false;
     const auto step = [&](auto&& action) {
         try {
@@ -75,6 +117,7 @@ bool Form1::load(TextView commandLine, int showCommand) {
     loaded_ = true;
     step([&] { documents_.begin(); });
     step([&] { documents_.openFromCommandLine(commandLine); });
+    step([&] { recent_.begin(); });
     step([&] { creatorFace_ = editorFontFace(services_); });
     step([&] {
         splash_ = std::make_unique<frmSplash>(services_, [this] { bringForward(); });
@@ -105,6 +148,9 @@ bool Form1::createParts() {
         if (buttons[index].kind != ToolButtonKind::Separator)
             toolbar_.enable(static_cast<int>(index) + 1, handlerOf(buttons[index].runs) != nullptr);
     }
+    rtftext_.setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
+        return onEditorInput(message, wParam, lParam);
+    });
     createAccelerators();
     showState(documents_.state());
     measureScreen();
@@ -116,20 +162,20 @@ bool Form1::createParts() {
 }
 
 void Form1::createAccelerators() {
-    struct Key {
-        WORD key;
-        Command command;
-    };
-    constexpr Key keys[] = {{'N', Command::mnuFileNew},
-                            {'O', Command::mnuFileOpen},
-                            {'S', Command::mnuFileSave},
-                            {'Z', Command::mnuEditUndo},
-                            {'Y', Command::mnuEditRedo}};
-    ACCEL table[std::size(keys)];
-    std::transform(std::begin(keys), std::end(keys), table, [](const Key& key) {
-        return ACCEL{FVIRTKEY | FCONTROL, key.key, idOf(key.command)};
-    });
-    accelerators_.reset(::CreateAcceleratorTableW(table, static_cast<int>(std::size(table))));
+    std::vector<ACCEL> table;
+    for (const Shortcut& shortcut : shortcuts()) {
+        const auto flags = static_cast<BYTE>(FVIRTKEY | (shortcut.control ? FCONTROL : 0));
+        table.push_back({flags, shortcut.key, idOf(shortcut.runs)});
+    }
+    accelerators_.reset(::CreateAcceleratorTableW(table.data(), static_cast<int>(table.size())));
+}
+
+bool Form1::translate(MSG& message) {
+    if (find_.translate(message))
+        return true;
+    // Other windows have shortcuts of their own.
+    const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
+    return isMine && ::TranslateAcceleratorW(handle(), accelerators_.get(), &message);
 }
 
 void Form1::measureScreen() {
@@ -165,6 +211,12 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NOTIFY:
             return onNotify(lParam);
+        case WM_DROPFILES:
+            onDrop(reinterpret_cast<HDROP>(wParam));
+            return 0;
+        case WM_CONTEXTMENU:
+            onContextMenu(lParam);
+            return 0;
         case WM_TIMER:
             if (wParam == kIdleTimer)
                 onIdleTimer();
@@ -235,6 +287,8 @@ LRESULT Form1::onNotify(LPARAM lParam) {
     } else if (header.code == TBN_DROPDOWN && header.hwndFrom == toolbar_.handle()) {
         showSpellingMenu();
         return TBDDRET_DEFAULT;
+    } else if (header.code == EN_SELCHANGE && !rtftext_.atWork()) {
+        followSelection();
     }
     return 0;
 }
@@ -246,7 +300,7 @@ void Form1::onIdleTimer() {
 
 // A command waits for an answer, or a job runs: nothing else may begin, nor the program end.
 bool Form1::isBusy() const {
-    return jobRuns_ || modal_.isOpen();
+    return jobRuns_ || modal_.isOpen() || find_.isBusy();
 }
 
 bool Form1::mayEnd() {
@@ -284,21 +338,43 @@ void Form1::showState(const ShellState& state) {
     const bool isFirst = !loaded_;
     if (isFirst || state.title != shownState_.title)
         setCaption(state.title);
-    if (isFirst || state.saveAs != shownState_.saveAs)
-        menuBar_.enable(Command::mnuFileSaveAs, state.saveAs);
-    if (isFirst || state.undo != shownState_.undo) {
-        menuBar_.enable(Command::mnuEditUndo, state.undo);
-        toolbar_.enable(kUndoButton, state.undo);
-    }
-    if (isFirst || state.redo != shownState_.redo) {
-        menuBar_.enable(Command::mnuEditRedo, state.redo);
-        toolbar_.enable(kRedoButton, state.redo);
-    }
-    if (isFirst || state.keyButtons != shownState_.keyButtons) {
-        toolbar_.enable(kKeyDownButton, state.keyButtons);
-        toolbar_.enable(kKeyUpButton, state.keyButtons);
+    for (const EnablingRule& rule : kEnablingRules) {
+        const bool enabled = state.*rule.when;
+        if (!isFirst && enabled == shownState_.*rule.when)
+            continue;
+        menuBar_.enable(rule.item, enabled);
+        if (rule.button != 0)
+            toolbar_.enable(rule.button, enabled);
     }
     shownState_ = state;
+}
+
+// The buttons show the format at the caret.
+void Form1::followSelection() {
+    const SelectionStyle style = rtftext_.selectionStyle();
+    toolbar_.setChecked(kBoldButton, style.bold == true);
+    toolbar_.setChecked(kItalicButton, style.italic == true);
+    toolbar_.setChecked(kUnderlineButton, style.underline == true);
+    toolbar_.setChecked(kLeftButton, style.alignment == Alignment::Left);
+    toolbar_.setChecked(kCenterButton, style.alignment == Alignment::Center);
+    toolbar_.setChecked(kRightButton, style.alignment == Alignment::Right);
+}
+
+void Form1::showRecent(const RecentMenu& menu) {
+    menuBar_.show(Command::mnuRecentFile0, menu.empty);
+    auto item = static_cast<std::uint16_t>(Command::mnuRecentFile1);
+    for (const RecentMenu::Entry& entry : menu.entries) {
+        const auto command = static_cast<Command>(item++);
+        menuBar_.show(command, entry.visible);
+        // An ampersand in a path is no access key.
+        Text caption;
+        for (const char16_t c : entry.caption)
+            caption.append(c == u'&' ? 2 : 1, c);
+        if (entry.visible)
+            menuBar_.setCaption(command, caption);
+    }
+    menuBar_.show(Command::mnuLn, menu.clean);
+    menuBar_.show(Command::mnuReset, menu.clean);
 }
 
 // A key change under way: its commands are off, and come back however it ends.

@@ -7,10 +7,14 @@
 
 #include "app/CommandMap.h"
 #include "app/Documents.h"
+#include "app/EditCommands.h"
 #include "app/ModalGuard.h"
+#include "app/RecentFiles.h"
 #include "app/WindowLayout.h"
 #include "app/frmSplash.h"
 #include "chords/KeySetting.h"
+#include "find/FrmTxt.h"
+#include "find/frmFind.h"
 #include "platform/Handles.h"
 #include "platform/MenuBar.h"
 #include "platform/RichEdit.h"
@@ -35,7 +39,9 @@ class Form1 : public Window {
     bool isEnabled(Command command) const;
     // True once the program has ended, by its close or by a screen that it does not support.
     bool hasEnded() const { return ending_; }
-    HACCEL accelerators() const { return accelerators_.get(); }
+    // What the message loop does first with every message: shortcuts and keyboard navigation. True
+    // when the message is dealt with.
+    bool translate(MSG& message);
 
     // For tests and for windows that work on the document.
     RichEdit& rtftext() { return rtftext_; }
@@ -46,6 +52,8 @@ class Form1 : public Window {
     const MenuBar& menuBar() const { return menuBar_; }
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
+    const RecentMenu& recentMenu() const { return recent_.menu(); }
+    frmFind& findWindow() { return find_; }
     Text keyTag() const { return melvorin::keyTag(T6_); }
     const Text& creatorFace() const { return creatorFace_; }
 
@@ -63,6 +71,11 @@ class Form1 : public Window {
     void onSize();
     void onCommand(WPARAM wParam, LPARAM lParam);
     LRESULT onNotify(LPARAM lParam);
+    bool onEditorInput(UINT message, WPARAM wParam, LPARAM lParam);
+    bool onEditorKey(WPARAM key);
+    bool onEditorCharacter(WPARAM character);
+    void onDrop(HDROP drop);
+    void onContextMenu(LPARAM lParam);
     void onIdleTimer();
     void onClose();
     bool isBusy() const;
@@ -71,6 +84,8 @@ class Form1 : public Window {
     bool createParts();
     void createAccelerators();
     void measureScreen();
+    void showRecent(const RecentMenu& menu);
+    void followSelection();
     void bringForward();
     void showState(const ShellState& state);
     class Job;
@@ -83,6 +98,36 @@ class Form1 : public Window {
     void fileExit() { onClose(); }
     void editUndo() { documents_.undo(); }
     void editRedo() { documents_.redo(); }
+    void editCut();
+    void editCopy() { rtftext_.copy(); }
+    void editPaste();
+    void editDelete();
+    void selectAll();
+    void typeTab();
+    void toggleBold();
+    void toggleItalic();
+    void toggleUnderline();
+    void toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool));
+    void upperCase() { changeCase(LetterCase::Upper); }
+    void lowerCase() { changeCase(LetterCase::Lower); }
+    void changeCase(LetterCase to);
+    void alignLeft() { align(Alignment::Left); }
+    void alignCenter() { align(Alignment::Center); }
+    void alignRight() { align(Alignment::Right); }
+    void align(Alignment alignment);
+    void openFind();
+    void findAgain();
+    template <std::size_t Index>
+    void openRecent() {
+        documents_.openPath(Text(recent_.menu().entries[Index - 1].caption), true);
+    }
+    void cleanRecent();
+    template <Command Which>
+    void openShipped() {
+        openShipped(Which);
+    }
+    void openShipped(Command command);
+    void about();
     void keyDown() { changeKey(Direction::Down); }
     void keyUp() { changeKey(Direction::Up); }
     void useSharps() { useSpelling(Spelling::Sharps); }
@@ -98,6 +143,8 @@ class Form1 : public Window {
     Toolbar toolbar_;
     MenuBar menuBar_;
     Documents documents_;
+    RecentFiles recent_;
+    frmFind find_;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

@@ -59,7 +59,8 @@ class ProfileFiles {
     // At most `capacity` - 1 characters of the value.
     virtual Text read(TextView section, TextView key, TextView fallback, TextView file,
                       std::uint32_t capacity) = 0;
-    virtual void write(TextView section, TextView key, TextView value, TextView file) = 0;
+    // False when the file cannot be written.
+    virtual bool write(TextView section, TextView key, TextView value, TextView file) = 0;
 };
 
 // The per-user settings store.
@@ -97,6 +98,26 @@ class ProgramFolder {
     virtual std::optional<std::string> resource(TextView type, int id) = 0;
 };
 
+// What the system clipboard holds.
+class Clipboard {
+  public:
+    virtual ~Clipboard() = default;
+    virtual bool hasRichText() = 0;
+    virtual bool hasText() = 0;
+    // Bytes and characters as they stand there, up to the first NUL; text has whatever line ends
+    // its source wrote. Fails with a sentence, also for more than `limit` bytes.
+    virtual Result<std::string> richText(std::uint64_t limit) = 0;
+    virtual Result<Text> text(std::uint64_t limit) = 0;
+};
+
+// The programs that the system opens a file or page with.
+class ShellOpener {
+  public:
+    virtual ~ShellOpener() = default;
+    // Fails with a sentence.
+    virtual Result<Done> open(TextView target) = 0;
+};
+
 struct ScreenSize {
     int width = 0;  // device pixels
     int height = 0;
@@ -121,6 +142,8 @@ struct Services {
     ProgramFolder& program;
     Screen& screen;
     const AnsiCodec& ansi;
+    Clipboard& clipboard;
+    ShellOpener& shell;
 };
 
 // The word in every message box's title; the leading blank belongs to it.

@@ -30,8 +30,10 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32SystemSettings system;
     Win32ProgramFolder program;
     Win32Screen screen;
-    const Services services{files,  messages, dialogs, profiles,         settings,
-                            system, program,  screen,  systemAnsiCodec()};
+    Win32Clipboard clipboard;
+    Win32ShellOpener shell;
+    const Services services{files,   messages, dialogs,           profiles,  settings, system,
+                            program, screen,   systemAnsiCodec(), clipboard, shell};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.
@@ -41,5 +43,5 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     if (!form.load(textOf(commandLine), show))
         return form.hasEnded() ? 0 : 1;
     owner.window = form.handle();
-    return runMessageLoop(form.handle(), form.accelerators());
+    return runMessageLoop([&](MSG& message) { return form.translate(message); });
 }

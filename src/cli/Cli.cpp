@@ -5,6 +5,8 @@
 
 #include "chords/Chart.h"
 #include "cli/CliArguments.h"
+#include "find/TabExpansion.h"
+#include "find/TextSearch.h"
 
 namespace melvorin {
 
@@ -16,6 +18,8 @@ constexpr std::string_view helpText =
     "  melvorin-cli transpose (--up | --down) [--steps N] (--sharps | --flats)\n"
     "                         [--output FILE | --output-dir DIR] [FILE...]\n"
     "  melvorin-cli lines [FILE]\n"
+    "  melvorin-cli expand-tabs [FILE]\n"
+    "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case] [FILE]\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
     "\n"
@@ -31,6 +35,12 @@ constexpr std::string_view helpText =
     "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
     "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
     "right as column:chord; columns count from 0.\n"
+    "\n"
+    "expand-tabs turns every tab into blanks up to the next column that is a multiple\n"
+    "of 8. replace replaces TEXT as the editor's Replace All does:\n"
+    "  --word              only where neither a letter nor a digit stands beside it\n"
+    "  --case              only with the same capitals\n"
+    "Both write the chart to the standard output.\n"
     "\n"
     "Without FILE the chart is read from the standard input. Text is UTF-8, UTF-16\n"
     "with a byte-order mark, or else in the ANSI code page of the machine. A file may\n"
@@ -73,6 +83,24 @@ Result<Done> forEachPart(std::string_view bytes, TextEncoding encoding, const An
     return Result<Done>::success({});
 }
 
+// As rewriteBytes, for an edit that has to see the whole text.
+Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
+                                 const std::function<Text(const Text&)>& edit) {
+    const TextEncoding encoding = detectEncoding(bytes);
+    Text whole;
+    const Result<Done> read = forEachPart(bytes, encoding, ansi, [&](const Text& part) {
+        whole += part;
+        return true;
+    });
+    if (!read) {
+        return Result<std::string>::failure(read.cause);
+    }
+    const std::optional<std::string> written = encodePart(edit(whole), encoding, ansi);
+    return written
+               ? Result<std::string>::success(std::string(byteOrderMark(encoding)) + *written)
+               : Result<std::string>::failure(u"The new text does not fit the file's encoding.");
+}
+
 void describeLines(TextView chart, std::string& report) {
     ChartReader reader(chart);
     ChartLine line;
@@ -96,9 +124,13 @@ class Run {
 
     bool transposeAll();
     bool lines();
+    bool expandTabs();
+    bool replace();
     bool print(std::string_view bytes);
 
   private:
+    template <class Rewrite>
+    bool rewriteOne(Rewrite rewrite);
     bool transposeOne(const KeyChange& change, const Text* file);
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
@@ -149,6 +181,39 @@ bool Run::lines() {
             return true;
         });
     return described ? print(report) : cannotRead(file, described.cause);
+}
+
+bool Run::expandTabs() {
+    TabExpander expander;
+    return rewriteOne([&](std::string_view bytes) {
+        return rewriteBytes(bytes, ansi_, [&](const Text& part) {
+            Text expanded;
+            expander.append(part, expanded);
+            return expanded;
+        });
+    });
+}
+
+bool Run::replace() {
+    return rewriteOne([&](std::string_view bytes) {
+        return rewriteWhole(bytes, ansi_, [&](const Text& chart) {
+            GapText target(chart);
+            replaceAll(target, *request_.find, *request_.with, request_.findOptions,
+                       [] { return true; });
+            return target.text();
+        });
+    });
+}
+
+// For the commands that write one chart to the standard output.
+template <class Rewrite>
+bool Run::rewriteOne(Rewrite rewrite) {
+    const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
+    Result<std::string> chart = read(file);
+    if (chart) {
+        chart = rewrite(*chart.value);
+    }
+    return chart ? print(*chart.value) : cannotRead(file, chart.cause);
 }
 
 bool Run::cannotRead(const Text* file, TextView cause) {
@@ -225,6 +290,12 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             break;
         case Command::Lines:
             done = run.lines();
+            break;
+        case Command::ExpandTabs:
+            done = run.expandTabs();
+            break;
+        case Command::Replace:
+            done = run.replace();
             break;
     }
     return done ? 0 : 1;

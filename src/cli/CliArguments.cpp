@@ -52,12 +52,13 @@ class ArgumentParser {
     bool takeCommand();
     bool takeOption(const Text& argument);
     bool takeTransposeOption(const Text& name);
+    bool takeReplaceOption(const Text& name);
     bool takeSteps();
     // For the options that stand for a value: fails where another one has been given.
     template <class Value>
     bool choose(std::optional<Value>& place, Value value, const Text& name);
     // For the options that are followed by one, in the same argument behind "=" or in the next.
-    bool takeValue(std::optional<Text>& place, const Text& name);
+    bool takeValue(std::optional<Text>& place, const Text& name, bool mayBeEmpty = false);
     bool complete();
     bool completeTranspose();
     bool distinctNames();
@@ -104,6 +105,10 @@ bool ArgumentParser::takeCommand() {
         request_.command = Command::Transpose;
     } else if (command == u"lines") {
         request_.command = Command::Lines;
+    } else if (command == u"expand-tabs") {
+        request_.command = Command::ExpandTabs;
+    } else if (command == u"replace") {
+        request_.command = Command::Replace;
     } else if (command == u"--help") {
         request_.command = Command::Help;
     } else if (command == u"--version") {
@@ -123,9 +128,13 @@ bool ArgumentParser::takeOption(const Text& argument) {
     }
     if (name == u"--help" || name == u"--version") {
         request_.command = name == u"--help" ? Command::Help : Command::Version;
-    } else if (request_.command != Command::Transpose) {
+    } else if (request_.command == Command::Transpose) {
+        if (!takeTransposeOption(name)) {
+            return false;
+        }
+    } else if (request_.command != Command::Replace) {
         return fail(quoted(argument) + u" is not an option of this command");
-    } else if (!takeTransposeOption(name)) {
+    } else if (!takeReplaceOption(name)) {
         return false;
     }
     if (inlineValue_) {
@@ -159,6 +168,21 @@ bool ArgumentParser::takeTransposeOption(const Text& name) {
     return fail(quoted(name) + u" is not an option of transpose");
 }
 
+bool ArgumentParser::takeReplaceOption(const Text& name) {
+    if (name == u"--find") {
+        return takeValue(request_.find, name);
+    }
+    if (name == u"--with") {
+        return takeValue(request_.with, name, true);
+    }
+    if (name == u"--word" || name == u"--case") {
+        (name == u"--word" ? request_.findOptions.wholeWord : request_.findOptions.matchCase) =
+            true;
+        return true;
+    }
+    return fail(quoted(name) + u" is not an option of replace");
+}
+
 template <class Value>
 bool ArgumentParser::choose(std::optional<Value>& place, Value value, const Text& name) {
     if (place.value_or(value) != value) {
@@ -168,7 +192,7 @@ bool ArgumentParser::choose(std::optional<Value>& place, Value value, const Text
     return true;
 }
 
-bool ArgumentParser::takeValue(std::optional<Text>& place, const Text& name) {
+bool ArgumentParser::takeValue(std::optional<Text>& place, const Text& name, bool mayBeEmpty) {
     if (place) {
         return fail(quoted(name) + u" is given twice");
     }
@@ -177,7 +201,7 @@ bool ArgumentParser::takeValue(std::optional<Text>& place, const Text& name) {
     } else if (next_ < arguments_.size()) {
         place = arguments_[next_++];
     }
-    return place && !place->empty() ? true : fail(quoted(name) + u" needs a value");
+    return place && (mayBeEmpty || !place->empty()) ? true : fail(quoted(name) + u" needs a value");
 }
 
 bool ArgumentParser::takeSteps() {
@@ -204,10 +228,16 @@ bool ArgumentParser::complete() {
     switch (request_.command) {
         case Command::Transpose:
             return completeTranspose();
+        case Command::Replace:
+            if (!request_.find || !request_.with) {
+                return fail(u"replace needs --find and --with");
+            }
+            [[fallthrough]];
         case Command::Lines:
-            return request_.files.size() < 2
-                       ? true
-                       : fail(quoted(request_.files[1]) + u": lines takes one file");
+        case Command::ExpandTabs:
+            return request_.files.size() < 2 ? true
+                                             : fail(quoted(request_.files[1]) + u": " +
+                                                    arguments_[0] + u" takes one file");
         case Command::Help:
         case Command::Version:
             break;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/Editor.h"
 #include "app/Files.h"
 #include "app/Text.h"
 #include "chords/Transpose.h"
@@ -12,13 +13,17 @@ namespace melvorin {
 
 // A command line that makes sense.
 struct CliRequest {
-    enum class Command { Help, Version, Transpose, Lines };
+    enum class Command { Help, Version, Transpose, Lines, ExpandTabs, Replace };
 
     Command command = Command::Help;
     // Set for `transpose`.
     std::optional<Direction> direction;
     std::optional<Spelling> spelling;
     unsigned steps = 1;
+    // Set for `replace`.
+    std::optional<Text> find;
+    std::optional<Text> with;
+    FindOptions findOptions;
     // At most one of the two. With more than one file it is `outputFolder`.
     std::optional<Text> output;
     std::optional<Text> outputFolder;

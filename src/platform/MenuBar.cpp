@@ -3,29 +3,62 @@
 namespace melvorin {
 
 void MenuBar::build(std::span<const MenuEntry> entries) {
-    std::array<HMENU, static_cast<std::size_t>(Command::count)> submenus{};
+    entries_ = entries;
     bar_ = ::CreateMenu();
-    submenus[static_cast<std::size_t>(Command::none)] = bar_;
     for (const MenuEntry& entry : entries) {
-        if (entry.startsHidden)
-            continue;
-        const HMENU parent = submenus[static_cast<std::size_t>(entry.parent)];
+        const HMENU parent = entry.parent == Command::none ? bar_ : submenu(entry.parent);
         menus_[static_cast<std::size_t>(entry.item)] = parent;
-        MENUITEMINFOW info{};
-        info.cbSize = sizeof info;
-        info.fMask = MIIM_ID | MIIM_FTYPE | MIIM_STRING;
-        info.wID = idOf(entry.item);
-        Text caption(entry.caption);
-        info.dwTypeData = wideBuffer(caption);
-        if (entry.caption == u"-") {
-            info.fMask = MIIM_ID | MIIM_FTYPE;
-            info.fType = MFT_SEPARATOR;
-        } else if (entry.isSubmenu) {
-            info.fMask |= MIIM_SUBMENU;
-            info.hSubMenu = ::CreatePopupMenu();
-            submenus[static_cast<std::size_t>(entry.item)] = info.hSubMenu;
+        if (!entry.startsHidden)
+            insert(entry, static_cast<UINT>(::GetMenuItemCount(parent)));
+    }
+}
+
+void MenuBar::insert(const MenuEntry& entry, UINT position) {
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_ID | MIIM_FTYPE | MIIM_STRING;
+    info.wID = idOf(entry.item);
+    Text caption(entry.caption);
+    info.dwTypeData = wideBuffer(caption);
+    if (entry.caption == u"-") {
+        info.fMask = MIIM_ID | MIIM_FTYPE;
+        info.fType = MFT_SEPARATOR;
+    } else if (entry.isSubmenu) {
+        info.fMask |= MIIM_SUBMENU;
+        info.hSubMenu = ::CreatePopupMenu();
+    }
+    ::InsertMenuItemW(menuOf(entry.item), position, TRUE, &info);
+}
+
+HMENU MenuBar::submenu(Command item) const {
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_SUBMENU;
+    ::GetMenuItemInfoW(menuOf(item), idOf(item), FALSE, &info);
+    return info.hSubMenu;
+}
+
+bool MenuBar::isVisible(Command item) const {
+    return menuOf(item) != nullptr &&
+           ::GetMenuState(menuOf(item), idOf(item), MF_BYCOMMAND) != static_cast<UINT>(-1);
+}
+
+void MenuBar::show(Command item, bool visible) {
+    if (visible == isVisible(item))
+        return;
+    if (!visible) {
+        ::RemoveMenu(menuOf(item), idOf(item), MF_BYCOMMAND);
+        return;
+    }
+    // Behind the entries before it that are there.
+    UINT position = 0;
+    for (const MenuEntry& entry : entries_) {
+        if (entry.item == item) {
+            insert(entry, position);
+            return;
         }
-        ::InsertMenuItemW(parent, static_cast<UINT>(::GetMenuItemCount(parent)), TRUE, &info);
+        if (menuOf(entry.item) == menuOf(item) && isVisible(entry.item))
+            ++position;
     }
 }
 

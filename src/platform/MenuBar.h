@@ -11,10 +11,15 @@ namespace melvorin {
 
 class MenuBar {
   public:
-    // Builds the menus; entries that start hidden are left out. The bar belongs to the window it
-    // is given to, which destroys it.
+    // Builds the menus; entries that start hidden are left out until they are shown. The bar
+    // belongs to the window it is given to, which destroys it. `entries` outlive the object.
     void build(std::span<const MenuEntry> entries);
     HMENU bar() const { return bar_; }
+    // The menu that an entry opens; null if it opens none.
+    HMENU submenu(Command item) const;
+
+    void show(Command item, bool visible);
+    bool isVisible(Command item) const;
 
     void enable(Command item, bool enabled);
     bool isEnabled(Command item) const;
@@ -22,8 +27,10 @@ class MenuBar {
     Text caption(Command item) const;
 
   private:
+    void insert(const MenuEntry& entry, UINT position);
     HMENU menuOf(Command item) const { return menus_[static_cast<std::size_t>(item)]; }
 
+    std::span<const MenuEntry> entries_;
     HMENU bar_ = nullptr;
     // Per item, the menu that it stands in.
     std::array<HMENU, static_cast<std::size_t>(Command::count)> menus_{};

@@ -123,7 +123,7 @@ bool RichEdit::create(HWND parent, int id, TextView face, int points) {
 }
 
 // A control as the program wants it, empty, frozen and not yet placed.
-HWND RichEdit::createControl() const {
+HWND RichEdit::createControl() {
     const wchar_t* const windowClass = richEditClass();
     if (windowClass == nullptr)
         return nullptr;
@@ -136,6 +136,8 @@ HWND RichEdit::createControl() const {
                                            ::GetModuleHandleW(nullptr), nullptr);
     if (control == nullptr)
         return nullptr;
+    ::SetWindowSubclass(control, &RichEdit::filterInput, 0, reinterpret_cast<DWORD_PTR>(this));
+    ::DragAcceptFiles(control, TRUE);
     const auto set = [&](UINT message, WPARAM wParam, LPARAM lParam) {
         return ::SendMessageW(control, message, wParam, lParam);
     };
@@ -150,6 +152,22 @@ HWND RichEdit::createControl() const {
     if (background_)
         set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(*background_));
     return control;
+}
+
+LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                       UINT_PTR, DWORD_PTR self) {
+    const bool isInput = message == WM_KEYDOWN || message == WM_CHAR || message == WM_DROPFILES;
+    if (isInput) {
+        const RichEdit& editor = *reinterpret_cast<const RichEdit*>(self);
+        // No exception may run through the control.
+        try {
+            if (editor.inputFilter_ && editor.inputFilter_(message, wParam, lParam))
+                return 0;
+        } catch (const std::exception&) {
+            return 0;
+        }
+    }
+    return ::DefSubclassProc(window, message, wParam, lParam);
 }
 
 bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
@@ -350,6 +368,38 @@ void RichEdit::replaceSelection(TextView text) {
     send(EM_REPLACESEL, FALSE, lparamOf(wide(Text(text))));
 }
 
+void RichEdit::sendUndo() {
+    send(WM_UNDO);
+}
+
+void RichEdit::cut() {
+    send(WM_CUT);
+}
+void RichEdit::copy() {
+    send(WM_COPY);
+}
+void RichEdit::clear() {
+    send(WM_CLEAR);
+}
+
+void RichEdit::setTypingFormat(TextView face, int points) {
+    const SelectionStyle style = selectionStyle();
+    if (style.face == face && style.halfPoints == points * 2 && style.colour == Rgb{0, 0, 0})
+        return;
+    CHARFORMAT2W format = fontFormat(face, points);
+    format.dwMask |= CFM_COLOR;
+    format.crTextColor = RGB(0, 0, 0);
+    const LRESULT mask = send(EM_SETEVENTMASK, 0, 0);
+    applyToSelection(format);
+    send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(mask));
+}
+
+POINT RichEdit::pointOf(std::int32_t position) const {
+    POINTL point{};
+    send(EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&point), position);
+    return {point.x, point.y};
+}
+
 Text RichEdit::faceAt(std::int32_t position) {
     const Selection former = selection();
     select({position, position + 1});
@@ -392,14 +442,18 @@ void RichEdit::beginWork() {
 }
 
 void RichEdit::endWork() {
-    if (--work_ == 0)
-        thaw();
+    if (--work_ > 0)
+        return;
+    thaw();
+    SELCHANGE change{};
+    change.nmhdr = {handle_, static_cast<UINT_PTR>(id_), EN_SELCHANGE};
+    ::SendMessageW(parent_, WM_NOTIFY, static_cast<WPARAM>(id_), lparamOf(&change));
 }
 
 void RichEdit::thaw() const {
     send(WM_SETREDRAW, TRUE);
     ::InvalidateRect(handle_, nullptr, TRUE);
-    send(EM_SETEVENTMASK, 0, ENM_CHANGE);
+    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
 }
 
 Text RichEdit::textBetween(Selection range) const {

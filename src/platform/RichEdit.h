@@ -4,6 +4,7 @@
 // is off (the program keeps whole-document snapshots), so its undo message changes nothing.
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include <richedit.h>
@@ -25,11 +26,6 @@ struct SelectionStyle {
     std::optional<Alignment> alignment;
 };
 
-struct FindOptions {
-    bool matchCase = false;
-    bool wholeWord = false;
-};
-
 // A document is loaded into a fresh control, which then takes the old one's place: emptying a
 // control costs several times what filling one does (Wine), and a document that the control
 // refuses leaves the old one untouched. The handle changes with every load.
@@ -40,6 +36,11 @@ class RichEdit : public Editor {
     bool create(HWND parent, int id, TextView face, int points);
     // The control of the moment; ask again after a load.
     HWND handle() const { return handle_; }
+    // Gets key, character and drop messages before the control does; the control does not see
+    // those it returns true for. The parent hears EN_CHANGE as WM_COMMAND and EN_SELCHANGE as
+    // WM_NOTIFY, the latter also at the end of every piece of work.
+    using InputFilter = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam)>;
+    void setInputFilter(InputFilter filter) { inputFilter_ = std::move(filter); }
     void place(const RECT& rectangle);
 
     bool isEmpty() const override;
@@ -50,7 +51,11 @@ class RichEdit : public Editor {
     void setSelectionFont(TextView face, int points) override;
     void setSelectionColour(Rgb colour) override;
     void replaceSelection(TextView text) override;
+    bool replaceSelectionRtf(std::string_view rtf) override;
+    void sendUndo() override;
     Text faceAt(std::int32_t position) override;
+    std::optional<Selection> find(TextView what, std::int32_t from,
+                                  FindOptions options) const override;
     Selection selection() const override;
     void select(Selection selection) override;
     ScrollPosition scrollPosition() const override;
@@ -63,10 +68,17 @@ class RichEdit : public Editor {
     bool atWork() const { return work_ > 0; }
 
     Text textBetween(Selection range) const;
-    // Rich Text of the selection alone, and its replacement by Rich Text.
+    // Rich Text of the selection alone.
     std::string selectionRtf() const;
-    bool replaceSelectionRtf(std::string_view rtf);
     SelectionStyle selectionStyle() const;
+    // The standard edit messages.
+    void cut();
+    void copy();
+    void clear();
+    // Face, size and black for what is typed next, with no change event for it.
+    void setTypingFormat(TextView face, int points);
+    // Where a character stands, in pixels of the control.
+    POINT pointOf(std::int32_t position) const;
     void setBold(bool on);
     void setItalic(bool on);
     void setUnderline(bool on);
@@ -75,9 +87,6 @@ class RichEdit : public Editor {
     void setAlignment(Alignment alignment);
     // Colour behind the whole document; it is no part of the Rich Text.
     void setBackground(Rgb colour);
-
-    // First match at or after `from`, not selected; nothing when there is none.
-    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) const;
 
     std::int32_t lineCount() const;
     std::int32_t lineOf(std::int32_t position) const;
@@ -92,12 +101,15 @@ class RichEdit : public Editor {
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
     std::string streamOut(WPARAM format) const;
-    HWND createControl() const;
+    HWND createControl();
+    static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR id, DWORD_PTR self);
     void applyPlace() const;
     void thaw() const;
     // False when the control does not take the bytes; the old one then stays.
     bool fillFresh(WPARAM format, std::string_view bytes);
 
+    InputFilter inputFilter_;
     HWND handle_ = nullptr;  // owned by the parent window
     HWND parent_ = nullptr;
     int id_ = 0;

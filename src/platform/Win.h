@@ -4,6 +4,7 @@
 #include <windows.h>
 // Common controls and the rest need windows.h first.
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include "app/Text.h"
 

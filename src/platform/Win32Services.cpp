@@ -2,6 +2,9 @@
 
 #include <commdlg.h>
 
+#include <algorithm>
+
+#include "app/DocumentFile.h"
 #include "app/Paths.h"
 #include "platform/Handles.h"
 
@@ -104,7 +107,7 @@ Text Win32ProfileFiles::read(TextView section, TextView key, TextView fallback, 
     return value;
 }
 
-void Win32ProfileFiles::write(TextView section, TextView key, TextView value, TextView file) {
+bool Win32ProfileFiles::write(TextView section, TextView key, TextView value, TextView file) {
     // A new file is begun as UTF-16, so that paths in any script survive; the profile functions
     // keep the encoding that they find.
     const bool isBare = folderPart(file).empty();
@@ -122,8 +125,8 @@ void Win32ProfileFiles::write(TextView section, TextView key, TextView value, Te
         ::WriteFile(created.get(), mark, sizeof mark, &done, nullptr);
     }
     created.close();
-    ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
-                                 wide(Text(file)));
+    return ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
+                                        wide(Text(file))) != 0;
 }
 
 void RegistrySettingsStore::write(TextView application, TextView section, TextView key,
@@ -228,6 +231,89 @@ std::optional<std::string> Win32ProgramFolder::resource(TextView type, int id) {
     if (bytes == nullptr)
         return std::nullopt;
     return std::string(static_cast<const char*>(bytes), ::SizeofResource(nullptr, found));
+}
+
+// ---- Clipboard --------------------------------------------------------------------------------
+
+namespace {
+
+UINT richTextFormat() {
+    static const UINT format = ::RegisterClipboardFormatW(L"Rich Text Format");
+    return format;
+}
+
+// Another program may have the clipboard open for a moment.
+class OpenClipboardScope {
+  public:
+    OpenClipboardScope() {
+        constexpr int attempts = 20;
+        constexpr DWORD pauseMs = 10;
+        for (int i = 0; i < attempts && !(isOpen_ = ::OpenClipboard(nullptr) != 0); ++i)
+            ::Sleep(pauseMs);
+    }
+    OpenClipboardScope(const OpenClipboardScope&) = delete;
+    OpenClipboardScope& operator=(const OpenClipboardScope&) = delete;
+    ~OpenClipboardScope() {
+        if (isOpen_)
+            ::CloseClipboard();
+    }
+    explicit operator bool() const { return isOpen_; }
+
+  private:
+    bool isOpen_ = false;
+};
+
+// The characters of a clipboard format up to the first NUL.
+template <class Char>
+Result<std::basic_string<Char>> clipboardData(UINT format, std::uint64_t limit) {
+    using Data = std::basic_string<Char>;
+    const OpenClipboardScope clipboard;
+    if (!clipboard)
+        return Result<Data>::failure(u"Another program is using the clipboard.");
+    const HANDLE data = ::GetClipboardData(format);
+    const std::size_t bytes = data == nullptr ? 0 : ::GlobalSize(data);
+    if (bytes > limit)
+        return Result<Data>::failure(u"It is too large (" + sizeInWords(bytes) + u"); at most " +
+                                     sizeInWords(limit) + u" can be pasted at once.");
+    const void* const start = data == nullptr ? nullptr : ::GlobalLock(data);
+    if (start == nullptr)
+        return Result<Data>::failure(u"It is no longer there.");
+    const auto* const first = static_cast<const Char*>(start);
+    const Char* const end = std::find(first, first + bytes / sizeof(Char), Char{});
+    Data copy(first, end);
+    ::GlobalUnlock(data);
+    return Result<Data>::success(std::move(copy));
+}
+
+}  // namespace
+
+bool Win32Clipboard::hasRichText() {
+    return ::IsClipboardFormatAvailable(richTextFormat()) != 0;
+}
+
+bool Win32Clipboard::hasText() {
+    return ::IsClipboardFormatAvailable(CF_UNICODETEXT) != 0;
+}
+
+Result<std::string> Win32Clipboard::richText(std::uint64_t limit) {
+    return clipboardData<char>(richTextFormat(), limit);
+}
+
+Result<Text> Win32Clipboard::text(std::uint64_t limit) {
+    return clipboardData<char16_t>(CF_UNICODETEXT, limit);
+}
+
+// ---- Shell ------------------------------------------------------------------------------------
+
+Result<Done> Win32ShellOpener::open(TextView target) {
+    const auto code = reinterpret_cast<INT_PTR>(
+        ::ShellExecuteW(nullptr, L"open", wide(Text(target)), nullptr, nullptr, SW_SHOWNORMAL));
+    if (code > 32)
+        return Result<Done>::success({});
+    if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND)
+        return Result<Done>::failure(u"The file was not found.");
+    return Result<Done>::failure(code == SE_ERR_NOASSOC ? u"No program is set up to show it."
+                                                        : u"Windows could not open it.");
 }
 
 ScreenSize Win32Screen::size() {

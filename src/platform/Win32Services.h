@@ -36,7 +36,7 @@ class Win32ProfileFiles : public ProfileFiles {
   public:
     Text read(TextView section, TextView key, TextView fallback, TextView file,
               std::uint32_t capacity) override;
-    void write(TextView section, TextView key, TextView value, TextView file) override;
+    bool write(TextView section, TextView key, TextView value, TextView file) override;
 };
 
 // HKEY_CURRENT_USER\Software\<application>\<section>.
@@ -62,6 +62,19 @@ class Win32ProgramFolder : public ProgramFolder {
     bool writeWithAttributes(TextView path, std::string_view bytes,
                              std::uint32_t attributes) override;
     std::optional<std::string> resource(TextView type, int id) override;
+};
+
+class Win32Clipboard : public Clipboard {
+  public:
+    bool hasRichText() override;
+    bool hasText() override;
+    Result<std::string> richText(std::uint64_t limit) override;
+    Result<Text> text(std::uint64_t limit) override;
+};
+
+class Win32ShellOpener : public ShellOpener {
+  public:
+    Result<Done> open(TextView target) override;
 };
 
 class Win32Screen : public Screen {

@@ -158,11 +158,10 @@ void centreOver(HWND window, HWND owner) {
     ::SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-int runMessageLoop(HWND acceleratorWindow, HACCEL accelerators) {
+int runMessageLoop(const std::function<bool(MSG&)>& translate) {
     MSG message{};
     while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if (accelerators != nullptr &&
-            ::TranslateAcceleratorW(acceleratorWindow, accelerators, &message))
+        if (translate(message))
             continue;
         ::TranslateMessage(&message);
         ::DispatchMessageW(&message);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 
 #include "platform/Win.h"
 
@@ -85,8 +86,8 @@ HFONT uiFont();
 // Centres `window` over `owner`, kept inside the work area of the owner's monitor.
 void centreOver(HWND window, HWND owner);
 
-// Reads messages until WM_QUIT, whose value it returns. Keyboard
-// accelerators of `acceleratorWindow` are translated where a table is given.
-int runMessageLoop(HWND acceleratorWindow, HACCEL accelerators);
+// Reads messages until WM_QUIT, whose value it returns. `translate` sees each message first and
+// returns true for those that it has dealt with.
+int runMessageLoop(const std::function<bool(MSG&)>& translate);
 
 }  // namespace melvorin

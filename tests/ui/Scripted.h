@@ -99,9 +99,13 @@ class ScriptedProfiles : public ProfileFiles {
         value.resize(std::min<std::size_t>(value.size(), capacity - 1));
         return value;
     }
-    void write(TextView section, TextView key, TextView value, TextView file) override {
-        values[{Text(file), Text(section), Text(key)}] = value;
+    bool write(TextView section, TextView key, TextView value, TextView file) override {
+        if (writable)
+            values[{Text(file), Text(section), Text(key)}] = value;
+        return writable;
     }
+
+    bool writable = true;
 
     std::map<std::tuple<Text, Text, Text>, Text> values;
 };
@@ -157,6 +161,40 @@ class ScriptedProgram : public ProgramFolder {
     std::set<Text> present;
     std::map<Text, std::pair<std::string, std::uint32_t>> written;
     bool hasResource = true;
+};
+
+class ScriptedClipboard : public Clipboard {
+  public:
+    bool hasRichText() override { return rich.has_value(); }
+    bool hasText() override { return plain.has_value(); }
+    Result<std::string> richText(std::uint64_t limit) override { return get(rich, limit); }
+    Result<Text> text(std::uint64_t limit) override { return get(plain, limit); }
+
+    std::optional<std::string> rich;
+    std::optional<Text> plain;
+    bool vanishes = false;  // between the query and the reading
+
+  private:
+    template <class Data>
+    Result<Data> get(const std::optional<Data>& data, std::uint64_t limit) const {
+        if (!data || vanishes)
+            return Result<Data>::failure(u"It is no longer there.");
+        if (data->size() * sizeof(typename Data::value_type) > limit)
+            return Result<Data>::failure(u"It is too large.");
+        return Result<Data>::success(*data);
+    }
+};
+
+class RecordedShell : public ShellOpener {
+  public:
+    Result<Done> open(TextView target) override {
+        opened.push_back(shown(target));
+        return works ? Result<Done>::success({})
+                     : Result<Done>::failure(u"The file was not found.");
+    }
+
+    bool works = true;
+    std::vector<std::string> opened;
 };
 
 class ScriptedScreen : public Screen {
@@ -276,7 +314,7 @@ class Program {
     void pump() {
         MSG message{};
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            if (form && ::TranslateAcceleratorW(form->handle(), form->accelerators(), &message))
+            if (form && form->translate(message))
                 continue;
             ::TranslateMessage(&message);
             ::DispatchMessageW(&message);
@@ -314,8 +352,10 @@ class Program {
     ScriptedSystem system;
     ScriptedProgram program;
     ScriptedScreen screen;
-    Services services{files,  messages, dialogs, profiles,         settings,
-                      system, program,  screen,  systemAnsiCodec()};
+    ScriptedClipboard clipboard;
+    RecordedShell shell;
+    Services services{files,   messages, dialogs,           profiles,  settings, system,
+                      program, screen,   systemAnsiCodec(), clipboard, shell};
     std::unique_ptr<Form1> form;
     bool ended = false;
 };

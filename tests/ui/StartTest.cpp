@@ -104,9 +104,10 @@ TEST(Start, EveryStepFailsOnItsOwn) {
     for (const bool systemFails : {false, true}) {
         SystemSettings& chosen = systemFails ? static_cast<SystemSettings&>(system)
                                              : static_cast<SystemSettings&>(program.system);
-        const Services services{program.files,    program.messages, program.dialogs,
-                                program.profiles, program.settings, chosen,
-                                folder,           program.screen,   systemAnsiCodec()};
+        const Services services{
+            program.files, program.messages, program.dialogs, program.profiles,  program.settings,
+            chosen,        folder,           program.screen,  systemAnsiCodec(), program.clipboard,
+            program.shell};
         Form1 form(services, [] {});
         ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
         program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });

@@ -1,0 +1,163 @@
+#include "app/EditCommands.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "app/LetterCase.h"
+#include "app/ProgramSettings.h"
+#include "app/RtfCheck.h"
+#include "app/RtfMap.h"
+#include "app/RtfRepair.h"
+#include "chords/DocumentKey.h"
+
+namespace melvorin {
+namespace {
+
+// Up to here single edits of the control are faster than loading the document anew.
+constexpr std::size_t kFewLetters = 200;
+
+bool tell(MessageBoxes& messages, TextView text) {
+    messages.show(text, kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+    return false;
+}
+
+// Only what was found sound reaches the control. Nothing where there is none of that.
+std::optional<std::string> soundRichText(Clipboard& clipboard) {
+    if (!clipboard.hasRichText())
+        return std::nullopt;
+    const Result<std::string> bytes = clipboard.richText(kLargestPaste);
+    if (!bytes)
+        return std::nullopt;
+    RtfVerdict verdict = checkRtf(*bytes.value);
+    if (verdict.kind != RtfVerdict::Kind::Ok)
+        return std::nullopt;
+    // A control that has lost characters on the way out may have put the plain text beside.
+    const Result<Text> text = clipboard.text(kLargestPaste);
+    return text ? withLostCharacters(std::move(verdict.document), toEditorText(*text.value).chars)
+                : std::move(verdict.document);
+}
+
+void receive(Editor& editor, TextView face) {
+    setIncomingFormat(editor, face);
+    editor.sendUndo();
+}
+
+}  // namespace
+
+void setIncomingFormat(Editor& editor, TextView face) {
+    editor.setSelectionFont(face, kEditorFontPoints);
+    editor.setSelectionColour({0, 0, 0});
+}
+
+std::size_t columnOfSelection(const Editor& editor) {
+    const auto begin = static_cast<std::size_t>(editor.selection().begin);
+    const Text text = editor.text().chars;
+    const TextView before = TextView(text).substr(0, std::min(begin, text.size()));
+    const std::size_t lineEnd = before.find_last_of(u"\r\v");
+    return lineEnd == TextView::npos ? before.size() : before.size() - lineEnd - 1;
+}
+
+bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
+                    const ExpandTabs& expand) {
+    // All of it is in hand before the document is touched, whatever the clipboard does meanwhile.
+    if (const std::optional<std::string> rtf = soundRichText(clipboard)) {
+        const EditorWork work(editor);
+        receive(editor, face);
+        if (editor.replaceSelectionRtf(*rtf))
+            return true;
+    }
+    if (!clipboard.hasText())
+        return tell(messages, u"The clipboard holds no text that could be pasted.");
+    Result<Text> plain = clipboard.text(kLargestPaste);
+    if (!plain)
+        return tell(messages, u"The text on the clipboard cannot be pasted.\r\n\r\n" + plain.cause);
+    const std::optional<Text> text =
+        expand(toEditorText(*plain.value).chars, columnOfSelection(editor));
+    if (!text)
+        return false;
+    const EditorWork work(editor);
+    receive(editor, face);
+    editor.replaceSelection(*text);
+    return true;
+}
+
+// ---- Case -------------------------------------------------------------------------------------
+
+namespace {
+
+struct Letter {
+    std::size_t position;
+    char16_t becomes;
+};
+
+std::vector<Letter> lettersToChange(TextView text, Selection range, LetterCase to) {
+    std::vector<Letter> letters;
+    for (auto at = static_cast<std::size_t>(range.begin);
+         at < std::min(static_cast<std::size_t>(range.end), text.size()); ++at) {
+        const char16_t c = text[at];
+        const char16_t changed = to == LetterCase::Upper ? upperCaseOf(c) : lowerCaseOf(c);
+        if (changed != c)
+            letters.push_back({at, changed});
+    }
+    return letters;
+}
+
+void editLetters(Editor& editor, const std::vector<Letter>& letters) {
+    for (const Letter& letter : letters) {
+        const auto position = static_cast<std::int32_t>(letter.position);
+        editor.select({position, position + 1});
+        editor.replaceSelection({&letter.becomes, 1});
+    }
+}
+
+// One part per run of letters that stand side by side.
+std::vector<LineRewrite> rewritesOf(const std::vector<Letter>& letters) {
+    std::vector<LineRewrite> parts;
+    for (const Letter& letter : letters) {
+        if (parts.empty() || parts.back().start + parts.back().length != letter.position)
+            parts.push_back({letter.position, 0, {}, {}, {}});
+        LineRewrite& part = parts.back();
+        part.source.push_back(static_cast<std::uint32_t>(part.length++));
+        part.text += letter.becomes;
+        part.keepColour.push_back(true);
+    }
+    return parts;
+}
+
+bool loadConverted(Editor& editor, const std::string& rtf, const RtfMap& map,
+                   const std::vector<Letter>& letters) {
+    Text expected(map.text());
+    for (const Letter& letter : letters)
+        expected[letter.position] = letter.becomes;
+    if (editor.loadRtf(map.rewrite(rewritesOf(letters), {})) && editor.text().chars == expected)
+        return true;
+    editor.loadRtf(rtf);
+    return false;
+}
+
+}  // namespace
+
+void convertCase(Editor& editor, LetterCase to) {
+    const Selection selection = editor.selection();
+    const Text text = editor.text().chars;
+    std::vector<Letter> letters = lettersToChange(text, selection, to);
+    const std::string rtf = editor.rtf();
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
+    if (map && map->text() != text)
+        map.reset();
+
+    const EditorWork work(editor);
+    const ScrollPosition scroll = editor.scrollPosition();
+    std::erase_if(letters, [&](const Letter& letter) {
+        return map ? isDiagramFace(map->fontNameAt(letter.position))
+                   : isDiagramFace(editor.faceAt(static_cast<std::int32_t>(letter.position)));
+    });
+    const bool loaded =
+        map && letters.size() > kFewLetters && loadConverted(editor, rtf, *map, letters);
+    if (!loaded)
+        editLetters(editor, letters);
+    editor.select(selection);
+    editor.scrollTo(scroll);
+}
+
+}  // namespace melvorin

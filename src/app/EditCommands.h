@@ -1,0 +1,38 @@
+// Commands on the editor's selection that are more than one message to it.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "app/Editor.h"
+#include "app/Services.h"
+
+namespace melvorin {
+
+// Gives the selection, or what is typed next, the format of text that comes in: the editor's face,
+// its usual size, black.
+void setIncomingFormat(Editor& editor, TextView face);
+
+// Characters between the start of the selection's line and the selection; a soft line break starts
+// a line too.
+std::size_t columnOfSelection(const Editor& editor);
+
+// More than this many bytes are not pasted: the control needs some fifty times as many for them.
+inline constexpr std::uint64_t kLargestPaste = 8u << 20;
+
+// Expands the tabs of a text whose first line starts at a column; nothing when the user gave up.
+using ExpandTabs = std::function<std::optional<Text>(Text text, std::size_t startColumn)>;
+
+// Replaces the selection by what the clipboard holds: Rich Text as it is, plain text in the given
+// face with blanks for its tabs. Where nothing can be pasted the user is told and the document is
+// as it was. True when the document was changed.
+bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
+                    const ExpandTabs& expand);
+
+enum class LetterCase { Upper, Lower };
+
+// Converts the selected letters, which stay selected. Formats stay; characters in a diagram font
+// are pictures and stay as they are.
+void convertCase(Editor& editor, LetterCase to);
+
+}  // namespace melvorin

@@ -1,0 +1,209 @@
+// The main window's commands on text, and the keys of its editor.
+#include <windowsx.h>
+
+#include "app/EditCommands.h"
+#include "app/Form1.h"
+#include "app/Paths.h"
+#include "app/ProgramSettings.h"
+#include "app/ShippedPages.h"
+#include "find/TabExpansion.h"
+
+namespace melvorin {
+
+// ---- Keys of the editor -----------------------------------------------------------------------
+
+bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_KEYDOWN:
+            return onEditorKey(wParam);
+        case WM_CHAR:
+            return onEditorCharacter(wParam);
+        default:
+            ::SendMessageW(handle(), message, wParam, lParam);
+            return true;
+    }
+}
+
+// Keys that the control would answer in a way of its own.
+bool Form1::onEditorKey(WPARAM key) {
+    const auto isDown = [](int name) { return ::GetKeyState(name) < 0; };
+    const bool control = isDown(VK_CONTROL) && !isDown(VK_MENU);
+    const bool shift = isDown(VK_SHIFT) && !isDown(VK_MENU);
+    const auto runs = [&](Command command) {
+        ::SendMessageW(handle(), WM_COMMAND, idOf(command), 0);
+        return true;
+    };
+    if (key == VK_INSERT && control)
+        return runs(Command::mnuEditCopy);
+    if (key == VK_INSERT && shift)
+        return runs(Command::mnuEditPaste);
+    if (key == VK_DELETE && shift)
+        return runs(Command::mnuEditCut);
+    // These two come as characters too, which run the commands.
+    return control && (key == 'A' || key == 'V');
+}
+
+bool Form1::onEditorCharacter(WPARAM character) {
+    constexpr WPARAM ctrlA = 1;
+    constexpr WPARAM ctrlF = 6;
+    constexpr WPARAM ctrlV = 22;
+    const auto runs = [&](Command command) {
+        ::SendMessageW(handle(), WM_COMMAND, idOf(command), 0);
+        return true;
+    };
+    switch (character) {
+        case ctrlA:
+            return runs(Command::mnuSelectAll);
+        case ctrlF:
+            return runs(Command::mnuFind);
+        case ctrlV:
+            return runs(Command::mnuEditPaste);
+        default:
+            break;
+    }
+    const bool inserts = character >= u' ' || character == u'\r' || character == u'\t';
+    if (!inserts)
+        return false;
+    // What is typed is in the editor's font, unless the user is at work with formatted text.
+    if (!services_.clipboard.hasRichText())
+        rtftext_.setTypingFormat(editorFontFace(services_), kEditorFontPoints);
+    if (character != u'\t')
+        return false;
+    typeTab();
+    return true;
+}
+
+// A tab would move with the font; blanks keep chords over their words.
+void Form1::typeTab() {
+    if (::GetKeyState(VK_SHIFT) >= 0)
+        rtftext_.replaceSelection(expandTabs(u"\t", columnOfSelection(rtftext_)));
+}
+
+void Form1::onDrop(HDROP drop) {
+    Text path(32768, u'\0');
+    path.resize(::DragQueryFileW(drop, 0, wideBuffer(path), static_cast<UINT>(path.size())));
+    ::DragFinish(drop);
+    if (!path.empty() && !isBusy())
+        documents_.openPath(path, true);
+}
+
+void Form1::onContextMenu(LPARAM lParam) {
+    POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    if (lParam == -1) {  // from the keyboard: at the caret
+        point = rtftext_.pointOf(rtftext_.selection().end);
+        ::ClientToScreen(rtftext_.handle(), &point);
+    }
+    RECT editor{};
+    ::GetWindowRect(rtftext_.handle(), &editor);
+    if (::PtInRect(&editor, point))
+        ::TrackPopupMenu(menuBar_.submenu(Command::mnuEdit), TPM_LEFTALIGN | TPM_TOPALIGN, point.x,
+                         point.y, 0, handle(), nullptr);
+}
+
+// ---- Commands ---------------------------------------------------------------------------------
+
+void Form1::editCut() {
+    {
+        const EditorWork work(rtftext_);
+        rtftext_.cut();
+    }
+    documents_.changed();
+}
+
+void Form1::editDelete() {
+    {
+        const EditorWork work(rtftext_);
+        rtftext_.clear();
+    }
+    documents_.changed();
+}
+
+void Form1::editPaste() {
+    const auto expand = [this](Text text, std::size_t startColumn) {
+        return FrmTxt().convert(handle(), std::move(text), startColumn);
+    };
+    const CursorScope hourglass(IDC_WAIT);
+    if (!pasteClipboard(rtftext_, services_.clipboard, services_.messages,
+                        editorFontFace(services_), expand))
+        return;
+    rtftext_.scrollCaretIntoView();
+    documents_.changed();
+}
+
+void Form1::selectAll() {
+    rtftext_.select({0, static_cast<std::int32_t>(rtftext_.text().chars.size())});
+}
+
+// What is mixed becomes all set.
+void Form1::toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool)) {
+    {
+        const EditorWork work(rtftext_);
+        (rtftext_.*set)(rtftext_.selectionStyle().*attribute != true);
+    }
+    documents_.changed();
+}
+
+void Form1::toggleBold() {
+    toggle(&SelectionStyle::bold, &RichEdit::setBold);
+}
+void Form1::toggleItalic() {
+    toggle(&SelectionStyle::italic, &RichEdit::setItalic);
+}
+void Form1::toggleUnderline() {
+    toggle(&SelectionStyle::underline, &RichEdit::setUnderline);
+}
+
+void Form1::changeCase(LetterCase to) {
+    convertCase(rtftext_, to);
+    documents_.changed();
+}
+
+void Form1::align(Alignment alignment) {
+    {
+        const EditorWork work(rtftext_);
+        rtftext_.setAlignment(alignment);
+    }
+    documents_.changed();
+}
+
+// Text selected within a line is what the user wants to find.
+void Form1::openFind() {
+    const Text selected = rtftext_.textBetween(rtftext_.selection());
+    const bool isInLine = selected.find_first_of(u"\r\v") == Text::npos;
+    find_.open(handle(), isInLine ? TextView(selected) : TextView());
+}
+
+void Form1::findAgain() {
+    if (!find_.findNext())
+        openFind();
+}
+
+void Form1::cleanRecent() {
+    if (!recent_.clean())
+        reportFailure(
+            services_.messages,
+            u"The list of recent files cannot be cleaned: its file \"Melvorin.INI\" in the "
+            u"Windows folder cannot be written.");
+}
+
+// A page that is missing does not keep the example from opening, nor the other way round.
+void Form1::openShipped(Command command) {
+    const std::optional<ShippedPages> pages = pagesOf(command);
+    const Text folder = services_.program.folder();
+    if (!pages->document.empty() && !documents_.openExample(joinPath(folder, pages->document)))
+        return;
+    const Text page = joinPath(folder, pages->page);
+    const Result<Done> opened = services_.shell.open(page);
+    if (!opened)
+        reportFailure(services_.messages,
+                      u"Melvorin cannot open \"" + page + u"\".\r\n\r\n" + opened.cause);
+}
+
+void Form1::about() {
+    services_.messages.show(
+        u"Melvorin " + fromUtf8(MELVORIN_VERSION) +
+            u"\r\n\r\nAn editor for chord charts: words with the chords above them.",
+        u"About Melvorin", MessageIcon::Information, MessageButtons::Ok);
+}
+
+}  // namespace melvorin

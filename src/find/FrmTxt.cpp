@@ -1,0 +1,80 @@
+#include "find/FrmTxt.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace melvorin {
+namespace {
+
+constexpr UINT_PTR kTimer1 = 1;
+constexpr std::size_t kSlice = std::size_t{256} << 10;
+// Pixels at 96 dpi.
+constexpr int kMargin = 12;
+constexpr int kBarWidth = 260;
+constexpr int kBarHeight = 18;
+
+}  // namespace
+
+std::optional<Text> FrmTxt::convert(HWND owner, Text text, std::size_t startColumn) {
+    if (text.size() < kLongText || !createWindow(owner))
+        return expandTabs(text, startColumn);
+    txtPad_ = std::move(text);
+    expanded_.clear();
+    expanded_.reserve(txtPad_.size());
+    done_ = 0;
+    expander_ = TabExpander(startColumn);
+    ::SetTimer(handle(), kTimer1, 1, nullptr);
+    runModal(owner);
+    const bool whole = done_ == txtPad_.size();
+    txtPad_ = {};
+    return whole ? std::optional(std::exchange(expanded_, {})) : std::nullopt;
+}
+
+bool FrmTxt::createWindow(HWND owner) {
+    const int margin = scaled(kMargin);
+    RECT frame{0, 0, scaled(kBarWidth) + 2 * margin, scaled(kBarHeight) + 2 * margin};
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
+    WindowSpec spec;
+    spec.className = L"MelvorinFrmTxt";
+    spec.caption = L"Turning Tabs into Blanks";
+    spec.style = style;
+    spec.extendedStyle = WS_EX_DLGMODALFRAME;
+    spec.width = static_cast<int>(frame.right - frame.left);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    ProgressBar1_ = ::CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | WS_VISIBLE, margin,
+                                      margin, scaled(kBarWidth), scaled(kBarHeight), handle(),
+                                      nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    centreOver(handle(), owner);
+    return true;
+}
+
+LRESULT FrmTxt::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_TIMER:
+            onTimer1();
+            return 0;
+        case WM_COMMAND:
+            if (LOWORD(wParam) == IDCANCEL)
+                endModal();
+            return 0;
+        case WM_CLOSE:
+            endModal();
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+void FrmTxt::onTimer1() {
+    expander_.append(TextView(txtPad_).substr(done_, kSlice), expanded_);
+    done_ = std::min(done_ + kSlice, txtPad_.size());
+    ::SendMessageW(ProgressBar1_, PBM_SETPOS, done_ * 100 / txtPad_.size(), 0);
+    if (done_ == txtPad_.size())
+        endModal();
+}
+
+}  // namespace melvorin

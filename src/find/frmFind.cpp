@@ -1,0 +1,300 @@
+#include "find/frmFind.h"
+
+#include <algorithm>
+
+namespace melvorin {
+namespace {
+
+enum ControlId { kFindme = 101, kReplaceme, kChWord, kChCase, kFindNext, kReplace, kReplaceAll };
+
+// Pixels at 96 dpi: one spacing for everything.
+constexpr int kMargin = 12;
+constexpr int kGap = 8;
+constexpr int kLabelWidth = 84;
+constexpr int kBoxWidth = 270;
+constexpr int kBoxHeight = 24;
+constexpr int kListHeight = 200;
+constexpr int kButtonWidth = 96;
+constexpr int kButtonHeight = 26;
+constexpr int kCheckHeight = 20;
+
+bool isInput(UINT message) {
+    return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
+           (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
+           (message >= WM_NCMOUSEMOVE && message <= WM_NCXBUTTONDBLCLK);
+}
+
+Text windowText(HWND window) {
+    Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(static_cast<std::size_t>(
+        ::GetWindowTextW(window, wideBuffer(text), static_cast<int>(text.size()))));
+    return text;
+}
+
+}  // namespace
+
+frmFind::frmFind(RichEdit& rtftext, MessageBoxes& messages, std::function<void()> changed)
+    : rtftext_(rtftext),
+      messages_(messages),
+      finder_(rtftext, messages, std::move(changed), [this] { ::SetFocus(rtftext_.handle()); }) {}
+
+Text frmFind::HistoryBox::text() const {
+    return windowText(window);
+}
+
+void frmFind::HistoryBox::remember(TextView text) {
+    // The list box compares without case, so the comparison is made here.
+    if (std::find(items.begin(), items.end(), text) != items.end())
+        return;
+    items.emplace_back(text);
+    ::SendMessageW(window, CB_ADDSTRING, 0, lparamOf(wide(items.back())));
+}
+
+// ---- The window -------------------------------------------------------------------------------
+
+bool frmFind::open(HWND owner, TextView what) {
+    if (!isOpen()) {
+        const int width = kMargin + kLabelWidth + kGap + kBoxWidth + kGap + kButtonWidth + kMargin;
+        const int height = 2 * kMargin + 4 * kButtonHeight + 3 * kGap;
+        RECT frame{0, 0, scaled(width), scaled(height)};
+        constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+        ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
+        WindowSpec spec;
+        spec.className = L"MelvorinfrmFind";
+        spec.caption = L"Find and Replace";
+        spec.style = style;
+        spec.extendedStyle = WS_EX_DLGMODALFRAME;
+        spec.width = static_cast<int>(frame.right - frame.left);
+        spec.height = static_cast<int>(frame.bottom - frame.top);
+        spec.parent = owner;
+        if (!create(spec))
+            return false;
+        createControls();
+        centreOver(handle(), owner);
+        ::ShowWindow(handle(), SW_SHOW);
+    }
+    if (!what.empty()) {
+        ::SetWindowTextW(Findme_.window, wide(Text(what)));
+        enableActions(what);
+    }
+    ::SetActiveWindow(handle());
+    ::SetFocus(Findme_.window);
+    ::SendMessageW(Findme_.window, CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
+    return true;
+}
+
+HWND frmFind::addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                         const RECT& place) {
+    const HWND control = ::CreateWindowExW(
+        0, className, text, WS_CHILD | WS_VISIBLE | style, scaled(static_cast<int>(place.left)),
+        scaled(static_cast<int>(place.top)), scaled(static_cast<int>(place.right - place.left)),
+        scaled(static_cast<int>(place.bottom - place.top)), handle(),
+        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    return control;
+}
+
+void frmFind::createControls() {
+    constexpr int boxLeft = kMargin + kLabelWidth + kGap;
+    constexpr int firstRow = kMargin;
+    constexpr int secondRow = firstRow + kButtonHeight + kGap;
+    constexpr int checkRow = secondRow + kButtonHeight + kGap;
+    const auto label = [&](const wchar_t* text, int top) {
+        addControl(L"STATIC", text, SS_CENTERIMAGE, -1,
+                   {kMargin, top, kMargin + kLabelWidth, top + kBoxHeight});
+    };
+    const auto box = [&](int id, int top) {
+        return addControl(L"COMBOBOX", L"",
+                          WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, id,
+                          {boxLeft, top, boxLeft + kBoxWidth, top + kListHeight});
+    };
+    const auto check = [&](const wchar_t* text, int id, int top) {
+        return addControl(L"BUTTON", text, WS_TABSTOP | BS_AUTOCHECKBOX, id,
+                          {boxLeft, top, boxLeft + kBoxWidth, top + kCheckHeight});
+    };
+    int top = firstRow;
+    const auto button = [&](const wchar_t* text, int id, DWORD style) {
+        constexpr int left = boxLeft + kBoxWidth + kGap;
+        const HWND control = addControl(L"BUTTON", text, WS_TABSTOP | style, id,
+                                        {left, top, left + kButtonWidth, top + kButtonHeight});
+        top += kButtonHeight + kGap;
+        return control;
+    };
+    label(L"Find what:", firstRow);
+    Findme_ = {box(kFindme, firstRow), {}};
+    label(L"Replace with:", secondRow);
+    Replaceme_ = {box(kReplaceme, secondRow), {}};
+    ChWord_ = check(L"Match whole word only", kChWord, checkRow);
+    ChCase_ = check(L"Match Case", kChCase, checkRow + kCheckHeight + kGap / 2);
+    cmdFindNext_ = button(L"Find Next", kFindNext, BS_DEFPUSHBUTTON);
+    cmdReplace_ = button(L"Replace", kReplace, BS_PUSHBUTTON);
+    cmdReplaceAll_ = button(L"Replace All", kReplaceAll, BS_PUSHBUTTON);
+    cmdCancel_ = button(L"Exit", IDCANCEL, BS_PUSHBUTTON);
+    enableActions({});
+}
+
+bool frmFind::translate(MSG& message) {
+    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
+    return isMine && ::IsDialogMessageW(handle(), &message);
+}
+
+LRESULT frmFind::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case DM_GETDEFID:
+            return MAKELRESULT(kFindNext, DC_HASDEFID);
+        case WM_ACTIVATE:
+            // Coming back from the song, the search text is what is wanted next.
+            if (LOWORD(wParam) != WA_INACTIVE && ::GetFocus() == handle())
+                ::SetFocus(Findme_.window);
+            return passOn(message, wParam, lParam);
+        case WM_CLOSE:
+            onExit();
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+void frmFind::onException(const std::exception& error) {
+    reportFailure(messages_, u"An internal error: " + fromUtf8(error.what()));
+}
+
+void frmFind::onCommand(int control, int code) {
+    switch (control) {
+        case kFindme:
+            if (code == CBN_EDITCHANGE)
+                enableActions(Findme_.text());
+            // The box shows the chosen item only afterwards.
+            if (code == CBN_SELCHANGE)
+                enableActions(Findme_.items.at(
+                    static_cast<std::size_t>(::SendMessageW(Findme_.window, CB_GETCURSEL, 0, 0))));
+            break;
+        case kFindNext:
+            onFindNext();
+            break;
+        case kReplace:
+            onReplace();
+            break;
+        case kReplaceAll:
+            onReplaceAll();
+            break;
+        case IDCANCEL:
+            onExit();
+            break;
+        default:
+            break;
+    }
+}
+
+void frmFind::enableActions(TextView what) {
+    const BOOL enabled = isSearchText(what);
+    for (const HWND button : {cmdFindNext_, cmdReplace_, cmdReplaceAll_})
+        ::EnableWindow(button, enabled);
+}
+
+// ---- Commands ---------------------------------------------------------------------------------
+
+FindReplace::Request frmFind::request() const {
+    const auto isChecked = [](HWND box) {
+        return ::SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
+    };
+    return {Findme_.text(), Replaceme_.text(), {isChecked(ChCase_), isChecked(ChWord_)}};
+}
+
+bool frmFind::findNext() {
+    if (!isOpen() || !isSearchText(Findme_.text()))
+        return false;
+    onFindNext();
+    return true;
+}
+
+void frmFind::onFindNext() {
+    const FindReplace::Request wanted = request();
+    Findme_.remember(wanted.what);
+    if (finder_.findNext(wanted)) {
+        ::EnableWindow(cmdReplace_, TRUE);
+        keepClearOf(rtftext_.selection().begin);
+    }
+}
+
+void frmFind::onReplace() {
+    const FindReplace::Request wanted = request();
+    finder_.replaceOne(wanted);
+    Findme_.remember(wanted.what);
+    Replaceme_.remember(wanted.with);
+}
+
+void frmFind::onReplaceAll() {
+    const FindReplace::Request wanted = request();
+    Findme_.remember(wanted.what);
+    Replaceme_.remember(wanted.with);
+    const HWND others[] = {Findme_.window, Replaceme_.window, ChWord_,       ChCase_,
+                           cmdFindNext_,   cmdReplace_,       cmdReplaceAll_};
+    for (const HWND control : others)
+        ::EnableWindow(control, FALSE);
+    ::UpdateWindow(handle());
+    const auto restore = [&] {
+        for (const HWND control : others)
+            ::EnableWindow(control, TRUE);
+    };
+    try {
+        finder_.replaceEach(wanted, [this] { pump(); });
+    } catch (...) {
+        restore();
+        throw;
+    }
+    restore();
+}
+
+void frmFind::onExit() {
+    if (finder_.isBusy())
+        finder_.stop();
+    else
+        destroy();
+}
+
+// Lets messages run between two replacements; of input, only what ends them.
+void frmFind::pump() {
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            finder_.stop();
+            return;
+        }
+        if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE)
+            finder_.stop();
+        else if (!isInput(message.message) || message.hwnd == cmdCancel_) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    }
+}
+
+// A match must not be hidden behind the window that found it.
+void frmFind::keepClearOf(std::int32_t position) {
+    POINT match = rtftext_.pointOf(position);
+    ::ClientToScreen(rtftext_.handle(), &match);
+    RECT window{};
+    ::GetWindowRect(handle(), &window);
+    const LONG lineHeight = scaled(24);
+    const RECT line{window.left, match.y, window.right, match.y + lineHeight};
+    RECT overlap{};
+    if (!::IntersectRect(&overlap, &window, &line))
+        return;
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    ::GetMonitorInfoW(::MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &monitor);
+    const LONG height = window.bottom - window.top;
+    const LONG below = line.bottom + lineHeight;
+    const LONG above = line.top - lineHeight - height;
+    const LONG top = below + height <= monitor.rcWork.bottom ? below : above;
+    if (top >= monitor.rcWork.top)
+        ::SetWindowPos(handle(), nullptr, window.left, top, 0, 0,
+                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace melvorin

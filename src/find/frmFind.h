@@ -1,0 +1,67 @@
+// The window "Find and Replace". It stays open beside the main window, so that the song can be
+// edited between two matches.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "find/FindReplace.h"
+#include "platform/RichEdit.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+
+class frmFind : public Window {
+  public:
+    // Everything given outlives the window. `changed` is the document's change notification.
+    frmFind(RichEdit& rtftext, MessageBoxes& messages, std::function<void()> changed);
+
+    // Opens the window over `owner`, or brings it forward, with `what` as the text to search
+    // unless that is empty. False when Windows refuses.
+    bool open(HWND owner, TextView what);
+    // "Find Next"; where the window is not open yet, or has no text to search for, false.
+    bool findNext();
+    // Replace All runs: only this window's "Exit" and Esc take input.
+    bool isBusy() const { return finder_.isBusy(); }
+    // Keyboard navigation; true when the message is dealt with.
+    bool translate(MSG& message);
+
+  private:
+    // A drop-down box and the texts in its list, in the order of their use.
+    struct HistoryBox {
+        HWND window = nullptr;
+        std::vector<Text> items;
+
+        Text text() const;
+        void remember(TextView text);
+    };
+
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onException(const std::exception& error) override;
+    void onCommand(int control, int code);
+    void createControls();
+    HWND addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                    const RECT& place);
+    void enableActions(TextView what);
+    FindReplace::Request request() const;
+    void onFindNext();
+    void onReplace();
+    void onReplaceAll();
+    void onExit();
+    void pump();
+    void keepClearOf(std::int32_t position);
+
+    RichEdit& rtftext_;
+    MessageBoxes& messages_;
+    FindReplace finder_;
+    HistoryBox Findme_;
+    HistoryBox Replaceme_;
+    HWND ChWord_ = nullptr;
+    HWND ChCase_ = nullptr;
+    HWND cmdFindNext_ = nullptr;
+    HWND cmdReplace_ = nullptr;
+    HWND cmdReplaceAll_ = nullptr;
+    HWND cmdCancel_ = nullptr;
+};
+
+}  // namespace melvorin

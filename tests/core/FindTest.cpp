@@ -1,0 +1,200 @@
+// Find and replace, letter case and the list of recent files: rules that need no window.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cwctype>
+#include <map>
+#include <random>
+
+#include "app/LetterCase.h"
+#include "app/RecentFiles.h"
+#include "find/TabExpansion.h"
+#include "find/TextSearch.h"
+
+namespace melvorin {
+namespace {
+
+// The rule as it is told: a plain string, searched again from the next start.
+std::pair<Text, int> replacedLiterally(Text text, TextView what, TextView with) {
+    std::size_t nextStart = 0;
+    int count = 0;
+    for (std::size_t at; (at = text.find(what, nextStart)) != Text::npos; ++count) {
+        text.replace(at, what.size(), with);
+        nextStart = at + (with.find(what) == TextView::npos ? what.size() : with.size());
+    }
+    return {text, count};
+}
+
+TEST(ReplaceLoop, FollowsTheNextStartRule) {
+    std::mt19937 random(5);
+    const auto word = [&](std::size_t least, std::size_t most) {
+        Text text(std::uniform_int_distribution<std::size_t>(least, most)(random), u'a');
+        for (char16_t& c : text)
+            c = u"ab\r"[random() % 8 == 0 ? 2 : random() % 2];
+        return text;
+    };
+    for (int round = 0; round < 5'000; ++round) {
+        const Text text = word(0, 40);
+        const Text what = word(1, 3);
+        const Text with = word(0, 4);
+        GapText target(text);
+        const int count = replaceAll(target, what, with, {true, false}, [] { return true; }).count;
+        EXPECT_EQ(std::pair(target.text(), count), replacedLiterally(text, what, with))
+            << toUtf8(text) << "/" << toUtf8(what) << "/" << toUtf8(with);
+    }
+}
+
+TEST(ReplaceLoop, OptionsAndStopping) {
+    struct Case {
+        TextView text, what, with;
+        FindOptions options;
+        TextView result;
+    };
+    const Case cases[] = {
+        {u"C Cm C# (C) 3C", u"C", u"D", {true, true}, u"D Cm D# (D) 3C"},
+        {u"am AM aM", u"AM", u"x", {false, false}, u"x x x"},
+        {u"am AM aM", u"AM", u"x", {true, false}, u"am x aM"},
+        {u"ÉTÉ été", u"été", u"eau", {false, true}, u"eau eau"},
+        {u"aaa", u"a", u"b", {}, u"bbb"},
+        {u"aaa", u"A", u"aa", {}, u"aaaaaa"},
+        {u"aé a", u"a", u"b", {false, true}, u"aé b"},
+        {u"short", u"longer than the text", u"", {}, u"short"},
+    };
+    for (const Case& c : cases) {
+        GapText target(c.text);
+        replaceAll(target, c.what, c.with, c.options, [] { return true; });
+        EXPECT_EQ(toUtf8(target.text()), toUtf8(c.result));
+    }
+    GapText target(u"aaaa");
+    int asked = 0;
+    const Replaced done = replaceAll(target, u"a", u"b", {}, [&] { return ++asked < 3; });
+    EXPECT_EQ(done.count, 2);
+    EXPECT_EQ(done.nextStart, 2);
+    EXPECT_EQ(toUtf8(target.text()), "bbaa");
+    EXPECT_FALSE(isSearchText(u"   "));
+    EXPECT_TRUE(isSearchText(u"  a"));
+}
+
+// Against the C library's own tables, for every character that is covered.
+TEST(LetterCase, AgreesWithTheUnicodeData) {
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    int letters = 0;
+    for (char16_t c = 0; c < 0xFFFF; ++c) {
+        const char16_t upper = upperCaseOf(c);
+        const char16_t lower = lowerCaseOf(c);
+        if (upper != c) {
+            EXPECT_EQ(upper, std::towupper(c)) << std::hex << int{c};
+        }
+        if (lower != c) {
+            EXPECT_EQ(lower, std::towlower(c)) << std::hex << int{c};
+        }
+        letters += (upper != c) + (lower != c);
+    }
+    EXPECT_GT(letters, 1'000);
+    std::setlocale(LC_CTYPE, "C");
+    EXPECT_EQ(toUtf8(toUpperCase(u"söße ÿ ñandú ř σς я ı 12")), "SÖßE Ÿ ÑANDÚ Ř ΣΣ Я ı 12");
+    EXPECT_EQ(toUtf8(toLowerCase(u"ÀÈ ŸŘ ΣЯ ẞ İ")), "àè ÿř σя ẞ İ");
+}
+
+TEST(TabExpander, PartsGiveWhatTheWholeGives) {
+    const Text text = u"ab\tc\r\n\tx\ty\rabcdefgh\t\n\t\t\vz\t.";
+    for (std::size_t size = 1; size < text.size(); ++size) {
+        Text expanded;
+        TabExpander expander(3);
+        for (std::size_t at = 0; at < text.size(); at += size)
+            expander.append(TextView(text).substr(at, size), expanded);
+        EXPECT_EQ(expanded, expandTabs(text, 3));
+    }
+}
+
+// ---- Recent files -----------------------------------------------------------------------------
+
+class MemoryProfiles : public ProfileFiles {
+  public:
+    Text read(TextView section, TextView key, TextView fallback, TextView file,
+              std::uint32_t capacity) override {
+        EXPECT_EQ(toUtf8(section) + "|" + toUtf8(file), "Recent Files|Melvorin.INI");
+        const auto found = values.find(toUtf8(key));
+        Text value = found == values.end() ? Text(fallback) : fromUtf8(found->second);
+        return value.substr(0, capacity - 1);
+    }
+    bool write(TextView, TextView key, TextView value, TextView) override {
+        if (writable)
+            values[toUtf8(key)] = toUtf8(value);
+        return writable;
+    }
+
+    std::map<std::string, std::string> values;
+    bool writable = true;
+};
+
+// "(Empty)" or not, the visible paths by slot, and "+" where the list can be cleaned.
+std::string shownMenu(const RecentMenu& menu) {
+    std::string line = menu.empty ? "(Empty)" : "";
+    for (std::size_t slot = 0; slot < menu.entries.size(); ++slot) {
+        if (menu.entries[slot].visible)
+            line += " " + std::to_string(slot + 1) + toUtf8(menu.entries[slot].caption);
+    }
+    return line + (menu.clean ? " +" : "");
+}
+
+TEST(RecentFiles, AddsAtTheTopAndKeepsEight) {
+    MemoryProfiles profiles;
+    std::vector<std::string> published;
+    RecentFiles recent(profiles,
+                       [&](const RecentMenu& menu) { published.push_back(shownMenu(menu)); });
+    recent.begin();
+    for (const TextView path : {u"a", u"b", u"A", u"b", u"c", u"d", u"e", u"f", u"g", u"h"})
+        recent.add(path);
+    const std::vector<std::string> expected = {"(Empty)",
+                                               " 1a +",
+                                               " 1b 2a +",
+                                               " 1A 2b 3a +",
+                                               " 1c 2A 3b 4a +",
+                                               " 1d 2c 3A 4b 5a +",
+                                               " 1e 2d 3c 4A 5b 6a +",
+                                               " 1f 2e 3d 4c 5A 6b 7a +",
+                                               " 1g 2f 3e 4d 5c 6A 7b 8a +",
+                                               " 1h 2g 3f 4e 5d 6c 7A 8b +"};
+    EXPECT_EQ(published, expected);
+    EXPECT_TRUE(recent.isListed(u"A"));
+    EXPECT_FALSE(recent.isListed(u"a"));
+
+    profiles.writable = false;
+    EXPECT_FALSE(recent.clean());
+    EXPECT_EQ(shownMenu(recent.menu()), expected.back());
+    profiles.writable = true;
+    EXPECT_TRUE(recent.clean());
+    EXPECT_EQ(shownMenu(recent.menu()), "(Empty)");
+    for (int slot = 1; slot <= 8; ++slot)
+        EXPECT_EQ(profiles.values["RecentFile" + std::to_string(slot)], "Not Used");
+}
+
+// Lists that something else has written.
+TEST(RecentFiles, ReadsWhateverTheFileHolds) {
+    struct Case {
+        std::map<std::string, std::string> values;
+        std::string atStart, afterX;
+    };
+    const std::string longPath(300, 'p');
+    const Case cases[] = {
+        {{{"RecentFile1", "A"}, {"RecentFile3", "B"}}, " 1A 3B +", " 1X 2A 3B 4B +"},
+        {{{"RecentFile2", "B"}}, "(Empty) 2B", " 1X 2B 3B +"},
+        {{{"RecentFile1", "Not Used but odd"}, {"RecentFile2", ""}}, "(Empty)", " 1X +"},
+        {{{"RecentFile1", longPath}},
+         " 1" + std::string(254, 'p') + " +",
+         " 1X 2" + std::string(254, 'p') + " +"},
+    };
+    for (const Case& c : cases) {
+        MemoryProfiles profiles;
+        profiles.values = c.values;
+        RecentFiles recent(profiles, [](const RecentMenu&) {});
+        recent.begin();
+        EXPECT_EQ(shownMenu(recent.menu()), c.atStart);
+        recent.add(u"X");
+        EXPECT_EQ(shownMenu(recent.menu()), c.afterX);
+    }
+}
+
+}  // namespace
+}  // namespace melvorin
