@@ -322,8 +322,6 @@ void Form1::endProgram() {
 // ---- Commands ---------------------------------------------------------------------------------
 
 bool Form1::isEnabled(Command command) const {
-    if (command == Command::mnuFileSave)
-        return true;
     return menuBar_.isEnabled(command);
 }
 

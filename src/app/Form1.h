@@ -73,6 +73,7 @@ class Form1 : public Window {
     LRESULT onNotify(LPARAM lParam);
     bool onEditorInput(UINT message, WPARAM wParam, LPARAM lParam);
     bool onEditorKey(WPARAM key);
+    void takeEditorFont();
     bool onEditorCharacter(WPARAM character);
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);

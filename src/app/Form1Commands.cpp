@@ -39,6 +39,9 @@ bool Form1::onEditorKey(WPARAM key) {
         return runs(Command::mnuEditPaste);
     if (key == VK_DELETE && shift)
         return runs(Command::mnuEditCut);
+    // Some controls begin a line here, others at the character.
+    if (key == VK_RETURN)
+        takeEditorFont();
     // These two come as characters too, which run the commands.
     return control && (key == 'A' || key == 'V');
 }
@@ -64,13 +67,17 @@ bool Form1::onEditorCharacter(WPARAM character) {
     const bool inserts = character >= u' ' || character == u'\r' || character == u'\t';
     if (!inserts)
         return false;
-    // What is typed is in the editor's font, unless the user is at work with formatted text.
-    if (!services_.clipboard.hasRichText())
-        rtftext_.setTypingFormat(editorFontFace(services_), kEditorFontPoints);
+    takeEditorFont();
     if (character != u'\t')
         return false;
     typeTab();
     return true;
+}
+
+// What is typed is in the editor's font, unless the user is at work with formatted text.
+void Form1::takeEditorFont() {
+    if (!services_.clipboard.hasRichText())
+        rtftext_.setTypingFormat(editorFontFace(services_), kEditorFontPoints);
 }
 
 // A tab would move with the font; blanks keep chords over their words.

@@ -69,6 +69,8 @@ void MenuBar::enable(Command item, bool enabled) {
 }
 
 bool MenuBar::isEnabled(Command item) const {
+    if (menuOf(item) == nullptr)
+        return true;
     const UINT state = ::GetMenuState(menuOf(item), idOf(item), MF_BYCOMMAND);
     return state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) == 0;
 }

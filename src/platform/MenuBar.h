@@ -22,6 +22,7 @@ class MenuBar {
     bool isVisible(Command item) const;
 
     void enable(Command item, bool enabled);
+    // True also for a command that no menu has.
     bool isEnabled(Command item) const;
     void setCaption(Command item, TextView caption);
     Text caption(Command item) const;

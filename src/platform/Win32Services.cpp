@@ -125,6 +125,15 @@ bool Win32ProfileFiles::write(TextView section, TextView key, TextView value, Te
         ::WriteFile(created.get(), mark, sizeof mark, &done, nullptr);
     }
     created.close();
+    // Some systems keep what they cannot write in memory and report success.
+    const DWORD attributes = ::GetFileAttributesW(wide(path));
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+        return false;
+    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
+    const UniqueFile probe(::CreateFileW(wide(path), GENERIC_WRITE, sharing, nullptr,
+                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!probe)
+        return false;
     return ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
                                         wide(Text(file))) != 0;
 }

@@ -1,0 +1,211 @@
+// The find window on the real editor.
+#include "Scripted.h"
+
+namespace melvorin::testing {
+namespace {
+
+constexpr char kFinished[] = "  The Melvorin Editor has finished searching the document.       ";
+
+// The open find window, worked as a user does.
+class FindWindow {
+  public:
+    explicit FindWindow(Program& program) : program_(program) {
+        program_.command(Command::mnuFind);
+    }
+    HWND child(const wchar_t* caption) const {
+        return ::FindWindowExW(window(), nullptr, nullptr, caption);
+    }
+    HWND window() const { return program_.form->findWindow().handle(); }
+    HWND box(int index) const {
+        HWND found = nullptr;
+        for (int i = 0; i <= index; ++i)
+            found = ::FindWindowExW(window(), found, L"COMBOBOX", nullptr);
+        return found;
+    }
+    void enter(int index, const Text& text) const {
+        ::SetWindowTextW(box(index), wide(text));
+        ::SendMessageW(window(), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(box(index)), CBN_EDITCHANGE),
+                       reinterpret_cast<LPARAM>(box(index)));
+    }
+    void click(const wchar_t* caption) const {
+        ::SendMessageW(child(caption), BM_CLICK, 0, 0);
+        program_.pump();
+    }
+    std::string selected() const {
+        return shown(program_.editor().textBetween(program_.editor().selection()));
+    }
+    LRESULT items(int index) const { return ::SendMessageW(box(index), CB_GETCOUNT, 0, 0); }
+
+  private:
+    Program& program_;
+};
+
+TEST(Find, WalksTheMatchesAndStartsAgain) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"a.txt", "Cm C cm\r\nC\r\n")));
+    const FindWindow find(program);
+    EXPECT_FALSE(::IsWindowEnabled(find.child(L"Find Next")));
+    find.enter(0, u"  ");
+    EXPECT_FALSE(::IsWindowEnabled(find.child(L"Replace All")));
+    find.enter(0, u"C");
+    EXPECT_TRUE(::IsWindowEnabled(find.child(L"Replace All")));
+    const auto walk = [&] {
+        std::string starts;
+        program.messages.boxes.clear();
+        while (program.messages.boxes.empty()) {
+            find.click(L"Find Next");
+            if (program.messages.boxes.empty()) {
+                starts += std::to_string(program.editor().selection().begin) + " ";
+                EXPECT_EQ(::GetFocus(), program.editor().handle());
+            }
+        }
+        EXPECT_EQ(program.messages.boxes[0].text, kFinished);
+        EXPECT_EQ(program.messages.boxes[0].title, "Melvorin");
+        EXPECT_EQ(program.messages.boxes[0].icon, MessageIcon::None);
+        return starts;
+    };
+    EXPECT_EQ(walk(), "0 3 5 8 ");
+    find.click(L"Match Case");
+    EXPECT_EQ(walk(), "0 3 8 ");
+    find.click(L"Match whole word only");
+    EXPECT_EQ(walk(), "3 8 ");
+    EXPECT_FALSE(program.state().dirty);
+    find.enter(0, u"c");
+    walk();
+    EXPECT_EQ(find.items(0), 2) << "one item per text, capitals told apart";
+}
+
+TEST(Find, ReplacesTheSelectionOrTheNextMatch) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"a b a");
+    program.editor().select({2, 3});
+    const FindWindow find(program);
+    find.enter(0, u"a");
+    find.enter(1, u"xyz");
+    find.click(L"Replace");
+    EXPECT_EQ(program.text(), "a xyz a") << "whatever is selected";
+    find.click(L"Replace");
+    EXPECT_EQ(program.text(), "xyz xyz a");
+    find.click(L"Replace");
+    EXPECT_EQ(program.text(), "xyz xyz xyz");
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "xyz xyz a");
+    EXPECT_EQ(find.items(1), 1);
+}
+
+TEST(Find, ReplacesAllInOneStep) {
+    struct Case {
+        std::string document;
+        Text what, with;
+        std::string result, count;
+    };
+    const Case cases[] = {
+        {"aaa", u"a", u"b", "bbb", "  and 3 items were replaced.  "},
+        {"a b", u"a", u"aa", "aa b", "  and 1 item was replaced.  "},
+        {"C C", u"C", u"", " ", "  and 2 items were replaced.  "},
+        {"abc", u"x", u"y", "abc", ""},
+        {"short", u"longer than the document", u"y", "short", ""},
+    };
+    for (const Case& c : cases) {
+        const ScratchFolder folder;
+        Program program;
+        ASSERT_TRUE(program.start(folder.add(u"a.txt", c.document)));
+        const FindWindow find(program);
+        find.enter(0, c.what);
+        find.enter(1, c.with);
+        const std::int16_t snapshots = program.history().count();
+        find.click(L"Replace All");
+        EXPECT_EQ(program.text(), c.result);
+        ASSERT_EQ(program.messages.boxes.size(), 1U);
+        const bool any = !c.count.empty();
+        EXPECT_EQ(
+            program.messages.boxes[0].text,
+            any ? "  The Melvorin Editor has finished searching the document       \r\n" + c.count
+                : kFinished);
+        EXPECT_EQ(program.history().count(), snapshots + (any ? 1 : 0));
+        EXPECT_EQ(program.editor().selection(), (Selection{0, 0}));
+        EXPECT_TRUE(::IsWindowEnabled(find.child(L"Replace All")));
+        EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
+    }
+}
+
+TEST(Find, KeepsTheFormatsAroundTheMatches) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(
+        u"a.rtf", R"({\rtf1\ansi\deff0{\fonttbl{\f0 Arial;}}\pard\f0 one {\b two} {\i one}})")));
+    const FindWindow find(program);
+    find.enter(0, u"one");
+    find.enter(1, u"three");
+    find.click(L"Replace All");
+    EXPECT_EQ(program.text(), "three two three");
+    const auto styleAt = [&](std::int32_t position) {
+        program.editor().select({position, position + 1});
+        return program.editor().selectionStyle();
+    };
+    EXPECT_EQ(styleAt(0).bold, false);
+    EXPECT_EQ(styleAt(6).bold, true);
+    EXPECT_EQ(styleAt(14).italic, true);
+}
+
+// While it runs, Esc and Exit end it and everything else waits.
+TEST(Find, ReplaceAllCanBeStopped) {
+    for (const bool byKey : {true, false}) {
+        const ScratchFolder folder;
+        std::string song;
+        for (int i = 0; i < 300; ++i)
+            song += "a a a a\r\n";
+        Program program;
+        ASSERT_TRUE(program.start(folder.add(u"a.txt", song)));
+        const FindWindow find(program);
+        find.enter(0, u"a");
+        find.enter(1, u"b");
+        ::PostMessageW(program.editor().handle(), WM_CHAR, u'x', 1);
+        ::PostMessageW(program.form->handle(), WM_COMMAND, idOf(Command::mnuFileNew), 0);
+        ::PostMessageW(program.form->handle(), WM_CLOSE, 0, 0);
+        if (byKey)
+            ::PostMessageW(program.editor().handle(), WM_KEYDOWN, VK_ESCAPE, 1);
+        else
+            ::PostMessageW(find.window(), WM_COMMAND, IDCANCEL, 0);
+        ::SendMessageW(find.child(L"Replace All"), BM_CLICK, 0, 0);
+        const std::string text = program.text();
+        EXPECT_EQ(text.find('x'), std::string::npos);
+        EXPECT_NE(text.find('a'), std::string::npos) << "it was stopped";
+        EXPECT_TRUE(find.window() != nullptr) << "the first Exit only stops";
+        EXPECT_FALSE(program.ended);
+        find.click(L"Exit");
+        EXPECT_EQ(find.window(), nullptr);
+    }
+}
+
+TEST(Find, WorksByKeyboard) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"one two one");
+    program.editor().select({4, 7});
+    const FindWindow find(program);
+    const auto press = [&](WPARAM key) {
+        ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 1);
+        program.pump();
+    };
+    press(VK_RETURN);  // the selected word was taken over
+    EXPECT_EQ(find.selected(), "two");
+    EXPECT_EQ(::GetFocus(), program.editor().handle());
+    press(VK_F3);
+    EXPECT_EQ(program.messages.boxes.size(), 1U);
+    press(VK_F3);
+    EXPECT_EQ(find.selected(), "two");
+    press(VK_RETURN);
+    EXPECT_EQ(program.text(), "one \r one") << "Enter in the song types";
+    ::SetFocus(find.box(0));
+    press(VK_ESCAPE);
+    EXPECT_EQ(find.window(), nullptr);
+    EXPECT_EQ(::GetFocus(), program.editor().handle());
+    press(VK_F3);
+    EXPECT_NE(find.window(), nullptr) << "with nothing to find yet, F3 asks";
+}
+
+}  // namespace
+}  // namespace melvorin::testing
