@@ -79,6 +79,11 @@ class NoDialogs : public FileDialogs {
     std::optional<FileChoice> save(const FileDialogRequest&) override { return std::nullopt; }
 };
 
+class NoColors : public ColorDialogs {
+  public:
+    std::optional<Rgb> choose(Rgb) override { return std::nullopt; }
+};
+
 class DefaultProfiles : public ProfileFiles {
   public:
     Text read(TextView, TextView, TextView fallback, TextView, std::uint32_t) override {
@@ -172,8 +177,11 @@ class OpenChart {
     Win32Screen screen_;
     BenchClipboard clipboard_;
     NoShell shell_;
-    Services services_{files_,  messages_, dialogs_,          profiles_,  settings_, system_,
-                       folder_, screen_,   systemAnsiCodec(), clipboard_, shell_};
+    Win32Sounds sounds_;
+    NoColors colors_;
+    Services services_{files_,  messages_, dialogs_, profiles_,         settings_,
+                       system_, folder_,   screen_,  systemAnsiCodec(), clipboard_,
+                       shell_,  sounds_,   colors_};
     std::unique_ptr<Form1> form_;
 };
 

@@ -82,10 +82,11 @@ Form1::Handler Form1::handlerOf(Command command) {
 }
 
 Form1::Form1(const Services& services, std::function<void()> endProgram)
-    : modal_(services.messages, services.dialogs),
+    : modal_(services.messages, services.dialogs, services.colors),
       services_{services.files,    modal_.messages(),  modal_.dialogs(), services.profiles,
                 services.settings, services.system,    services.program, services.screen,
-                services.ansi,     services.clipboard, services.shell},
+                services.ansi,     services.clipboard, services.shell,   services.sounds,
+                modal_.colors()},
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },

@@ -1,5 +1,5 @@
-// Knows whether a message box or file dialog is open. Commands that arrive meanwhile (posted by
-// other programs, or by Windows at its end) must not run inside the one that is waiting.
+// Knows whether a message box or dialog of the system is open. Commands that arrive meanwhile
+// (posted by other programs, or by Windows at its end) must not run inside the one that is waiting.
 #pragma once
 
 #include "app/Services.h"
@@ -8,9 +8,9 @@ namespace melvorin {
 
 class ModalGuard {
   public:
-    // `messages` and `dialogs` outlive the guard.
-    ModalGuard(MessageBoxes& messages, FileDialogs& dialogs)
-        : messages_(*this, messages), dialogs_(*this, dialogs) {}
+    // What is given outlives the guard.
+    ModalGuard(MessageBoxes& messages, FileDialogs& dialogs, ColorDialogs& colors)
+        : messages_(*this, messages), dialogs_(*this, dialogs), colors_(*this, colors) {}
     ModalGuard(const ModalGuard&) = delete;
     ModalGuard& operator=(const ModalGuard&) = delete;
 
@@ -18,6 +18,7 @@ class ModalGuard {
     // The same services, watched.
     MessageBoxes& messages() { return messages_; }
     FileDialogs& dialogs() { return dialogs_; }
+    ColorDialogs& colors() { return colors_; }
 
   private:
     class Scope {
@@ -62,8 +63,22 @@ class ModalGuard {
         FileDialogs& inner_;
     };
 
+    class Colors : public ColorDialogs {
+      public:
+        Colors(ModalGuard& guard, ColorDialogs& inner) : guard_(guard), inner_(inner) {}
+        std::optional<Rgb> choose(Rgb marked) override {
+            const Scope scope(guard_);
+            return inner_.choose(marked);
+        }
+
+      private:
+        ModalGuard& guard_;
+        ColorDialogs& inner_;
+    };
+
     Messages messages_;
     Dialogs dialogs_;
+    Colors colors_;
     int depth_ = 0;
 };
 

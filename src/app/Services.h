@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Editor.h"
 #include "app/Files.h"
 #include "app/Text.h"
 #include "app/TextCodec.h"
@@ -131,6 +132,21 @@ class Screen {
     virtual ScreenSize workArea() = 0;
 };
 
+class ColorDialogs {
+  public:
+    virtual ~ColorDialogs() = default;
+    // Any colour, `marked` being the one shown first. Nothing when the user cancels.
+    virtual std::optional<Rgb> choose(Rgb marked) = 0;
+};
+
+// Short sounds of the interface.
+class Sounds {
+  public:
+    virtual ~Sounds() = default;
+    // Begins to play a WAV file and returns at once. Nothing happens where it cannot be played.
+    virtual void play(TextView path) = 0;
+};
+
 // All of them; the objects outlive every window.
 struct Services {
     Files& files;
@@ -144,6 +160,8 @@ struct Services {
     const AnsiCodec& ansi;
     Clipboard& clipboard;
     ShellOpener& shell;
+    Sounds& sounds;
+    ColorDialogs& colors;
 };
 
 // The word in every message box's title; the leading blank belongs to it.

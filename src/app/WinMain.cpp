@@ -32,8 +32,11 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32Screen screen;
     Win32Clipboard clipboard;
     Win32ShellOpener shell;
-    const Services services{files,   messages, dialogs,           profiles,  settings, system,
-                            program, screen,   systemAnsiCodec(), clipboard, shell};
+    Win32Sounds sounds;
+    Win32ColorDialogs colors(owner);
+    const Services services{files,  messages, dialogs, profiles,          settings,
+                            system, program,  screen,  systemAnsiCodec(), clipboard,
+                            shell,  sounds,   colors};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.

@@ -37,6 +37,9 @@ class Unique {
 };
 
 using UniqueBitmap = Unique<HBITMAP, ::DeleteObject>;
+using UniqueBrush = Unique<HBRUSH, ::DeleteObject>;
+using UniqueFont = Unique<HFONT, ::DeleteObject>;
+using UniqueIcon = Unique<HICON, ::DestroyIcon>;
 using UniqueMenu = Unique<HMENU, ::DestroyMenu>;
 using UniqueImageList = Unique<HIMAGELIST, ::ImageList_Destroy>;
 using UniqueAccelerators = Unique<HACCEL, ::DestroyAcceleratorTable>;

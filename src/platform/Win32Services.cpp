@@ -1,6 +1,7 @@
 #include "platform/Win32Services.h"
 
 #include <commdlg.h>
+#include <mmsystem.h>
 
 #include <algorithm>
 
@@ -333,6 +334,32 @@ ScreenSize Win32Screen::workArea() {
     RECT area{};
     ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
     return {area.right - area.left, area.bottom - area.top};
+}
+
+std::optional<Rgb> Win32ColorDialogs::choose(Rgb marked) {
+    // The user's own colours last for the run.
+    static COLORREF custom[16] = {
+        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255),
+        RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255)};
+    CHOOSECOLORW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = ownerWindow(owner_);
+    dialog.rgbResult = RGB(marked.red, marked.green, marked.blue);
+    dialog.lpCustColors = custom;
+    dialog.Flags = CC_RGBINIT | CC_FULLOPEN;
+    if (!::ChooseColorW(&dialog))
+        return std::nullopt;
+    return Rgb{GetRValue(dialog.rgbResult), GetGValue(dialog.rgbResult),
+               GetBValue(dialog.rgbResult)};
+}
+
+void Win32Sounds::play(TextView path) {
+    // Of a file that is missing the system would make its own sound.
+    const Text file(path);
+    if (::GetFileAttributesW(wide(file)) != INVALID_FILE_ATTRIBUTES)
+        ::PlaySoundW(wide(file), nullptr, SND_FILENAME | SND_ASYNC);
 }
 
 }  // namespace melvorin

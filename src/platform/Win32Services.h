@@ -83,4 +83,19 @@ class Win32Screen : public Screen {
     ScreenSize workArea() override;
 };
 
+class Win32ColorDialogs : public ColorDialogs {
+  public:
+    // `owner` outlives the object.
+    explicit Win32ColorDialogs(const BoxOwner& owner) : owner_(owner) {}
+    std::optional<Rgb> choose(Rgb marked) override;
+
+  private:
+    const BoxOwner& owner_;
+};
+
+class Win32Sounds : public Sounds {
+  public:
+    void play(TextView path) override;
+};
+
 }  // namespace melvorin

@@ -206,6 +206,22 @@ class ScriptedScreen : public Screen {
     ScreenSize work{1280, 994};
 };
 
+class RecordedSounds : public Sounds {
+  public:
+    void play(TextView path) override { played.push_back(shown(path)); }
+    std::vector<std::string> played;
+};
+
+class ScriptedColors : public ColorDialogs {
+  public:
+    std::optional<Rgb> choose(Rgb marked) override {
+        asked.push_back(marked);
+        return std::exchange(answer, std::nullopt);
+    }
+    std::optional<Rgb> answer;
+    std::vector<Rgb> asked;
+};
+
 // The real files, with faults on request.
 class FaultyFiles : public Win32Files {
   public:
@@ -354,8 +370,10 @@ class Program {
     ScriptedScreen screen;
     ScriptedClipboard clipboard;
     RecordedShell shell;
-    Services services{files,   messages, dialogs,           profiles,  settings, system,
-                      program, screen,   systemAnsiCodec(), clipboard, shell};
+    RecordedSounds sounds;
+    ScriptedColors colors;
+    Services services{files,  messages,          dialogs,   profiles, settings, system, program,
+                      screen, systemAnsiCodec(), clipboard, shell,    sounds,   colors};
     std::unique_ptr<Form1> form;
     bool ended = false;
 };

@@ -1,0 +1,597 @@
+#include "widgets/TarnelButton.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+namespace melvorin {
+namespace {
+
+constexpr UINT_PTR kOverTimer = 1;
+// Pixels at 96 dpi.
+constexpr int kGap = 6;
+constexpr int kFocusInset = 3;
+constexpr int kSideRoom = 12;
+constexpr int kFaceRoom = 5;
+constexpr int kFrame = 1;
+constexpr DWORD kDefaultBit = BS_DEFPUSHBUTTON;
+// The index by which accessibility takes a control for a push button.
+constexpr LRESULT kButtonClassIndex = 65536 + 2;
+constexpr LPARAM kQueryClassIndex = static_cast<LONG>(0xFFFFFFF4);
+
+COLORREF translated(SystemOrRgb colour) {
+    constexpr SystemOrRgb systemBit = 0x80000000;
+    constexpr SystemOrRgb rest = 0xFFFFFF;
+    return (colour & systemBit) ? ::GetSysColor(static_cast<int>(colour & rest)) : colour & rest;
+}
+
+std::uint32_t rgbOf(COLORREF colour) {
+    return static_cast<std::uint32_t>(GetRValue(colour) << 16 | GetGValue(colour) << 8 |
+                                      GetBValue(colour));
+}
+
+void fill(HDC dc, const RECT& area, COLORREF colour) {
+    const UniqueBrush brush(::CreateSolidBrush(colour));
+    ::FillRect(dc, &area, brush.get());
+}
+
+// A frame of `thickness` pixels, upper left and lower right side in colours of their own.
+void frame(HDC dc, RECT& area, int thickness, COLORREF upperLeft, COLORREF lowerRight) {
+    const RECT inner{area.left + thickness, area.top + thickness, area.right - thickness,
+                     area.bottom - thickness};
+    if (inner.left >= inner.right || inner.top >= inner.bottom)
+        return;
+    fill(dc, {area.left, area.top, area.right, inner.top}, upperLeft);
+    fill(dc, {area.left, inner.top, inner.left, area.bottom}, upperLeft);
+    fill(dc, {inner.right, inner.top, area.right, area.bottom}, lowerRight);
+    fill(dc, {inner.left, inner.bottom, inner.right, area.bottom}, lowerRight);
+    area = inner;
+}
+
+int shiftState() {
+    const auto held = [](int key, int bit) { return ::GetKeyState(key) < 0 ? bit : 0; };
+    return held(VK_SHIFT, kShiftHeld) | held(VK_CONTROL, kCtrlHeld) | held(VK_MENU, kAltHeld);
+}
+
+HANDLE loadSource(TextView source, UINT kind, UINT flags) {
+    const Text name(source);
+    if (!name.starts_with(u"#"))
+        return ::LoadImageW(nullptr, wide(name), kind, 0, 0, flags | LR_LOADFROMFILE);
+    return ::LoadImageW(::GetModuleHandleW(nullptr), wide(name), kind, 0, 0, flags);
+}
+
+BITMAPINFO topDownInfo(int width, int height) {
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    return info;
+}
+
+int fullHeight(const TEXTMETRICW& metrics) {
+    return static_cast<int>(metrics.tmHeight);
+}
+
+}  // namespace
+
+Pixels loadPicture(TextView source) {
+    if (source.empty())
+        return {};
+    const UniqueBitmap bitmap(
+        static_cast<HBITMAP>(loadSource(source, IMAGE_BITMAP, LR_CREATEDIBSECTION)));
+    BITMAP size{};
+    if (!bitmap || ::GetObjectW(bitmap.get(), sizeof size, &size) == 0)
+        return {};
+    Pixels pixels{
+        static_cast<int>(size.bmWidth), std::abs(static_cast<int>(size.bmHeight)), {}, false};
+    pixels.argb.resize(static_cast<std::size_t>(pixels.width) *
+                       static_cast<std::size_t>(pixels.height));
+    BITMAPINFO info = topDownInfo(pixels.width, pixels.height);
+    const WindowDc screen(nullptr);
+    if (::GetDIBits(screen.get(), bitmap.get(), 0, static_cast<UINT>(pixels.height),
+                    pixels.argb.data(), &info, DIB_RGB_COLORS) == 0)
+        return {};
+    pixels.hasAlpha = size.bmBitsPixel == 32 &&
+                      std::any_of(pixels.argb.begin(), pixels.argb.end(),
+                                  [](std::uint32_t pixel) { return (pixel >> 24) != 0; });
+    return pixels;
+}
+
+// ---- Settings ---------------------------------------------------------------------------------
+
+bool TarnelButton::create(HWND parent, int id, const RECT& place, TextView caption, DWORD style) {
+    properties_.Caption = caption;
+    isDefault_ = (style & kDefaultBit) != 0;
+    WindowSpec spec;
+    spec.className = L"TarnelButton";
+    const Text text(caption);
+    spec.caption = wide(text);
+    spec.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | style;
+    spec.x = static_cast<int>(place.left);
+    spec.y = static_cast<int>(place.top);
+    spec.width = static_cast<int>(place.right - place.left);
+    spec.height = static_cast<int>(place.bottom - place.top);
+    spec.parent = parent;
+    spec.menu = reinterpret_cast<HMENU>(INT_PTR{id});
+    return Window::create(spec);
+}
+
+void TarnelButton::place(const RECT& place) {
+    ::SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left,
+                   place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void TarnelButton::setProperties(const ButtonProperties& properties) {
+    isInert_ = true;
+    properties_ = properties;
+    picture_ = loadPicture(properties.Picture);
+    hoverPicture_ = loadPicture(properties.PictureHover);
+    mouseIcon_.reset(properties.MouseIcon.empty()
+                         ? nullptr
+                         : static_cast<HICON>(loadSource(properties.MouseIcon, IMAGE_CURSOR, 0)));
+    const ButtonFont font = parseButtonFont(properties.Font);
+    ownFont_.reset();
+    if (!font.face.empty()) {
+        const int height = ::MulDiv(font.points, systemDpi(), 72);
+        ownFont_.reset(::CreateFontW(-height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, font.italic,
+                                     FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                     CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH,
+                                     wide(font.face)));
+    }
+    if (isOpen())
+        ::SetWindowTextW(handle(), wide(properties.Caption));
+    isInert_ = false;
+    redraw();
+}
+
+void TarnelButton::setPicture(TextView source, TextView hoverSource) {
+    setPicture(loadPicture(source), loadPicture(hoverSource));
+    properties_.Picture = source;
+    properties_.PictureHover = hoverSource;
+}
+
+void TarnelButton::setPicture(Pixels picture, Pixels hoverPicture) {
+    picture_ = std::move(picture);
+    hoverPicture_ = std::move(hoverPicture);
+    properties_.OriginalPicSizeW = picture_.width;
+    properties_.OriginalPicSizeH = picture_.height;
+    properties_.PictureSize = kSizeOfSource;
+    redraw();
+}
+
+void TarnelButton::setName(TextView name) {
+    passOn(WM_SETTEXT, 0, lparamOf(wide(Text(name))));
+}
+
+LRESULT TarnelButton::onSetText(WPARAM wParam, LPARAM lParam) {
+    const LRESULT result = passOn(WM_SETTEXT, wParam, lParam);
+    const auto* const text = reinterpret_cast<const wchar_t*>(lParam);
+    properties_.Caption = text != nullptr ? Text(textOf(text)) : Text();
+    redraw();
+    return result;
+}
+
+HFONT TarnelButton::font() const {
+    if (ownFont_)
+        return ownFont_.get();
+    return windowFont_ != nullptr ? windowFont_ : uiFont();
+}
+
+// ---- Messages ---------------------------------------------------------------------------------
+
+LRESULT TarnelButton::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    for (const auto handler : {&TarnelButton::onMouse, &TarnelButton::onKey,
+                               &TarnelButton::onDialogMessage, &TarnelButton::onState}) {
+        if (const auto result = (this->*handler)(message, wParam, lParam))
+            return *result;
+    }
+    return passOn(message, wParam, lParam);
+}
+
+std::optional<LRESULT> TarnelButton::onMouse(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_MOUSEMOVE:
+            logic_.mouseMove(pointerState(held_, lParam));
+            return 0;
+        case WM_LBUTTONDOWN:
+            onMouseDown(MouseButton::Left, lParam);
+            return 0;
+        case WM_MBUTTONDOWN:
+            onMouseDown(MouseButton::Middle, lParam);
+            return 0;
+        case WM_RBUTTONDOWN:
+            onMouseDown(MouseButton::Right, lParam);
+            return 0;
+        case WM_LBUTTONUP:
+            onMouseUp(MouseButton::Left, lParam);
+            return 0;
+        case WM_MBUTTONUP:
+            onMouseUp(MouseButton::Middle, lParam);
+            return 0;
+        case WM_RBUTTONUP:
+            onMouseUp(MouseButton::Right, lParam);
+            return 0;
+        case WM_CAPTURECHANGED:
+            held_ = MouseButton::None;
+            logic_.release();
+            return 0;
+        case WM_TIMER:
+            if (wParam == kOverTimer)
+                onOverTimer();
+            return 0;
+        case WM_SETCURSOR:
+            if (LOWORD(lParam) == HTCLIENT && showPointer())
+                return TRUE;
+            return std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+// The button keeps the mouse until it is released, wherever that happens.
+void TarnelButton::onMouseDown(MouseButton button, LPARAM lParam) {
+    if (takesFocus_ && button == MouseButton::Left)
+        ::SetFocus(handle());
+    held_ = button;
+    ::SetCapture(handle());
+    logic_.mouseDown(pointerState(button, lParam));
+}
+
+void TarnelButton::onMouseUp(MouseButton button, LPARAM lParam) {
+    // A press that began elsewhere, or came to nothing meanwhile, is none of the button's.
+    if (held_ != button)
+        return;
+    held_ = MouseButton::None;
+    const PointerState pointer = pointerState(button, lParam);
+    ::ReleaseCapture();
+    logic_.mouseUp(pointer);
+}
+
+void TarnelButton::onOverTimer() {
+    POINT pointer{};
+    ::GetCursorPos(&pointer);
+    logic_.overTimer(::WindowFromPoint(pointer) == handle(), shiftState());
+}
+
+PointerState TarnelButton::pointerState(MouseButton button, LPARAM lParam) const {
+    const POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    return {button, shiftState(), static_cast<int>(point.x), static_cast<int>(point.y),
+            ::PtInRect(&client, point) != FALSE};
+}
+
+bool TarnelButton::showPointer() const {
+    const std::int32_t kind = properties_.MousePointer;
+    const wchar_t* name = nullptr;
+    switch (kind) {
+        case kPointerCustom:
+            if (mouseIcon_)
+                ::SetCursor(mouseIcon_.get());
+            return static_cast<bool>(mouseIcon_);
+        case kPointerCross:
+            name = IDC_CROSS;
+            break;
+        case kPointerIBeam:
+            name = IDC_IBEAM;
+            break;
+        case kPointerWait:
+            name = IDC_WAIT;
+            break;
+        case kPointerNo:
+            name = IDC_NO;
+            break;
+        default:
+            name = kind == kPointerHand || (kind != kPointerArrow && properties_.DefCurHand)
+                       ? IDC_HAND
+                       : IDC_ARROW;
+    }
+    ::SetCursor(::LoadCursorW(nullptr, name));
+    return true;
+}
+
+std::optional<LRESULT> TarnelButton::onKey(UINT message, WPARAM wParam, LPARAM lParam) {
+    const int key = static_cast<int>(wParam);
+    switch (message) {
+        case WM_KEYDOWN: {
+            constexpr LPARAM repeated = 1 << 30;
+            logic_.keyDown(key, shiftState());
+            if (key == kEnterKey && enterClicks_ && !(lParam & repeated))
+                logic_.click();
+            return 0;
+        }
+        case WM_KEYUP:
+            logic_.keyUp(key, shiftState());
+            return 0;
+        case WM_CHAR:
+            logic_.keyPress(static_cast<char16_t>(wParam));
+            return 0;
+        default:
+            return std::nullopt;
+    }
+}
+
+// What dialogs and accessibility ask of a push button.
+std::optional<LRESULT> TarnelButton::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_GETDLGCODE:
+            return dialogCode(lParam);
+        case BM_CLICK:
+            if (::IsWindowEnabled(handle()))
+                logic_.click();
+            return 0;
+        case BM_GETSTATE:
+            return (logic_.isPressed() ? BST_PUSHED : 0) |
+                   (::GetFocus() == handle() ? BST_FOCUS : 0);
+        case BM_SETSTYLE:
+            isDefault_ = (wParam & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+            redraw();
+            return 0;
+        case WM_GETOBJECT:
+            if (static_cast<LONG>(lParam) == kQueryClassIndex)
+                return kButtonClassIndex;
+            return std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+LRESULT TarnelButton::dialogCode(LPARAM lParam) const {
+    LRESULT code = DLGC_BUTTON | (isDefault_ ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
+    if (takesArrows_)
+        code |= DLGC_WANTARROWS;
+    const auto* const asked = reinterpret_cast<const MSG*>(lParam);
+    // The button that has the focus is the one that Enter means, unless the window has a rule.
+    if (asked != nullptr && asked->message == WM_KEYDOWN && asked->wParam == VK_RETURN &&
+        enterClicks_)
+        code |= DLGC_WANTMESSAGE;
+    return code;
+}
+
+std::optional<LRESULT> TarnelButton::onState(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT:
+            onPaint();
+            return 0;
+        case WM_PRINTCLIENT:
+            draw(reinterpret_cast<HDC>(wParam));
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;  // everything is painted in one go
+        case WM_SETTEXT:
+            return onSetText(wParam, lParam);
+        case WM_SETFONT:
+            windowFont_ = reinterpret_cast<HFONT>(wParam);
+            if (lParam)
+                redraw();
+            return 0;
+        case WM_GETFONT:
+            return reinterpret_cast<LRESULT>(font());
+        case WM_ENABLE:
+            logic_.reset();
+            return 0;
+        case WM_SHOWWINDOW:
+            if (!wParam)
+                logic_.reset();
+            return std::nullopt;
+        case WM_SETFOCUS:
+            redraw();
+            return 0;
+        case WM_KILLFOCUS:
+            logic_.release();
+            redraw();
+            return 0;
+        case WM_SIZE:
+        case WM_SYSCOLORCHANGE:
+        case WM_THEMECHANGED:
+            redraw();
+            return 0;
+        default:
+            return std::nullopt;
+    }
+}
+
+// ---- What the logic asks for ------------------------------------------------------------------
+
+void TarnelButton::redraw() {
+    // A null window would stand for the whole screen.
+    if (isOpen() && !isInert_)
+        ::InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void TarnelButton::runOverTimer(bool on) {
+    if (on && isOpen())
+        ::SetTimer(handle(), kOverTimer, kOverTimerMs, nullptr);
+    else if (isOpen())
+        ::KillTimer(handle(), kOverTimer);
+}
+
+// Keys stay where they are: they belong to the dialog around the button.
+void TarnelButton::processPending() {
+    MSG message{};
+    const auto take = [&](UINT first, UINT last) {
+        return isOpen() && ::PeekMessageW(&message, handle(), first, last, PM_REMOVE);
+    };
+    if (isOpen())
+        ::UpdateWindow(handle());
+    while (take(0, WM_KEYFIRST - 1) || take(WM_KEYLAST + 1, 0xFFFF)) {
+        // The end of the program is for the loop around.
+        if (message.message == WM_QUIT) {
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        ::DispatchMessageW(&message);
+    }
+}
+
+void TarnelButton::play(ButtonSound sound) {
+    if (isOpen())
+        sounds_.play(sound);
+}
+
+void TarnelButton::raise(const ButtonEvent& event) {
+    if (!isOpen())
+        return;
+    if (handler_)
+        handler_(event);
+    if (event.kind != ButtonEventKind::Click)
+        return;
+    if (click_ && isOpen())
+        click_();
+    if (isOpen())
+        ::SendMessageW(
+            ::GetParent(handle()), WM_COMMAND,
+            MAKEWPARAM(static_cast<WORD>(::GetDlgCtrlID(handle())), static_cast<WORD>(BN_CLICKED)),
+            reinterpret_cast<LPARAM>(handle()));
+}
+
+// ---- Drawing ----------------------------------------------------------------------------------
+
+void TarnelButton::onPaint() {
+    const PaintScope paint(handle());
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    const UniqueMemoryDc memory(::CreateCompatibleDC(paint.dc()));
+    const UniqueBitmap canvas(::CreateCompatibleBitmap(paint.dc(), static_cast<int>(client.right),
+                                                       static_cast<int>(client.bottom)));
+    if (!memory || !canvas) {
+        draw(paint.dc());
+        return;
+    }
+    const SelectedObject selected(memory.get(), canvas.get());
+    draw(memory.get());
+    ::BitBlt(paint.dc(), 0, 0, static_cast<int>(client.right), static_cast<int>(client.bottom),
+             memory.get(), 0, 0, SRCCOPY);
+}
+
+void TarnelButton::draw(HDC dc) const {
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    drawFace(dc, client);
+    const Extent room{static_cast<int>(client.right) - 2 * scaled(kFaceRoom),
+                      static_cast<int>(client.bottom) - 2 * scaled(kFaceRoom)};
+    const SelectedObject selectedFont(dc, font());
+    const ButtonLayout layout = layoutButton(
+        {static_cast<int>(client.right), static_cast<int>(client.bottom)}, pictureExtent(room),
+        captionExtent(dc), properties_.PicturePosition, scaled(kGap));
+    const int shift = logic_.isPressed() ? scaled(1) : 0;
+    drawPicture(dc, layout.picture, shift);
+    drawCaption(dc, layout.caption, shift);
+    drawFocus(dc, client);
+}
+
+void TarnelButton::drawFace(HDC dc, const RECT& client) const {
+    fill(dc, client, translated(properties_.BackColor));
+    RECT rest = client;
+    const int line = scaled(kFrame);
+    const bool isFlat = properties_.ButtonStyle == 1 && !logic_.isHovering() && !logic_.isPressed();
+    if (isDefault_)
+        frame(dc, rest, line, ::GetSysColor(COLOR_BTNTEXT), ::GetSysColor(COLOR_BTNTEXT));
+    if (logic_.isHovering()) {
+        const COLORREF hot = ::GetSysColor(COLOR_HIGHLIGHT);
+        frame(dc, rest, line, hot, hot);
+    }
+    if (properties_.BEVEL == 0 || isFlat)
+        return;
+    const COLORREF light = translated(kHighlightColour);
+    const COLORREF shadow = translated(kShadowColour);
+    if (!logic_.isHovering())
+        frame(dc, rest, line, shadow, shadow);
+    const int least = static_cast<int>(std::min(client.right, client.bottom)) / 4;
+    const int depth = std::min(
+        least,
+        std::max(1, ::MulDiv(std::clamp(properties_.BEVELDEPTH, 0, 800), systemDpi(), 8 * 96)));
+    const bool isIn = logic_.isPressed() && properties_.ButtonStyle < 2;
+    if (properties_.BEVELDEPTH > 0)
+        frame(dc, rest, depth, isIn ? shadow : light, isIn ? light : shadow);
+}
+
+const Pixels& TarnelButton::shownPicture() const {
+    return logic_.isHovering() && hoverPicture_.width > 0 ? hoverPicture_ : picture_;
+}
+
+Extent TarnelButton::pictureExtent(Extent room) const {
+    if (shownPicture().width == 0)
+        return {};
+    return drawnSize(properties_.PictureSize,
+                     {properties_.OriginalPicSizeW, properties_.OriginalPicSizeH},
+                     {scaled(properties_.PictureWidth), scaled(properties_.PictureHeight)}, room);
+}
+
+void TarnelButton::drawPicture(HDC dc, const Area& area, int shift) const {
+    if (area.width <= 0 || area.height <= 0)
+        return;
+    const Pixels shown =
+        onFace(shownPicture(), {properties_.OriginalPicSizeW, properties_.OriginalPicSizeH},
+               rgbOf(translated(properties_.BackColor)), properties_.TransparentBG,
+               !::IsWindowEnabled(handle()));
+    if (shown.argb.empty())
+        return;
+    const BITMAPINFO info = topDownInfo(shown.width, shown.height);
+    ::SetStretchBltMode(dc, HALFTONE);
+    ::SetBrushOrgEx(dc, 0, 0, nullptr);
+    ::StretchDIBits(dc, area.left + shift, area.top + shift, area.width, area.height, 0, 0,
+                    shown.width, shown.height, shown.argb.data(), &info, DIB_RGB_COLORS, SRCCOPY);
+}
+
+Extent TarnelButton::captionExtent(HDC dc) const {
+    if (properties_.Caption.empty())
+        return {};
+    RECT measured{};
+    Text caption = properties_.Caption;
+    ::DrawTextExW(dc, wideBuffer(caption), -1, &measured, DT_CALCRECT | DT_SINGLELINE, nullptr);
+    return {static_cast<int>(measured.right), static_cast<int>(measured.bottom)};
+}
+
+void TarnelButton::drawCaption(HDC dc, const Area& area, int shift) const {
+    if (properties_.Caption.empty())
+        return;
+    const bool isEnabled = ::IsWindowEnabled(handle()) != FALSE;
+    ::SetTextColor(dc,
+                   isEnabled ? translated(properties_.ForeColor) : ::GetSysColor(COLOR_GRAYTEXT));
+    ::SetBkMode(dc, TRANSPARENT);
+    RECT place{area.left + shift, area.top + shift, area.left + area.width + shift,
+               area.top + area.height + shift};
+    Text caption = properties_.Caption;
+    ::DrawTextExW(dc, wideBuffer(caption), -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE,
+                  nullptr);
+}
+
+// Dots in the caption's colour, which stands out on every face.
+void TarnelButton::drawFocus(HDC dc, const RECT& client) const {
+    if (::GetFocus() != handle())
+        return;
+    constexpr WORD dots[] = {0x55, 0xAA, 0x55, 0xAA, 0x55, 0xAA, 0x55, 0xAA};
+    const UniqueBitmap pattern(::CreateBitmap(8, 8, 1, 1, dots));
+    const UniqueBrush brush(::CreatePatternBrush(pattern.get()));
+    ::SetTextColor(dc, translated(properties_.BackColor));
+    ::SetBkColor(dc, translated(properties_.ForeColor));
+    const int inset = scaled(kFocusInset);
+    const int line = scaled(1);
+    RECT area{inset, inset, client.right - inset, client.bottom - inset};
+    for (int i = 0; i < line && area.left < area.right && area.top < area.bottom; ++i) {
+        ::FrameRect(dc, &area, brush.get());
+        ::InflateRect(&area, -1, -1);
+    }
+}
+
+Extent TarnelButton::idealSize() const {
+    const WindowDc dc(handle());
+    const SelectedObject selected(dc.get(), font());
+    const Extent caption = captionExtent(dc.get());
+    const Extent picture = pictureExtent({scaled(16), scaled(16)});
+    TEXTMETRICW metrics{};
+    ::GetTextMetricsW(dc.get(), &metrics);
+    const int gap = caption.width > 0 && picture.width > 0 ? scaled(kGap) : 0;
+    const bool isSideways =
+        properties_.PicturePosition == kPictureLeft || properties_.PicturePosition == kPictureRight;
+    const int line = std::max(caption.height, fullHeight(metrics));
+    const Extent content =
+        isSideways ? Extent{picture.width + gap + caption.width, std::max(picture.height, line)}
+                   : Extent{std::max(picture.width, caption.width), picture.height + gap + line};
+    return {content.width + 2 * scaled(kSideRoom), content.height + 2 * scaled(kFaceRoom)};
+}
+
+}  // namespace melvorin
