@@ -47,8 +47,9 @@ class ButtonStage : public ::testing::Test {
     void note(const ButtonEvent& event) {
         constexpr const char* names[] = {"Click", "KeyDown", "KeyUp", "KeyPress", "Down",
                                          "Move",  "Up",      "In",    "Out"};
-        if (event.kind != ButtonEventKind::MouseMove)
-            log += std::string(names[static_cast<int>(event.kind)]) + " ";
+        if (event.kind == ButtonEventKind::MouseMove)
+            return;
+        log += std::string(names[static_cast<int>(event.kind)]) + " ";
         last = event;
     }
     void pump() {
@@ -225,21 +226,32 @@ TEST_F(ButtonStage, SilencedByTheSoundSchemeOrTheIniFile) {
 
 // ---- Looks ------------------------------------------------------------------------------------
 
-COLORREF pixelOf(TarnelButton& button, int x, int y) {
-    const WindowDc screen(nullptr);
-    const UniqueMemoryDc dc(::CreateCompatibleDC(screen.get()));
-    const UniqueBitmap canvas(::CreateCompatibleBitmap(screen.get(), 100, 30));
-    const SelectedObject selected(dc.get(), canvas.get());
-    ::SendMessageW(button.handle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.get()), 0);
-    return ::GetPixel(dc.get(), x, y);
+// The button as it draws itself, 100 by 30 pixels.
+class Drawing {
+  public:
+    explicit Drawing(const TarnelButton& button) {
+        ::SendMessageW(button.handle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc_.get()), 0);
+    }
+    COLORREF at(int x, int y) const { return ::GetPixel(dc_.get(), x, y); }
+
+  private:
+    WindowDc screen_{nullptr};
+    UniqueMemoryDc dc_{::CreateCompatibleDC(screen_.get())};
+    UniqueBitmap canvas_{::CreateCompatibleBitmap(screen_.get(), 100, 30)};
+    SelectedObject selected_{dc_.get(), canvas_.get()};
+};
+
+COLORREF pixelOf(const TarnelButton& button, int x, int y) {
+    return Drawing(button).at(x, y);
 }
 
 // How many pixels are neither face nor bevel: the ink of caption and picture.
-int inkOf(TarnelButton& button, COLORREF face) {
+int inkOf(const TarnelButton& button, COLORREF face) {
+    const Drawing drawing(button);
     int ink = 0;
     for (int y = 4; y < 26; ++y) {
         for (int x = 4; x < 96; ++x)
-            ink += pixelOf(button, x, y) != face ? 1 : 0;
+            ink += drawing.at(x, y) != face ? 1 : 0;
     }
     return ink;
 }
