@@ -280,7 +280,7 @@ void Documents::showTitle() {
 // ---- Changes ----------------------------------------------------------------------------------
 
 void Documents::record() {
-    switch (history_.record(editor_.rtf(), editor_.selection().begin)) {
+    switch (history_.record(editor_.rtf(), editor_.selection().begin, editor_.background())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
             unrecorded_ = false;
@@ -337,6 +337,7 @@ void Documents::restore(const Snapshot& snapshot) {
         const ScrollPosition scroll = editor_.scrollPosition();
         shown = editor_.loadRtf(*bytes.value);
         if (shown) {
+            editor_.setBackground(snapshot.background);
             // The page stays where it is, unless the change is elsewhere.
             editor_.select({snapshot.caret, snapshot.caret});
             editor_.scrollTo(scroll);
@@ -351,7 +352,8 @@ void Documents::restore(const Snapshot& snapshot) {
 
 // Text that no snapshot holds would be gone after a step, so it is written now or asked about.
 bool Documents::mayLeaveScreenText() {
-    if (!unrecorded_ || history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin) ||
+    if (!unrecorded_ ||
+        history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()) ||
         services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
                                 u"brought back.\r\n\r\nLeave it all the same?",
                                 kMessageTitle, MessageIcon::Question,

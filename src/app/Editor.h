@@ -72,6 +72,11 @@ class Editor {
     virtual std::optional<Selection> find(TextView what, std::int32_t from,
                                           FindOptions options) const = 0;
 
+    // The colour behind the whole document; nothing for the system's. It is no part of the Rich
+    // Text and stays through a load.
+    virtual std::optional<Rgb> background() const = 0;
+    virtual void setBackground(std::optional<Rgb> colour) = 0;
+
     virtual Selection selection() const = 0;
     virtual void select(Selection selection) = 0;
     virtual ScrollPosition scrollPosition() const = 0;

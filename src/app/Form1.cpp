@@ -44,6 +44,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuSelectAll, &Form1::selectAll},
         {Command::mnuFind, &Form1::openFind},
         {Command::findAgain, &Form1::findAgain},
+        {Command::mnuFont, &Form1::openFont},
         {Command::mnuBold, &Form1::toggleBold},
         {Command::mnuItalic, &Form1::toggleItalic},
         {Command::mnuUnderline, &Form1::toggleUnderline},
@@ -92,7 +93,8 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { recent_.add(path); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
-      find_(rtftext_, services_.messages, [this] { documents_.changed(); }) {}
+      find_(rtftext_, services_.messages, [this] { documents_.changed(); }),
+      font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -172,7 +174,7 @@ void Form1::createAccelerators() {
 }
 
 bool Form1::translate(MSG& message) {
-    if (find_.translate(message))
+    if (find_.translate(message) || font_.translate(message))
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);

@@ -20,6 +20,7 @@
 #include "platform/RichEdit.h"
 #include "platform/Toolbar.h"
 #include "platform/Window.h"
+#include "widgets/frmFont.h"
 
 namespace melvorin {
 
@@ -49,6 +50,7 @@ class Form1 : public Window {
     void endRun() { documents_.endRun(); }
     const Documents& documents() const { return documents_; }
     const Toolbar& toolbar() const { return toolbar_; }
+    frmFont& fontWindow() { return font_; }
     const MenuBar& menuBar() const { return menuBar_; }
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
@@ -129,6 +131,7 @@ class Form1 : public Window {
     }
     void openShipped(Command command);
     void about();
+    void openFont() { font_.open(handle()); }
     void keyDown() { changeKey(Direction::Down); }
     void keyUp() { changeKey(Direction::Up); }
     void useSharps() { useSpelling(Spelling::Sharps); }
@@ -146,6 +149,7 @@ class Form1 : public Window {
     Documents documents_;
     RecentFiles recent_;
     frmFind find_;
+    frmFont font_;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

@@ -12,7 +12,13 @@ Text editorFontFace(const Services& services) {
     constexpr std::uint32_t capacity = 255;
     const Text option =
         services.profiles.read(u"Tela", u"Option", u"", programIniPath(services.program), capacity);
-    return option == u"0" ? u"Courier New" : u"Lucida Console";
+    return Text(option == u"0" ? kCourierNew : kLucidaConsole);
+}
+
+bool storeEditorFont(const Services& services, TextView face) {
+    services.profiles.write(u"Tela", u"Option", face == kCourierNew ? u"0" : u"1",
+                            programIniPath(services.program));
+    return editorFontFace(services) == face;
 }
 
 }  // namespace melvorin

@@ -20,14 +20,15 @@ void SnapshotHistory::dropRedo() {
     count_ = current_;
 }
 
-SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int32_t caret) {
+SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int32_t caret,
+                                                 std::optional<Rgb> background) {
     if (current_ != count_)
         dropRedo();
     if (count_ == kMostSnapshots)
         return Outcome::Full;
     ++count_;
     current_ = count_;
-    snapshots_.push_back({{}, caret});
+    snapshots_.push_back({{}, caret, background});
 
     return writeCurrent(rtf) ? Outcome::Recorded : Outcome::NotWritten;
 }
@@ -52,10 +53,13 @@ bool SnapshotHistory::writeCurrent(std::string_view rtf) {
     return true;
 }
 
-bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret) {
+bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret,
+                                     std::optional<Rgb> background) {
     if (!writeCurrent(rtf))
         return false;
-    snapshots_[static_cast<std::size_t>(current_)].caret = caret;
+    Snapshot& snapshot = snapshots_[static_cast<std::size_t>(current_)];
+    snapshot.caret = caret;
+    snapshot.background = background;
     return true;
 }
 

@@ -1,5 +1,5 @@
 // The undo history: one complete Rich Text copy of the document per step, each in a temporary
-// file, with the caret position beside it.
+// file, with what Rich Text does not hold beside it: the caret and the background.
 //
 // Invariant: floor <= current <= count once the first snapshot exists. The floor is the first
 // snapshot of the open document: undo never reaches the document that was open before.
@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Editor.h"
 #include "app/Files.h"
 #include "app/Text.h"
 
@@ -19,6 +20,8 @@ namespace melvorin {
 struct Snapshot {
     Text path;
     std::int32_t caret = 0;  // position in the editor
+    // Behind the document, where it is not the system's: the Rich Text does not hold it.
+    std::optional<Rgb> background;
 };
 
 class SnapshotHistory {
@@ -33,9 +36,11 @@ class SnapshotHistory {
     };
 
     // Appends a state and makes it the current one; states that were undone are deleted first.
-    Outcome record(std::string_view rtf, std::int32_t caret);
+    Outcome record(std::string_view rtf, std::int32_t caret,
+                   std::optional<Rgb> background = std::nullopt);
     // Writes the current state again, for a text that was not recorded; false when it cannot be.
-    bool rewriteCurrent(std::string_view rtf, std::int32_t caret);
+    bool rewriteCurrent(std::string_view rtf, std::int32_t caret,
+                        std::optional<Rgb> background = std::nullopt);
     // The cause of the last NotWritten, as a sentence.
     const Text& lastFailure() const { return lastFailure_; }
     // Makes the current snapshot the floor of undo (a document has just been opened).

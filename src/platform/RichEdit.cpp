@@ -150,7 +150,7 @@ HWND RichEdit::createControl() {
     set(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(defaultFormat_));
     set(EM_SETCHARFORMAT, SCF_ALL, formatParam(defaultFormat_));
     if (background_)
-        set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(*background_));
+        set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(*background_)));
     return control;
 }
 
@@ -327,9 +327,9 @@ void RichEdit::setAlignment(Alignment alignment) {
     send(EM_SETPARAFORMAT, 0, lparamOf(&format));
 }
 
-void RichEdit::setBackground(Rgb colour) {
-    background_ = colourRef(colour);
-    send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(*background_));
+void RichEdit::setBackground(std::optional<Rgb> colour) {
+    background_ = colour;
+    send(EM_SETBKGNDCOLOR, colour ? 0 : 1, colour ? static_cast<LPARAM>(colourRef(*colour)) : 0);
 }
 
 SelectionStyle RichEdit::selectionStyle() const {

@@ -53,6 +53,8 @@ class RichEdit : public Editor {
     void replaceSelection(TextView text) override;
     bool replaceSelectionRtf(std::string_view rtf) override;
     void sendUndo() override;
+    std::optional<Rgb> background() const override { return background_; }
+    void setBackground(std::optional<Rgb> colour) override;
     Text faceAt(std::int32_t position) override;
     std::optional<Selection> find(TextView what, std::int32_t from,
                                   FindOptions options) const override;
@@ -85,8 +87,6 @@ class RichEdit : public Editor {
     void setSelectionFace(TextView face);
     void setSelectionSize(int halfPoints);
     void setAlignment(Alignment alignment);
-    // Colour behind the whole document; it is no part of the Rich Text.
-    void setBackground(Rgb colour);
 
     std::int32_t lineCount() const;
     std::int32_t lineOf(std::int32_t position) const;
@@ -115,7 +115,7 @@ class RichEdit : public Editor {
     int id_ = 0;
     RECT place_{};
     CHARFORMAT2W defaultFormat_{};
-    std::optional<COLORREF> background_;
+    std::optional<Rgb> background_;
     int work_ = 0;
 };
 

@@ -244,7 +244,7 @@ TEST(ButtonPicture, LetsTheFaceThrough) {
     EXPECT_EQ(onFace(opaque, {2, 1}, face, true, false).argb, (Row{face, 0x102030}));
     EXPECT_EQ(onFace(alpha, {3, 1}, face, false, false).argb, (Row{face, 0x102030, 0x787878}));
     // A disabled picture is 96 parts of 255 of itself.
-    EXPECT_EQ(onFace(opaque, {2, 1}, 0xFFFFFF, true, true).argb, (Row{0xFFFFFF, 0xA6ACB2}));
+    EXPECT_EQ(onFace(opaque, {2, 1}, 0xFFFFFF, true, true).argb, (Row{0xFFFFFF, 0xA5ABB1}));
     // Larger and smaller than the picture.
     EXPECT_EQ(onFace(opaque, {3, 2}, face, false, false).argb,
               (Row{0xFF00FF, 0x102030, face, face, face, face}));

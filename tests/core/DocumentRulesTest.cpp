@@ -186,6 +186,21 @@ TEST(SnapshotHistory, StepsBackForthAndBranches) {
     EXPECT_TRUE(files.content.empty());
 }
 
+TEST(SnapshotHistory, KeepsTheBackgroundBesideEachState) {
+    constexpr Rgb grey{200, 200, 200};
+    MemoryFiles files;
+    SnapshotHistory history(files);
+    history.record("one", 0);
+    history.record("two", 0, grey);
+    history.record("three", 0, Rgb{});
+    EXPECT_EQ(history.previous().background, grey);
+    history.stepBack();
+    EXPECT_EQ(history.previous().background, std::nullopt);
+    EXPECT_EQ(history.next().background, Rgb{});
+    EXPECT_TRUE(history.rewriteCurrent("two", 0, Rgb{1, 2, 3}));
+    EXPECT_EQ(history.currentSnapshot().background, (Rgb{1, 2, 3}));
+}
+
 TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
     MemoryFiles files;
     SnapshotHistory history(files);

@@ -389,9 +389,9 @@ TEST(CommandMap, EveryEntryHasItsHandler) {
     Program program;
     ASSERT_TRUE(program.start());
     // What is not built yet is greyed, and nothing else is.
-    const std::set<Command> later = {
-        Command::mnuFont,   Command::mnuEditDic, Command::mnuFullScreen, Command::mnuEditCifra,
-        Command::mnuChDigt, Command::mnuTab,     Command::mnuDps};
+    const std::set<Command> later = {Command::mnuEditDic,   Command::mnuFullScreen,
+                                     Command::mnuEditCifra, Command::mnuChDigt,
+                                     Command::mnuTab,       Command::mnuDps};
     for (const MenuEntry& entry : menuEntries()) {
         if (entry.isSubmenu || entry.startsHidden || entry.caption == u"-" ||
             entry.item == Command::mnuRecentFile0)

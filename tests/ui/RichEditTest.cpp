@@ -213,7 +213,7 @@ TEST(EditorStyle, BackgroundIsNoPartOfTheDocument) {
     Host host;
     ASSERT_TRUE(host.edit.loadRtf(kStyledSong));
     const std::string before = host.edit.rtf();
-    host.edit.setBackground({10, 200, 30});
+    host.edit.setBackground(Rgb{10, 200, 30});
     EXPECT_EQ(host.edit.rtf(), before);
     EXPECT_EQ(::SendMessageW(host.edit.handle(), EM_SETBKGNDCOLOR, 0, RGB(1, 2, 3)),
               LRESULT{RGB(10, 200, 30)});

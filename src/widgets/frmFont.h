@@ -1,0 +1,124 @@
+// The font and colours window. It formats the selection of the editor, each change at once, and
+// stays open beside the main window; it follows the selection meanwhile.
+#pragma once
+
+#include <array>
+#include <deque>
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "platform/RichEdit.h"
+#include "widgets/FontChoice.h"
+#include "widgets/TarnelButton.h"
+
+namespace melvorin {
+
+class frmFont : public Window {
+  public:
+    struct Callbacks {
+        // The document's change notification.
+        std::function<void()> changed;
+        // Another command is under way: nothing may be changed now.
+        std::function<bool()> isBusy;
+    };
+
+    // What is given outlives the window.
+    frmFont(const Services& services, RichEdit& rtftext, Callbacks callbacks);
+
+    // Opens the window over `owner`, or brings it forward. False when Windows refuses.
+    bool open(HWND owner);
+    // Keyboard navigation; true when the message is dealt with.
+    bool translate(MSG& message);
+
+    // The ids of the controls, by their names; the swatches have kG1 and up.
+    enum ControlId {
+        kText2 = 101,
+        kList1,
+        kT1,
+        kList2,
+        kCheck1,
+        kCheck2,
+        kCheck3,
+        kOp1Text,
+        kOp1Back,
+        kCommand3,
+        kLabel3,
+        kLabel4,
+        kOption1,
+        kOption2,
+        kCommand1,
+        kG1 = 200,
+    };
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onException(const std::exception& error) override;
+    void onCommand(int id, int code);
+    void onTimer(UINT_PTR timer);
+    void onActivate(WPARAM wParam);
+    void onMeasureItem(LPARAM lParam) const;
+    void onDrawItem(LPARAM lParam);
+    LRESULT onLabelColour(HDC dc) const;
+
+    void createControls();
+    void createSwatches();
+    void placeNamedSwatches();
+    void placeOtherSwatches();
+    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place,
+             DWORD extendedStyle = 0);
+    HWND control(int id) const { return ::GetDlgItem(handle(), id); }
+    void fillLists();
+
+    bool mayChange();
+    template <class Change>
+    void apply(Change change);
+    void onFaceChosen();
+    void onSizeChosen();
+    void onTyped(int id);
+    void takeTyped();
+    void takeTypedFace();
+    void takeTypedSize();
+    void applyFace(TextView face);
+    void applySize(int halfPoints);
+    void onStyleClicked(int id);
+    void applyColour(Rgb colour);
+    void onMoreColours();
+    void onSwatchKey(std::size_t index, int keyCode);
+    void onSave();
+
+    void followSelection();
+    void showStyle();
+    void showExample();
+    void markFace(TextView face);
+    void markSize(std::optional<int> halfPoints);
+    Rgb backColour() const;
+    HFONT faceFont(const Text& face);
+
+    // Text2 and List1 belong together, so do T1 and List2: up and down in the box move the list,
+    // letters in the list go to the box.
+    static LRESULT CALLBACK pairProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR self);
+
+    Services services_;
+    RichEdit& rtftext_;
+    Callbacks callbacks_;
+    ButtonSounds sounds_;
+    std::deque<TarnelButton> G1_;
+    std::array<Area, kSwatchCount> swatchAreas_{};
+    TarnelButton Command1_;
+    TarnelButton Command2_;
+    TarnelButton Command3_;
+    std::vector<Text> faces_;
+    std::map<Text, UniqueFont> faceFonts_;
+    UniqueFont exampleFont_;
+    UniqueBrush exampleBrush_;
+    SelectionStyle style_;  // what the controls show
+    std::optional<Rgb> background_;
+    Selection selection_;
+    int typedIn_ = 0;           // the box with text that the editor does not have yet
+    HWND lastFocus_ = nullptr;  // while another window is active
+    bool filling_ = false;      // the window itself changes its controls
+};
+
+}  // namespace melvorin
