@@ -108,7 +108,7 @@ bool TarnelButton::create(HWND parent, int id, const RECT& place, TextView capti
     spec.className = L"TarnelButton";
     const Text text(caption);
     spec.caption = wide(text);
-    spec.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | style;
+    spec.style = WS_CHILD | WS_VISIBLE | style;
     spec.x = static_cast<int>(place.left);
     spec.y = static_cast<int>(place.top);
     spec.width = static_cast<int>(place.right - place.left);

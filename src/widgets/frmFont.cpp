@@ -21,9 +21,10 @@ constexpr TextView kSettingsText = u"Your New Chord Notations will be created wi
 
 constexpr int kMargin = 12;
 constexpr int kGap = 8;
-constexpr int kBox = 24;
+constexpr int kBox = 22;
 constexpr int kCheck = 22;
 constexpr int kButton = 26;
+constexpr int kButtonWidth = 96;
 constexpr int kCaption = 20;  // from a frame's top to its first control
 
 constexpr int kFontWidth = 220;
@@ -37,13 +38,14 @@ constexpr int kAppearanceHeight = kCaption + 3 * kCheck + kMargin;
 constexpr int kApplyHeight = kCaption + 2 * kCheck + kMargin;
 constexpr int kTopHeight = kAppearanceHeight + kGap + kApplyHeight;
 constexpr int kColoursHeight = kCaption + 5 * kButton + 4 * kGap + kMargin;
-constexpr int kSettingsHeight = kCaption + 2 * kCheck + kGap + kButton + kMargin;
+constexpr int kSettingsHeight = kColoursHeight - kGap - kButton;
 constexpr int kSecondTop = kMargin + kTopHeight + kGap;
 constexpr int kClientHeight = kSecondTop + kColoursHeight + kMargin;
 
 constexpr int kNamedColumns = 4;
 constexpr int kOtherColumns = 14;
-constexpr int kListRow = 22;
+constexpr int kListRow = 20;
+constexpr int kTextIndent = 4;  // in boxes and lists
 
 RECT box(int left, int top, int width, int height) {
     return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
@@ -129,7 +131,8 @@ frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callback
 bool frmFont::open(HWND owner) {
     if (!isOpen()) {
         RECT frame{0, 0, scaled(kClientWidth), scaled(kClientHeight)};
-        constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+        // Children are not clipped: the frames leave their inside to the window.
+        constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
         ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT);
         WindowSpec spec;
         spec.className = L"MelvorinfrmFont";
@@ -272,7 +275,8 @@ void frmFont::createControls() {
     const auto group = [&](const wchar_t* caption, int left, int top, int width, int height) {
         add(L"BUTTON", caption, BS_GROUPBOX, 0, box(left, top, width, height));
     };
-    constexpr DWORD listStyle = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    constexpr DWORD listStyle = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
+                                LBS_OWNERDRAWFIXED | LBS_HASSTRINGS;
     constexpr DWORD editStyle = WS_TABSTOP | ES_AUTOHSCROLL;
     constexpr DWORD checkStyle = WS_TABSTOP | BS_3STATE;
     constexpr DWORD radioStyle = BS_AUTORADIOBUTTON;
@@ -286,8 +290,8 @@ void frmFont::createControls() {
     int inner = kFontWidth - 2 * kMargin;
     add(L"EDIT", L"", editStyle, kText2, box(left + kMargin, boxTop, inner, kBox),
         WS_EX_CLIENTEDGE);
-    add(L"LISTBOX", L"", listStyle | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS, kList1,
-        box(left + kMargin, listTop, inner, listHeight), WS_EX_CLIENTEDGE);
+    add(L"LISTBOX", L"", listStyle, kList1, box(left + kMargin, listTop, inner, listHeight),
+        WS_EX_CLIENTEDGE);
 
     left += kFontWidth + kGap;
     group(L"Size", left, top, kSizeWidth, kTopHeight);
@@ -298,6 +302,9 @@ void frmFont::createControls() {
     for (const int id : {kText2, kList1, kT1, kList2})
         ::SetWindowSubclass(control(id), pairProcedure, static_cast<UINT_PTR>(id),
                             reinterpret_cast<DWORD_PTR>(this));
+
+    for (const int id : {kText2, kT1})
+        ::SendMessageW(control(id), EM_SETMARGINS, EC_LEFTMARGIN, scaled(kTextIndent));
 
     left += kSizeWidth + kGap;
     inner = kStyleWidth - 2 * kMargin;
@@ -327,17 +334,21 @@ void frmFont::createControls() {
         box(left + kMargin, boxTop + exampleHeight + kGap / 2, inner, kCheck));
 
     group(L"Settings", left, kSecondTop, kRightWidth, kSettingsHeight);
+    const int choiceTop = kSecondTop + kCaption + kCheck;
+    add(L"STATIC", L"The font of new chord notations:", SS_CENTERIMAGE, 0,
+        box(left + kMargin, kSecondTop + kCaption, inner, kCheck));
     add(L"BUTTON", L"Use Courier New as your Default Font", radioStyle | WS_GROUP | WS_TABSTOP,
-        kOption1, box(left + kMargin, kSecondTop + kCaption, inner, kCheck));
+        kOption1, box(left + kMargin, choiceTop, inner, kCheck));
     add(L"BUTTON", L"Use Lucida Console as your Default Font", radioStyle, kOption2,
-        box(left + kMargin, kSecondTop + kCaption + kCheck, inner, kCheck));
-    const int buttonLeft = left + kRightWidth - kMargin - 100;
+        box(left + kMargin, choiceTop + kCheck, inner, kCheck));
+    const int buttonLeft = left + kRightWidth - kButtonWidth;
     Command1_.create(handle(), kCommand1,
-                     box(buttonLeft, kSecondTop + kCaption + 2 * kCheck + kGap, 100, kButton),
+                     box(buttonLeft - kMargin, kSecondTop + kSettingsHeight - kMargin - kButton,
+                         kButtonWidth, kButton),
                      u"Save", WS_TABSTOP | WS_GROUP);
     Command2_.create(handle(), IDCANCEL,
-                     box(buttonLeft, kClientHeight - kMargin - kButton, 100, kButton), u"&Exit",
-                     WS_TABSTOP | WS_GROUP);
+                     box(buttonLeft, kClientHeight - kMargin - kButton, kButtonWidth, kButton),
+                     u"&Exit", WS_TABSTOP | WS_GROUP);
     filling_ = false;
 }
 
@@ -677,25 +688,27 @@ void frmFont::onMeasureItem(LPARAM lParam) const {
 HFONT frmFont::faceFont(const Text& face) {
     UniqueFont& font = faceFonts_[face];
     if (!font)
-        font = makeFont(face, scaled(15), {});
+        font = makeFont(face, scaled(14), {});
     return font.get();
 }
 
 void frmFont::onDrawItem(LPARAM lParam) {
     const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-    if (item.itemID >= faces_.size())
+    const bool isFace = item.CtlID == kList1;
+    const std::size_t row = item.itemID;
+    if (row >= (isFace ? faces_.size() : fontSizes().size()))
         return;
     const bool isSelected = (item.itemState & ODS_SELECTED) != 0;
     ::SetTextColor(item.hDC, ::GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     ::SetBkColor(item.hDC, ::GetSysColor(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
     ::ExtTextOutW(item.hDC, 0, 0, ETO_OPAQUE, &item.rcItem, nullptr, 0, nullptr);
-    const Text& face = faces_[item.itemID];
+    const Text text = isFace ? faces_[row] : fontSizeText(2 * fontSizes()[row]);
     RECT place = item.rcItem;
-    place.left += scaled(4);
-    SelectedObject font(item.hDC, faceFont(face));
+    place.left += scaled(kTextIndent);
+    const SelectedObject font(item.hDC, isFace ? faceFont(text) : uiFont());
     if (isSymbolFont(item.hDC))
         ::SelectObject(item.hDC, uiFont());
-    ::DrawTextW(item.hDC, wide(face), -1, &place,
+    ::DrawTextW(item.hDC, wide(text), -1, &place,
                 DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
     if (item.itemState & ODS_FOCUS)
         ::DrawFocusRect(item.hDC, &item.rcItem);
