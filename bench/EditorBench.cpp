@@ -310,6 +310,8 @@ class TimedEditor : public Editor {
         return editor_.replaceSelectionRtf(rtf);
     }
     void sendUndo() override { editor_.sendUndo(); }
+    std::optional<Rgb> background() const override { return editor_.background(); }
+    void setBackground(std::optional<Rgb> colour) override { editor_.setBackground(colour); }
     std::optional<Selection> find(TextView what, std::int32_t from,
                                   FindOptions options) const override {
         const Watch watch(other);

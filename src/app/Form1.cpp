@@ -93,7 +93,7 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { recent_.add(path); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
-      find_(rtftext_, services_.messages, [this] { documents_.changed(); }),
+      find_(services_, rtftext_, [this] { documents_.changed(); }),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------

@@ -33,10 +33,16 @@ Text windowText(HWND window) {
 
 }  // namespace
 
-frmFind::frmFind(RichEdit& rtftext, MessageBoxes& messages, std::function<void()> changed)
+frmFind::frmFind(const Services& services, RichEdit& rtftext, std::function<void()> changed)
     : rtftext_(rtftext),
-      messages_(messages),
-      finder_(rtftext, messages, std::move(changed), [this] { ::SetFocus(rtftext_.handle()); }) {}
+      messages_(services.messages),
+      finder_(rtftext, services.messages, std::move(changed),
+              [this] { ::SetFocus(rtftext_.handle()); }),
+      sounds_(services),
+      cmdFindNext_(sounds_),
+      cmdReplace_(sounds_),
+      cmdReplaceAll_(sounds_),
+      cmdCancel_(sounds_) {}
 
 Text frmFind::HistoryBox::text() const {
     return windowText(window);
@@ -99,37 +105,39 @@ void frmFind::createControls() {
     constexpr int firstRow = kMargin;
     constexpr int secondRow = firstRow + kButtonHeight + kGap;
     constexpr int checkRow = secondRow + kButtonHeight + kGap;
-    const auto label = [&](const wchar_t* text, int top) {
-        addControl(L"STATIC", text, SS_CENTERIMAGE, -1,
-                   {kMargin, top, kMargin + kLabelWidth, top + kBoxHeight});
-    };
-    const auto box = [&](int id, int top) {
-        return addControl(L"COMBOBOX", L"",
-                          WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, id,
-                          {boxLeft, top, boxLeft + kBoxWidth, top + kListHeight});
+    const auto box = [&](const wchar_t* label, int id, int top) {
+        const HWND text = addControl(L"STATIC", label, SS_CENTERIMAGE, -1,
+                                     {kMargin, top, kMargin + kLabelWidth, top + kBoxHeight});
+        const HWND combo =
+            addControl(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL,
+                       id, {boxLeft, top, boxLeft + kBoxWidth, top + kListHeight});
+        // The font gives the box its height; the label's text is on its line.
+        RECT place{};
+        ::GetWindowRect(combo, &place);
+        ::SetWindowPos(text, nullptr, 0, 0, scaled(kLabelWidth),
+                       static_cast<int>(place.bottom - place.top), SWP_NOMOVE | SWP_NOZORDER);
+        return combo;
     };
     const auto check = [&](const wchar_t* text, int id, int top) {
         return addControl(L"BUTTON", text, WS_TABSTOP | BS_AUTOCHECKBOX, id,
                           {boxLeft, top, boxLeft + kBoxWidth, top + kCheckHeight});
     };
     int top = firstRow;
-    const auto button = [&](const wchar_t* text, int id, DWORD style) {
-        constexpr int left = boxLeft + kBoxWidth + kGap;
-        const HWND control = addControl(L"BUTTON", text, WS_TABSTOP | style, id,
-                                        {left, top, left + kButtonWidth, top + kButtonHeight});
+    const auto addButton = [&](TarnelButton& button, TextView text, int id, DWORD style) {
+        const int left = scaled(boxLeft + kBoxWidth + kGap);
+        button.create(handle(), id,
+                      {left, scaled(top), left + scaled(kButtonWidth), scaled(top + kButtonHeight)},
+                      text, WS_TABSTOP | style);
         top += kButtonHeight + kGap;
-        return control;
     };
-    label(L"Find what:", firstRow);
-    Findme_ = {box(kFindme, firstRow), {}};
-    label(L"Replace with:", secondRow);
-    Replaceme_ = {box(kReplaceme, secondRow), {}};
+    Findme_ = {box(L"Find what:", kFindme, firstRow), {}};
+    Replaceme_ = {box(L"Replace with:", kReplaceme, secondRow), {}};
     ChWord_ = check(L"Match whole word only", kChWord, checkRow);
     ChCase_ = check(L"Match Case", kChCase, checkRow + kCheckHeight + kGap / 2);
-    cmdFindNext_ = button(L"Find Next", kFindNext, BS_DEFPUSHBUTTON);
-    cmdReplace_ = button(L"Replace", kReplace, BS_PUSHBUTTON);
-    cmdReplaceAll_ = button(L"Replace All", kReplaceAll, BS_PUSHBUTTON);
-    cmdCancel_ = button(L"Exit", IDCANCEL, BS_PUSHBUTTON);
+    addButton(cmdFindNext_, u"Find Next", kFindNext, BS_DEFPUSHBUTTON);
+    addButton(cmdReplace_, u"Replace", kReplace, 0);
+    addButton(cmdReplaceAll_, u"Replace All", kReplaceAll, 0);
+    addButton(cmdCancel_, u"Exit", IDCANCEL, 0);
     enableActions({});
 }
 
@@ -190,9 +198,8 @@ void frmFind::onCommand(int control, int code) {
 }
 
 void frmFind::enableActions(TextView what) {
-    const BOOL enabled = isSearchText(what);
-    for (const HWND button : {cmdFindNext_, cmdReplace_, cmdReplaceAll_})
-        ::EnableWindow(button, enabled);
+    for (TarnelButton* const button : {&cmdFindNext_, &cmdReplace_, &cmdReplaceAll_})
+        button->setEnabled(isSearchText(what));
 }
 
 // ---- Commands ---------------------------------------------------------------------------------
@@ -215,7 +222,7 @@ void frmFind::onFindNext() {
     const FindReplace::Request wanted = request();
     Findme_.remember(wanted.what);
     if (finder_.findNext(wanted)) {
-        ::EnableWindow(cmdReplace_, TRUE);
+        cmdReplace_.setEnabled(true);
         keepClearOf(rtftext_.selection().begin);
     }
 }
@@ -231,8 +238,9 @@ void frmFind::onReplaceAll() {
     const FindReplace::Request wanted = request();
     Findme_.remember(wanted.what);
     Replaceme_.remember(wanted.with);
-    const HWND others[] = {Findme_.window, Replaceme_.window, ChWord_,       ChCase_,
-                           cmdFindNext_,   cmdReplace_,       cmdReplaceAll_};
+    const HWND others[] = {
+        Findme_.window,       Replaceme_.window,      ChWord_, ChCase_, cmdFindNext_.handle(),
+        cmdReplace_.handle(), cmdReplaceAll_.handle()};
     for (const HWND control : others)
         ::EnableWindow(control, FALSE);
     ::UpdateWindow(handle());
@@ -267,7 +275,7 @@ void frmFind::pump() {
         }
         if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE)
             finder_.stop();
-        else if (!isInput(message.message) || message.hwnd == cmdCancel_) {
+        else if (!isInput(message.message) || message.hwnd == cmdCancel_.handle()) {
             ::TranslateMessage(&message);
             ::DispatchMessageW(&message);
         }

@@ -7,14 +7,14 @@
 
 #include "find/FindReplace.h"
 #include "platform/RichEdit.h"
-#include "platform/Window.h"
+#include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
 class frmFind : public Window {
   public:
     // Everything given outlives the window. `changed` is the document's change notification.
-    frmFind(RichEdit& rtftext, MessageBoxes& messages, std::function<void()> changed);
+    frmFind(const Services& services, RichEdit& rtftext, std::function<void()> changed);
 
     // Opens the window over `owner`, or brings it forward, with `what` as the text to search
     // unless that is empty. False when Windows refuses.
@@ -58,10 +58,11 @@ class frmFind : public Window {
     HistoryBox Replaceme_;
     HWND ChWord_ = nullptr;
     HWND ChCase_ = nullptr;
-    HWND cmdFindNext_ = nullptr;
-    HWND cmdReplace_ = nullptr;
-    HWND cmdReplaceAll_ = nullptr;
-    HWND cmdCancel_ = nullptr;
+    ButtonSounds sounds_;
+    TarnelButton cmdFindNext_;
+    TarnelButton cmdReplace_;
+    TarnelButton cmdReplaceAll_;
+    TarnelButton cmdCancel_;
 };
 
 }  // namespace melvorin

@@ -402,6 +402,9 @@ TEST(CommandMap, EveryEntryHasItsHandler) {
                                                            : program.state().*rule->when;
         EXPECT_EQ(program.form->isEnabled(entry.item), expected) << shown(entry.caption);
     }
+    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuSus)), ">> Use Sharps");
+    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuBem)), "Use Flats");
+    EXPECT_EQ(::GetMenuItemCount(program.form->menuBar().bar()), 7);
 }
 
 }  // namespace

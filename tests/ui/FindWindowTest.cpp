@@ -190,9 +190,15 @@ TEST(Find, WorksByKeyboard) {
         ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 1);
         program.pump();
     };
+    POINT match = program.editor().pointOf(4);
+    ::ClientToScreen(program.editor().handle(), &match);
+    ::SetWindowPos(find.window(), nullptr, match.x - 50, match.y - 50, 0, 0, SWP_NOSIZE);
     press(VK_RETURN);  // the selected word was taken over
     EXPECT_EQ(find.selected(), "two");
     EXPECT_EQ(::GetFocus(), program.editor().handle());
+    RECT window{};
+    ::GetWindowRect(find.window(), &window);
+    EXPECT_FALSE(::PtInRect(&window, match)) << "the window makes way for what it found";
     press(VK_F3);
     EXPECT_EQ(program.messages.boxes.size(), 1U);
     press(VK_F3);

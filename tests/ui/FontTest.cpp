@@ -211,6 +211,8 @@ TEST_F(FontWindow, AnEmptyDocumentTakesTheFocusAndTheNextLetterTheFormat) {
     ::SetFocus(control(frmFont::kCommand3));
     click(frmFont::kG1 + 6);
     EXPECT_EQ(::GetFocus(), program.editor().handle());
+    // With plain text on the clipboard typing would take the editor's own format.
+    program.clipboard.rich = "{\\rtf1 x}";
     ::SendMessageW(program.editor().handle(), WM_CHAR, 'C', 1);
     program.editor().select({0, 1});
     EXPECT_EQ(style().colour, kRed);

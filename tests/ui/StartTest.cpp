@@ -252,19 +252,5 @@ TEST(Close, RemovesTheSnapshotsOfTheRun) {
     EXPECT_FALSE(program.files.exists(path));
 }
 
-TEST(Menus, HaveOnlyWhatWorksEnabled) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    for (const Command command : {Command::mnuFileNew, Command::mnuFileOpen, Command::mnuFileSave3,
-                                  Command::mnuFileExit, Command::mnuUp, Command::mnuSus})
-        EXPECT_TRUE(program.form->isEnabled(command));
-    for (const Command command : {Command::mnuFileSaveAs, Command::mnuEditUndo,
-                                  Command::mnuEditRedo, Command::mnuFind, Command::mnuTab})
-        EXPECT_FALSE(program.form->isEnabled(command));
-    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuSus)), ">> Use Sharps");
-    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuBem)), "Use Flats");
-    EXPECT_EQ(::GetMenuItemCount(program.form->menuBar().bar()), 7);
-}
-
 }  // namespace
 }  // namespace melvorin::testing
