@@ -314,7 +314,7 @@ std::optional<LRESULT> TarnelButton::onKey(UINT message, WPARAM wParam, LPARAM l
 }
 
 // What dialogs and accessibility ask of a push button.
-std::optional<LRESULT> TarnelButton::onDialogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+std::optional<LRESULT> TarnelButton::onDialogMessage(UINT message, WPARAM, LPARAM lParam) {
     switch (message) {
         case WM_GETDLGCODE:
             return dialogCode(lParam);
@@ -326,9 +326,7 @@ std::optional<LRESULT> TarnelButton::onDialogMessage(UINT message, WPARAM wParam
             return (logic_.isPressed() ? BST_PUSHED : 0) |
                    (::GetFocus() == handle() ? BST_FOCUS : 0);
         case BM_SETSTYLE:
-            isDefault_ = (wParam & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
-            redraw();
-            return 0;
+            return 0;  // Enter always means the button with the focus, and its frame shows that
         case WM_GETOBJECT:
             if (static_cast<LONG>(lParam) == kQueryClassIndex)
                 return kButtonClassIndex;
@@ -338,8 +336,12 @@ std::optional<LRESULT> TarnelButton::onDialogMessage(UINT message, WPARAM wParam
     }
 }
 
+bool TarnelButton::meansEnter() const {
+    return isDefault_ || (enterClicks_ && ::GetFocus() == handle());
+}
+
 LRESULT TarnelButton::dialogCode(LPARAM lParam) const {
-    LRESULT code = DLGC_BUTTON | (isDefault_ ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
+    LRESULT code = DLGC_BUTTON | (meansEnter() ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
     if (takesArrows_)
         code |= DLGC_WANTARROWS;
     const auto* const asked = reinterpret_cast<const MSG*>(lParam);
@@ -487,7 +489,7 @@ void TarnelButton::drawFace(HDC dc, const RECT& client) const {
     RECT rest = client;
     const int line = scaled(kFrame);
     const bool isFlat = properties_.ButtonStyle == 1 && !logic_.isHovering() && !logic_.isPressed();
-    if (isDefault_)
+    if (meansEnter())
         frame(dc, rest, line, ::GetSysColor(COLOR_BTNTEXT), ::GetSysColor(COLOR_BTNTEXT));
     if (logic_.isHovering()) {
         const COLORREF hot = ::GetSysColor(COLOR_HIGHLIGHT);

@@ -70,6 +70,7 @@ class TarnelButton : public Window, private ButtonSurface {
     void onMouseUp(MouseButton button, LPARAM lParam);
     void onOverTimer();
     LRESULT onSetText(WPARAM wParam, LPARAM lParam);
+    bool meansEnter() const;
     LRESULT dialogCode(LPARAM lParam) const;
     bool showPointer() const;
     PointerState pointerState(MouseButton button, LPARAM lParam) const;

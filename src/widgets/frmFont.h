@@ -63,6 +63,7 @@ class frmFont : public Window {
 
     void createControls();
     void createSwatches();
+    void createTips();
     void placeNamedSwatches();
     void placeOtherSwatches();
     HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place,

@@ -65,7 +65,7 @@ class FontWindow : public ::testing::Test {
         steps = program.history().count();
         return count;
     }
-    // The window looks at the editor ten times a second.
+    // The window looks at the editor by its timer.
     void waitForSelection(Selection selection, int id, const std::string& text) {
         program.editor().select(selection);
         program.waitUntil([&] { return textOfControl(id) == text; });

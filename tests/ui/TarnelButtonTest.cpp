@@ -224,6 +224,27 @@ TEST_F(ButtonStage, SilencedByTheSoundSchemeOrTheIniFile) {
     }
 }
 
+// The path has a "." behind the folder's name, which means the folder all the same.
+TEST_F(ButtonStage, TheSoundsAreFoundBesideTheProgram) {
+    struct Installed : ScriptedProgram {
+        Text folder() override { return path; }
+        Text path;
+    };
+    const ScratchFolder folder;
+    Installed program;
+    program.path = folder.path();
+    const Text msnds = folder.file(u"Msnds");
+    ASSERT_TRUE(::CreateDirectoryW(wide(msnds), nullptr));
+    for (const ButtonSound sound : {ButtonSound::Click, ButtonSound::Over}) {
+        const Text name = sound == ButtonSound::Click ? u"Click.WAV" : u"over.WAV";
+        EXPECT_FALSE(Win32Files().exists(soundPath(program, sound)));
+        ASSERT_TRUE(Win32Files().write(joinPath(msnds, name), "RIFF"));
+        EXPECT_TRUE(Win32Files().exists(soundPath(program, sound)));
+        ::DeleteFileW(wide(joinPath(msnds, name)));
+    }
+    ::RemoveDirectoryW(wide(msnds));
+}
+
 // ---- Looks ------------------------------------------------------------------------------------
 
 // The button as it draws itself, 100 by 30 pixels.
@@ -273,6 +294,7 @@ TEST_F(ButtonStage, DrawsWhatItsPropertiesSay) {
     first.setProperties(look);
     EXPECT_EQ(pixelOf(first, 50, 15), COLORREF{RGB(10, 200, 30)});
     // Styles below 2 are pushed in while pressed.
+    first.setTakesFocus(false);
     const COLORREF light = ::GetSysColor(COLOR_BTNHIGHLIGHT);
     const COLORREF shadow = ::GetSysColor(COLOR_BTNSHADOW);
     for (const int style : {0, 1, 2, 3}) {
