@@ -179,9 +179,10 @@ class OpenChart {
     NoShell shell_;
     Win32Sounds sounds_;
     NoColors colors_;
+    Win32Multimedia multimedia_;
     Services services_{files_,  messages_, dialogs_, profiles_,         settings_,
                        system_, folder_,   screen_,  systemAnsiCodec(), clipboard_,
-                       shell_,  sounds_,   colors_};
+                       shell_,  sounds_,   colors_,  multimedia_};
     std::unique_ptr<Form1> form_;
 };
 

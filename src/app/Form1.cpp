@@ -37,6 +37,8 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuUp, &Form1::keyUp},
         {Command::mnuSus, &Form1::useSharps},
         {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuTab, &Form1::insertTablature},
+        {Command::mnuDps, &Form1::guitarTuner},
         {Command::mnuEditCut, &Form1::editCut},
         {Command::mnuEditCopy, &Form1::editCopy},
         {Command::mnuEditPaste, &Form1::editPaste},
@@ -87,14 +89,16 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       services_{services.files,    modal_.messages(),  modal_.dialogs(), services.profiles,
                 services.settings, services.system,    services.program, services.screen,
                 services.ansi,     services.clipboard, services.shell,   services.sounds,
-                modal_.colors()},
+                modal_.colors(),   services.multimedia},
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { recent_.add(path); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
       find_(services_, rtftext_, [this] { documents_.changed(); }),
-      font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}) {}
+      font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
+      tab_(services_, rtftext_, [this](const std::function<bool()>& change) { edit(change); }),
+      song_(services_) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -174,7 +178,8 @@ void Form1::createAccelerators() {
 }
 
 bool Form1::translate(MSG& message) {
-    if (find_.translate(message) || font_.translate(message))
+    if (find_.translate(message) || font_.translate(message) || tab_.translate(message) ||
+        song_.translate(message))
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);

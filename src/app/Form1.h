@@ -20,6 +20,8 @@
 #include "platform/RichEdit.h"
 #include "platform/Toolbar.h"
 #include "platform/Window.h"
+#include "sound/FrmSong.h"
+#include "tablature/FrmTab.h"
 #include "widgets/frmFont.h"
 
 namespace melvorin {
@@ -56,6 +58,8 @@ class Form1 : public Window {
     int halfSteps() const { return T6_; }
     const RecentMenu& recentMenu() const { return recent_.menu(); }
     frmFind& findWindow() { return find_; }
+    FrmTab& tabWindow() { return tab_; }
+    FrmSong& songWindow() { return song_; }
     Text keyTag() const { return melvorin::keyTag(T6_); }
     const Text& creatorFace() const { return creatorFace_; }
 
@@ -139,6 +143,9 @@ class Form1 : public Window {
     void changeKey(Direction direction);
     void useSpelling(Spelling spelling);
     void showSpellingMenu();
+    void insertTablature();
+    void guitarTuner();
+    void edit(const std::function<bool()>& change);
 
     ModalGuard modal_;
     Services services_;
@@ -150,6 +157,8 @@ class Form1 : public Window {
     RecentFiles recent_;
     frmFind find_;
     frmFont font_;
+    FrmTab tab_;
+    FrmSong song_;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

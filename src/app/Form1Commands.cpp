@@ -185,6 +185,27 @@ void Form1::findAgain() {
         openFind();
 }
 
+void Form1::insertTablature() {
+    tab_.open(handle());
+}
+
+void Form1::guitarTuner() {
+    song_.open(handle(), SoundFolder::Strings);
+}
+
+// A change that another window makes of the document: one undo step, and none while a command
+// waits for an answer.
+void Form1::edit(const std::function<bool()>& change) {
+    if (isBusy())
+        return;
+    try {
+        if (change())
+            documents_.changed();
+    } catch (const std::exception& error) {
+        onException(error);
+    }
+}
+
 void Form1::cleanRecent() {
     if (!recent_.clean())
         reportFailure(

@@ -147,6 +147,14 @@ class Sounds {
     virtual void play(TextView path) = 0;
 };
 
+// The multimedia command interface.
+class Multimedia {
+  public:
+    virtual ~Multimedia() = default;
+    // Carries out a command string and returns its result code; 0 is success.
+    virtual std::uint32_t send(TextView command) = 0;
+};
+
 // All of them; the objects outlive every window.
 struct Services {
     Files& files;
@@ -162,6 +170,7 @@ struct Services {
     ShellOpener& shell;
     Sounds& sounds;
     ColorDialogs& colors;
+    Multimedia& multimedia;
 };
 
 // The word in every message box's title; the leading blank belongs to it.

@@ -33,10 +33,11 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32Clipboard clipboard;
     Win32ShellOpener shell;
     Win32Sounds sounds;
+    Win32Multimedia multimedia;
     Win32ColorDialogs colors(owner);
     const Services services{files,  messages, dialogs, profiles,          settings,
                             system, program,  screen,  systemAnsiCodec(), clipboard,
-                            shell,  sounds,   colors};
+                            shell,  sounds,   colors,  multimedia};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.

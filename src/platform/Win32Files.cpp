@@ -223,4 +223,21 @@ Text Win32Files::fullPath(TextView path) {
     return full;
 }
 
+FolderContent contentOf(TextView folder) {
+    FolderContent content;
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = ::FindFirstFileW(wide(joinPath(folder, u"*")), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return content;
+    do {
+        const Text name(textOf(found.cFileName));
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) || name == u"." || name == u"..")
+            continue;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        (isFolder ? content.folders : content.files).push_back(name);
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+    return content;
+}
+
 }  // namespace melvorin

@@ -1,6 +1,8 @@
 // Files on Windows.
 #pragma once
 
+#include <vector>
+
 #include "app/Files.h"
 
 namespace melvorin {
@@ -16,5 +18,13 @@ class Win32Files : public Files {
     Result<Text> createTemporary(TextView prefix) override;
     Text fullPath(TextView path) override;
 };
+
+// Names of what is in a folder, in no order; hidden things are left out. Empty where the folder
+// cannot be read.
+struct FolderContent {
+    std::vector<Text> files;
+    std::vector<Text> folders;
+};
+FolderContent contentOf(TextView folder);
 
 }  // namespace melvorin

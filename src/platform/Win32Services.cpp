@@ -131,8 +131,8 @@ bool Win32ProfileFiles::write(TextView section, TextView key, TextView value, Te
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
         return false;
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
-    const UniqueFile probe(::CreateFileW(wide(path), GENERIC_WRITE, sharing, nullptr,
-                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const UniqueFile probe(::CreateFileW(wide(path), GENERIC_WRITE, sharing, nullptr, OPEN_EXISTING,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!probe)
         return false;
     return ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
@@ -360,6 +360,10 @@ void Win32Sounds::play(TextView path) {
     const Text file(path);
     if (::GetFileAttributesW(wide(file)) != INVALID_FILE_ATTRIBUTES)
         ::PlaySoundW(wide(file), nullptr, SND_FILENAME | SND_ASYNC);
+}
+
+std::uint32_t Win32Multimedia::send(TextView command) {
+    return ::mciSendStringW(wide(Text(command)), nullptr, 0, nullptr);
 }
 
 }  // namespace melvorin

@@ -83,6 +83,11 @@ class Win32Screen : public Screen {
     ScreenSize workArea() override;
 };
 
+class Win32Multimedia : public Multimedia {
+  public:
+    std::uint32_t send(TextView command) override;
+};
+
 class Win32ColorDialogs : public ColorDialogs {
   public:
     // `owner` outlives the object.

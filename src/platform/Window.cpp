@@ -128,6 +128,32 @@ void Dialog::runModal(HWND owner) {
         ::PostQuitMessage(static_cast<int>(message.wParam));
 }
 
+bool ModelessDialog::translate(MSG& message) {
+    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
+    if (!isMine)
+        return false;
+    if (message.message == WM_KEYDOWN && onKeyDown(message.wParam))
+        return true;
+    return ::IsDialogMessageW(handle(), &message) != FALSE;
+}
+
+void ModelessDialog::bringForward() {
+    ::ShowWindow(handle(), SW_SHOW);
+    ::SetActiveWindow(handle());
+}
+
+LRESULT ModelessDialog::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE) {
+        const HWND focus = ::GetFocus();
+        if (::IsChild(handle(), focus))
+            focus_ = focus;
+    } else if (message == WM_SETFOCUS && ::IsWindow(focus_) && ::IsWindowEnabled(focus_)) {
+        ::SetFocus(focus_);
+        return 0;
+    }
+    return Window::passOn(message, wParam, lParam);
+}
+
 HFONT uiFont() {
     static const HFONT font = [] {
         NONCLIENTMETRICSW metrics{};

@@ -80,6 +80,24 @@ class Dialog : public Window {
     bool done_ = false;
 };
 
+// A window that stays open beside its owner. Tab walks its controls, and the control that had the
+// focus has it again when the user comes back.
+class ModelessDialog : public Window {
+  public:
+    // Gives a message of the loop to the window; true when it is dealt with.
+    bool translate(MSG& message);
+
+  protected:
+    // A key goes down anywhere in the window, before its controls know. True: they never will.
+    virtual bool onKeyDown(WPARAM key) = 0;
+    // Shows the window (already created) over its owner, or brings it forward.
+    void bringForward();
+    LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam);
+
+  private:
+    HWND focus_ = nullptr;
+};
+
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
 

@@ -145,7 +145,7 @@ class ScriptedSystem : public SystemSettings {
 
 class ScriptedProgram : public ProgramFolder {
   public:
-    Text folder() override { return u"C:\\Program"; }
+    Text folder() override { return programFolder; }
     Text programFileName() override { return fileName; }
     bool contains(TextView path) override { return present.contains(Text(path)); }
     bool writeWithAttributes(TextView path, std::string_view bytes,
@@ -157,6 +157,7 @@ class ScriptedProgram : public ProgramFolder {
         return hasResource ? Win32ProgramFolder().resource(type, id) : std::nullopt;
     }
 
+    Text programFolder = u"C:\\Program";
     Text fileName = u"Melvorin.exe";
     std::set<Text> present;
     std::map<Text, std::pair<std::string, std::uint32_t>> written;
@@ -220,6 +221,18 @@ class ScriptedColors : public ColorDialogs {
     }
     std::optional<Rgb> answer;
     std::vector<Rgb> asked;
+};
+
+// Records the commands; as a machine without a device, it can refuse them all.
+class RecordedMultimedia : public Multimedia {
+  public:
+    std::uint32_t send(TextView command) override {
+        commands.push_back(shown(command));
+        return result;
+    }
+
+    std::vector<std::string> commands;
+    std::uint32_t result = 0;
 };
 
 // The real files, with faults on request.
@@ -372,8 +385,9 @@ class Program {
     RecordedShell shell;
     RecordedSounds sounds;
     ScriptedColors colors;
+    RecordedMultimedia multimedia;
     Services services{files,  messages,          dialogs,   profiles, settings, system, program,
-                      screen, systemAnsiCodec(), clipboard, shell,    sounds,   colors};
+                      screen, systemAnsiCodec(), clipboard, shell,    sounds,   colors, multimedia};
     std::unique_ptr<Form1> form;
     bool ended = false;
 };

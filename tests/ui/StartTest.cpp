@@ -107,7 +107,7 @@ TEST(Start, EveryStepFailsOnItsOwn) {
         const Services services{
             program.files, program.messages, program.dialogs, program.profiles,  program.settings,
             chosen,        folder,           program.screen,  systemAnsiCodec(), program.clipboard,
-            program.shell, program.sounds,   program.colors};
+            program.shell, program.sounds,   program.colors,  program.multimedia};
         Form1 form(services, [] {});
         ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
         program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });

@@ -1,0 +1,258 @@
+#include "sound/FrmSong.h"
+
+#include <algorithm>
+
+#include "app/Paths.h"
+#include "platform/Win32Files.h"
+
+namespace melvorin {
+namespace {
+
+// Pixels at 96 dpi: one spacing for everything.
+constexpr int kMargin = 12;
+constexpr int kGap = 8;
+constexpr int kLabelHeight = 18;
+constexpr int kListHeight = 176;
+constexpr int kFoldersWidth = 210;
+constexpr int kFilesWidth = 250;
+constexpr int kButtonWidth = 96;
+constexpr int kButtonHeight = 28;
+constexpr int kWidth = 2 * kMargin + kFoldersWidth + kGap + kFilesWidth;
+constexpr int kListTop = kMargin + kLabelHeight;
+constexpr int kPathTop = kListTop + kListHeight + kGap;
+constexpr int kButtonTop = kPathTop + kLabelHeight + kGap;
+constexpr int kHeight = kButtonTop + kButtonHeight + kMargin;
+
+int widthOf(const RECT& rectangle) {
+    return static_cast<int>(rectangle.right - rectangle.left);
+}
+
+int heightOf(const RECT& rectangle) {
+    return static_cast<int>(rectangle.bottom - rectangle.top);
+}
+
+void fillList(HWND list, const std::vector<Text>& rows) {
+    ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+    ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
+    for (const Text& row : rows)
+        ::SendMessageW(list, LB_ADDSTRING, 0, lparamOf(wide(row)));
+    ::SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+    ::InvalidateRect(list, nullptr, TRUE);
+}
+
+// Lets the windows catch up. Keys and clicks wait: a Stop between opening and playing would
+// come too early to stop anything.
+void processPendingMessages() {
+    constexpr UINT which = PM_REMOVE | PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, which)) {
+        if (message.message == WM_QUIT) {
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        ::TranslateMessage(&message);
+        ::DispatchMessageW(&message);
+    }
+}
+
+}  // namespace
+
+// ---- The window -------------------------------------------------------------------------------
+
+bool FrmSong::open(HWND owner, SoundFolder folder) {
+    if (!isOpen()) {
+        if (!createWindow(owner))
+            return false;
+        showFolder(joinPath(services_.program.folder(),
+                            folder == SoundFolder::Strings ? u"Strings" : u"Song"));
+    }
+    bringForward();
+    return true;
+}
+
+bool FrmSong::createWindow(HWND owner) {
+    RECT frame{0, 0, scaled(kWidth), scaled(kHeight)};
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
+    WindowSpec spec;
+    spec.className = L"MelvorinFrmSong";
+    spec.caption = L"Melvorin Guitar Tuner";
+    spec.style = style;
+    spec.extendedStyle = WS_EX_DLGMODALFRAME;
+    spec.width = widthOf(frame);
+    spec.height = heightOf(frame);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    createControls();
+    centreOver(handle(), owner);
+    ::SetFocus(item(Files));
+    return true;
+}
+
+HWND FrmSong::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                  const RECT& place) {
+    const DWORD edge = style & LBS_NOTIFY && id < Path ? WS_EX_CLIENTEDGE : 0;
+    const HWND control = ::CreateWindowExW(
+        edge, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
+        static_cast<int>(place.top), widthOf(place), heightOf(place), handle(),
+        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    return control;
+}
+
+void FrmSong::createControls() {
+    const auto at = [](int left, int top, int width, int height) {
+        return RECT{scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
+    };
+    constexpr DWORD list = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    constexpr int filesLeft = kMargin + kFoldersWidth + kGap;
+    add(L"STATIC", L"F&olders:", 0, -1, at(kMargin, kMargin, kFoldersWidth, kLabelHeight));
+    add(L"LISTBOX", L"", list, Dir, at(kMargin, kListTop, kFoldersWidth, kListHeight));
+    add(L"STATIC", L"&Files:", 0, -1, at(filesLeft, kMargin, kFilesWidth, kLabelHeight));
+    add(L"LISTBOX", L"", list, Files, at(filesLeft, kListTop, kFilesWidth, kListHeight));
+    add(L"STATIC", L"", SS_NOPREFIX | SS_PATHELLIPSIS, Path,
+        at(kMargin, kPathTop, kWidth - 2 * kMargin, kLabelHeight));
+    const auto button = [&](const wchar_t* caption, int id, int left) {
+        return add(L"BUTTON", caption, WS_TABSTOP, id,
+                   at(left, kButtonTop, kButtonWidth, kButtonHeight));
+    };
+    button(L"Play", Play, kMargin);
+    ::EnableWindow(button(L"Stop", Stopcmd, kMargin + kButtonWidth + kGap), FALSE);
+    button(L"Exit", Command1, kWidth - kMargin - kButtonWidth);
+}
+
+// ---- Messages ---------------------------------------------------------------------------------
+
+LRESULT FrmSong::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case WM_CLOSE:
+            destroy();
+            return 0;
+        case WM_DESTROY:
+            // Here, because the window also goes with the main one.
+            player_.close();
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+// Enter plays wherever the focus is, so a folder is opened by the space bar.
+bool FrmSong::onKeyDown(WPARAM key) {
+    if (key == VK_RETURN) {
+        play();
+        return true;
+    }
+    if (key == VK_SPACE && ::GetFocus() == item(Dir)) {
+        openChosenFolder();
+        return true;
+    }
+    return false;
+}
+
+void FrmSong::onCommand(int control, int code) {
+    switch (control) {
+        case Dir:
+            if (code == LBN_DBLCLK)
+                openChosenFolder();
+            break;
+        case Files:
+            if (code == LBN_SELCHANGE)
+                chooseFile();
+            else if (code == LBN_DBLCLK)
+                play();
+            break;
+        case Play:
+            play();
+            break;
+        case Stopcmd:
+            stop();
+            break;
+        case Command1:
+            destroy();
+            break;
+        default:
+            break;
+    }
+}
+
+// ---- Folder and file --------------------------------------------------------------------------
+
+std::optional<std::size_t> FrmSong::chosen(int list) const {
+    const LRESULT row = ::SendMessageW(item(list), LB_GETCURSEL, 0, 0);
+    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
+}
+
+void FrmSong::showFolder(const Text& folder) {
+    FolderContent content = contentOf(folder);
+    folder_ = folder;
+    folders_ = folderRows(folder, std::move(content.folders));
+    std::vector<Text> captions;
+    for (const FolderRow& row : folders_.rows)
+        captions.push_back(row.caption);
+    fillList(item(Dir), captions);
+    ::SendMessageW(item(Dir), LB_SETCURSEL, folders_.current, 0);
+    // The folder and what is in it are in sight, not the way to it.
+    ::SendMessageW(item(Dir), LB_SETTOPINDEX, folders_.current > 0 ? folders_.current - 1 : 0, 0);
+
+    names_ = std::move(content.files);
+    names_.erase(std::remove_if(names_.begin(), names_.end(),
+                                [](const Text& name) { return !isSoundFile(name); }),
+                 names_.end());
+    sortNames(names_);
+    fillList(item(Files), names_);
+    extension_.clear();
+    Path2_ = folder;
+    showPath(folder);
+}
+
+void FrmSong::openChosenFolder() {
+    const auto row = chosen(Dir);
+    if (row && *row < folders_.rows.size())
+        showFolder(Text(folders_.rows[*row].path));
+}
+
+void FrmSong::chooseFile() {
+    const auto row = chosen(Files);
+    if (!row || *row >= names_.size())
+        return;
+    Path2_ = joinPath(folder_, names_[*row]);
+    extension_ = soundExtension(names_[*row]);
+    showPath(Path2_);
+}
+
+void FrmSong::showPath(const Text& path) {
+    Path_ = path;
+    ::SetWindowTextW(item(Path), wide(path));
+}
+
+// ---- Play and stop ----------------------------------------------------------------------------
+
+void FrmSong::play() {
+    // The focus goes first: a control that is disabled while it has it would keep the keys.
+    ::EnableWindow(item(Stopcmd), TRUE);
+    if (::IsWindowVisible(handle())) {
+        ::SetFocus(item(Stopcmd));
+        ::EnableWindow(item(Files), FALSE);
+    }
+    ::EnableWindow(item(Play), FALSE);
+    if (isPlayable(extension_))
+        player_.play(Path_, processPendingMessages);
+    else
+        services_.messages.show(u"Invalid file type", u"Error", MessageIcon::Critical,
+                                MessageButtons::Ok);
+}
+
+void FrmSong::stop() {
+    player_.stop();
+    ::EnableWindow(item(Play), TRUE);
+    ::EnableWindow(item(Files), TRUE);
+    ::SetFocus(item(Files));
+    ::EnableWindow(item(Stopcmd), FALSE);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,64 @@
+// The window "Melvorin Guitar Tuner": plays the reference sounds of the strings, or songs. It
+// stays open beside the main window.
+#pragma once
+
+#include <vector>
+
+#include "app/Services.h"
+#include "platform/Window.h"
+#include "sound/FolderRows.h"
+#include "sound/SoundPlayer.h"
+
+namespace melvorin {
+
+// Where the window begins: the tuner's folder or that of the songs.
+enum class SoundFolder { Strings = 0, Song = 1 };
+
+class FrmSong : public ModelessDialog {
+  public:
+    enum ControlId {
+        Dir = 101,
+        Files,
+        Path,
+        Play,
+        Stopcmd,
+        Command1 = IDCANCEL,
+    };
+
+    // `services` outlives the window.
+    explicit FrmSong(const Services& services)
+        : services_(services), player_(services.multimedia) {}
+
+    // Shows the window over `owner` with a folder of the program, or brings it forward as it is.
+    // False when Windows refuses.
+    bool open(HWND owner, SoundFolder folder);
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool onKeyDown(WPARAM key) override;
+    void onCommand(int control, int code);
+
+    bool createWindow(HWND owner);
+    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
+    void createControls();
+    HWND item(int id) const { return ::GetDlgItem(handle(), id); }
+    // The chosen row of a list, or nothing.
+    std::optional<std::size_t> chosen(int list) const;
+    void showFolder(const Text& folder);
+    void openChosenFolder();
+    void chooseFile();
+    void showPath(const Text& path);
+    void play();
+    void stop();
+
+    const Services services_;
+    SoundPlayer player_;
+    FolderRows folders_;
+    std::vector<Text> names_;  // of the listed files
+    Text folder_;              // whose files are listed
+    Text Path_;                // of the chosen file
+    Text Path2_;               // the same as the file list has it
+    Text extension_;           // of the chosen file: ".MID"
+};
+
+}  // namespace melvorin

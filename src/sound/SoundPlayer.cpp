@@ -1,0 +1,48 @@
+#include "sound/SoundPlayer.h"
+
+#include <algorithm>
+
+#include "app/Paths.h"
+
+namespace melvorin {
+namespace {
+
+constexpr std::size_t kExtensionLength = 4;
+
+}  // namespace
+
+bool isSoundFile(TextView name) {
+    const Text lower = lowerCase(name);
+    return lower.ends_with(u".mid") || lower.ends_with(u".wav");
+}
+
+Text soundExtension(TextView name) {
+    Text extension(name.substr(name.size() - std::min<std::size_t>(name.size(), kExtensionLength)));
+    for (char16_t& c : extension) {
+        if (c >= u'a' && c <= u'z')
+            c = static_cast<char16_t>(c - u'a' + u'A');
+    }
+    return extension;
+}
+
+bool isPlayable(TextView extension) {
+    return extension == u".MID";
+}
+
+void SoundPlayer::play(TextView path, const std::function<void()>& betweenOpenAndPlay) {
+    close();
+    Plays_ = u"Open \"" + Text(path) + u"\" type sequencer alias canyon";
+    send(Plays_);
+    betweenOpenAndPlay();
+    send(u"play canyon");
+}
+
+void SoundPlayer::stop() {
+    send(u"stop canyon");
+}
+
+void SoundPlayer::close() {
+    send(u"close canyon");
+}
+
+}  // namespace melvorin
