@@ -1,4 +1,5 @@
-// How fast charts are moved to another key, from the bytes of a file to the bytes of a file.
+// How fast charts are moved to another key, cleaned of tabs and searched, from the bytes of a file
+// to the bytes of a file.
 // Prints "name value unit", one per line.
 #include <algorithm>
 #include <chrono>
@@ -13,6 +14,8 @@
 #include "app/Text.h"
 #include "app/TextCodec.h"
 #include "cli/Cli.h"
+#include "find/TabExpansion.h"
+#include "find/TextSearch.h"
 
 namespace {
 
@@ -84,24 +87,47 @@ void throughput() {
     report("engine_transpose_to_copy", median(moving) / median(copying), "ratio");
 }
 
-void linearity() {
-    const std::string small = chartOfLines(100'000);
-    const std::string large = chartOfLines(1'000'000);
+std::string withTabsExpanded(const std::string& chart) {
+    melvorin::TabExpander expander;
+    return rewriteBytes(chart, windows1252(),
+                        [&](const melvorin::Text& part) {
+                            melvorin::Text expanded;
+                            expander.append(part, expanded);
+                            return expanded;
+                        })
+        .value.value();
+}
+
+std::string withLanternsReplaced(const std::string& chart) {
+    melvorin::GapText target(melvorin::fromUtf8(chart));
+    replaceAll(target, u"lantern", u"candle", {}, [] { return true; });
+    return melvorin::toUtf8(target.text());
+}
+
+// Ten times the lines should take ten times as long.
+void linearity(const std::string& name, std::string (*work)(const std::string&), char blank) {
+    std::string small = chartOfLines(100'000);
+    std::string large = chartOfLines(1'000'000);
+    for (std::string* const chart : {&small, &large})
+        std::replace(chart->begin(), chart->end(), ' ', blank);
     std::vector<double> smallTimes;
     std::vector<double> largeTimes;
     for (int round = 0; round < 9; ++round) {
-        smallTimes.push_back(seconds(small, transposed));
-        largeTimes.push_back(seconds(large, transposed));
+        smallTimes.push_back(seconds(small, work));
+        largeTimes.push_back(seconds(large, work));
     }
-    report("engine_100000_lines", median(smallTimes) * 1e3, "ms");
-    report("engine_1000000_lines", median(largeTimes) * 1e3, "ms");
-    report("engine_10_times_the_lines", median(largeTimes) / median(smallTimes), "ratio");
+    report((name + "_100000_lines").c_str(), median(smallTimes) * 1e3, "ms");
+    report((name + "_1000000_lines").c_str(), median(largeTimes) * 1e3, "ms");
+    report((name + "_10_times_the_lines").c_str(), median(largeTimes) / median(smallTimes),
+           "ratio");
 }
 
 }  // namespace
 
 int main() {
     throughput();
-    linearity();
+    linearity("engine", transposed, ' ');
+    linearity("engine_tabs", withTabsExpanded, '\t');
+    linearity("engine_replace", withLanternsReplaced, ' ');
     return bytesWritten > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
