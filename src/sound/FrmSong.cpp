@@ -4,6 +4,7 @@
 
 #include "app/Paths.h"
 #include "platform/Win32Files.h"
+#include "sound/PlayerPictures.h"
 
 namespace melvorin {
 namespace {
@@ -17,6 +18,7 @@ constexpr int kFoldersWidth = 210;
 constexpr int kFilesWidth = 250;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 28;
+constexpr int kPictureSide = 14;
 constexpr int kWidth = 2 * kMargin + kFoldersWidth + kGap + kFilesWidth;
 constexpr int kListTop = kMargin + kLabelHeight;
 constexpr int kPathTop = kListTop + kListHeight + kGap;
@@ -113,13 +115,16 @@ void FrmSong::createControls() {
     add(L"LISTBOX", L"", list, Files, at(filesLeft, kListTop, kFilesWidth, kListHeight));
     add(L"STATIC", L"", SS_NOPREFIX | SS_PATHELLIPSIS, Path,
         at(kMargin, kPathTop, kWidth - 2 * kMargin, kLabelHeight));
-    const auto button = [&](const wchar_t* caption, int id, int left) {
-        return add(L"BUTTON", caption, WS_TABSTOP, id,
-                   at(left, kButtonTop, kButtonWidth, kButtonHeight));
+    const auto button = [&](TarnelButton& made, int id, TextView caption, int left) {
+        made.create(handle(), id, at(left, kButtonTop, kButtonWidth, kButtonHeight), caption);
+        made.setEnterClicks(false);
     };
-    button(L"Play", Play, kMargin);
-    ::EnableWindow(button(L"Stop", Stopcmd, kMargin + kButtonWidth + kGap), FALSE);
-    button(L"Exit", Command1, kWidth - kMargin - kButtonWidth);
+    button(Play_, Play, u"Play", kMargin);
+    button(Stopcmd_, Stopcmd, u"Stop", kMargin + kButtonWidth + kGap);
+    button(Command1_, Command1, u"Exit", kWidth - kMargin - kButtonWidth);
+    Play_.setPicture(playPicture(scaled(kPictureSide)));
+    Stopcmd_.setPicture(stopPicture(scaled(kPictureSide)));
+    Stopcmd_.setEnabled(false);
 }
 
 // ---- Messages ---------------------------------------------------------------------------------
@@ -234,12 +239,12 @@ void FrmSong::showPath(const Text& path) {
 
 void FrmSong::play() {
     // The focus goes first: a control that is disabled while it has it would keep the keys.
-    ::EnableWindow(item(Stopcmd), TRUE);
+    Stopcmd_.setEnabled(true);
     if (::IsWindowVisible(handle())) {
-        ::SetFocus(item(Stopcmd));
+        ::SetFocus(Stopcmd_.handle());
         ::EnableWindow(item(Files), FALSE);
     }
-    ::EnableWindow(item(Play), FALSE);
+    Play_.setEnabled(false);
     if (isPlayable(extension_))
         player_.play(Path_, processPendingMessages);
     else
@@ -249,10 +254,10 @@ void FrmSong::play() {
 
 void FrmSong::stop() {
     player_.stop();
-    ::EnableWindow(item(Play), TRUE);
+    Play_.setEnabled(true);
     ::EnableWindow(item(Files), TRUE);
     ::SetFocus(item(Files));
-    ::EnableWindow(item(Stopcmd), FALSE);
+    Stopcmd_.setEnabled(false);
 }
 
 }  // namespace melvorin

@@ -8,6 +8,7 @@
 #include "platform/Window.h"
 #include "sound/FolderRows.h"
 #include "sound/SoundPlayer.h"
+#include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
@@ -27,7 +28,12 @@ class FrmSong : public ModelessDialog {
 
     // `services` outlives the window.
     explicit FrmSong(const Services& services)
-        : services_(services), player_(services.multimedia) {}
+        : services_(services),
+          player_(services.multimedia),
+          sounds_(services),
+          Play_(sounds_),
+          Stopcmd_(sounds_),
+          Command1_(sounds_) {}
 
     // Shows the window over `owner` with a folder of the program, or brings it forward as it is.
     // False when Windows refuses.
@@ -53,6 +59,10 @@ class FrmSong : public ModelessDialog {
 
     const Services services_;
     SoundPlayer player_;
+    ButtonSounds sounds_;
+    TarnelButton Play_;
+    TarnelButton Stopcmd_;
+    TarnelButton Command1_;
     FolderRows folders_;
     std::vector<Text> names_;  // of the listed files
     Text folder_;              // whose files are listed

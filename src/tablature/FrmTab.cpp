@@ -166,9 +166,9 @@ void FrmTab::createButtons() {
     const int top = ::MulDiv(static_cast<int>(paper().bottom), 96, systemDpi()) + kGap;
     const int exit = width_ - kMargin - kExitWidth;
     const int insert = exit - kGap - kInsertWidth;
-    add(L"BUTTON", L"Insert Tablature", WS_GROUP | WS_TABSTOP | BS_DEFPUSHBUTTON, InserTab,
-        placeOf(insert, top, kInsertWidth, kButtonHeight));
-    add(L"BUTTON", L"Exit", WS_TABSTOP, TabOut, placeOf(exit, top, kExitWidth, kButtonHeight));
+    InserTab_.create(handle(), InserTab, placeOf(insert, top, kInsertWidth, kButtonHeight),
+                     u"Insert Tablature", WS_GROUP | WS_TABSTOP | BS_DEFPUSHBUTTON);
+    TabOut_.create(handle(), TabOut, placeOf(exit, top, kExitWidth, kButtonHeight), u"Exit");
     add(L"STATIC", L"", SS_CENTERIMAGE, Hint,
         placeOf(kMargin, top, insert - kGap - kMargin, kButtonHeight));
 }

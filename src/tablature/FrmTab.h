@@ -9,6 +9,7 @@
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
 #include "tablature/InsertTab.h"
+#include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
@@ -33,7 +34,12 @@ class FrmTab : public ModelessDialog {
 
     // `services` and `rtftext` outlive the window.
     FrmTab(const Services& services, RichEdit& rtftext, Edit edit)
-        : services_(services), rtftext_(rtftext), edit_(std::move(edit)) {}
+        : services_(services),
+          rtftext_(rtftext),
+          edit_(std::move(edit)),
+          sounds_(services),
+          InserTab_(sounds_),
+          TabOut_(sounds_) {}
 
     // Shows the window over `owner` with its choices at their beginning, or brings it forward as
     // it is. False when Windows refuses.
@@ -62,6 +68,9 @@ class FrmTab : public ModelessDialog {
     RichEdit& rtftext_;
     Edit edit_;
     TabWriter writer_;
+    ButtonSounds sounds_;
+    TarnelButton InserTab_;
+    TarnelButton TabOut_;
     UniqueFont previewFont_;
     SIZE cell_{};    // of a character of the preview, in device pixels
     int width_ = 0;  // of the client area at 96 dpi
