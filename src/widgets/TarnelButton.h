@@ -110,7 +110,9 @@ class TarnelButton : public Window, private ButtonSurface {
     bool takesFocus_ = true;
 };
 
-// The picture behind a source as ButtonProperties has them; empty where there is none.
+// The picture and the pointer behind a source as ButtonProperties has them; empty where there is
+// none.
 Pixels loadPicture(TextView source);
+UniqueIcon loadPointer(TextView source);
 
 }  // namespace melvorin

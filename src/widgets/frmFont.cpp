@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "app/ProgramSettings.h"
+#include "widgets/frmFontParts.h"
 
 namespace melvorin {
 namespace {
@@ -18,40 +19,6 @@ constexpr UINT kTypingMs = 400;
 constexpr TextView kSettingsTitle = u" Melvorin     ";
 constexpr TextView kSettingsText = u"Your New Chord Notations will be created with the Font: ";
 
-// ---- Layout, in pixels at 96 dpi: one margin, one gap, one height for what stands in a row ----
-
-constexpr int kMargin = 12;
-constexpr int kGap = 8;
-constexpr int kBox = 22;
-constexpr int kCheck = 22;
-constexpr int kButton = 26;
-constexpr int kButtonWidth = 96;
-constexpr int kCaption = 20;  // from a frame's top to its first control
-
-constexpr int kFontWidth = 220;
-constexpr int kSizeWidth = 88;
-constexpr int kStyleWidth = 132;
-constexpr int kRightWidth = 288;
-constexpr int kLeftWidth = kFontWidth + kGap + kSizeWidth + kGap + kStyleWidth;
-constexpr int kClientWidth = kMargin + kLeftWidth + kGap + kRightWidth + kMargin;
-
-constexpr int kAppearanceHeight = kCaption + 3 * kCheck + kMargin;
-constexpr int kApplyHeight = kCaption + 2 * kCheck + kMargin;
-constexpr int kTopHeight = kAppearanceHeight + kGap + kApplyHeight;
-constexpr int kColoursHeight = kCaption + 5 * kButton + 4 * kGap + kMargin;
-constexpr int kSettingsHeight = kColoursHeight - kGap - kButton;
-constexpr int kSecondTop = kMargin + kTopHeight + kGap;
-constexpr int kClientHeight = kSecondTop + kColoursHeight + kMargin;
-
-constexpr int kNamedColumns = 4;
-constexpr int kOtherColumns = 14;
-constexpr int kListRow = 20;
-constexpr int kTextIndent = 4;  // in boxes and lists
-
-RECT box(int left, int top, int width, int height) {
-    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
-}
-
 Text windowText(HWND window) {
     Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
     text.resize(static_cast<std::size_t>(
@@ -63,45 +30,9 @@ void setText(HWND window, TextView text) {
     ::SetWindowTextW(window, wide(Text(text)));
 }
 
-int CALLBACK collectFace(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM faces) {
-    reinterpret_cast<std::vector<Text>*>(faces)->emplace_back(textOf(font->lfFaceName));
-    return 1;
-}
-
-std::vector<Text> installedFaces() {
-    std::vector<Text> faces;
-    LOGFONTW any{};
-    any.lfCharSet = DEFAULT_CHARSET;
-    const WindowDc screen(nullptr);
-    ::EnumFontFamiliesExW(screen.get(), &any, collectFace, lparamOf(&faces), 0);
-    return faces;
-}
-
-// Letters of a symbol font are no letters: its name would not be readable in its own shape.
-bool isSymbolFont(HDC dc) {
-    TEXTMETRICW metrics{};
-    return ::GetTextMetricsW(dc, &metrics) && metrics.tmCharSet == SYMBOL_CHARSET;
-}
-
-UniqueFont makeFont(TextView face, int height, const SelectionStyle& style) {
-    return UniqueFont(::CreateFontW(
-        -height, 0, 0, 0, style.bold.value_or(false) ? FW_BOLD : FW_NORMAL,
-        style.italic.value_or(false), style.underline.value_or(false), FALSE, DEFAULT_CHARSET,
-        OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, wide(Text(face))));
-}
-
-COLORREF colourRef(Rgb colour) {
-    return RGB(colour.red, colour.green, colour.blue);
-}
-
 Rgb systemColour(int index) {
     const COLORREF colour = ::GetSysColor(index);
     return {GetRValue(colour), GetGValue(colour), GetBValue(colour)};
-}
-
-void check(HWND control, std::optional<bool> state) {
-    const WPARAM shown = !state ? BST_INDETERMINATE : *state ? BST_CHECKED : BST_UNCHECKED;
-    ::SendMessageW(control, BM_SETCHECK, shown, 0);
 }
 
 bool isChecked(HWND control) {
@@ -131,22 +62,10 @@ frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callback
 
 bool frmFont::open(HWND owner) {
     if (!isOpen()) {
-        RECT frame{0, 0, scaled(kClientWidth), scaled(kClientHeight)};
-        // Children are not clipped: the frames leave their inside to the window.
-        constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-        ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT);
-        WindowSpec spec;
-        spec.className = L"MelvorinfrmFont";
-        spec.caption = L"Fonte";
-        spec.style = style;
-        spec.extendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-        spec.width = static_cast<int>(frame.right - frame.left);
-        spec.height = static_cast<int>(frame.bottom - frame.top);
-        spec.parent = owner;
-        if (!create(spec))
+        if (!createWindow(owner))
             return false;
-        createControls();
         fillLists();
+        stop_ = 0;
         followSelection();
         ::SetTimer(handle(), kTm1, kTm1Ms, nullptr);
         lastFocus_ = control(kText2);
@@ -250,221 +169,13 @@ void frmFont::onTimer(UINT_PTR timer) {
         followSelection();
 }
 
+// The control that had the focus has it again when the window comes forward.
 void frmFont::onActivate(WPARAM wParam) {
-    if (LOWORD(wParam) != WA_INACTIVE)
-        return;
     const HWND focus = ::GetFocus();
-    if (::IsChild(handle(), focus))
+    if (LOWORD(wParam) != WA_INACTIVE)
+        ::SetFocus(lastFocus_);
+    else if (::IsChild(handle(), focus))
         lastFocus_ = focus;
-}
-
-// ---- Controls ---------------------------------------------------------------------------------
-
-HWND frmFont::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                  const RECT& place, DWORD extendedStyle) {
-    const HWND window = ::CreateWindowExW(
-        extendedStyle, className, text, WS_CHILD | WS_VISIBLE | style, place.left, place.top,
-        place.right - place.left, place.bottom - place.top, handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return window;
-}
-
-// In the order in which Tab walks them.
-void frmFont::createControls() {
-    filling_ = true;
-    const auto group = [&](const wchar_t* caption, int left, int top, int width, int height) {
-        add(L"BUTTON", caption, BS_GROUPBOX, 0, box(left, top, width, height));
-    };
-    constexpr DWORD listStyle = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
-                                LBS_OWNERDRAWFIXED | LBS_HASSTRINGS;
-    constexpr DWORD editStyle = WS_TABSTOP | ES_AUTOHSCROLL;
-    constexpr DWORD checkStyle = WS_TABSTOP | BS_3STATE;
-    constexpr DWORD radioStyle = BS_AUTORADIOBUTTON;
-
-    int left = kMargin;
-    const int top = kMargin;
-    const int boxTop = top + kCaption;
-    const int listTop = boxTop + kBox + kGap / 2;
-    const int listHeight = kTopHeight - kCaption - kBox - kGap / 2 - kMargin;
-    group(L"Font", left, top, kFontWidth, kTopHeight);
-    int inner = kFontWidth - 2 * kMargin;
-    add(L"EDIT", L"", editStyle, kText2, box(left + kMargin, boxTop, inner, kBox),
-        WS_EX_CLIENTEDGE);
-    add(L"LISTBOX", L"", listStyle, kList1, box(left + kMargin, listTop, inner, listHeight),
-        WS_EX_CLIENTEDGE);
-
-    left += kFontWidth + kGap;
-    group(L"Size", left, top, kSizeWidth, kTopHeight);
-    inner = kSizeWidth - 2 * kMargin;
-    add(L"EDIT", L"", editStyle, kT1, box(left + kMargin, boxTop, inner, kBox), WS_EX_CLIENTEDGE);
-    add(L"LISTBOX", L"", listStyle, kList2, box(left + kMargin, listTop, inner, listHeight),
-        WS_EX_CLIENTEDGE);
-    for (const int id : {kText2, kList1, kT1, kList2})
-        ::SetWindowSubclass(control(id), pairProcedure, static_cast<UINT_PTR>(id),
-                            reinterpret_cast<DWORD_PTR>(this));
-
-    for (const int id : {kText2, kT1})
-        ::SendMessageW(control(id), EM_SETMARGINS, EC_LEFTMARGIN, scaled(kTextIndent));
-
-    left += kSizeWidth + kGap;
-    inner = kStyleWidth - 2 * kMargin;
-    group(L"Appearance", left, top, kStyleWidth, kAppearanceHeight);
-    const auto row = [&](int line, int from) {
-        return box(left + kMargin, from + kCaption + line * kCheck, inner, kCheck);
-    };
-    add(L"BUTTON", L"Bold", checkStyle, kCheck1, row(0, top));
-    add(L"BUTTON", L"Italic", checkStyle, kCheck2, row(1, top));
-    add(L"BUTTON", L"Underline", checkStyle, kCheck3, row(2, top));
-    const int applyTop = top + kAppearanceHeight + kGap;
-    group(L"Apply Color", left, applyTop, kStyleWidth, kApplyHeight);
-    add(L"BUTTON", L"In the Text", radioStyle | WS_GROUP | WS_TABSTOP, kOp1Text, row(0, applyTop));
-    add(L"BUTTON", L"In the Back", radioStyle, kOp1Back, row(1, applyTop));
-    check(control(kOp1Text), true);
-
-    group(L"Colors", kMargin, kSecondTop, kLeftWidth, kColoursHeight);
-    createSwatches();
-    createTips();
-
-    left = kMargin + kLeftWidth + kGap;
-    inner = kRightWidth - 2 * kMargin;
-    group(L"Example", left, top, kRightWidth, kTopHeight);
-    const int exampleHeight = kTopHeight - kCaption - kCheck - kMargin;
-    add(L"STATIC", L"Abc", SS_CENTER | SS_CENTERIMAGE | SS_NOPREFIX, kLabel4,
-        box(left + kMargin, boxTop, inner, exampleHeight), WS_EX_STATICEDGE);
-    add(L"STATIC", L"", SS_CENTER | SS_CENTERIMAGE | SS_NOPREFIX | SS_ENDELLIPSIS, kLabel3,
-        box(left + kMargin, boxTop + exampleHeight + kGap / 2, inner, kCheck));
-
-    group(L"Settings", left, kSecondTop, kRightWidth, kSettingsHeight);
-    const int choiceTop = kSecondTop + kCaption + kCheck;
-    add(L"STATIC", L"The font of new chord notations:", SS_CENTERIMAGE, 0,
-        box(left + kMargin, kSecondTop + kCaption, inner, kCheck));
-    add(L"BUTTON", L"Use Courier New as your Default Font", radioStyle | WS_GROUP | WS_TABSTOP,
-        kOption1, box(left + kMargin, choiceTop, inner, kCheck));
-    add(L"BUTTON", L"Use Lucida Console as your Default Font", radioStyle, kOption2,
-        box(left + kMargin, choiceTop + kCheck, inner, kCheck));
-    const int buttonLeft = left + kRightWidth - kButtonWidth;
-    Command1_.create(handle(), kCommand1,
-                     box(buttonLeft - kMargin, kSecondTop + kSettingsHeight - kMargin - kButton,
-                         kButtonWidth, kButton),
-                     u"Save", WS_TABSTOP | WS_GROUP);
-    Command2_.create(handle(), IDCANCEL,
-                     box(buttonLeft, kClientHeight - kMargin - kButton, kButtonWidth, kButton),
-                     u"&Exit", WS_TABSTOP | WS_GROUP);
-    filling_ = false;
-}
-
-// The swatches are one stop of Tab; the arrow keys walk among them.
-void frmFont::createSwatches() {
-    placeNamedSwatches();
-    placeOtherSwatches();
-    for (std::size_t i = 0; i < kSwatchCount; ++i) {
-        const Swatch& swatch = swatches()[i];
-        const Area& area = swatchAreas_[i];
-        TarnelButton& button = G1_[i];
-        button.create(handle(), kG1 + static_cast<int>(i),
-                      {area.left, area.top, area.left + area.width, area.top + area.height},
-                      swatch.name, i == 0 ? WS_TABSTOP | WS_GROUP : 0);
-        ButtonProperties look;
-        look.Caption = swatch.name;
-        look.BackColor = colourRef(swatch.colour);
-        look.ForeColor = colourRef(inkOn(swatch.colour));
-        button.setProperties(look);
-        if (swatch.name.empty())
-            button.setName(swatchTitle(swatch));
-        button.setTakesArrows(true);
-        button.onEvent([this, i](const ButtonEvent& event) {
-            if (event.kind == ButtonEventKind::KeyDown)
-                onSwatchKey(i, event.keyCode);
-        });
-    }
-    const Area& lastNamed = swatchAreas_[kNamedSwatchCount - 1];
-    const Area& last = swatchAreas_.back();
-    Command3_.create(
-        handle(), kCommand3,
-        {lastNamed.left, last.top, lastNamed.left + lastNamed.width, last.top + last.height},
-        u"More Colors", WS_TABSTOP | WS_GROUP);
-}
-
-// A colour without a caption tells what it is when the pointer rests on it.
-void frmFont::createTips() {
-    const HWND tips = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                        WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, handle(),
-                                        nullptr, ::GetModuleHandleW(nullptr), nullptr);
-    for (std::size_t i = kNamedSwatchCount; i < kSwatchCount; ++i) {
-        Text title = swatchTitle(swatches()[i]);
-        TTTOOLINFOW tool{};
-        tool.cbSize = TTTOOLINFOW_V1_SIZE;
-        tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
-        tool.hwnd = handle();
-        tool.uId = reinterpret_cast<UINT_PTR>(G1_[i].handle());
-        tool.lpszText = wideBuffer(title);
-        ::SendMessageW(tips, TTM_ADDTOOLW, 0, lparamOf(&tool));
-    }
-}
-
-// Four to a row, over the whole width of their frame.
-void frmFont::placeNamedSwatches() {
-    const int left = 2 * kMargin;
-    const int width = (kLeftWidth - 2 * kMargin - (kNamedColumns - 1) * kGap) / kNamedColumns;
-    for (int i = 0; i < static_cast<int>(kNamedSwatchCount); ++i) {
-        const RECT place =
-            box(left + i % kNamedColumns * (width + kGap),
-                kSecondTop + kCaption + i / kNamedColumns * (kButton + kGap), width, kButton);
-        swatchAreas_[static_cast<std::size_t>(i)] = {
-            static_cast<int>(place.left), static_cast<int>(place.top),
-            static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
-    }
-}
-
-// Two rows below, as wide as three of the named ones.
-void frmFont::placeOtherSwatches() {
-    const Area& first = swatchAreas_[0];
-    const Area& third = swatchAreas_[2];
-    const int gap = scaled(kGap) / 2;
-    const int width = third.left + third.width - first.left;
-    const int columnWidth = (width - (kOtherColumns - 1) * gap) / kOtherColumns;
-    // What does not divide evenly goes between the columns.
-    const auto leftOf = [&](int column) {
-        return first.left + column * (width - columnWidth) / (kOtherColumns - 1);
-    };
-    for (int i = 0; i < static_cast<int>(kSwatchCount - kNamedSwatchCount); ++i) {
-        const int top = scaled(kSecondTop + kCaption + (3 + i / kOtherColumns) * (kButton + kGap));
-        swatchAreas_[kNamedSwatchCount + static_cast<std::size_t>(i)] = {
-            leftOf(i % kOtherColumns), top, columnWidth, scaled(kButton)};
-    }
-}
-
-void frmFont::fillLists() {
-    filling_ = true;
-    faces_ = shownFaces(installedFaces());
-    for (const Text& face : faces_)
-        ::SendMessageW(control(kList1), LB_ADDSTRING, 0, lparamOf(wide(face)));
-    for (const int size : fontSizes())
-        ::SendMessageW(control(kList2), LB_ADDSTRING, 0, lparamOf(wide(fontSizeText(2 * size))));
-    const bool isCourier = editorFontFace(services_) == kCourierNew;
-    check(control(kOption1), isCourier);
-    check(control(kOption2), !isCourier);
-    filling_ = false;
-}
-
-LRESULT CALLBACK frmFont::pairProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR id, DWORD_PTR self) {
-    const bool isBox = id == kText2 || id == kT1;
-    const HWND other = reinterpret_cast<frmFont*>(self)->control(id == kText2   ? kList1
-                                                                 : id == kT1    ? kList2
-                                                                 : id == kList1 ? kText2
-                                                                                : kT1);
-    if (isBox && message == WM_KEYDOWN &&
-        (wParam == VK_UP || wParam == VK_DOWN || wParam == VK_PRIOR || wParam == VK_NEXT))
-        return ::SendMessageW(other, message, wParam, lParam);
-    if (!isBox && message == WM_CHAR && wParam > ' ') {
-        ::SetFocus(other);
-        ::SendMessageW(other, EM_SETSEL, 0, -1);
-        return ::SendMessageW(other, message, wParam, lParam);
-    }
-    return ::DefSubclassProc(window, message, wParam, lParam);
 }
 
 // ---- Changes ----------------------------------------------------------------------------------
@@ -590,23 +301,28 @@ void frmFont::onMoreColours() {
         applyColour(*colour);
 }
 
-void frmFont::onSwatchKey(std::size_t index, int keyCode) {
+void frmFont::onSwatchKey(int keyCode) {
     if (keyCode < VK_LEFT || keyCode > VK_DOWN)
         return;
     const Arrow arrow = keyCode == VK_LEFT    ? Arrow::Left
                         : keyCode == VK_RIGHT ? Arrow::Right
                         : keyCode == VK_UP    ? Arrow::Up
                                               : Arrow::Down;
-    const std::size_t next = neighbour(swatchAreas_, index, arrow);
-    const auto setStop = [&](std::size_t which, bool on) {
-        const HWND window = G1_[which].handle();
+    moveStop(neighbour(swatchAreas_, stop_, arrow));
+    ::SetFocus(G1_[stop_].handle());
+}
+
+// Tab finds the swatches where the user left them.
+void frmFont::moveStop(std::size_t index) {
+    const auto setStop = [&](bool on) {
+        const HWND window = G1_[stop_].handle();
         const LONG_PTR style = ::GetWindowLongPtrW(window, GWL_STYLE);
         ::SetWindowLongPtrW(window, GWL_STYLE,
                             on ? style | WS_TABSTOP : style & ~LONG_PTR{WS_TABSTOP});
     };
-    setStop(index, false);
-    setStop(next, true);
-    ::SetFocus(G1_[next].handle());
+    setStop(false);
+    stop_ = index;
+    setStop(true);
 }
 
 void frmFont::onSave() {
@@ -697,41 +413,6 @@ LRESULT frmFont::onLabelColour(HDC dc) const {
     ::SetTextColor(dc, colourRef(style_.colour.value_or(inkOn(backColour()))));
     ::SetBkColor(dc, colourRef(backColour()));
     return reinterpret_cast<LRESULT>(exampleBrush_.get());
-}
-
-// ---- The font list ----------------------------------------------------------------------------
-
-void frmFont::onMeasureItem(LPARAM lParam) const {
-    reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)->itemHeight = static_cast<UINT>(scaled(kListRow));
-}
-
-HFONT frmFont::faceFont(const Text& face) {
-    UniqueFont& font = faceFonts_[face];
-    if (!font)
-        font = makeFont(face, scaled(14), {});
-    return font.get();
-}
-
-void frmFont::onDrawItem(LPARAM lParam) {
-    const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-    const bool isFace = item.CtlID == kList1;
-    const std::size_t row = item.itemID;
-    if (row >= (isFace ? faces_.size() : fontSizes().size()))
-        return;
-    const bool isSelected = (item.itemState & ODS_SELECTED) != 0;
-    ::SetTextColor(item.hDC, ::GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    ::SetBkColor(item.hDC, ::GetSysColor(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
-    ::ExtTextOutW(item.hDC, 0, 0, ETO_OPAQUE, &item.rcItem, nullptr, 0, nullptr);
-    const Text text = isFace ? faces_[row] : fontSizeText(2 * fontSizes()[row]);
-    RECT place = item.rcItem;
-    place.left += scaled(kTextIndent);
-    const SelectedObject font(item.hDC, isFace ? faceFont(text) : uiFont());
-    if (isSymbolFont(item.hDC))
-        ::SelectObject(item.hDC, uiFont());
-    ::DrawTextW(item.hDC, wide(text), -1, &place,
-                DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
-    if (item.itemState & ODS_FOCUS)
-        ::DrawFocusRect(item.hDC, &item.rcItem);
 }
 
 }  // namespace melvorin

@@ -61,13 +61,19 @@ class frmFont : public Window {
     void onDrawItem(LPARAM lParam);
     LRESULT onLabelColour(HDC dc) const;
 
+    bool createWindow(HWND owner);
     void createControls();
+    void createPair(const wchar_t* caption, int left, int width, int boxId, int listId);
+    void createStyleBoxes();
+    void createExample();
+    void createSettings();
     void createSwatches();
     void createTips();
     void placeNamedSwatches();
     void placeOtherSwatches();
     HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place,
              DWORD extendedStyle = 0);
+    HWND addFrame(const wchar_t* caption, int left, int top, int width, int height);
     HWND control(int id) const { return ::GetDlgItem(handle(), id); }
     void fillLists();
 
@@ -85,7 +91,8 @@ class frmFont : public Window {
     void onStyleClicked(int id);
     void applyColour(Rgb colour);
     void onMoreColours();
-    void onSwatchKey(std::size_t index, int keyCode);
+    void onSwatchKey(int keyCode);
+    void moveStop(std::size_t index);
     void onSave();
 
     void followSelection();
@@ -107,6 +114,7 @@ class frmFont : public Window {
     ButtonSounds sounds_;
     std::deque<TarnelButton> G1_;
     std::array<Area, kSwatchCount> swatchAreas_{};
+    std::size_t stop_ = 0;  // the swatch that Tab leads to
     TarnelButton Command1_;
     TarnelButton Command2_;
     TarnelButton Command3_;

@@ -257,6 +257,12 @@ TEST_F(FontWindow, ClosesAndWaitsForOthers) {
     program.command(Command::mnuFileOpen);
     EXPECT_EQ(newSteps(), 0);
     EXPECT_EQ(style().bold, false);
+    // The focus comes back to where it was.
+    ::SetFocus(control(frmFont::kT1));
+    ::SetActiveWindow(program.form->handle());
+    EXPECT_EQ(::GetFocus(), program.editor().handle());
+    ::SetActiveWindow(window().handle());
+    EXPECT_EQ(::GetFocus(), control(frmFont::kT1));
     click(IDCANCEL);
     EXPECT_FALSE(window().isOpen());
     program.command(Command::mnuFont);
