@@ -236,6 +236,7 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SYSCOLORCHANGE:
             ::SendMessageW(toolbar_.handle(), message, wParam, lParam);
             ::SendMessageW(rtftext_.handle(), message, wParam, lParam);
+            rtftext_.setBackground(rtftext_.background());
             toolbar_.reloadPictures();
             return 0;
         case WM_CLOSE:

@@ -149,8 +149,7 @@ HWND RichEdit::createControl() {
     set(EM_SETLANGOPTIONS, 0, language & ~LRESULT{IMF_AUTOFONT | IMF_DUALFONT});
     set(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(defaultFormat_));
     set(EM_SETCHARFORMAT, SCF_ALL, formatParam(defaultFormat_));
-    if (background_)
-        set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(*background_)));
+    set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(paper())));
     return control;
 }
 
@@ -329,7 +328,15 @@ void RichEdit::setAlignment(Alignment alignment) {
 
 void RichEdit::setBackground(std::optional<Rgb> colour) {
     background_ = colour;
-    send(EM_SETBKGNDCOLOR, colour ? 0 : 1, colour ? static_cast<LPARAM>(colourRef(*colour)) : 0);
+    send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(paper())));
+}
+
+Rgb RichEdit::paper() const {
+    if (background_)
+        return *background_;
+    const COLORREF window = ::GetSysColor(COLOR_WINDOW);
+    const Rgb colour{GetRValue(window), GetGValue(window), GetBValue(window)};
+    return colour.red + colour.green + colour.blue < 3 * 128 ? Rgb{255, 255, 255} : colour;
 }
 
 SelectionStyle RichEdit::selectionStyle() const {

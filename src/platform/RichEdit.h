@@ -54,6 +54,10 @@ class RichEdit : public Editor {
     bool replaceSelectionRtf(std::string_view rtf) override;
     void sendUndo() override;
     std::optional<Rgb> background() const override { return background_; }
+    // What is seen behind the text. Songs are written in black, so it is white where the system's
+    // windows are too dark for that; after a change of the system's colours set the background
+    // again.
+    Rgb paper() const;
     void setBackground(std::optional<Rgb> colour) override;
     Text faceAt(std::int32_t position) override;
     std::optional<Selection> find(TextView what, std::int32_t from,

@@ -30,11 +30,6 @@ void setText(HWND window, TextView text) {
     ::SetWindowTextW(window, wide(Text(text)));
 }
 
-Rgb systemColour(int index) {
-    const COLORREF colour = ::GetSysColor(index);
-    return {GetRValue(colour), GetGValue(colour), GetBValue(colour)};
-}
-
 bool isChecked(HWND control) {
     return ::SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
@@ -296,7 +291,8 @@ void frmFont::applyColour(Rgb colour) {
 void frmFont::onMoreColours() {
     if (!mayChange())
         return;
-    const Rgb shown = isChecked(control(kOp1Text)) ? style_.colour.value_or(Rgb{}) : backColour();
+    const Rgb shown =
+        isChecked(control(kOp1Text)) ? style_.colour.value_or(Rgb{}) : rtftext_.paper();
     if (const auto colour = services_.colors.choose(shown))
         applyColour(*colour);
 }
@@ -386,10 +382,6 @@ void frmFont::markSize(std::optional<int> halfPoints) {
         setText(control(kT1), halfPoints ? fontSizeText(*halfPoints) : Text());
 }
 
-Rgb frmFont::backColour() const {
-    return rtftext_.background().value_or(systemColour(COLOR_WINDOW));
-}
-
 void frmFont::showExample() {
     const HWND label = control(kLabel4);
     RECT client{};
@@ -402,7 +394,7 @@ void frmFont::showExample() {
     UniqueFont font = makeFont(face, height, style_);
     ::SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
     exampleFont_ = std::move(font);
-    exampleBrush_.reset(::CreateSolidBrush(colourRef(backColour())));
+    exampleBrush_.reset(::CreateSolidBrush(colourRef(rtftext_.paper())));
     ::InvalidateRect(label, nullptr, TRUE);
     const Text size =
         style_.halfPoints ? fontSizeText(*style_.halfPoints) + u" pt" : Text(u"several sizes");
@@ -410,8 +402,8 @@ void frmFont::showExample() {
 }
 
 LRESULT frmFont::onLabelColour(HDC dc) const {
-    ::SetTextColor(dc, colourRef(style_.colour.value_or(inkOn(backColour()))));
-    ::SetBkColor(dc, colourRef(backColour()));
+    ::SetTextColor(dc, colourRef(style_.colour.value_or(inkOn(rtftext_.paper()))));
+    ::SetBkColor(dc, colourRef(rtftext_.paper()));
     return reinterpret_cast<LRESULT>(exampleBrush_.get());
 }
 

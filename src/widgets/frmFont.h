@@ -100,7 +100,6 @@ class frmFont : public Window {
     void showExample();
     void markFace(TextView face);
     void markSize(std::optional<int> halfPoints);
-    Rgb backColour() const;
     HFONT faceFont(const Text& face);
 
     // Text2 and List1 belong together, so do T1 and List2: up and down in the box move the list,

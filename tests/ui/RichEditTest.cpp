@@ -219,6 +219,23 @@ TEST(EditorStyle, BackgroundIsNoPartOfTheDocument) {
               LRESULT{RGB(10, 200, 30)});
 }
 
+// Black letters want light paper, also where the system's windows are dark.
+TEST(EditorStyle, PaperIsNeverTooDarkForBlack) {
+    constexpr INT element = COLOR_WINDOW;
+    const COLORREF former = ::GetSysColor(element);
+    for (const COLORREF window : {RGB(0, 0, 0), RGB(255, 250, 240)}) {
+        ASSERT_TRUE(::SetSysColors(1, &element, &window));
+        Host host;
+        const LRESULT seen =
+            window == 0 ? LRESULT{RGB(255, 255, 255)} : static_cast<LRESULT>(window);
+        EXPECT_EQ(::SendMessageW(host.edit.handle(), EM_SETBKGNDCOLOR, 0, 0), seen);
+        host.edit.setBackground(Rgb{0, 0, 0});
+        host.edit.setBackground(std::nullopt);
+        EXPECT_EQ(::SendMessageW(host.edit.handle(), EM_SETBKGNDCOLOR, 0, 0), seen);
+    }
+    ::SetSysColors(1, &element, &former);
+}
+
 TEST(EditorFind, FollowsCaseWordsAndPosition) {
     struct Case {
         TextView what;
