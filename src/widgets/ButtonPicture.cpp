@@ -19,6 +19,11 @@ std::uint32_t mixed(std::uint32_t over, std::uint32_t under, std::uint32_t alpha
     return result;
 }
 
+std::size_t indexOf(int x, int y, int width) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+           static_cast<std::size_t>(x);
+}
+
 Extent sane(Extent extent) {
     return {std::clamp(extent.width, 0, kLargestExtent),
             std::clamp(extent.height, 0, kLargestExtent)};
@@ -72,21 +77,18 @@ Pixels onFace(const Pixels& picture, Extent size, std::uint32_t face, bool trans
               bool faded) {
     size = sane(size);
     Pixels result{size.width, size.height, {}, false};
-    result.argb.assign(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height),
-                       face & kRgb);
+    result.argb.assign(indexOf(0, size.height, size.width), face & kRgb);
     const int width = std::min(size.width, picture.width);
     const int height = std::min(size.height, picture.height);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const std::uint32_t pixel =
-                picture.argb[static_cast<std::size_t>(y * picture.width + x)];
+            const std::uint32_t pixel = picture.argb[indexOf(x, y, picture.width)];
             std::uint32_t alpha = picture.hasAlpha ? pixel >> 24 : 255;
             if (transparent && (pixel & kRgb) == (picture.argb.front() & kRgb))
                 alpha = 0;
             if (faded)
                 alpha = alpha * kFadedPart / 255;
-            result.argb[static_cast<std::size_t>(y * size.width + x)] =
-                mixed(pixel & kRgb, face, alpha);
+            result.argb[indexOf(x, y, size.width)] = mixed(pixel & kRgb, face, alpha);
         }
     }
     return result;
