@@ -8,7 +8,7 @@ packages=(
     googletest clang-format clang-tidy libasan8 libubsan1
     wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
-    python3-mido python3-numpy fluidsynth timgm6mb-soundfont
+    python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont
 )
 
 missing=()

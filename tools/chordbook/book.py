@@ -1,0 +1,89 @@
+"""Puts the chord book together: every root with every kind, its symbol, name and shapes."""
+
+import dataclasses
+
+from neck import MUTED, grip, shapes
+from normaliser import is_stable
+from ranking import best_shapes
+from theory import ROOTS, BookError, pitch, read_kinds, symbol_and_name
+
+DIAGRAM_FRETS = 4  # rows in a diagram
+
+
+@dataclasses.dataclass(frozen=True)
+class Entry:
+    """One chord of the dictionary."""
+
+    root: str
+    kind: object
+    symbol: str
+    name: str
+    also: tuple  # other symbols, not taken by any chord
+    shapes: tuple  # one for each character of the slot, best first
+
+    @property
+    def font(self):
+        return font_number(self.root, self.kind.even)
+
+
+def font_number(root, even):
+    return 2 * ROOTS.index(root) + 1 + even
+
+
+def first_fret(shape):
+    """The fret in the first row of the diagram; 1 means that the nut is shown."""
+    fretted = [f for f in shape if f > 0]
+    return 1 if max(fretted, default=0) <= DIAGRAM_FRETS else min(fretted)
+
+
+def frets_text(shape):
+    """As guitarists write it: "x32010", with hyphens between once a fret needs two digits."""
+    frets = ["x" if f == MUTED else str(f) for f in shape]
+    return ("-" if max(shape) > 9 else "").join(frets)
+
+
+def fingers_text(shape):
+    """The finger on each string, 1 to 4 from the index on, "-" for none."""
+    return "".join(str(f) if f else "-" for f in grip(shape).fingers)
+
+
+def chord_shapes(kind, root):
+    """The shapes for one slot; the root is a pitch class."""
+    tones = kind.tones(root)
+    fewest = 3 if len(tones) < 4 else 4
+    candidates = shapes(tones, kind.essential(root), kind.bass_tone(root), fewest)
+    best = best_shapes(candidates, tones, root, kind.third(root), len(kind.slot))
+    if len(best) < len(kind.slot):
+        raise BookError(
+            f"{kind.suffix!r} over {kind.bass} has {len(best)} shapes for {len(kind.slot)} characters"
+        )
+    return tuple(best)
+
+
+def make_book():
+    """All entries, root by root in the order of the kinds."""
+    kinds = read_kinds()
+    found = {(p, kind): chord_shapes(kind, p) for p in range(12) for kind in kinds}
+    entries = []
+    for root in ROOTS:
+        for kind in kinds:
+            symbol, name = symbol_and_name(root, kind)
+            also = tuple(root + suffix for suffix in kind.also)
+            entries.append(Entry(root, kind, symbol, name, also, found[pitch(root), kind]))
+    check_searches(entries)
+    return entries
+
+
+def check_searches(entries):
+    """A search compares without case and after rewriting: each text must lead to one chord."""
+    for what, texts in (
+        ("symbol", [s for e in entries for s in (e.symbol, *e.also)]),
+        ("name", [e.name for e in entries]),
+    ):
+        seen = set()
+        for text in texts:
+            if text.upper() in seen:
+                raise BookError(f"the {what} {text!r} is there twice")
+            seen.add(text.upper())
+            if not is_stable(text):
+                raise BookError(f"a search would rewrite the {what} {text!r}")

@@ -1,0 +1,107 @@
+"""Orders the shapes of a chord as guitarists do, and picks a few that differ.
+
+The weights were fitted to about a hundred everyday chords: they are the cheapest set under which
+the shape that people play comes first.
+"""
+
+from neck import MUTED, TUNING, grip
+
+OPEN_PITCHES = (40, 45, 50, 55, 59, 64)
+
+WEIGHTS = {
+    "hand": 0.25,  # stretches and short barres
+    "fingers": 0.10,
+    "barre": 0.45,
+    "second barre": 0.25,
+    "position": 0.18,  # for every fret up the neck
+    "open among high": 1.40,  # open strings beside frets from the fifth on
+    "open among four": 0.55,
+    "no nut": 0.30,
+    "top muted": 0.60,
+    "inner muted": 1.00,
+    "inner muted, few notes": 0.05,
+    "open inside": 0.00,
+    "low muted": 0.00,
+    "bass on G": 0.55,
+    "short": 1.50,  # closed shape on the four upper strings
+    "fifth missing": 0.35,
+    "unison": 0.30,
+    "third below": 0.50,
+    "minor third below": 0.35,
+    "close below": 0.65,
+    "third twice": 0.10,
+    "colour twice": 0.25,
+    "half step": 0.25,
+    "little finger in the bass": 0.50,
+    "open beside the bass": 0.50,
+}
+
+
+def traits(shape, tones, root, third):
+    """How much of each weight a shape has; tones are pitch classes."""
+    hold = grip(shape)
+    frets = [f for f in shape if f > 0]
+    played = [s for s in range(6) if shape[s] != MUTED]
+    pitches = [OPEN_PITCHES[s] + shape[s] for s in played]
+    classes = [p % 12 for p in pitches]
+    bass, top = played[0], played[-1]
+    has_open = 0 in shape
+    highest = max(frets, default=0)
+    below = pitches[1] - pitches[0]
+    colours = tones - {root, third, (root + 7) % 12}
+    yield "hand", hold.hand
+    yield "fingers", hold.used
+    yield "barre", bool(hold.barre)
+    yield "second barre", hold.second_barres
+    yield "position", min(frets, default=0)
+    yield "open among high", has_open and highest > 4
+    yield "open among four", has_open and highest == 4
+    yield "no nut", not (has_open and highest <= 3)
+    yield "top muted", len(tones) > 2 and 5 - top
+    inner = sum(shape[s] == MUTED for s in range(bass, top))
+    yield "inner muted", inner
+    yield "inner muted, few notes", inner and len(tones) < 5
+    yield "open inside", sum(shape[s] == 0 for s in range(bass + 1, top))
+    yield "low muted", bass
+    yield "bass on G", bass == 3
+    yield "short", bass == 2 and not has_open
+    yield "fifth missing", len(tones - set(classes))
+    yield "unison", len(pitches) - len(set(pitches))
+    yield "third below", below in (3, 4)
+    yield "minor third below", below == 3
+    yield "close below", below in (1, 2, 5, 6)
+    yield "third twice", max(0, classes.count(third) - 1)
+    yield "colour twice", sum(max(0, classes.count(c) - 1) for c in colours)
+    yield "half step", sum(1 in (p - q, q - p) for p, q in zip(pitches, pitches[1:]))
+    if not has_open:
+        yield "little finger in the bass", (0, 0, 0, 0.5, 1)[hold.fingers[bass]]
+    yield "open beside the bass", shape[bass] > 0 and shape[bass + 1] == 0
+
+
+def cost(shape, tones, root, third):
+    return sum(WEIGHTS[name] * value for name, value in traits(shape, tones, root, third))
+
+
+def is_variant(one, other):
+    """True if two shapes are the same grip with some strings left out."""
+    return all(a == b or MUTED in (a, b) for a, b in zip(one, other))
+
+
+def likeness(one, other):
+    """How much of one shape a player hears and sees again in the other."""
+    same = sum(a == b != MUTED for a, b in zip(one, other))
+    return (0, 0, 0, 0.5, 1.2, 2.0, 3.0)[same]
+
+
+def best_shapes(candidates, tones, root, third, limit):
+    """The best shapes, best first, each as unlike those before it as its merit allows; a grip is
+    not taken again with strings left out."""
+    ranked = sorted((round(cost(s, tones, root, third), 4), s) for s in candidates)
+    picked = []
+    while ranked and len(picked) < limit:
+        price, shape = min(
+            (price + sum(likeness(shape, p) for p in picked), shape) for price, shape in ranked
+        )
+        picked.append(shape)
+        ranked = [(p, s) for p, s in ranked if not is_variant(s, shape)]
+    return picked
