@@ -11,29 +11,28 @@ OPEN_PITCHES = (40, 45, 50, 55, 59, 64)
 WEIGHTS = {
     "hand": 0.25,  # stretches and short barres
     "fingers": 0.10,
-    "barre": 0.45,
-    "second barre": 0.25,
-    "position": 0.18,  # for every fret up the neck
-    "open among high": 1.40,  # open strings beside frets from the fifth on
+    "barre": 0.40,
+    "second barre": 0.35,
+    "position": 0.20,  # for every fret up the neck
+    "open among high": 0.95,  # open strings beside frets from the fifth on
     "open among four": 0.55,
-    "no nut": 0.30,
-    "top muted": 0.60,
-    "inner muted": 1.00,
-    "inner muted, few notes": 0.05,
-    "open inside": 0.00,
-    "low muted": 0.00,
-    "bass on G": 0.55,
-    "short": 1.50,  # closed shape on the four upper strings
+    "no nut": 0.15,
+    "top muted": 0.55,
+    "inner muted": 0.95,
+    "inner muted, few notes": 0.10,
+    "low muted": 0.10,
+    "bass on G": 0.90,
+    "short": 1.35,  # closed shape on the four upper strings
     "fifth missing": 0.35,
-    "unison": 0.30,
-    "third below": 0.50,
-    "minor third below": 0.35,
-    "close below": 0.65,
-    "third twice": 0.10,
+    "unison": 0.25,
+    "third below": 0.30,
+    "minor third below": 0.20,
+    "close below": 0.60,
+    "third twice": 0.12,
     "colour twice": 0.25,
-    "half step": 0.25,
-    "little finger in the bass": 0.50,
-    "open beside the bass": 0.50,
+    "half step": 0.10,
+    "little finger in the bass": 0.70,
+    "open beside the bass": 0.45,
 }
 
 
@@ -59,9 +58,8 @@ def traits(shape, tones, root, third):
     yield "no nut", not (has_open and highest <= 3)
     yield "top muted", len(tones) > 2 and 5 - top
     inner = sum(shape[s] == MUTED for s in range(bass, top))
-    yield "inner muted", inner
+    yield "inner muted", 2 * inner if len(tones) == 2 else inner
     yield "inner muted, few notes", inner and len(tones) < 5
-    yield "open inside", sum(shape[s] == 0 for s in range(bass + 1, top))
     yield "low muted", bass
     yield "bass on G", bass == 3
     yield "short", bass == 2 and not has_open
