@@ -21,6 +21,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from book import fingers_text, frets_text, make_book  # noqa: E402
 from check import faults  # noqa: E402
 from database import write_database  # noqa: E402
+from fonts import write_fonts  # noqa: E402
 from theory import BookError  # noqa: E402
 
 
@@ -39,8 +40,11 @@ def make(folder):
     with tempfile.TemporaryDirectory(dir=folder, prefix=".chordbook.") as name:
         fresh = pathlib.Path(name)
         (fresh / "Dbase").mkdir()
+        (fresh / "Fonts").mkdir()
+        write_fonts(fresh / "Fonts", entries)
         write_database(fresh / "Dbase" / "MlvDbase.db", entries)
-        for path in sorted(fresh.rglob("*.*")):
+        # The database comes last: the build takes it as the sign that all is there.
+        for path in sorted(fresh.rglob("*.*"), reverse=True):
             target = folder / path.relative_to(fresh)
             target.parent.mkdir(exist_ok=True)
             os.replace(path, target)
