@@ -3,7 +3,8 @@
 
 set(chordbook ${PROJECT_SOURCE_DIR}/tools/chordbook)
 set(chordbook_sources ${PROJECT_SOURCE_DIR}/data/chordbook/kinds.txt)
-foreach(module book check database fingering make neck normaliser ranking theory)
+foreach(module book check database digits fingering fonts glyphs hinting make neck normaliser
+        ranking theory)
   list(APPEND chordbook_sources ${chordbook}/${module}.py)
 endforeach()
 

@@ -19,25 +19,25 @@ def em(part):
     return round(part * UNITS)
 
 
-STROKE = em(0.034)  # strings and frets
+STROKE = em(0.030)  # strings and frets
 NUT = em(0.080)
 STRING_GAP = em(0.245)
 FRET_GAP = em(0.262)
-FIRST_STRING = em(0.475)
-ADVANCE = FIRST_STRING + 5 * STRING_GAP + em(0.155)
+FIRST_STRING = em(0.490)
+ADVANCE = FIRST_STRING + 5 * STRING_GAP + em(0.165)
 TOP = DIAGRAM_FRETS * FRET_GAP + STROKE  # upper edge of the first fret line; the last is at 0
 
-DOT = em(0.101)  # radius
+DOT = em(0.098)  # radius
 BARRE = em(0.050)  # half its height
 DOT_FIGURE = em(1 / 36)  # stroke of a figure
 FIRST_FIGURE = em(0.046)
-FIGURE_GAP = em(0.150)  # from the first string to the figures of the first fret
+FIGURE_GAP = em(0.165)  # from the first string to the figures of the first fret
 
-MARK = em(0.088)  # half the size of x and o
+MARK = em(0.098)  # half the size of x and o
 MARK_GAP = em(0.035)
 MARK_Y = TOP - STROKE + NUT + MARK_GAP + MARK
 
-ASCENT = MARK_Y + MARK + em(0.012)
+ASCENT = MARK_Y + MARK + em(0.030)
 DESCENT = em(0.020)
 
 ARC = 0.41421356  # of the radius: from an end of a circle to the next pull
@@ -108,7 +108,7 @@ def figure(digit, x, y, stroke, holds_x, holds_y, size, hole=False):
 
 def cross(x, y, hold_x, hold_y):
     """An x in one piece."""
-    r, arm = MARK, em(0.028)
+    r, arm = MARK, em(0.034)
     corner = [(-r, r - arm), (-r + arm, r), (0, arm), (r - arm, r), (r, r - arm), (arm, 0)]
     outline = corner + [(-dx, -dy) for dx, dy in corner]
     return [Point(x + dx, y + dy, True, (hold_x,), (hold_y,)) for dx, dy in outline]
@@ -188,7 +188,7 @@ def marks(shape):
             yield cross(x, MARK_Y, hold_x, hold_y)
         elif fret == 0:
             yield circle(x, MARK_Y, MARK, hold_x, hold_y)
-            yield circle(x, MARK_Y, MARK - em(0.034), hold_x, hold_y, hole=True)
+            yield circle(x, MARK_Y, MARK - STROKE - em(0.008), hold_x, hold_y, hole=True)
 
 
 def first_fret_figures(first):

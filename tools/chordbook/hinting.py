@@ -13,7 +13,7 @@ from book import DIAGRAM_FRETS
 SVTCA_Y, SVTCA_X, SLOOP, SWAP, CALL, FDEF, ENDF = 0x00, 0x01, 0x17, 0x23, 0x2B, 0x2C, 0x2D
 SHPIX, WS, RS, RCVT, MPPEM, GTEQ = 0x38, 0x42, 0x43, 0x45, 0x4B, 0x53
 ADD, SUB, MUL, FLOOR, CEILING, ROUND = 0x60, 0x61, 0x63, 0x66, 0x67, 0x68
-SCANCTRL, MAX, SCANTYPE, INSTCTRL = 0x85, 0x8B, 0x8D, 0x8E
+SCANCTRL, MAX, MIN, SCANTYPE, INSTCTRL = 0x85, 0x8B, 0x8C, 0x8D, 0x8E
 
 PIXEL = 64
 FIGURES_FROM = 31  # pixels an em from which the dots are large enough for figures
@@ -53,6 +53,9 @@ class Sum:
 
     def then(self, opcode):
         return Sum(self.code + bytes([opcode]))
+
+    def at_most(self, other):
+        return Sum(self.code + other.code + bytes([MIN]))
 
     def at_least(self, other):
         return Sum(self.code + other.code + bytes([MAX]))
@@ -161,8 +164,14 @@ def frets(prep, row, stroke, nut, figure):
         prep.anchor(("dot y", number), (middle - half).then(ROUND) + half, glyphs.row_y(number))
     over_nut = row * DIAGRAM_FRETS + nut
     prep.anchor(("nut", 0), over_nut, glyphs.TOP - glyphs.STROKE + glyphs.NUT)
-    mark = over_nut + prep.whole(glyphs.MARK_GAP + glyphs.MARK) + stroke * 0.5
+    highest = prep.length(glyphs.ASCENT).then(FLOOR) - half_mark(prep, stroke)
+    mark = (over_nut + prep.whole(glyphs.MARK_GAP + glyphs.MARK)).at_most(highest) + stroke * 0.5
     prep.anchor(("mark", 0), mark, glyphs.MARK_Y)
+
+
+def half_mark(prep, stroke):
+    """Whole pixels from the pixel in the middle of a mark to its end."""
+    return (prep.length(glyphs.MARK) + stroke * 0.5).then(CEILING)
 
 
 # Moves points: takes the points, their number, the factor (64 for one) and the storage.
