@@ -63,27 +63,23 @@ def chord_shapes(kind, root):
 def make_book():
     """All entries, root by root in the order of the kinds."""
     kinds = read_kinds()
-    found = {(p, kind): chord_shapes(kind, p) for p in range(12) for kind in kinds}
-    entries = []
-    for root in ROOTS:
-        for kind in kinds:
-            symbol, name = symbol_and_name(root, kind)
-            also = tuple(root + suffix for suffix in kind.also)
-            entries.append(Entry(root, kind, symbol, name, also, found[pitch(root), kind]))
-    check_searches(entries)
-    return entries
+    chords = [
+        (root, kind, *symbol_and_name(root, kind), tuple(root + suffix for suffix in kind.also))
+        for root in ROOTS
+        for kind in kinds
+    ]
+    check_searches("symbol", [text for _, _, symbol, _, also in chords for text in (symbol, *also)])
+    check_searches("name", [name for _, _, _, name, _ in chords])
+    found = {(p, kind): chord_shapes(kind, p) for kind in kinds for p in range(12)}
+    return [Entry(*chord, found[pitch(chord[0]), chord[1]]) for chord in chords]
 
 
-def check_searches(entries):
+def check_searches(what, texts):
     """A search compares without case and after rewriting: each text must lead to one chord."""
-    for what, texts in (
-        ("symbol", [s for e in entries for s in (e.symbol, *e.also)]),
-        ("name", [e.name for e in entries]),
-    ):
-        seen = set()
-        for text in texts:
-            if text.upper() in seen:
-                raise BookError(f"the {what} {text!r} is there twice")
-            seen.add(text.upper())
-            if not is_stable(text):
-                raise BookError(f"a search would rewrite the {what} {text!r}")
+    seen = set()
+    for text in texts:
+        if text.upper() in seen:
+            raise BookError(f"the {what} {text!r} is there twice")
+        seen.add(text.upper())
+        if not is_stable(text):
+            raise BookError(f"a search would rewrite the {what} {text!r}")

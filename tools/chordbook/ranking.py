@@ -20,7 +20,7 @@ WEIGHTS = {
     "top muted": 0.55,
     "inner muted": 0.95,
     "inner muted, few notes": 0.10,
-    "low muted": 0.10,
+    "low muted": 0.16,
     "bass on G": 0.90,
     "short": 1.35,  # closed shape on the four upper strings
     "fifth missing": 0.35,
@@ -65,15 +65,16 @@ def traits(shape, tones, root, third):
     yield "short", bass == 2 and not has_open
     yield "fifth missing", len(tones - set(classes))
     yield "unison", len(pitches) - len(set(pitches))
-    yield "third below", below in (3, 4)
-    yield "minor third below", below == 3
+    on_root = classes[0] == root  # other basses are thirds and fifths by themselves
+    yield "third below", on_root and below in (3, 4)
+    yield "minor third below", on_root and below == 3
     yield "close below", below in (1, 2, 5, 6)
     yield "third twice", max(0, classes.count(third) - 1)
     yield "colour twice", sum(max(0, classes.count(c) - 1) for c in colours)
     yield "half step", sum(1 in (p - q, q - p) for p, q in zip(pitches, pitches[1:]))
     if not has_open:
         yield "little finger in the bass", (0, 0, 0, 0.5, 1)[hold.fingers[bass]]
-    yield "open beside the bass", shape[bass] > 0 and shape[bass + 1] == 0
+    yield "open beside the bass", on_root and shape[bass] > 0 and shape[bass + 1] == 0
 
 
 def cost(shape, tones, root, third):
