@@ -55,7 +55,7 @@ def chord_shapes(kind, root):
     best = best_shapes(candidates, tones, root, kind.third(root), len(kind.slot))
     if len(best) < len(kind.slot):
         raise BookError(
-            f"{kind.suffix!r} over {kind.bass} has {len(best)} shapes for {len(kind.slot)} characters"
+            f"{kind.suffix!r} over {kind.bass}: {len(best)} shapes for {len(kind.slot)} characters"
         )
     return tuple(best)
 

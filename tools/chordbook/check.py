@@ -104,7 +104,9 @@ def faults(entry, frets_text, fingers_text):
     kind = entry.kind
     named_bass = entry.symbol.rpartition("/")[2]
     bass = entry.root if kind.bass == "1" else named_bass
-    if kind.bass != "1" and (half_steps(entry.root) + degree_steps(kind.bass)) % 12 != half_steps(bass):
+    if kind.bass != "1" and (half_steps(entry.root) + degree_steps(kind.bass)) % 12 != half_steps(
+        bass
+    ):
         yield f"{entry.symbol}: the bass is not the {kind.bass}"
     shapes = [read_frets(frets_text(shape)) for shape in entry.shapes]
     for fault in slot_faults(kind.slot, shapes):

@@ -165,7 +165,9 @@ def frets(prep, row, stroke, nut, figure):
     over_nut = row * DIAGRAM_FRETS + nut
     prep.anchor(("nut", 0), over_nut, glyphs.TOP - glyphs.STROKE + glyphs.NUT)
     highest = prep.length(glyphs.ASCENT).then(FLOOR) - half_mark(prep, stroke)
-    mark = (over_nut + prep.whole(glyphs.MARK_GAP + glyphs.MARK - glyphs.STROKE // 2)).at_most(highest) + stroke * 0.5
+    mark = (over_nut + prep.whole(glyphs.MARK_GAP + glyphs.MARK - glyphs.STROKE // 2)).at_most(
+        highest
+    ) + stroke * 0.5
     prep.anchor(("mark", 0), mark, glyphs.MARK_Y)
 
 

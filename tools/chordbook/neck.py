@@ -148,7 +148,9 @@ def shapes(tones, essential, bass, fewest):
     for lowest in range(1, LAST_FRET - REACH + 1):
         choices = []
         for string in range(6):
-            frets = [f for f in range(lowest, lowest + REACH + 1) if (TUNING[string] + f) % 12 in tones]
+            frets = [
+                f for f in range(lowest, lowest + REACH + 1) if (TUNING[string] + f) % 12 in tones
+            ]
             if lowest <= OPEN_REACH and TUNING[string] in tones:
                 frets.append(0)
             choices.append(frets)

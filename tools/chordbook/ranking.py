@@ -1,10 +1,10 @@
 """Orders the shapes of a chord as guitarists do, and picks a few that differ.
 
-The weights were fitted to about a hundred everyday chords: they are the cheapest set under which
-the shape that people play comes first.
+The weights were fitted to about a hundred everyday chords, so that the shape that people play
+comes first with something to spare, and then rounded by hand.
 """
 
-from neck import MUTED, TUNING, grip
+from neck import MUTED, grip
 
 OPEN_PITCHES = (40, 45, 50, 55, 59, 64)
 
@@ -12,7 +12,7 @@ WEIGHTS = {
     "hand": 0.25,  # stretches and short barres
     "fingers": 0.10,
     "barre": 0.40,
-    "second barre": 0.35,
+    "second barre": 0.25,
     "position": 0.20,  # for every fret up the neck
     "open among high": 0.95,  # open strings beside frets from the fifth on
     "open among four": 0.55,
@@ -21,9 +21,9 @@ WEIGHTS = {
     "inner muted": 0.95,
     "inner muted, few notes": 0.10,
     "low muted": 0.16,
-    "bass on G": 0.90,
+    "bass on G": 1.60,
     "short": 1.35,  # closed shape on the four upper strings
-    "fifth missing": 0.35,
+    "fifth missing": 0.40,
     "unison": 0.25,
     "third below": 0.30,
     "minor third below": 0.20,

@@ -73,7 +73,7 @@ def spellings(root, degree):
 
 
 def symbol_and_name(root, kind):
-    """Both as the dictionary has them: the first spelling of the bass that a search leaves alone."""
+    """Both as the dictionary has them, the bass in a spelling that a search leaves alone."""
     for bass in spellings(root, kind.bass):
         symbol = root + kind.suffix + ("" if kind.bass == "1" else "/" + bass)
         name = f"{root} {kind.name.format(bass)}"
