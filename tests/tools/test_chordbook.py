@@ -97,7 +97,7 @@ class Normaliser(unittest.TestCase):
             ("C/A#", "C/Bb"), ("A/Db", "A/C#"), ("F7+/A#", "F7+/Bb"), ("Am7/G", "Am7/G"),
         ):  # fmt: skip
             self.assertEqual(normalised(text), expected)
-        for text in ("Cadd9", "C(9)", "Am/F#", "Bm5b/7", "C7M"):
+        for text in ("Cadd9", "C(9)", "Am/F#", "C7M"):
             self.assertFalse(is_stable(text), text)
 
 
@@ -207,7 +207,7 @@ class ChordBook(unittest.TestCase):
         self.assertNotIn("CM7", symbols)
         for alias, chord in (
             ("Cmaj7", "C7+"), ("Gsus4", "G4"), ("Cdim", "C°"), ("Caug", "C5#"), ("D2", "D5/9"),
-            ("Bbm7b5", "Bbm7/5b"), ("Eº", "E°"), ("A13", "A7/13"), ("F#7sus4", "F#4/7"),
+            ("Bbm7b5", "Bbm5b/7"), ("Eº", "E°"), ("A13", "A7/13"), ("F#7sus4", "F#4/7"),
         ):  # fmt: skip
             self.assertEqual(symbols[alias][1:], symbols[chord][1:])
         for symbol, name in (

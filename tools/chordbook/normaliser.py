@@ -12,7 +12,7 @@ SUFFIXES = (
 NOTES = "A A# Bb B C C# Db D D# Eb E F F# Gb G G# Ab".split()
 THIRDS = "C# D D D# E F F F# G G G# A A# Bb B C C".split()
 
-# Chords over their sixth are half-diminished chords, and are spelled as one or as the other.
+# A minor chord over its sixth becomes a half-diminished chord where there is room behind it.
 SIXTHS = (
     "A F#|A Gb|A# G|Bb G|B G#|B Ab|C A|C# A#|C# Bb|Db A#|Db Bb|D B|D# C|Eb C|E C#|E Db|F D|"
     "F# D#|F# Eb|Gb D#|Gb Eb|G E|G# F|Ab F"
@@ -57,10 +57,9 @@ RULES = [
     *pairs(BASSES),
 ]
 
-# What may be rewritten in one way or the other; the book has neither.
-AMBIGUOUS = [f"{note}m/{sixth} " for note, sixth in pairs(SIXTHS)]
-AMBIGUOUS += [f"{note}m5b/7 " for note in NOTES]
-AMBIGUOUS_FORMS = re.compile(r"[()]|[Aa]d+9")
+# What is rewritten in ways that depend on the text around it; the book has none of it.
+SHIFTING = [f"{note}m/{sixth} " for note, sixth in pairs(SIXTHS)]
+SHIFTING_FORMS = re.compile(r"[()]|[Aa]d+9")
 
 
 def normalised(text):
@@ -75,7 +74,7 @@ def is_stable(text):
     """True if the text is found as it stands, however it is typed, in capitals too."""
     return all(
         normalised(form) == form
-        and not AMBIGUOUS_FORMS.search(form)
-        and not any(find in form + " " for find in AMBIGUOUS)
+        and not SHIFTING_FORMS.search(form)
+        and not any(find in form + " " for find in SHIFTING)
         for form in (text, text.upper())
     )
