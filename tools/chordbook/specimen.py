@@ -14,6 +14,7 @@ import sys
 
 from PIL import Image, ImageDraw, ImageFont
 
+sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from theory import ROOTS  # noqa: E402  pylint: disable=wrong-import-position
 
