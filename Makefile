@@ -1,5 +1,5 @@
 # The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
-.PHONY: run test bench package setup native native-asan win-x64 win-x86 lint clean
+.PHONY: run test bench fuzz package setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
 # By the environment, so that quotes and blanks in the name stay what they are.
@@ -16,6 +16,10 @@ test: native-asan native win-x64 win-x86 lint
 
 bench: native win-x64
 	@tools/bench.sh
+
+# Each fuzzer for FUZZ_SECONDS; what it finds is left in build/fuzz.
+fuzz: setup
+	@tools/fuzz.sh
 
 package:
 	@echo "make package: there is no installer yet" >&2; exit 1

@@ -14,6 +14,9 @@ target_include_directories(melvorin_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(MELVORIN_SANITIZE)
   target_compile_options(melvorin_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # The fuzzers watch which branches a text takes.
+  target_compile_options(melvorin_options INTERFACE
+    $<$<CXX_COMPILER_ID:Clang>:-fsanitize=fuzzer-no-link>)
   target_link_options(melvorin_options INTERFACE -fsanitize=address,undefined)
 endif()
 

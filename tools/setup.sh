@@ -5,7 +5,7 @@ set -eu
 packages=(
     make cmake ninja-build g++ python3 git
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
-    googletest clang-format clang-tidy libasan8 libubsan1
+    googletest clang clang-format clang-tidy libasan8 libubsan1
     wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
     python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont

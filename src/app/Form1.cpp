@@ -72,6 +72,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::ExMovie4, &Form1::openShipped<Command::ExMovie4>},
         {Command::mnuHlpTcs, &Form1::openShipped<Command::mnuHlpTcs>},
         {Command::mnuFileAbout, &Form1::about},
+        {Command::mnuEditCifra, &Form1::createNotation},
     };
     return table;
 }
@@ -418,6 +419,17 @@ void Form1::changeKey(Direction direction) {
         changed = cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_);
     }
     if (hasText && changed)
+        documents_.changed();
+}
+
+void Form1::createNotation() {
+    bool created = false;
+    {
+        const Job job(*this);
+        FrmCifra cifra(services_);
+        created = cifra.createNotation(handle(), rtftext_);
+    }
+    if (created)
         documents_.changed();
 }
 

@@ -141,6 +141,7 @@ class Form1 : public Window {
     void useSharps() { useSpelling(Spelling::Sharps); }
     void useFlats() { useSpelling(Spelling::Flats); }
     void changeKey(Direction direction);
+    void createNotation();
     void useSpelling(Spelling spelling);
     void showSpellingMenu();
     void insertTablature();

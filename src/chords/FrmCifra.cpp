@@ -1,6 +1,10 @@
 #include "chords/FrmCifra.h"
 
+#include <algorithm>
+
+#include "chords/ChartRtf.h"
 #include "chords/DocumentKey.h"
+#include "chords/FrmCifraCreator.h"
 #include "platform/Handles.h"
 
 namespace melvorin {
@@ -17,6 +21,61 @@ constexpr int kFull = 100;
 constexpr int kPerLine = 2;
 constexpr int kBusyRounds = 500;
 
+// The way for charts that are long, or that the control reads differently in Rich Text.
+void insertPlain(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
+    const EditorText text = chartText(chart.lines);
+    rtftext.select({place, place});
+    rtftext.replaceSelection(text.chars);
+    rtftext.select({place, place + static_cast<std::int32_t>(text.chars.size())});
+    rtftext.setSelectionFont(chart.face, chart.points);
+    rtftext.setSelectionColour({});
+    std::int32_t begin = place;
+    for (const ImportedLine& line : chart.lines) {
+        const auto end = begin + static_cast<std::int32_t>(line.text.size());
+        if (line.isChords) {
+            rtftext.select({begin, end});
+            rtftext.setSelectionColour(kChordColour);
+        }
+        begin = end + 1;
+    }
+}
+
+// A chart stands on lines of its own: where the selection begins or ends within a line, that line
+// is broken. An empty document becomes the chart.
+void insertChart(RichEdit& rtftext, const CreatedChart& chart) {
+    const std::string rtf = chartRtf(chart.lines, chart.face, chart.points);
+    const Text inserted = chartText(chart.lines).chars;
+    const bool isShort = chart.lines.size() <= kMostRichLines;
+    if (isShort && rtftext.isEmpty() && rtftext.loadRtf(rtf) && rtftext.text().chars == inserted)
+        return;
+    const std::string before = rtftext.rtf();
+    const Text text = rtftext.text().chars;
+    const Selection selection = rtftext.selection();
+    const auto begin = static_cast<std::size_t>(selection.begin);
+    const std::size_t end = std::min(static_cast<std::size_t>(selection.end), text.size());
+    const Text above = begin > 0 && text[begin - 1] != u'\r' ? u"\r" : u"";
+    const Text below = end < text.size() && text[end] != u'\r' ? u"\r" : u"";
+    const auto place = static_cast<std::int32_t>(begin + above.size());
+    const auto makeRoom = [&] {
+        rtftext.select(selection);
+        rtftext.replaceSelection(above + below);
+        rtftext.select({place, place});
+    };
+    makeRoom();
+    const Text expected = text.substr(0, begin) + above + inserted + below + text.substr(end);
+    const bool isIn =
+        isShort && rtftext.replaceSelectionRtf(rtf) && rtftext.text().chars == expected;
+    if (!isIn) {
+        if (isShort) {
+            rtftext.loadRtf(before);
+            makeRoom();
+        }
+        insertPlain(rtftext, place, chart);
+    }
+    rtftext.select({place, place});
+    rtftext.scrollCaretIntoView();
+}
+
 }  // namespace
 
 bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
@@ -32,6 +91,25 @@ bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spe
     ::SetTimer(handle(), kStartTimer, kStartMs, nullptr);
     runModal(owner);
     return changed_;
+}
+
+bool FrmCifra::createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup) {
+    FrmCifraCreator creator(services_, lookup);
+    const std::optional<CreatedChart> chart = creator.run(owner);
+    if (!chart)
+        return false;
+    const CursorScope hourglass(IDC_WAIT);
+    const EditorWork work(rtftext);
+    const std::string before = rtftext.rtf();
+    try {
+        insertChart(rtftext, *chart);
+        return true;
+    } catch (const std::exception& error) {
+        rtftext.loadRtf(before);
+        reportFailure(services_.messages, u"The chart cannot be put into the document (" +
+                                              fromUtf8(error.what()) + u"). It is as it was.");
+    }
+    return false;
 }
 
 bool FrmCifra::createWindow(HWND owner) {

@@ -1,8 +1,9 @@
 // The chord-notation window. Here: its key change, shown modally with a progress bar while the
-// song is moved by a half step.
+// song is moved by a half step, and the way into its creator of charts.
 #pragma once
 
 #include "app/Services.h"
+#include "chords/ChordLookup.h"
 #include "chords/Transpose.h"
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
@@ -19,6 +20,11 @@ class FrmCifra : public Dialog {
     // one for a step up and lowered for a step down.
     bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
                    int& halfSteps);
+
+    // Shows the creator of charts over a pasted song and puts its result into `rtftext`, in place
+    // of the selection, as one step. The editor sends no change event meanwhile. False when nothing
+    // has changed: the user cancelled, or has been told why it could not be done.
+    bool createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup = nullptr);
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

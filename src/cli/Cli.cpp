@@ -4,6 +4,9 @@
 #include <utility>
 
 #include "chords/Chart.h"
+#include "chords/ChordProExport.h"
+#include "chords/SongImport.h"
+#include "chords/SuffixNormaliser.h"
 #include "cli/CliArguments.h"
 #include "find/TabExpansion.h"
 #include "find/TextSearch.h"
@@ -20,6 +23,9 @@ constexpr std::string_view helpText =
     "  melvorin-cli lines [FILE]\n"
     "  melvorin-cli expand-tabs [FILE]\n"
     "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case] [FILE]\n"
+    "  melvorin-cli normalize [FILE]\n"
+    "  melvorin-cli import [--verdicts] [FILE]\n"
+    "  melvorin-cli export-chordpro [FILE]\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
     "\n"
@@ -36,11 +42,20 @@ constexpr std::string_view helpText =
     "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
     "right as column:chord; columns count from 0.\n"
     "\n"
+    "import makes a chart of a song from the web: chords over lyrics, chords in\n"
+    "brackets, ChordPro. With --verdicts a list comes first: for every line its\n"
+    "number, what it was taken for and, where there is something to know, a remark,\n"
+    "with tabs between them; then an empty line and the chart. export-chordpro writes\n"
+    "a chart as a ChordPro song, whose import is the chart again.\n"
+    "\n"
+    "normalize writes the text with its chord suffixes in one spelling: C7M as C7+,\n"
+    "A-7 as Am7, C/3 as C/E. It looks at every line, also at lyrics.\n"
+    "\n"
     "expand-tabs turns every tab into blanks up to the next column that is a multiple\n"
     "of 8. replace replaces TEXT as the editor's Replace All does:\n"
     "  --word              only where neither a letter nor a digit stands beside it\n"
     "  --case              only with the same capitals\n"
-    "Both write the chart to the standard output.\n"
+    "All of these write to the standard output.\n"
     "\n"
     "Without FILE the chart is read from the standard input. Text is UTF-8, UTF-16\n"
     "with a byte-order mark, or else in the ANSI code page of the machine. A file may\n"
@@ -83,24 +98,6 @@ Result<Done> forEachPart(std::string_view bytes, TextEncoding encoding, const An
     return Result<Done>::success({});
 }
 
-// As rewriteBytes, for an edit that has to see the whole text.
-Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
-                                 const std::function<Text(const Text&)>& edit) {
-    const TextEncoding encoding = detectEncoding(bytes);
-    Text whole;
-    const Result<Done> read = forEachPart(bytes, encoding, ansi, [&](const Text& part) {
-        whole += part;
-        return true;
-    });
-    if (!read) {
-        return Result<std::string>::failure(read.cause);
-    }
-    const std::optional<std::string> written = encodePart(edit(whole), encoding, ansi);
-    return written
-               ? Result<std::string>::success(std::string(byteOrderMark(encoding)) + *written)
-               : Result<std::string>::failure(u"The new text does not fit the file's encoding.");
-}
-
 void describeLines(TextView chart, std::string& report) {
     ChartReader reader(chart);
     ChartLine line;
@@ -116,6 +113,33 @@ void describeLines(TextView chart, std::string& report) {
     }
 }
 
+// A song in, a chart out, with the list of verdicts in front where it is asked for.
+Text importedChart(TextView song, bool verdicts) {
+    const SongImport imported = importSong(song);
+    Text text;
+    for (std::size_t i = 0; verdicts && i < imported.source.size(); ++i) {
+        const SourceLine& line = imported.source[i];
+        text.append(fromUtf8(std::to_string(i + 1))).append(u"\t").append(nameOf(line.verdict));
+        if (const Text remark = remarkText(line.remarks); !remark.empty())
+            text.append(u"\t").append(remark);
+        text += u'\n';
+    }
+    text.append(verdicts ? u"\n" : u"");
+    return text.append(imported.chart());
+}
+
+// The bytes of a whole file rewritten in its own encoding.
+Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
+                                 const std::function<Text(TextView)>& edit) {
+    const DecodedText decoded = decodeText(bytes, ansi);
+    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
+        return Result<std::string>::failure(Text(trouble));
+    }
+    std::optional<std::string> edited = encodeText(edit(decoded.text), decoded.encoding, ansi);
+    return edited ? Result<std::string>::success(std::move(*edited))
+                  : Result<std::string>::failure(u"It does not fit its own encoding any more.");
+}
+
 // One run of the tool, with its arguments understood.
 class Run {
   public:
@@ -126,6 +150,11 @@ class Run {
     bool lines();
     bool expandTabs();
     bool replace();
+    bool normalize();
+    // The text in parts of whole lines, and as a whole.
+    bool rewriteParts(const std::function<Text(Text)>& edit);
+    bool rewriteSong(const std::function<Text(TextView)>& edit);
+    bool import();
     bool print(std::string_view bytes);
 
   private:
@@ -185,35 +214,47 @@ bool Run::lines() {
 
 bool Run::expandTabs() {
     TabExpander expander;
-    return rewriteOne([&](std::string_view bytes) {
-        return rewriteBytes(bytes, ansi_, [&](const Text& part) {
-            Text expanded;
-            expander.append(part, expanded);
-            return expanded;
-        });
+    return rewriteParts([&](const Text& part) {
+        Text expanded;
+        expander.append(part, expanded);
+        return expanded;
     });
 }
 
 bool Run::replace() {
-    return rewriteOne([&](std::string_view bytes) {
-        return rewriteWhole(bytes, ansi_, [&](const Text& chart) {
-            GapText target(chart);
-            replaceAll(target, *request_.find, *request_.with, request_.findOptions,
-                       [] { return true; });
-            return target.text();
-        });
+    return rewriteSong([&](TextView chart) {
+        GapText target(chart);
+        replaceAll(target, *request_.find, *request_.with, request_.findOptions,
+                   [] { return true; });
+        return target.text();
     });
 }
 
-// For the commands that write one chart to the standard output.
+bool Run::normalize() {
+    return rewriteParts([](const Text& part) { return normaliseSuffixes(part); });
+}
+
+// For the commands that write one text to the standard output.
 template <class Rewrite>
 bool Run::rewriteOne(Rewrite rewrite) {
     const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
-    Result<std::string> chart = read(file);
-    if (chart) {
-        chart = rewrite(*chart.value);
+    Result<std::string> text = read(file);
+    if (text) {
+        text = rewrite(*text.value);
     }
-    return chart ? print(*chart.value) : cannotRead(file, chart.cause);
+    return text ? print(*text.value) : cannotRead(file, text.cause);
+}
+
+bool Run::rewriteParts(const std::function<Text(Text)>& edit) {
+    return rewriteOne([&](std::string_view bytes) { return rewriteBytes(bytes, ansi_, edit); });
+}
+
+bool Run::rewriteSong(const std::function<Text(TextView)>& edit) {
+    return rewriteOne([&](std::string_view bytes) { return rewriteWhole(bytes, ansi_, edit); });
+}
+
+bool Run::import() {
+    return rewriteSong([this](TextView song) { return importedChart(song, request_.verdicts); });
 }
 
 bool Run::cannotRead(const Text* file, TextView cause) {
@@ -296,6 +337,15 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             break;
         case Command::Replace:
             done = run.replace();
+            break;
+        case Command::Normalize:
+            done = run.normalize();
+            break;
+        case Command::Import:
+            done = run.import();
+            break;
+        case Command::ExportChordPro:
+            done = run.rewriteSong(exportChordPro);
             break;
     }
     return done ? 0 : 1;

@@ -109,6 +109,12 @@ bool ArgumentParser::takeCommand() {
         request_.command = Command::ExpandTabs;
     } else if (command == u"replace") {
         request_.command = Command::Replace;
+    } else if (command == u"normalize") {
+        request_.command = Command::Normalize;
+    } else if (command == u"import") {
+        request_.command = Command::Import;
+    } else if (command == u"export-chordpro") {
+        request_.command = Command::ExportChordPro;
     } else if (command == u"--help") {
         request_.command = Command::Help;
     } else if (command == u"--version") {
@@ -128,6 +134,8 @@ bool ArgumentParser::takeOption(const Text& argument) {
     }
     if (name == u"--help" || name == u"--version") {
         request_.command = name == u"--help" ? Command::Help : Command::Version;
+    } else if (request_.command == Command::Import && name == u"--verdicts") {
+        request_.verdicts = true;
     } else if (request_.command == Command::Transpose) {
         if (!takeTransposeOption(name)) {
             return false;
@@ -235,6 +243,9 @@ bool ArgumentParser::complete() {
             [[fallthrough]];
         case Command::Lines:
         case Command::ExpandTabs:
+        case Command::Normalize:
+        case Command::Import:
+        case Command::ExportChordPro:
             return request_.files.size() < 2 ? true
                                              : fail(quoted(request_.files[1]) + u": " +
                                                     arguments_[0] + u" takes one file");

@@ -13,7 +13,17 @@ namespace melvorin {
 
 // A command line that makes sense.
 struct CliRequest {
-    enum class Command { Help, Version, Transpose, Lines, ExpandTabs, Replace };
+    enum class Command {
+        Help,
+        Version,
+        Transpose,
+        Lines,
+        ExpandTabs,
+        Replace,
+        Normalize,
+        Import,
+        ExportChordPro
+    };
 
     Command command = Command::Help;
     // Set for `transpose`.
@@ -24,6 +34,8 @@ struct CliRequest {
     std::optional<Text> find;
     std::optional<Text> with;
     FindOptions findOptions;
+    // `import --verdicts`.
+    bool verdicts = false;
     // At most one of the two. With more than one file it is `outputFolder`.
     std::optional<Text> output;
     std::optional<Text> outputFolder;

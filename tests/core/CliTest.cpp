@@ -236,6 +236,32 @@ TEST_F(Cli, ReportsTroubleAndCarriesOn) {
     EXPECT_EQ(ports.errors, u"melvorin-cli: cannot read the standard input: Broken.\n");
 }
 
+TEST_F(Cli, NormalizesSuffixes) {
+    ports.input = "A-7  C7M\r\nB\xB0 C/3";
+    EXPECT_EQ(run({u"normalize"}), 0);
+    EXPECT_EQ(ports.output, "Am7  C7+\r\nB\xB0 C/E");
+    EXPECT_EQ(run({u"normalize", u"gone"}), 1);
+    EXPECT_EQ(run({u"normalize", u"song", u"tune"}), 2);
+}
+
+TEST_F(Cli, ImportsAndExportsSongs) {
+    ports.input = "Intro: Am  Cmaj7\r\n[G]Row, {row}\xB0 [N.C.]row\r\n";
+    const std::string chart =
+        "Intro:\r\n       Am  C7+\r\nG           N.C.\r\nRow, {row}\xB0 row\r\n";
+    EXPECT_EQ(run({u"import"}), 0);
+    EXPECT_EQ(ports.output, chart);
+    EXPECT_EQ(run({u"import", u"--verdicts"}), 0);
+    EXPECT_EQ(ports.output, "1\tsection\n2\tlyrics\twill not change key\n\n" + chart);
+    ports.input = chart;
+    EXPECT_EQ(run({u"export-chordpro"}), 0);
+    EXPECT_EQ(ports.output,
+              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n[G]Row, {row}\xB0 [N.C.]row\r\n");
+    ports.input = std::string("C\0G", 3);
+    EXPECT_EQ(run({u"import"}), 1);
+    EXPECT_EQ(run({u"export-chordpro", u"--verdicts"}), 2);
+    EXPECT_EQ(run({u"import", u"a", u"b"}), 2);
+}
+
 TEST_F(Cli, LinesDescribeTheChart) {
     const struct {
         std::string chart, report;

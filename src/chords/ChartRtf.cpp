@@ -1,0 +1,61 @@
+#include "chords/ChartRtf.h"
+
+#include <cstddef>
+
+#include "app/RtfCharacters.h"
+
+namespace melvorin {
+namespace {
+
+void putCharacter(char16_t c, std::string& rtf) {
+    constexpr char digits[] = "0123456789abcdef";
+    if (c == u'\\' || c == u'{' || c == u'}') {
+        rtf += '\\';
+        rtf += static_cast<char>(c);
+    } else if (c >= u' ' && c < 0x7F) {
+        rtf += static_cast<char>(c);
+    } else if (const int byte = latinByte(c); c > 0x7F && byte >= 0) {
+        rtf += "\\'";
+        rtf += digits[byte / 16];
+        rtf += digits[byte % 16];
+    } else {
+        rtf += "\\u" + std::to_string(c > 0x7FFF ? c - 0x10000 : c) + "?";
+    }
+}
+
+char16_t printable(char16_t c) {
+    return c < u' ' || c == 0x7F ? u'\uFFFD' : c;
+}
+
+}  // namespace
+
+std::string chartRtf(const std::vector<ImportedLine>& lines, TextView face, int points) {
+    std::string rtf = "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1{\\fonttbl{\\f0\\fmodern\\fcharset0 ";
+    rtf += toUtf8(face);
+    rtf += ";}}{\\colortbl ;\\red0\\green0\\blue0;\\red192\\green0\\blue0;}\n\\pard\\f0\\fs";
+    rtf += std::to_string(2 * points);
+    rtf += "\\cf1 ";
+    bool isChords = false;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            rtf += "\\par\n";
+        if (lines[i].isChords != isChords)
+            rtf += lines[i].isChords ? "\\cf2 " : "\\cf1 ";
+        isChords = lines[i].isChords;
+        for (const char16_t c : lines[i].text)
+            putCharacter(printable(c), rtf);
+    }
+    return rtf + "}";
+}
+
+EditorText chartText(const std::vector<ImportedLine>& lines) {
+    EditorText text;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        text.chars.append(i > 0 ? u"\r" : u"");
+        for (const char16_t c : lines[i].text)
+            text.chars += printable(c);
+    }
+    return text;
+}
+
+}  // namespace melvorin

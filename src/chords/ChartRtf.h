@@ -1,0 +1,21 @@
+// A chart as Rich Text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/Text.h"
+#include "chords/SongImport.h"
+
+namespace melvorin {
+
+// The lines as a Rich Text document in one face at `points` size, black, and lines of chords in
+// the colour of chords. Lines are separated, not ended, so that inserting the document into another
+// one does not begin a line of its own. Characters that no text has (a NUL among them) become
+// U+FFFD.
+std::string chartRtf(const std::vector<ImportedLine>& lines, TextView face, int points);
+
+// The same lines as the control counts them.
+EditorText chartText(const std::vector<ImportedLine>& lines);
+
+}  // namespace melvorin

@@ -1,0 +1,172 @@
+#include "chords/ChordProExport.h"
+
+#include <cstddef>
+#include <vector>
+
+#include "chords/CellWidth.h"
+#include "chords/ChordLine.h"
+#include "chords/SongImport.h"
+
+namespace melvorin {
+namespace {
+
+// A run of characters between the blanks of a line of chords.
+struct Cluster {
+    TextView text;
+    std::size_t column;
+};
+
+std::vector<Cluster> clustersOf(TextView line) {
+    std::vector<Cluster> clusters;
+    CellReader reader(line);
+    CellCharacter character;
+    bool inside = false;
+    while (reader.next(character)) {
+        const bool blank = isAnyBlank(character.code);
+        if (!blank && !inside)
+            clusters.push_back({line.substr(character.index, 0), character.column});
+        if (!blank)
+            clusters.back().text = {clusters.back().text.data(),
+                                    clusters.back().text.size() + character.length};
+        inside = !blank;
+    }
+    return clusters;
+}
+
+// The words with the chords in brackets at their columns, behind the end of the words too.
+Text withBrackets(TextView chords, TextView words) {
+    Text line;
+    CellReader reader(words);
+    CellCharacter character;
+    std::size_t cells = 0;
+    bool more = reader.next(character);
+    for (const Cluster& cluster : clustersOf(chords)) {
+        // A chord over the second cell of a wide character goes in front of it.
+        while (more && character.column + character.width <= cluster.column) {
+            line += words.substr(character.index, character.length);
+            cells = character.column + character.width;
+            more = reader.next(character);
+        }
+        if (!more && cells < cluster.column) {
+            line.append(cluster.column - cells, u' ');
+            cells = cluster.column;
+        }
+        line.append(u"[").append(cluster.text).append(u"]");
+    }
+    return more ? line.append(words.substr(character.index)) : line;
+}
+
+class Exporter {
+  public:
+    explicit Exporter(TextView chart) : song_(importSong(chart)) {}
+    Text run();
+
+  private:
+    void put(TextView text, const SourceLine& line);
+    void putLine(TextView text, TextView end);
+    bool putChords(std::size_t number);
+    bool comesBack(TextView exported, TextView first, TextView second) const;
+    bool isTitle(std::size_t number) const;
+    void enterTablature(bool inside, TextView end);
+
+    SongImport song_;
+    Text result_;
+    bool inTablature_ = false;
+};
+
+void Exporter::putLine(TextView text, TextView end) {
+    result_.append(text).append(end);
+}
+
+TextView endOr(TextView end) {
+    return end.empty() ? TextView(u"\n") : end;
+}
+
+void Exporter::enterTablature(bool inside, TextView end) {
+    if (inside == inTablature_)
+        return;
+    putLine(inside ? u"{start_of_tab}" : u"{end_of_tab}", endOr(end));
+    inTablature_ = inside;
+}
+
+// Whether an import makes these two lines (or one, with an empty `second`) of the line.
+bool Exporter::comesBack(TextView exported, TextView first, TextView second) const {
+    const SongImport back = importSong(exported);
+    const bool pair = !second.empty();
+    return back.lines.size() == (pair ? 2U : 1U) && back.lines[0].text == trimmedRight(first) &&
+           (!pair || back.lines[1].text == trimmedRight(second));
+}
+
+// The chords of the line, with the words below them where there are any. Returns whether the
+// words were taken along.
+bool Exporter::putChords(std::size_t number) {
+    const SourceLine& line = song_.source[number];
+    const bool last = number + 1 == song_.source.size();
+    const TextView words = last ? TextView() : song_.source[number + 1].text;
+    const bool hasWords =
+        !last && !trimmed(words).empty() && song_.source[number + 1].verdict == LineVerdict::Lyrics;
+    if (hasWords) {
+        const Text both = withBrackets(line.text, words);
+        if (!both.starts_with(u'#') && comesBack(both, line.text, words)) {
+            putLine(both, song_.source[number + 1].end);
+            return true;
+        }
+    }
+    const Text alone = withBrackets(line.text, u"");
+    if (comesBack(alone, line.text, u""))
+        putLine(alone, line.end);
+    else
+        put(line.text, line);
+    return false;
+}
+
+// Text that would be read as something else is a comment.
+void Exporter::put(TextView text, const SourceLine& line) {
+    const bool blank = trimmed(text).empty();
+    const bool plain = !text.starts_with(u'#') && line.verdict == LineVerdict::Lyrics &&
+                       comesBack(text, text, u"");
+    if (blank)
+        putLine(u"", line.end);
+    else if (plain)
+        putLine(text, line.end);
+    else
+        putLine(Text(u"{comment: ").append(trimmedRight(text)).append(u"}"), line.end);
+}
+
+// The first line names the song where nothing stands right below it but another heading.
+bool Exporter::isTitle(std::size_t number) const {
+    const auto verdict = [&](std::size_t i) { return song_.source[i].verdict; };
+    const TextView text = song_.source[number].text;
+    return number == 0 && verdict(0) == LineVerdict::Lyrics && !text.empty() &&
+           !isAnyBlank(text[0]) && text.find_first_of(u"[]{}") == TextView::npos &&
+           song_.source.size() > 1 && verdict(1) != LineVerdict::Chords;
+}
+
+Text Exporter::run() {
+    for (std::size_t number = 0; number < song_.source.size(); ++number) {
+        const SourceLine& line = song_.source[number];
+        const bool tablature = line.verdict == LineVerdict::Tablature;
+        enterTablature(tablature, line.end);
+        if (tablature)
+            putLine(line.text, line.end);
+        else if (isTitle(number))
+            putLine(Text(u"{title: ").append(trimmedRight(line.text)).append(u"}"), line.end);
+        else if (line.verdict == LineVerdict::Chords)
+            number += putChords(number) ? 1U : 0U;
+        else
+            put(line.text, line);
+    }
+    if (inTablature_) {
+        const TextView end = song_.source.back().end;
+        putLine(end.empty() ? u"\n{end_of_tab}" : u"{end_of_tab}", end);
+    }
+    return std::move(result_);
+}
+
+}  // namespace
+
+Text exportChordPro(TextView chart) {
+    return Exporter(chart).run();
+}
+
+}  // namespace melvorin

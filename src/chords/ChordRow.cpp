@@ -1,0 +1,257 @@
+#include "chords/ChordRow.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "chords/CellWidth.h"
+#include "chords/ChordSpelling.h"
+
+namespace melvorin {
+namespace {
+
+// A longer run of text without a blank is a word; nothing looks inside.
+constexpr std::size_t kLongestItem = 64;
+// Bars, and what stands between chords that are written as a chain.
+constexpr TextView kBars = u"|\u2016\u00A6";
+constexpr TextView kSeparators = u"-,;.>~=\u2010\u2011\u2013\u2014\u2192\u2026\u21D2\u00B7";
+
+bool isOneOf(TextView set, char16_t c) {
+    return set.find(c) != TextView::npos;
+}
+
+bool consistsOf(TextView text, TextView set) {
+    return text.find_first_not_of(set) == TextView::npos;
+}
+
+bool isBar(TextView text) {
+    return text.find_first_of(kBars) != TextView::npos &&
+           std::all_of(text.begin(), text.end(),
+                       [](char16_t c) { return c == u':' || isOneOf(kBars, c); });
+}
+
+// Bars are no chord-line characters, slashes are; a repeat sign becomes a parenthesis.
+Text shownBar(TextView bar) {
+    Text shown;
+    for (std::size_t i = 0; i < bar.size(); ++i)
+        shown += bar[i] != u':' ? u'/' : i == 0 ? u')' : u'(';
+    return shown;
+}
+
+bool isNoChord(TextView text) {
+    if (text.size() > 2 && text.front() == u'(' && text.back() == u')')
+        text = text.substr(1, text.size() - 2);
+    return text == u"N.C." || text == u"N.C" || text == u"NC" || text == u"N/C" ||
+           text == u"n.c." || text == u"NC.";
+}
+
+// "x2", "2x", "(x2)", "bis".
+bool isRepeat(TextView text) {
+    if (text.size() > 2 && text.front() == u'(' && text.back() == u')')
+        text = text.substr(1, text.size() - 2);
+    if (text == u"bis")
+        return true;
+    constexpr TextView times = u"xX\u00D7";
+    if (text.size() < 2 || text.size() > 3)
+        return false;
+    const TextView digits = isOneOf(times, text.front())  ? text.substr(1)
+                            : isOneOf(times, text.back()) ? text.substr(0, text.size() - 1)
+                                                          : TextView();
+    return !digits.empty() && consistsOf(digits, u"0123456789");
+}
+
+class RowReader {
+  public:
+    RowReader(TextView line, std::size_t column, std::size_t index)
+        : line_(line), column_(column), index_(index) {}
+    std::vector<RowItem> read();
+
+  private:
+    // A run of characters without a blank, or a part of one.
+    struct Run {
+        std::size_t begin = 0;  // in line_
+        std::size_t end = 0;
+        std::size_t column = 0;
+        std::size_t cells = 0;
+    };
+    TextView textOf(const Run& run) const { return line_.substr(run.begin, run.end - run.begin); }
+    Run part(const Run& run, std::size_t begin, std::size_t end) const;
+    void add(RowItemKind kind, const Run& run, Text shown);
+    bool addWhole(const Run& run);
+    bool addEnclosed(const Run& run);
+    bool addChain(const Run& run);
+    void addRun(const Run& run);
+
+    TextView line_;
+    std::size_t column_;
+    std::size_t index_;
+    std::vector<RowItem> items_;
+};
+
+std::vector<RowItem> RowReader::read() {
+    CellReader reader(line_, column_);
+    CellCharacter character;
+    Run run;
+    bool inside = false;
+    while (reader.next(character)) {
+        if (isAnyBlank(character.code)) {
+            if (inside)
+                addRun(run);
+            inside = false;
+            continue;
+        }
+        if (!inside)
+            run = {character.index, character.index, character.column, 0};
+        inside = true;
+        run.end = character.index + character.length;
+        run.cells += character.width;
+    }
+    if (inside)
+        addRun(run);
+    return std::move(items_);
+}
+
+RowReader::Run RowReader::part(const Run& run, std::size_t begin, std::size_t end) const {
+    const TextView text = textOf(run);
+    return {run.begin + begin, run.begin + end, run.column + cellsOf(text.substr(0, begin)),
+            cellsOf(text.substr(begin, end - begin))};
+}
+
+void RowReader::add(RowItemKind kind, const Run& run, Text shown) {
+    items_.push_back(
+        {kind, index_ + run.begin, run.end - run.begin, run.column, run.cells, std::move(shown)});
+}
+
+// The run as one item, where it is one.
+bool RowReader::addWhole(const Run& run) {
+    const TextView text = textOf(run);
+    if (auto chord = houseSpelling(text))
+        add(RowItemKind::Chord, run, std::move(*chord));
+    else if (isBar(text))
+        add(RowItemKind::Bar, run, shownBar(text));
+    else if (isNoChord(text))
+        add(RowItemKind::NoChord, run, Text(text));
+    else if (isRepeat(text))
+        add(RowItemKind::Repeat, run, Text(text));
+    else if (consistsOf(text, u"/()"))
+        add(RowItemKind::Beat, run, Text(text));
+    else if (consistsOf(text, u"%*"))
+        add(RowItemKind::Sign, run, Text(text));
+    else if (consistsOf(text, kSeparators))
+        add(RowItemKind::Separator, run, Text());
+    else
+        return false;
+    return true;
+}
+
+// Chords in parentheses, also over several runs: "(Am7", "G)".
+bool RowReader::addEnclosed(const Run& run) {
+    const TextView text = textOf(run);
+    const std::size_t begin = text.front() == u'(' ? 1 : 0;
+    const std::size_t end = text.size() - (text.back() == u')' ? 1 : 0);
+    for (const auto& [from, to] :
+         {std::pair(begin, end), std::pair(begin, text.size()), std::pair(std::size_t{0}, end)}) {
+        const TextView inside = text.substr(from, to > from ? to - from : 0);
+        if (inside.size() == text.size())
+            continue;
+        if (const auto chord = houseSpelling(inside)) {
+            add(RowItemKind::Chord, run,
+                Text(text.substr(0, from)).append(*chord).append(text.substr(to)));
+            return true;
+        }
+    }
+    return false;
+}
+
+// "|Am|G|", "Am-G-C", "Am,": all parts are items and one of them at least is a chord.
+bool RowReader::addChain(const Run& run) {
+    const TextView text = textOf(run);
+    const auto isLink = [](char16_t c) { return c == u':' || isOneOf(kBars, c); };
+    const auto isCut = [&](char16_t c) {
+        return isLink(c) || c == u'*' || isOneOf(kSeparators, c);
+    };
+    const std::size_t former = items_.size();
+    bool chord = false;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = begin + 1;
+        const bool cut = isCut(text[begin]);
+        const bool link = isLink(text[begin]);
+        // A sequence of bars is one sign; "Am7(9,13)" is cut nowhere since it was read as a whole.
+        while (end < text.size() && isCut(text[end]) == cut && (!cut || isLink(text[end]) == link))
+            ++end;
+        const Run piece = part(run, begin, end);
+        const TextView sign = textOf(piece);
+        const bool colon = cut && link && !isBar(sign);
+        if (colon)
+            add(RowItemKind::Separator, piece, Text());
+        else if (!addWhole(piece) && !addEnclosed(piece)) {
+            items_.resize(former);
+            return false;
+        }
+        chord = chord || items_.back().kind == RowItemKind::Chord;
+        begin = end;
+    }
+    if (!chord)
+        items_.resize(former);
+    return chord;
+}
+
+void RowReader::addRun(const Run& run) {
+    const TextView text = textOf(run);
+    if (text.size() <= kLongestItem && (addWhole(run) || addEnclosed(run) || addChain(run)))
+        return;
+    add(resemblesChord(text) ? RowItemKind::Unknown : RowItemKind::Word, run, Text(text));
+}
+
+}  // namespace
+
+std::vector<RowItem> readRow(TextView line, std::size_t column, std::size_t index) {
+    return RowReader(line, column, index).read();
+}
+
+bool isRowOfChords(const std::vector<RowItem>& row) {
+    std::size_t chords = 0;
+    std::size_t unknown = 0;
+    std::size_t words = 0;
+    bool spaced = false;
+    bool inRemark = false;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const RowItemKind kind = row[i].kind;
+        // "(let ring)" is one remark.
+        const bool goesOn = inRemark && kind == RowItemKind::Word;
+        if (kind == RowItemKind::Word)
+            inRemark = (inRemark || row[i].shown.front() == u'(') && row[i].shown.back() != u')';
+        if (goesOn)
+            continue;
+        chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
+        unknown += kind == RowItemKind::Unknown ? 1U : 0U;
+        words += kind == RowItemKind::Word ? 1U : 0U;
+        spaced = spaced || (i > 0 && row[i].column >= row[i - 1].column + row[i - 1].cells + 2);
+    }
+    if (words == 0)
+        return chords > 0 || unknown > 1 || (unknown == 1 && row.size() == 1);
+    // A word or two among many chords is a remark; chords stand apart, words do not.
+    return chords + unknown >= 2 && chords + unknown > 2 * words && spaced;
+}
+
+Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places) {
+    Text line;
+    std::size_t cells = 0;
+    const RowItem* before = nullptr;
+    for (const RowItem& item : row) {
+        if (!item.shown.empty()) {
+            const bool touches = before != nullptr && !before->shown.empty() &&
+                                 item.index == before->index + before->length;
+            const std::size_t gap = cells > 0 && !touches ? 1 : 0;
+            const std::size_t column = std::max(item.column, cells + gap);
+            line.append(column - cells, u' ').append(item.shown);
+            cells = column + cellsOf(item.shown);
+        }
+        if (places != nullptr)
+            places->push_back(line.size() - item.shown.size());
+        before = &item;
+    }
+    return line;
+}
+
+}  // namespace melvorin

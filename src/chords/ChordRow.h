@@ -1,0 +1,43 @@
+// A line of chords as people type it, with bars, repeat marks and separators between the chords.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "app/Text.h"
+
+namespace melvorin {
+
+enum class RowItemKind {
+    Chord,    // written in the house's spelling
+    Unknown,  // only a chord could look like this, but it cannot be read: "C7alt"
+    Word,
+    Bar,        // "|", "|:"
+    Beat,       // "/", "(", ")": signs that chord lines may have
+    NoChord,    // "N.C."
+    Repeat,     // "x2"
+    Sign,       // "%", "*"
+    Separator,  // "-", ",", ">" between chords; not part of a chart
+};
+
+struct RowItem {
+    RowItemKind kind = RowItemKind::Word;
+    std::size_t index = 0;   // of its first UTF-16 unit in the line
+    std::size_t length = 0;  // in UTF-16 units
+    std::size_t column = 0;  // cell it begins in
+    std::size_t cells = 0;
+    Text shown;  // as the chart has it; empty for a separator
+};
+
+// Every item of the line from left to right. Columns begin at `column`, indices at `index`.
+std::vector<RowItem> readRow(TextView line, std::size_t column = 0, std::size_t index = 0);
+
+// True when chords, or "N.C.", are all that the row tells, but for a remark or two.
+bool isRowOfChords(const std::vector<RowItem>& row);
+
+// The chart line with every item in its column, or behind its left neighbour where that reaches
+// so far. Items that touched each other still do. `places` receives the index of every item in the
+// line, in UTF-16 units.
+Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places = nullptr);
+
+}  // namespace melvorin

@@ -1,0 +1,577 @@
+#include "chords/FrmCifraCreator.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "app/DocumentFile.h"
+#include "app/ProgramSettings.h"
+#include "app/RtfCheck.h"
+#include "chords/ChartRtf.h"
+#include "chords/ChordLine.h"
+#include "chords/SuffixNormaliser.h"
+#include "platform/Handles.h"
+
+namespace melvorin {
+namespace {
+
+constexpr int kFontPoints = 10;
+// The chart box shows so many characters of a long chart; the document gets all.
+constexpr std::size_t kLongestPreview = 500'000;
+constexpr UINT_PTR kChangeTimer = 1;
+constexpr UINT kChangeMs = 250;  // typing goes on until so long nothing was typed
+// Pixels at 96 dpi.
+constexpr int kWidth = 1120;
+constexpr int kHeight = 760;
+constexpr int kLeastWidth = 760;
+constexpr int kLeastHeight = 480;
+constexpr int kMargin = 10;
+constexpr int kGap = 6;
+constexpr int kLabelHeight = 17;
+constexpr int kButtonHeight = 27;
+
+// The columns of the list of lines.
+enum LineColumn { kNumberColumn, kVerdictColumn, kTextColumn, kRemarkColumn };
+
+// One key for each verdict, its first letter.
+std::optional<LineVerdict> verdictOfKey(WORD key) {
+    for (const LineVerdict verdict : kLineVerdicts) {
+        if (nameOf(verdict)[0] - u'a' + u'A' == key)
+            return verdict;
+    }
+    return std::nullopt;
+}
+
+COLORREF colourOf(const SourceLine& line) {
+    if ((line.remarks & LeftOut) != 0)
+        return RGB(128, 128, 128);
+    switch (line.verdict) {
+        case LineVerdict::Chords:
+            return RGB(192, 0, 0);
+        case LineVerdict::Section:
+            return RGB(0, 64, 160);
+        case LineVerdict::Tablature:
+            return RGB(0, 110, 60);
+        case LineVerdict::Directive:
+            return RGB(110, 70, 140);
+        case LineVerdict::Lyrics:
+            break;
+    }
+    return ::GetSysColor(COLOR_WINDOWTEXT);
+}
+
+// Tab and Escape are the dialog's also in the boxes, and Enter is theirs. The control is not asked:
+// its own answer would switch it into a mode where Enter presses the default button.
+LRESULT CALLBACK answerDialog(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                              DWORD_PTR) {
+    if (message != WM_GETDLGCODE)
+        return ::DefSubclassProc(window, message, wParam, lParam);
+    const LRESULT own = DLGC_WANTARROWS | DLGC_WANTCHARS;
+    const bool readOnly = (::GetWindowLongPtrW(window, GWL_STYLE) & ES_READONLY) != 0;
+    return wParam == VK_RETURN && !readOnly ? own | DLGC_WANTMESSAGE : own;
+}
+
+// A text as chart lines, coloured by what the key change takes for chords.
+std::vector<ImportedLine> linesOf(TextView text) {
+    std::vector<ImportedLine> lines;
+    for (const TextView line : splitLines(text)) {
+        const bool isChords = IsChordLine(line) && line.find_first_not_of(u' ') != TextView::npos;
+        lines.push_back({Text(line), isChords, lines.size()});
+    }
+    return lines;
+}
+
+Selection rangeAt(std::size_t begin, std::size_t length) {
+    return {static_cast<std::int32_t>(begin), static_cast<std::int32_t>(begin + length)};
+}
+
+void showAt(RichEdit& box, Selection range) {
+    box.select(range);
+    box.scrollCaretIntoView();
+}
+
+}  // namespace
+
+std::optional<CreatedChart> FrmCifraCreator::run(HWND owner) {
+    face_ = editorFontFace(services_);
+    converted_ = accepted_ = false;
+    if (!createWindow(owner))
+        return std::nullopt;
+    refresh();
+    ::SetFocus(Rb1_.handle());
+    runModal(owner);
+    if (!accepted_)
+        return std::nullopt;
+    return std::move(result_);
+}
+
+// ---- The window ------------------------------------------------------------------------------
+
+bool FrmCifraCreator::createWindow(HWND owner) {
+    const ScreenSize work = services_.screen.workArea();
+    WindowSpec spec;
+    spec.className = L"MelvorinFrmCifraCreator";
+    spec.caption = L" Create Chord Notation";
+    spec.style =
+        WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+    spec.width = std::min(scaled(kWidth), work.width);
+    spec.height = std::min(scaled(kHeight), work.height);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    createControls();
+    if (!Rb1_.create(handle(), kRb1, face_, kFontPoints) ||
+        !RTB2_.create(handle(), kRtb2, face_, kFontPoints)) {
+        destroy();
+        return false;
+    }
+    // What is pasted is text, whatever else the clipboard has; and here typing can be undone.
+    ::SendMessageW(Rb1_.handle(), EM_SETTEXTMODE, TM_PLAINTEXT | TM_MULTILEVELUNDO, 0);
+    ::SendMessageW(Rb1_.handle(), EM_SETUNDOLIMIT, 100, 0);
+    ::SetWindowSubclass(Rb1_.handle(), answerDialog, 1, 0);
+    // Tab goes from the buttons to the song and on in the order of the layout.
+    ::SetWindowPos(Rb1_.handle(), labels_[0], 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    onLayout();
+    centreOver(handle(), owner);
+    return true;
+}
+
+HWND FrmCifraCreator::addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                                 DWORD extendedStyle) {
+    const HWND control = ::CreateWindowExW(
+        extendedStyle, className, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, handle(),
+        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    return control;
+}
+
+void FrmCifraCreator::createControls() {
+    labels_.clear();
+    const auto button = [&](const wchar_t* text, int id, DWORD style = BS_PUSHBUTTON) {
+        addControl(L"BUTTON", text, WS_TABSTOP | style, id);
+    };
+    const auto label = [&](const wchar_t* text) {
+        labels_.push_back(addControl(L"STATIC", text, SS_LEFTNOWORDWRAP, -1));
+    };
+    const auto list = [&](int id) {
+        addControl(L"LISTBOX", L"", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, id,
+                   WS_EX_CLIENTEDGE);
+    };
+    button(L"&Open File...", kOpenFile);
+    button(L"&Paste", kPaste);
+    button(L"Con&verter Texto", kCmd1);
+    button(L"&Make Chart", kMakeChart);
+    label(L"&Song as it was found");
+    label(L"&Lines: C chords, L lyrics, S section, T tablature, D directive, A automatic");
+    const HWND lines =
+        addControl(WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS,
+                   kLines, WS_EX_CLIENTEDGE);
+    ListView_SetExtendedListViewStyle(lines, LVS_EX_FULLROWSELECT);
+    for (const wchar_t* title : {L"", L"Verdict", L"Line", L"Remark"}) {
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_SUBITEM;
+        column.pszText = const_cast<wchar_t*>(title);
+        column.iSubItem = Header_GetItemCount(ListView_GetHeader(lines));
+        ::SendMessageW(lines, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column.iSubItem),
+                       lparamOf(&column));
+    }
+    label(L"C&hart");
+    label(L"&Researched items");
+    list(kResearched);
+    label(L"&Found chords");
+    list(kFound);
+    label(L"Chords &not found");
+    list(kNotFound);
+    addControl(L"STATIC", L"", SS_LEFTNOWORDWRAP | SS_NOPREFIX, kSummary);
+    button(L"Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
+    button(L"Cancel", IDCANCEL);
+}
+
+void FrmCifraCreator::onLayout() {
+    if (Rb1_.handle() == nullptr || RTB2_.handle() == nullptr)
+        return;
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    const int margin = scaled(kMargin);
+    const int gap = scaled(kGap);
+    const int label = scaled(kLabelHeight);
+    const int button = scaled(kButtonHeight);
+    const int width = static_cast<int>(client.right);
+    const auto move = [](HWND control, int x, int y, int w, int h) {
+        ::SetWindowPos(control, nullptr, x, y, std::max(w, 0), std::max(h, 0),
+                       SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    int x = margin;
+    for (const auto& [id, buttonWidth] : {std::pair(kOpenFile, 100), std::pair(kPaste, 80),
+                                          std::pair(kCmd1, 130), std::pair(kMakeChart, 100)}) {
+        move(control(id), x, margin, scaled(buttonWidth), button);
+        x += scaled(buttonWidth) + gap;
+    }
+    const int top = margin + button + gap;
+    const int bottom = static_cast<int>(client.bottom) - margin - button - gap;
+    const int half = (width - 2 * margin - 2 * gap) / 2;
+    const int right = margin + half + 2 * gap;
+    const int split = top + (bottom - top) * 11 / 20;  // where the boxes end and the lists begin
+    const int boxTop = top + label;
+    const int listTop = split + gap + label;
+    move(labels_[0], margin, top, half, label);
+    Rb1_.place({margin, boxTop, margin + half, split});
+    move(labels_[2], right, top, half, label);
+    RTB2_.place({right, boxTop, right + half, split});
+    move(labels_[1], margin, split + gap, half, label);
+    const HWND lines = control(kLines);
+    move(lines, margin, listTop, half, bottom - listTop);
+    const int inner = half - ::GetSystemMetrics(SM_CXVSCROLL) - 4;
+    const int fixed = scaled(38) + scaled(78);
+    const int remark = (inner - fixed) * 2 / 5;
+    for (const auto& [column, columnWidth] :
+         {std::pair(kNumberColumn, scaled(38)), std::pair(kVerdictColumn, scaled(78)),
+          std::pair(kTextColumn, inner - fixed - remark), std::pair(kRemarkColumn, remark)})
+        ListView_SetColumnWidth(lines, column, columnWidth);
+    const int third = (half - 2 * gap) / 3;
+    x = right;
+    for (const auto& [index, id] :
+         {std::pair(3U, kResearched), std::pair(4U, kFound), std::pair(5U, kNotFound)}) {
+        const int listWidth = id == kNotFound ? right + half - x : third;
+        move(labels_[index], x, split + gap, listWidth, label);
+        move(control(id), x, listTop, listWidth, bottom - listTop);
+        x += third + gap;
+    }
+    const int okWidth = scaled(160);
+    const int cancelWidth = scaled(90);
+    const int footer = bottom + gap;
+    move(control(IDCANCEL), width - margin - cancelWidth, footer, cancelWidth, button);
+    move(control(IDOK), width - margin - cancelWidth - gap - okWidth, footer, okWidth, button);
+    move(control(kSummary), margin, footer + (button - label) / 2,
+         width - 2 * margin - cancelWidth - okWidth - 2 * gap, label);
+}
+
+// ---- Messages --------------------------------------------------------------------------------
+
+void FrmCifraCreator::onException(const std::exception& error) {
+    reportFailure(services_.messages, u"This song cannot be worked on (" + fromUtf8(error.what()) +
+                                          u"). The document is as it was.");
+}
+
+LRESULT FrmCifraCreator::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case WM_NOTIFY:
+            return onNotify(lParam);
+        case WM_TIMER:
+            if (wParam == kChangeTimer) {
+                ::KillTimer(handle(), kChangeTimer);
+                refresh();
+            }
+            return 0;
+        case WM_SIZE:
+            if (wParam != SIZE_MINIMIZED)
+                onLayout();
+            return 0;
+        case WM_GETMINMAXINFO: {
+            auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+            limits.ptMinTrackSize = {scaled(kLeastWidth), scaled(kLeastHeight)};
+            return 0;
+        }
+        case WM_CLOSE:
+            endModal();
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+void FrmCifraCreator::onCommand(int id, int code) {
+    switch (id) {
+        case kRb1:
+            if (code == EN_CHANGE && !settingInput_)
+                inputChanged();
+            break;
+        case kOpenFile:
+            openFile();
+            break;
+        case kPaste:
+            paste();
+            break;
+        case kCmd1:
+        case kMakeChart:
+            converted_ = id == kCmd1;
+            refresh();
+            break;
+        case kResearched:
+        case kFound:
+        case kNotFound:
+            if (code == LBN_SELCHANGE || code == LBN_DBLCLK)
+                onListPick(id);
+            break;
+        case IDOK:
+            // What was typed a moment ago belongs to the chart.
+            ::KillTimer(handle(), kChangeTimer);
+            refresh();
+            accepted_ = hasResult();
+            if (accepted_)
+                endModal();
+            break;
+        case IDCANCEL:
+            endModal();
+            break;
+        default:
+            break;
+    }
+}
+
+LRESULT FrmCifraCreator::onNotify(LPARAM lParam) {
+    const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+    if (header.idFrom != kLines)
+        return 0;
+    switch (header.code) {
+        case LVN_GETDISPINFOW:
+            onLineText(lParam);
+            return 0;
+        case LVN_KEYDOWN:
+            onLineKey(reinterpret_cast<const NMLVKEYDOWN*>(lParam)->wVKey);
+            return 0;
+        case LVN_ITEMCHANGED:
+            if ((reinterpret_cast<const NMLISTVIEW*>(lParam)->uNewState & LVIS_FOCUSED) != 0)
+                onLinePick();
+            return 0;
+        case LVN_ODFINDITEMW:
+            return -1;  // letters give verdicts
+        case NM_CUSTOMDRAW:
+            return onLineDraw(lParam);
+        default:
+            return 0;
+    }
+}
+
+void FrmCifraCreator::onLineText(LPARAM lParam) const {
+    LVITEMW& item = reinterpret_cast<NMLVDISPINFOW*>(lParam)->item;
+    const auto row = static_cast<std::size_t>(item.iItem);
+    if ((item.mask & LVIF_TEXT) == 0 || row >= draft_.song().source.size())
+        return;
+    const SourceLine& line = draft_.song().source[row];
+    Text text;
+    switch (item.iSubItem) {
+        case kNumberColumn:
+            text = fromUtf8(std::to_string(row + 1));
+            break;
+        case kVerdictColumn:
+            text = Text(nameOf(line.verdict)).append(line.chosen ? u" *" : u"");
+            break;
+        case kTextColumn:
+            text = line.text.substr(0, 200);
+            break;
+        default:
+            text = remarkText(line.remarks);
+            break;
+    }
+    const std::size_t length =
+        std::min(text.size(), static_cast<std::size_t>(std::max(item.cchTextMax, 1)) - 1);
+    std::copy_n(text.begin(), length, item.pszText);
+    item.pszText[length] = 0;
+}
+
+LRESULT FrmCifraCreator::onLineDraw(LPARAM lParam) const {
+    auto& draw = *reinterpret_cast<NMLVCUSTOMDRAW*>(lParam);
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT)
+        return CDRF_NOTIFYITEMDRAW;
+    const auto row = static_cast<std::size_t>(draw.nmcd.dwItemSpec);
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && row < draft_.song().source.size())
+        draw.clrText = colourOf(draft_.song().source[row]);
+    return CDRF_DODEFAULT;
+}
+
+void FrmCifraCreator::onLineKey(WORD key) {
+    if (::GetKeyState(VK_CONTROL) < 0 || ::GetKeyState(VK_MENU) < 0)
+        return;
+    const auto verdict = verdictOfKey(key);
+    if (!verdict && key != 'A' && key != VK_BACK)
+        return;
+    std::vector<std::size_t> lines;
+    for (int row = -1; (row = ListView_GetNextItem(control(kLines), row, LVNI_SELECTED)) >= 0;)
+        lines.push_back(static_cast<std::size_t>(row));
+    draft_.choose(lines, verdict);
+    converted_ = false;
+    showChart();
+    showLists();
+    onLinePick();
+}
+
+// ---- Places ----------------------------------------------------------------------------------
+
+const std::vector<ListedChord>& FrmCifraCreator::listOf(int id) const {
+    return id == kResearched ? draft_.researched()
+           : id == kFound    ? draft_.found()
+                             : draft_.notFound();
+}
+
+// Picking the same entry again goes to its next place.
+void FrmCifraCreator::onListPick(int id) {
+    const LRESULT picked = ::SendMessageW(control(id), LB_GETCURSEL, 0, 0);
+    const std::vector<ListedChord>& list = listOf(id);
+    if (picked < 0 || static_cast<std::size_t>(picked) >= list.size())
+        return;
+    const auto entry = static_cast<std::size_t>(picked);
+    const std::vector<std::size_t>& uses = list[entry].uses;
+    const bool again = id == lastList_ && entry == lastEntry_;
+    lastUse_ = again ? (lastUse_ + 1) % uses.size() : 0;
+    lastList_ = id;
+    lastEntry_ = entry;
+    goTo(draft_.song().chords[uses[lastUse_]]);
+}
+
+void FrmCifraCreator::goTo(const ImportedChord& chord) {
+    showAt(Rb1_, rangeAt(draft_.sourcePosition(chord.sourceLine, chord.sourceIndex),
+                         chord.written.size()));
+    if (!converted_)
+        showAt(RTB2_, rangeAt(draft_.chartPosition(chord.chartLine, chord.chartIndex),
+                              chord.chord.size()));
+    const HWND lines = control(kLines);
+    const int row = static_cast<int>(chord.sourceLine);
+    settingInput_ = true;  // the row follows the chord, not the other way
+    ListView_SetItemState(lines, -1, 0, LVIS_SELECTED);
+    ListView_SetItemState(lines, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ListView_EnsureVisible(lines, row, FALSE);
+    settingInput_ = false;
+}
+
+void FrmCifraCreator::onLinePick() {
+    const int row = ListView_GetNextItem(control(kLines), -1, LVNI_FOCUSED);
+    if (row >= 0 && !settingInput_)
+        showPlaces(static_cast<std::size_t>(row));
+}
+
+void FrmCifraCreator::showPlaces(std::size_t sourceLine) {
+    if (sourceLine >= draft_.song().source.size())
+        return;
+    const SourceLine& line = draft_.song().source[sourceLine];
+    showAt(Rb1_, rangeAt(draft_.sourcePosition(sourceLine), line.text.size()));
+    if (converted_)
+        return;
+    const std::size_t begin = draft_.chartPosition(line.firstChartLine);
+    const std::size_t end = draft_.chartPosition(line.firstChartLine + line.chartLines);
+    // Without the line end of its last line.
+    const bool isLast = line.firstChartLine + line.chartLines == draft_.song().lines.size();
+    showAt(RTB2_, rangeAt(begin, line.chartLines > 0 ? end - begin - (isLast ? 0 : 1) : 0));
+}
+
+// ---- The song and the chart ------------------------------------------------------------------
+
+void FrmCifraCreator::openFile() {
+    FileDialogRequest request;
+    request.title = u"Open a Song";
+    request.filters = {
+        {u"Songs (*.txt;*.cho;*.pro;*.crd)", u"*.txt;*.cho;*.crd;*.chopro;*.chordpro;*.pro"},
+        {u"All Files (*.*)", u"*.*"}};
+    const auto choice = services_.dialogs.open(request);
+    if (!choice)
+        return;
+    const CursorScope hourglass(IDC_WAIT);
+    const auto refuse = [&](TextView cause) {
+        reportFailure(services_.messages,
+                      Text(u"Cannot open ").append(choice->path).append(u": ").append(cause));
+    };
+    const auto size = services_.files.size(choice->path);
+    if (size && *size.value > kLargestFile)
+        return refuse(u"The file is too large.");
+    const auto bytes = services_.files.read(choice->path);
+    if (!bytes)
+        return refuse(bytes.cause);
+    const DecodedText decoded = decodeText(*bytes.value, services_.ansi);
+    if (looksBinary(*bytes.value) || decoded.lossy)
+        return refuse(u"The file holds no text.");
+    setInput(decoded.text);
+}
+
+// Instead of the whole song, which is what pasting by a button means; Ctrl+V pastes at the caret.
+void FrmCifraCreator::paste() {
+    if (!::IsClipboardFormatAvailable(CF_UNICODETEXT) || !::OpenClipboard(handle()))
+        return;
+    Text text;
+    if (const HANDLE data = ::GetClipboardData(CF_UNICODETEXT)) {
+        const auto* chars = static_cast<const char16_t*>(::GlobalLock(data));
+        if (chars != nullptr)
+            text = TextView(chars, ::GlobalSize(data) / sizeof(char16_t));
+        ::GlobalUnlock(data);
+    }
+    ::CloseClipboard();
+    text.resize(std::min(text.size(), text.find(u'\0')));
+    setInput(text);
+}
+
+void FrmCifraCreator::setInput(TextView text) {
+    settingInput_ = true;
+    {
+        const EditorWork work(Rb1_);
+        Rb1_.select({0, -1});
+        Rb1_.replaceSelection(toEditorText(text).chars);
+        Rb1_.select({0, 0});
+        Rb1_.scrollTo({0, 0});
+    }
+    settingInput_ = false;
+    converted_ = false;
+    refresh();
+    ::SetFocus(Rb1_.handle());
+}
+
+void FrmCifraCreator::inputChanged() {
+    ::SetTimer(handle(), kChangeTimer, kChangeMs, nullptr);
+}
+
+void FrmCifraCreator::refresh() {
+    Text source = Rb1_.text().chars;
+    // A soft line break is a line end here.
+    std::replace(source.begin(), source.end(), u'\v', u'\r');
+    draft_.setSource(std::move(source));
+    showChart();
+    showLists();
+}
+
+void FrmCifraCreator::showChart() {
+    result_ = {converted_ ? linesOf(normaliseSuffixes(Rb1_.text().chars)) : draft_.song().lines,
+               face_, kFontPoints};
+    const EditorWork work(RTB2_);
+    const ScrollPosition scroll = RTB2_.scrollPosition();
+    const bool isShort = result_.lines.size() <= kMostRichLines;
+    if (!isShort || !RTB2_.loadRtf(chartRtf(result_.lines, face_, kFontPoints))) {
+        EditorText text = chartText(result_.lines);
+        text.chars.resize(std::min(text.chars.size(), kLongestPreview));
+        RTB2_.loadPlain(text, face_, kFontPoints);
+    }
+    ::SendMessageW(RTB2_.handle(), EM_SETREADONLY, TRUE, 0);
+    ::SetWindowSubclass(RTB2_.handle(), answerDialog, 1, 0);
+    ::SetWindowPos(RTB2_.handle(), labels_[2], 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    RTB2_.scrollTo(scroll);
+}
+
+bool FrmCifraCreator::hasResult() const {
+    return std::any_of(result_.lines.begin(), result_.lines.end(),
+                       [](const ImportedLine& line) { return !line.text.empty(); });
+}
+
+void FrmCifraCreator::showLists() {
+    for (const int id : {kResearched, kFound, kNotFound}) {
+        const HWND list = control(id);
+        ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+        ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
+        for (const ListedChord& entry : listOf(id))
+            ::SendMessageW(list, LB_ADDSTRING, 0, lparamOf(wide(entry.label)));
+        ::SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+        ::InvalidateRect(list, nullptr, TRUE);
+    }
+    lastList_ = 0;
+    const HWND lines = control(kLines);
+    ListView_SetItemCountEx(lines, static_cast<int>(draft_.song().source.size()), LVSICF_NOSCROLL);
+    ::InvalidateRect(lines, nullptr, TRUE);
+    const Text summary =
+        converted_ ? Text(u"The text with its chord suffixes in one spelling, line by line.")
+                   : draft_.summary();
+    ::SetWindowTextW(control(kSummary), wide(summary));
+    ::SetWindowTextW(labels_[2], converted_ ? L"C&hart: converted text" : L"C&hart");
+    ::EnableWindow(control(IDOK), hasResult());
+}
+
+}  // namespace melvorin

@@ -1,0 +1,101 @@
+// The chord-notation window as the creator of charts: a pasted song on the left, what each of its
+// lines was taken for below it, the chart on the right, and the chords by name.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "app/Services.h"
+#include "chords/ChordLookup.h"
+#include "chords/NotationDraft.h"
+#include "platform/RichEdit.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+
+// What the creator hands over.
+// Charts with more lines are not handed to the control as Rich Text: the time it takes to read that
+// grows with the square of the length (Wine).
+inline constexpr std::size_t kMostRichLines = 3000;
+
+struct CreatedChart {
+    std::vector<ImportedLine> lines;
+    Text face;
+    int points = 0;
+};
+
+class FrmCifraCreator : public Dialog {
+  public:
+    // `lookup` tells which chords the dictionary has; without one the chords that can be read
+    // count as found.
+    FrmCifraCreator(const Services& services, const ChordLookup* lookup)
+        : services_(services), draft_(lookup) {}
+
+    // Shows the window and returns when it is gone again: with the chart, or with nothing after
+    // Cancel. The text has the creator's face, read anew here, at 10 points.
+    std::optional<CreatedChart> run(HWND owner);
+
+    // The controls, for tests.
+    RichEdit& rb1() { return Rb1_; }
+    RichEdit& rtb2() { return RTB2_; }
+    const NotationDraft& draft() const { return draft_; }
+    enum Control : int {
+        kRb1 = 100,
+        kRtb2,
+        kLines,
+        kResearched,
+        kFound,
+        kNotFound,
+        kCmd1,
+        kOpenFile,
+        kPaste,
+        kMakeChart,
+        kSummary,
+    };
+    HWND control(int id) const { return ::GetDlgItem(handle(), id); }
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onException(const std::exception& error) override;
+    void onCommand(int id, int code);
+    LRESULT onNotify(LPARAM lParam);
+    void onLineKey(WORD key);
+    LRESULT onLineDraw(LPARAM lParam) const;
+    void onLineText(LPARAM lParam) const;
+    void onListPick(int id);
+    void onLinePick();
+    void onLayout();
+
+    bool createWindow(HWND owner);
+    void createControls();
+    HWND addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                    DWORD extendedStyle = 0);
+    void openFile();
+    void paste();
+    void setInput(TextView text);
+    void inputChanged();
+    void refresh();
+    void showChart();
+    void showLists();
+    bool hasResult() const;
+    void goTo(const ImportedChord& chord);
+    void showPlaces(std::size_t sourceLine);
+    const std::vector<ListedChord>& listOf(int id) const;
+
+    const Services services_;
+    NotationDraft draft_;
+    RichEdit Rb1_;
+    RichEdit RTB2_;
+    Text face_;
+    std::vector<HWND> labels_;
+    // Cmd1 was the last command: RTB2 has the text with its suffixes rewritten, not the chart.
+    bool converted_ = false;
+    bool accepted_ = false;
+    bool settingInput_ = false;
+    CreatedChart result_;
+    int lastList_ = 0;
+    std::size_t lastEntry_ = 0;
+    std::size_t lastUse_ = 0;
+};
+
+}  // namespace melvorin

@@ -1,0 +1,320 @@
+#include "chords/SongImport.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "chords/CellWidth.h"
+#include "chords/ChordLine.h"
+#include "chords/Proportional.h"
+
+namespace melvorin {
+namespace {
+
+struct SectionDirective {
+    TextView name;
+    TextView label;
+};
+constexpr SectionDirective kSectionDirectives[] = {{u"start_of_chorus", u"Chorus"},
+                                                   {u"start_of_verse", u"Verse"},
+                                                   {u"start_of_bridge", u"Bridge"},
+                                                   {u"chorus", u"Chorus"}};
+// Their value is text of the song.
+constexpr TextView kTextDirectives[] = {u"title",          u"subtitle",    u"comment",
+                                        u"comment_italic", u"comment_box", u"highlight"};
+constexpr std::pair<TextView, TextView> kFactDirectives[] = {
+    {u"artist", u"Artist"},       {u"composer", u"Composer"},
+    {u"lyricist", u"Words"},      {u"arranger", u"Arranger"},
+    {u"copyright", u"Copyright"}, {u"album", u"Album"},
+    {u"year", u"Year"},           {u"key", u"Key"},
+    {u"time", u"Time"},           {u"tempo", u"Tempo"},
+    {u"duration", u"Duration"},   {u"capo", u"Capo"}};
+
+// The label of an environment: "{start_of_verse: Verse 1}" or "{start_of_verse label="Verse 1"}".
+TextView environmentLabel(TextView value) {
+    constexpr TextView attribute = u"label=\"";
+    const std::size_t at = value.find(attribute);
+    if (at == TextView::npos)
+        return value;
+    value.remove_prefix(at + attribute.size());
+    return value.substr(0, value.find(u'"'));
+}
+
+class Importer {
+  public:
+    Importer(TextView source, const ChosenVerdicts& chosen) : chosen_(chosen) { split(source); }
+    SongImport run();
+
+  private:
+    void split(TextView source);
+    void judge();
+    void findProportionalRows();
+    void write(std::size_t number);
+    void writeChords(std::size_t number);
+    void writeSection(std::size_t number);
+    void writeDirective(std::size_t number);
+    void writeText(std::size_t number, TextView text);
+    bool writeBrackets(std::size_t number, TextView text, std::size_t column, std::size_t index);
+    void writeRowItems(std::size_t number, std::vector<RowItem> row);
+    void writeLine(std::size_t number, Text text, bool isChords);
+    void remarkOn(SourceLine& line) const;
+
+    const ChosenVerdicts& chosen_;
+    SongImport song_;
+    bool isChordPro_ = false;
+    bool isProportional_ = false;
+};
+
+void Importer::split(TextView source) {
+    while (!source.empty()) {
+        const TextLine line = takeLine(source);
+        SourceLine& added = song_.source.emplace_back();
+        added.text = line.chars;
+        added.end = line.end;
+    }
+}
+
+// Lines of a tablature or grid environment are its, whatever they look like.
+void Importer::judge() {
+    bool isEnvironment = false;
+    for (std::size_t number = 0; number < song_.source.size(); ++number) {
+        SourceLine& line = song_.source[number];
+        line.verdict = judgeLine(line.text);
+        if (line.verdict == LineVerdict::Directive) {
+            const auto directive = readDirective(line.text);
+            const bool known = isKnownDirective(*directive);
+            isChordPro_ = isChordPro_ || known;
+            const bool ends = directive->name.starts_with(u"end_of_");
+            if (!known || (isEnvironment && !ends))
+                line.verdict = isEnvironment ? LineVerdict::Tablature : LineVerdict::Lyrics;
+            if (known && (ends || directive->name.starts_with(u"start_of_")))
+                isEnvironment =
+                    directive->name == u"start_of_tab" || directive->name == u"start_of_grid";
+        } else if (isEnvironment) {
+            line.verdict = LineVerdict::Tablature;
+        }
+    }
+    // "# remark" is no line of a ChordPro song.
+    for (SourceLine& line : song_.source) {
+        if (isChordPro_ && line.verdict == LineVerdict::Lyrics && line.text.starts_with(u'#'))
+            line.verdict = LineVerdict::Directive;
+    }
+    for (const auto& [number, verdict] : chosen_) {
+        if (number < song_.source.size()) {
+            song_.source[number].verdict = verdict;
+            song_.source[number].chosen = true;
+        }
+    }
+}
+
+bool isPlainRow(const SourceLine& line) {
+    return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
+}
+
+bool isWords(const SourceLine& line) {
+    return line.verdict == LineVerdict::Lyrics && !trimmed(line.text).empty();
+}
+
+// One song is typed in one font: its pairs of chords and words are judged together.
+void Importer::findProportionalRows() {
+    ProportionalTest test;
+    for (std::size_t number = 0; number + 1 < song_.source.size(); ++number) {
+        if (isPlainRow(song_.source[number]) && isWords(song_.source[number + 1]))
+            test.addPair(song_.source[number].text, song_.source[number + 1].text);
+    }
+    isProportional_ = test.isProportional();
+}
+
+SongImport Importer::run() {
+    judge();
+    findProportionalRows();
+    for (std::size_t number = 0; number < song_.source.size(); ++number) {
+        SourceLine& line = song_.source[number];
+        line.firstChartLine = song_.lines.size();
+        write(number);
+        line.chartLines = song_.lines.size() - line.firstChartLine;
+        remarkOn(line);
+    }
+    return std::move(song_);
+}
+
+void Importer::write(std::size_t number) {
+    const TextView text = song_.source[number].text;
+    switch (song_.source[number].verdict) {
+        case LineVerdict::Chords:
+            writeChords(number);
+            break;
+        case LineVerdict::Lyrics:
+            if (!writeBrackets(number, text, 0, 0))
+                writeText(number, text);
+            break;
+        case LineVerdict::Section:
+            writeSection(number);
+            break;
+        case LineVerdict::Directive:
+            writeDirective(number);
+            break;
+        case LineVerdict::Tablature:
+            writeText(number, text);
+            break;
+    }
+}
+
+void Importer::writeChords(std::size_t number) {
+    const TextView text = song_.source[number].text;
+    if (writeBrackets(number, text, 0, 0))
+        return;
+    std::vector<RowItem> row = readRow(text);
+    const bool hasWords = number + 1 < song_.source.size() && isWords(song_.source[number + 1]);
+    if (isProportional_ && hasWords && !song_.source[number].chosen) {
+        moveToSyllables(row, text, song_.source[number + 1].text);
+        song_.source[number].remarks |= MovedToSyllables;
+    }
+    writeRowItems(number, std::move(row));
+}
+
+// A label and the chords behind it go to lines of their own: the key change knows only lines of
+// nothing but chords.
+void Importer::writeSection(std::size_t number) {
+    const TextView text = song_.source[number].text;
+    const std::size_t label = sectionLabelLength(text);
+    const TextView behind = text.substr(label);
+    const std::vector<RowItem> row = readRow(behind, cellsOf(text.substr(0, label)), label);
+    const bool brackets = label > 0 && readBrackets(behind).has_value();
+    if (label == 0 || (!brackets && !isRowOfChords(row))) {
+        writeText(number, text);
+        return;
+    }
+    writeText(number, trimmedRight(text.substr(0, label)));
+    if (brackets)
+        writeBrackets(number, behind, cellsOf(text.substr(0, label)), label);
+    else
+        writeRowItems(number, row);
+}
+
+void Importer::writeDirective(std::size_t number) {
+    const auto directive = readDirective(song_.source[number].text);
+    if (!directive) {
+        song_.source[number].remarks |= LeftOut;
+        return;
+    }
+    for (const TextView name : kTextDirectives) {
+        if (directive->name == name)
+            return writeText(number, directive->value);
+    }
+    for (const auto& [name, label] : kFactDirectives) {
+        if (directive->name == name)
+            return writeText(number, Text(label).append(u": ").append(directive->value));
+    }
+    for (const auto& [name, label] : kSectionDirectives) {
+        if (directive->name == name) {
+            const TextView given = environmentLabel(directive->value);
+            return writeText(number, given.empty() ? label : given);
+        }
+    }
+    if (directive->name == u"meta")
+        return writeText(number, directive->value);
+    const bool environment = directive->name.starts_with(u"start_of_");
+    const TextView label = environmentLabel(directive->value);
+    if (environment && !label.empty())
+        return writeText(number, label);
+    song_.source[number].remarks |= LeftOut;
+}
+
+bool Importer::writeBrackets(std::size_t number, TextView text, std::size_t column,
+                             std::size_t index) {
+    std::optional<BracketedLine> bracketed = readBrackets(text, column, index);
+    if (!bracketed)
+        return false;
+    writeRowItems(number, std::move(bracketed->chords));
+    if (!trimmed(bracketed->lyrics).empty())
+        writeLine(number, Text(column, u' ').append(bracketed->lyrics), false);
+    return true;
+}
+
+void Importer::writeText(std::size_t number, TextView text) {
+    writeLine(number, withOrdinaryBlanks(text), false);
+}
+
+// Repeat marks and remarks keep their place, on a line above: with them the chords would not change
+// key.
+void Importer::writeRowItems(std::size_t number, std::vector<RowItem> row) {
+    SourceLine& line = song_.source[number];
+    const auto isRemark = [](const RowItem& item) {
+        return item.kind == RowItemKind::Repeat || item.kind == RowItemKind::Word;
+    };
+    std::vector<RowItem> remarks;
+    std::copy_if(row.begin(), row.end(), std::back_inserter(remarks), isRemark);
+    if (!remarks.empty() && remarks.size() < row.size()) {
+        row.erase(std::remove_if(row.begin(), row.end(), isRemark), row.end());
+        writeLine(number, writeRow(remarks), false);
+        line.remarks |= RemarksAbove;
+    }
+    std::vector<std::size_t> places;
+    const Text chart = writeRow(row, &places);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const RowItem& item = row[i];
+        const bool isRead = item.kind == RowItemKind::Chord;
+        if (item.kind == RowItemKind::Separator)
+            line.remarks |= SeparatorsLeftOut;
+        if (!isRead && item.kind != RowItemKind::Unknown)
+            continue;
+        line.remarks |= isRead ? 0U : HasUnknownChords;
+        song_.chords.push_back({line.text.substr(item.index, item.length), item.shown, isRead,
+                                number, item.index, song_.lines.size(), places[i]});
+    }
+    if (!IsChordLine(chart))
+        line.remarks |= WillNotChangeKey;
+    writeLine(number, chart, true);
+}
+
+void Importer::writeLine(std::size_t number, Text text, bool isChords) {
+    song_.lines.push_back({std::move(text), isChords, number});
+}
+
+void Importer::remarkOn(SourceLine& line) const {
+    for (std::size_t i = 0; i < line.chartLines; ++i) {
+        const ImportedLine& written = song_.lines[line.firstChartLine + i];
+        if (!written.isChords && !trimmed(written.text).empty() && IsChordLine(written.text))
+            line.remarks |= WillChangeWithKey;
+    }
+}
+
+}  // namespace
+
+Text remarkText(unsigned remarks) {
+    static constexpr std::pair<LineRemark, TextView> phrases[] = {
+        {WillNotChangeKey, u"will not change key"},
+        {HasUnknownChords, u"has chords that cannot be read"},
+        {WillChangeWithKey, u"looks like chords to a key change"},
+        {LeftOut, u"left out"},
+        {SeparatorsLeftOut, u"separators left out"},
+        {RemarksAbove, u"remarks on a line above"},
+        {MovedToSyllables, u"moved to the syllables"}};
+    Text text;
+    for (const auto& [remark, phrase] : phrases) {
+        if ((remarks & remark) != 0)
+            text.append(text.empty() ? u"" : u"; ").append(phrase);
+    }
+    return text;
+}
+
+Text SongImport::chart() const {
+    const auto firstEnd = std::find_if(source.begin(), source.end(),
+                                       [](const SourceLine& line) { return !line.end.empty(); });
+    const TextView usualEnd = firstEnd == source.end() ? TextView(u"\n") : firstEnd->end;
+    Text text;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        // The chart ends as the source does, also where the last lines were left out.
+        const bool last = i + 1 == lines.size();
+        const TextView end = last ? source.back().end : source[lines[i].source].end;
+        text.append(lines[i].text).append(end.empty() && !last ? usualEnd : end);
+    }
+    return text;
+}
+
+SongImport importSong(TextView source, const ChosenVerdicts& chosen) {
+    return Importer(source, chosen).run();
+}
+
+}  // namespace melvorin

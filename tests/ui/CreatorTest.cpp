@@ -1,0 +1,283 @@
+// The creator of charts: the real window over the real editor.
+#include "Scripted.h"
+#include "chords/DocumentKey.h"
+#include "chords/FrmCifraCreator.h"
+
+namespace melvorin::testing {
+namespace {
+
+using Creator = FrmCifraCreator;
+
+// Gives the command and runs `steps` while the window is open; then it must be gone by itself.
+class CreatorRun {
+  public:
+    CreatorRun(Program& program, std::function<void(Creator&)> steps)
+        : program_(program), steps_(std::move(steps)) {
+        current_ = this;
+        const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, look);
+        program.command(Command::mnuEditCifra);
+        ::KillTimer(nullptr, timer);
+        EXPECT_TRUE(ran_) << "the window did not come";
+    }
+
+  private:
+    static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
+        const HWND window = ::FindWindowW(L"MelvorinFrmCifraCreator", nullptr);
+        if (current_->ran_ || window == nullptr || !::IsWindowVisible(window))
+            return;
+        current_->ran_ = true;
+        auto* creator = static_cast<Creator*>(
+            reinterpret_cast<Window*>(::GetWindowLongPtrW(window, GWLP_USERDATA)));
+        // A second one does not begin meanwhile.
+        current_->program_.command(Command::mnuEditCifra);
+        current_->steps_(*creator);
+    }
+
+    static inline CreatorRun* current_ = nullptr;
+    Program& program_;
+    std::function<void(Creator&)> steps_;
+    bool ran_ = false;
+};
+
+void press(const Creator& creator, int id) {
+    ::SendMessageW(creator.handle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                   lparamOf(creator.control(id)));
+}
+
+// Types the song into the box, as a paste at its caret does.
+void fill(Program& program, Creator& creator, TextView song) {
+    creator.rb1().select({0, -1});
+    creator.rb1().replaceSelection(Text(song));
+    const Text chars = creator.rb1().text().chars;
+    Text before;
+    program.waitUntil([&] {
+        before.clear();
+        for (const SourceLine& line : creator.draft().song().source)
+            before.append(line.text).append(line.end);
+        return before == chars;
+    });
+}
+
+void key(const Creator& creator, int row, WORD virtualKey) {
+    const HWND lines = creator.control(Creator::kLines);
+    ListView_SetItemState(lines, -1, 0, LVIS_SELECTED);
+    ListView_SetItemState(lines, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ::SendMessageW(lines, WM_KEYDOWN, virtualKey, 1);
+}
+
+std::string cell(const Creator& creator, int row, int column) {
+    Text buffer(200, u'\0');
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = wideBuffer(buffer);
+    item.cchTextMax = 200;
+    ::SendMessageW(creator.control(Creator::kLines), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                   lparamOf(&item));
+    return shown(buffer.c_str());
+}
+
+std::string entries(const Creator& creator, int list) {
+    std::string all;
+    const HWND control = creator.control(list);
+    for (int i = 0; i < ::SendMessageW(control, LB_GETCOUNT, 0, 0); ++i) {
+        Text buffer(100, u'\0');
+        ::SendMessageW(control, LB_GETTEXT, static_cast<WPARAM>(i), lparamOf(wideBuffer(buffer)));
+        all += shown(buffer.c_str()) + ";";
+    }
+    return all;
+}
+
+void pick(const Creator& creator, int list, int entry) {
+    ::SendMessageW(creator.control(list), LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    ::SendMessageW(creator.handle(), WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), 0);
+}
+
+SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
+    editor.select({position, position + 1});
+    return editor.selectionStyle();
+}
+
+constexpr TextView kSong = u"Intro: Am  Gmaj7\rLa [C7alt]la\rDad\r";
+
+TEST(Creator, ShowsWhatItUnderstoodAndMakesTheChart) {
+    Program program;
+    program.profiles.write(u"Tela", u"Option", u"0", u"C:\\Program\\Melvorin.ini");
+    ASSERT_TRUE(program.start());
+    const std::int16_t steps = program.history().count();
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, kSong);
+        EXPECT_EQ(shown(creator.rtb2().text().chars),
+                  "Intro:\r       Am  G7+\r   C7alt\rLa la\rDad");
+        EXPECT_EQ(cell(creator, 0, 1) + cell(creator, 1, 1) + cell(creator, 2, 2),
+                  "sectionlyricsDad");
+        EXPECT_EQ(cell(creator, 1, 3), "will not change key; has chords that cannot be read");
+        EXPECT_EQ(entries(creator, Creator::kResearched), "Am;Gmaj7 = G7+;C7alt;");
+        EXPECT_EQ(entries(creator, Creator::kFound), "Am;G7+;");
+        EXPECT_EQ(entries(creator, Creator::kNotFound), "C7alt;");
+        // A click goes to the place, in the song and in the chart.
+        pick(creator, Creator::kNotFound, 0);
+        EXPECT_EQ(creator.rb1().selection(), (Selection{21, 26}));
+        EXPECT_EQ(shown(creator.rtb2().textBetween(creator.rtb2().selection())), "C7alt");
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text(), "Intro:\r       Am  G7+\r   C7alt\rLa la\rDad");
+    EXPECT_EQ(program.history().count(), steps + 1);
+    EXPECT_TRUE(program.state().dirty);
+    const SelectionStyle words = styleAt(program.editor(), 0);
+    const SelectionStyle chords = styleAt(program.editor(), 14);
+    EXPECT_EQ(words.face, u"Courier New");
+    EXPECT_EQ(words.halfPoints, 20);
+    EXPECT_EQ(words.colour, (Rgb{0, 0, 0}));
+    EXPECT_EQ(chords.colour, kChordColour);
+    EXPECT_EQ(chords.face, u"Courier New");
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "");
+}
+
+TEST(Creator, OneKeyChangesAVerdict) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, u"A bad cab\rAm  G\r");
+        const struct {
+            WORD key;
+            std::string verdict;
+            std::string chart;
+        } cases[] = {{'C', "chords *", "  bad cab\rA\rAm  G"},
+                     {'S', "section *", "A bad cab\rAm  G"},
+                     {'T', "tablature *", "A bad cab\rAm  G"},
+                     {'D', "directive *", "Am  G"},
+                     {'X', "directive *", "Am  G"},
+                     {'L', "lyrics *", "A bad cab\rAm  G"},
+                     {'A', "lyrics", "A bad cab\rAm  G"}};
+        for (const auto& example : cases) {
+            key(creator, 0, example.key);
+            EXPECT_EQ(cell(creator, 0, 1), example.verdict);
+            EXPECT_EQ(shown(creator.rtb2().text().chars), example.chart);
+        }
+        key(creator, 1, 'L');
+        EXPECT_EQ(cell(creator, 1, 3), "looks like chords to a key change");
+        // Typing elsewhere leaves the verdict where it is.
+        creator.rb1().select({0, 0});
+        creator.rb1().replaceSelection(u"New\r");
+        program.waitUntil([&] { return creator.draft().song().source.size() == 3; });
+        EXPECT_EQ(cell(creator, 2, 1), "lyrics *");
+        press(creator, IDCANCEL);
+    });
+    EXPECT_EQ(program.text(), "");
+}
+
+TEST(Creator, ConverterTextoRewritesTheSuffixesAndNothingElse) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, u"A-7  C7M  x2\r[G]Cb Cmaj7");
+        press(creator, Creator::kCmd1);
+        EXPECT_EQ(shown(creator.rtb2().text().chars), "Am7  C7+  x2\r[G]B Cmaj7");
+        press(creator, Creator::kMakeChart);
+        EXPECT_EQ(shown(creator.rtb2().text().chars), "          x2\rAm7  C7+\rG\rCb Cmaj7");
+        press(creator, Creator::kCmd1);
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text(), "Am7  C7+  x2\r[G]B Cmaj7");
+}
+
+// The chart goes where the caret is, on lines of its own; Cancel, Esc and a close change nothing.
+TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"song.txt", "first\r\nlast\r\n")));
+    program.editor().select({2, 2});
+    for (const int way : {0, 1, 2}) {
+        const CreatorRun run(program, [&](Creator& creator) {
+            fill(program, creator, kSong);
+            if (way == 0)
+                press(creator, IDCANCEL);
+            else if (way == 1)
+                ::PostMessageW(creator.rb1().handle(), WM_KEYDOWN, VK_ESCAPE, 1);
+            else
+                ::SendMessageW(creator.handle(), WM_CLOSE, 0, 0);
+        });
+        EXPECT_EQ(program.text(), "first\rlast");
+        EXPECT_FALSE(program.state().dirty);
+        EXPECT_EQ(program.editor().selection(), (Selection{2, 2}));
+    }
+    const CreatorRun run(program, [&](Creator& creator) {
+        press(creator, IDOK);  // nothing to create yet
+        EXPECT_TRUE(creator.isOpen());
+        fill(program, creator, u"Am\u266D \\{\u65E5\u2019}\rD7");
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text(), shown(u"fi\rAm\u266D \\{\u65E5\u2019}\rD7\rrst\rlast"));
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "first\rlast");
+    EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
+    EXPECT_TRUE(program.form->isEnabled(Command::mnuUp));
+}
+
+TEST(Creator, OpensFilesAndTellsWhatIsNone) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.dialogs.choose(FileChoice{folder.add(u"a.cho", "{t: Caf\xC3\xA9}\r\n\tG\n"), 1});
+    program.dialogs.choose(FileChoice{folder.add(u"b.txt", std::string("C\0\0\1\2", 5)), 1});
+    program.dialogs.choose(FileChoice{folder.file(u"none.txt"), 1});
+    program.dialogs.choose(std::nullopt);
+    const CreatorRun run(program, [&](Creator& creator) {
+        for (int i = 0; i < 4; ++i) {
+            press(creator, Creator::kOpenFile);
+            EXPECT_EQ(shown(creator.rtb2().text().chars), "Caf\xC3\xA9\r        G");
+        }
+        EXPECT_EQ(program.messages.boxes.size(), 2U);
+        press(creator, IDCANCEL);
+    });
+    EXPECT_EQ(program.text(), "");
+}
+
+// Tab walks from box to box and to the buttons, and Enter is a line end in the song.
+TEST(Creator, IsUsedByTheKeyboard) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, u"Am");
+        EXPECT_EQ(::GetFocus(), creator.rb1().handle());
+        std::vector<int> walked;
+        for (int i = 0; i < 11; ++i) {
+            ::PostMessageW(::GetFocus(), WM_KEYDOWN, VK_TAB, 1);
+            const HWND before = ::GetFocus();
+            // The window's own loop is below us; this is what it does with a key.
+            MSG message{};
+            while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                if (!::IsDialogMessageW(creator.handle(), &message))
+                    ::DispatchMessageW(&message);
+            }
+            EXPECT_NE(::GetFocus(), before);
+            walked.push_back(::GetDlgCtrlID(::GetFocus()));
+        }
+        EXPECT_EQ(walked, (std::vector<int>{Creator::kLines, Creator::kRtb2, Creator::kResearched,
+                                            Creator::kFound, Creator::kNotFound, IDOK, IDCANCEL,
+                                            Creator::kOpenFile, Creator::kPaste, Creator::kCmd1,
+                                            Creator::kMakeChart}));
+        press(creator, IDCANCEL);
+    });
+}
+
+// Long songs take the plain way, with every line and every colour.
+TEST(Creator, TakesLongSongs) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    Text song;
+    for (std::size_t i = 0; i < kMostRichLines / 2 + 100; ++i)
+        song += u"Am   G\rwords of it\r";
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, song);
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text() + "\r", shown(song));
+    const auto last = static_cast<std::int32_t>(song.size()) - 18;
+    EXPECT_EQ(styleAt(program.editor(), last).colour, kChordColour);
+    EXPECT_EQ(styleAt(program.editor(), last + 8).colour, (Rgb{0, 0, 0}));
+}
+
+}  // namespace
+}  // namespace melvorin::testing
