@@ -10,6 +10,8 @@ packages=(
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
     python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont
 )
+# Some distributors put npm into the package of Node.js itself.
+command -v npm >/dev/null || packages+=(npm)
 
 missing=()
 for package in "${packages[@]}"; do

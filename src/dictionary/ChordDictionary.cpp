@@ -1,0 +1,159 @@
+#include "dictionary/ChordDictionary.h"
+
+#include <algorithm>
+
+#include "app/Paths.h"
+#include "dictionary/Fingering.h"
+#include "dictionary/SqliteSource.h"
+
+namespace melvorin {
+namespace {
+
+constexpr TextView kAbsent = u"§";
+constexpr TextView kEmptyNeck = u"J";
+// The chord whose own last fingering is the empty neck.
+constexpr TextView kNeckChord = u"g";
+constexpr TextView kDiagramFields[] = {u"Refum", u"Refdois", u"Reftres", u"Refquatro", u"refcinco"};
+constexpr Rgb kBlue{0, 0, 255};
+constexpr int kReadableHalfPoints = 2 * 28;
+
+Text trimmed(TextView text) {
+    const std::size_t first = text.find_first_not_of(u' ');
+    if (first == TextView::npos)
+        return {};
+    return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
+}
+
+// Latin letters; "ÿ" and "ß" have no upper case of one Latin character.
+Text upperCase(TextView text) {
+    Text result(text);
+    for (char16_t& c : result) {
+        const bool isLower =
+            (c >= u'a' && c <= u'z') || (c >= u'\u00E0' && c <= u'\u00FE' && c != u'\u00F7');
+        if (isLower)
+            c = static_cast<char16_t>(c - 0x20);
+    }
+    return result;
+}
+
+Text criterionFor(SearchField field, TextView text) {
+    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + upperCase(text) + u"'";
+}
+
+}  // namespace
+
+Text jetConnection(TextView programFolder) {
+    return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Text(programFolder) +
+           u".\\Dbase\\MlvDbase.mdb;Persist Security Info=False; Jet OLEDB:Database Password = " +
+           u"zm84pa6tu72wgc9nvb31";
+}
+
+Text sqliteDatabasePath(TextView programFolder) {
+    return joinPath(joinPath(programFolder, u"Dbase"), u"MlvDbase.db");
+}
+
+Text jetDatabasePath(TextView programFolder) {
+    return joinPath(joinPath(programFolder, u"Dbase"), u"MlvDbase.mdb");
+}
+
+void showEntry(const Recordset& records, ShownEntry& shown) {
+    const auto take = [&](TextView field, Text& place) {
+        if (std::optional<Text> value = records.field(field))
+            place = std::move(*value);
+    };
+    if (const std::optional<Text> font = records.field(u"Mname"))
+        shown.face = u"Melvorin " + *font;
+    for (std::size_t i = 0; i < std::size(kDiagramFields); ++i)
+        take(kDiagramFields[i], shown.captions[i]);
+    take(u"Course", shown.LB);
+    shown.captions[5] = shown.captions[0] == kNeckChord ? kAbsent : kEmptyNeck;
+    // Every entry has two diagrams at least.
+    for (std::size_t i = 2; i < kDiagramButtons; ++i)
+        shown.visible[i] = shown.captions[i] != kAbsent;
+}
+
+Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
+    const auto openWith = [&](std::unique_ptr<RowSource> source, TextView connection,
+                              TextView path) {
+        Result<Done> opened = records_.open(std::move(source), connection, kRecordSource);
+        if (opened)
+            showEntry(records_, shown_);
+        else
+            opened.cause = Text(path) + u"\r\n\r\n" + opened.cause;
+        return opened;
+    };
+    const Text jetPath = jetDatabasePath(programFolder);
+    const Text sqlitePath = sqliteDatabasePath(programFolder);
+    if (makeJet_ && files.exists(jetPath)) {
+        const Result<Done> opened = openWith(makeJet_(), jetConnection(programFolder), jetPath);
+        if (opened || !files.exists(sqlitePath))
+            return opened;
+    }
+    return openWith(std::make_unique<SqliteSource>(), sqlitePath, sqlitePath);
+}
+
+Text ChordDictionary::find(TextView searchText, SearchField field) {
+    const Text text = trimmed(normalise_(searchText));
+    if (!text.empty())
+        search(text, field);
+    return text;
+}
+
+void ChordDictionary::search(TextView text, SearchField field) {
+    const auto fail = [&](TextView cause) {
+        reportFailure(messages_,
+                      u"Melvorin cannot look for \"" + Text(text) + u"\".\r\n\r\n" + Text(cause));
+    };
+    if (const Result<Done> refreshed = records_.refresh(); !refreshed)
+        return fail(refreshed.cause);
+    const Result<bool> found = records_.find(criterionFor(field, text));
+    if (!found)
+        return fail(found.cause);
+    if (*found.value) {
+        showEntry(records_, shown_);
+    } else if (records_.eof() && !records_.bof()) {
+        messages_.show(u"Chord Not Found", u" Melvorin Database          ",
+                       MessageIcon::Information, MessageButtons::Ok);
+    }
+}
+
+void ChordDictionary::moveFirst() {
+    records_.moveFirst();
+    showEntry(records_, shown_);
+}
+
+void ChordDictionary::movePrevious() {
+    records_.movePrevious();
+    if (records_.bof())
+        records_.moveFirst();
+    showEntry(records_, shown_);
+}
+
+void ChordDictionary::moveNext() {
+    records_.moveNext();
+    if (records_.eof())
+        records_.moveLast();
+    showEntry(records_, shown_);
+}
+
+void ChordDictionary::moveLast() {
+    records_.moveLast();
+    showEntry(records_, shown_);
+}
+
+void ChordDictionary::moveTo(std::size_t row) {
+    records_.moveTo(row);
+    showEntry(records_, shown_);
+}
+
+void insertDiagram(DiagramEditor& editor, TextView glyph, TextView face) {
+    const DiagramStyle around = editor.style();
+    const bool besideDiagram = diagramFontNumber(around.face).has_value();
+    const int size =
+        besideDiagram ? around.halfPoints : std::max(around.halfPoints, kReadableHalfPoints);
+    editor.put(glyph, {Text(face), size, kBlue});
+    if (!besideDiagram)
+        editor.typeIn(around);
+}
+
+}  // namespace melvorin

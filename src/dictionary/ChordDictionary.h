@@ -1,0 +1,83 @@
+// The chord dictionary without its window: looking chords up in the database, and what the panel
+// shows of the entry that was found.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+
+#include "app/Services.h"
+#include "dictionary/DiagramEditor.h"
+#include "dictionary/Recordset.h"
+
+namespace melvorin {
+
+// The fields of a chord, as they are asked for.
+inline constexpr TextView kRecordSource =
+    u"Select Fname, Course, Mname, Refum, Refdois, Reftres, Refquatro, refcinco from Borrower";
+
+// How the Jet provider is told about the database below the program folder. The folder and the
+// next part are joined without a separator: the "." that comes first vanishes from the path.
+Text jetConnection(TextView programFolder);
+
+// Both below the program folder.
+Text sqliteDatabasePath(TextView programFolder);
+Text jetDatabasePath(TextView programFolder);
+
+enum class SearchField { Symbol, Name };
+
+inline constexpr std::size_t kDiagramButtons = 6;  // GB1 to GB6
+
+// What the labels and buttons of the panel show.
+struct ShownEntry {
+    Text face;  // font of all diagram buttons
+    Text LB;    // name of the chord
+    std::array<Text, kDiagramButtons> captions;
+    std::array<bool, kDiagramButtons> visible{true, true, true, true, true, true};
+};
+
+// Shows the current record. What cannot be read stays as it was.
+void showEntry(const Recordset& records, ShownEntry& shown);
+
+class ChordDictionary {
+  public:
+    using MakeSource = std::function<std::unique_ptr<RowSource>()>;
+    // How a search text is brought into the program's own spelling of chords.
+    using Normalise = std::function<Text(TextView)>;
+
+    // `messages` outlive the object. `makeJet` may be empty where there is no such provider.
+    ChordDictionary(MessageBoxes& messages, MakeSource makeJet, Normalise normalise)
+        : messages_(messages), makeJet_(std::move(makeJet)), normalise_(std::move(normalise)) {}
+
+    // Opens the database below the program folder, the older format first where one is there, and
+    // shows its first entry. The cause of a failure names the file.
+    Result<Done> open(TextView programFolder, Files& files);
+
+    // Looks a chord up and returns the text that the search box then has. Where the entry is not
+    // found or the text breaks the search, a message box says so and the shown entry stays.
+    Text find(TextView searchText, SearchField field);
+    // The data control's moves: they stop at the first and last record. Each shows the record.
+    void moveFirst();
+    void movePrevious();
+    void moveNext();
+    void moveLast();
+    void moveTo(std::size_t row);
+
+    const Recordset& records() const { return records_; }
+    const ShownEntry& shown() const { return shown_; }
+
+  private:
+    void search(TextView text, SearchField field);
+
+    MessageBoxes& messages_;
+    MakeSource makeJet_;
+    Normalise normalise_;
+    Recordset records_;
+    ShownEntry shown_;
+};
+
+// Puts a diagram in the place of the selection, blue, and lets the text behind it go on as the
+// text before it. A diagram beside others has their size, any other one that can be read.
+void insertDiagram(DiagramEditor& editor, TextView glyph, TextView face);
+
+}  // namespace melvorin

@@ -1,0 +1,88 @@
+#include "dictionary/SqliteSource.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace melvorin {
+namespace {
+
+// A program that writes to the file, such as a backup being put back, is soon done.
+constexpr int kWaitForOthersMs = 500;
+
+struct Finalize {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+Text sentenceFor(int code, sqlite3* database) {
+    switch (code & 0xFF) {
+        case SQLITE_CANTOPEN:
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            return u"The file does not exist or may not be read.";
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return u"Another program keeps the file locked.";
+        case SQLITE_NOTADB:
+        case SQLITE_CORRUPT:
+        case SQLITE_FORMAT:
+            return u"The file is no chord database, or it is damaged.";
+        case SQLITE_IOERR:
+            return u"The file cannot be read from its disk.";
+        case SQLITE_NOMEM:
+            return u"There is not enough memory.";
+        default:
+            return u"The database reports: " + fromUtf8(sqlite3_errmsg(database)) + u".";
+    }
+}
+
+std::optional<Text> columnText(sqlite3_stmt* statement, int column) {
+    const unsigned char* const bytes = sqlite3_column_text(statement, column);
+    if (bytes == nullptr)
+        return std::nullopt;
+    const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
+    return fromUtf8({reinterpret_cast<const char*>(bytes), length});
+}
+
+}  // namespace
+
+void SqliteSource::Close::operator()(sqlite3* database) const {
+    sqlite3_close(database);
+}
+
+Result<Done> SqliteSource::open(TextView connection) {
+    sqlite3* database = nullptr;
+    const int code =
+        sqlite3_open_v2(toUtf8(connection).c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
+    database_.reset(database);
+    if (code != SQLITE_OK)
+        return Result<Done>::failure(sentenceFor(code, database));
+    sqlite3_busy_timeout(database, kWaitForOthersMs);
+    return Result<Done>::success({});
+}
+
+Result<Table> SqliteSource::read(TextView recordSource) {
+    sqlite3* const database = database_.get();
+    const std::string query = toUtf8(recordSource);
+    sqlite3_stmt* prepared = nullptr;
+    int code = sqlite3_prepare_v2(database, query.c_str(), -1, &prepared, nullptr);
+    const Statement statement(prepared);
+    if (code != SQLITE_OK)
+        return Result<Table>::failure(sentenceFor(code, database));
+    Table table;
+    const int columns = sqlite3_column_count(prepared);
+    for (int column = 0; column < columns; ++column)
+        table.fields.push_back(fromUtf8(sqlite3_column_name(prepared, column)));
+    while ((code = sqlite3_step(prepared)) == SQLITE_ROW) {
+        Row& row = table.rows.emplace_back();
+        row.reserve(table.fields.size());
+        for (int column = 0; column < columns; ++column)
+            row.push_back(columnText(prepared, column));
+    }
+    if (code != SQLITE_DONE)
+        return Result<Table>::failure(sentenceFor(code, database));
+    return Result<Table>::success(std::move(table));
+}
+
+}  // namespace melvorin

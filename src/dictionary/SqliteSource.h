@@ -1,0 +1,23 @@
+// The program's own chord database, a SQLite file.
+#pragma once
+
+#include "dictionary/Recordset.h"
+
+struct sqlite3;
+
+namespace melvorin {
+
+class SqliteSource : public RowSource {
+  public:
+    // `connection` is the path of the file, which is opened read-only and never created.
+    Result<Done> open(TextView connection) override;
+    Result<Table> read(TextView recordSource) override;
+
+  private:
+    struct Close {
+        void operator()(sqlite3* database) const;
+    };
+    std::unique_ptr<sqlite3, Close> database_;
+};
+
+}  // namespace melvorin

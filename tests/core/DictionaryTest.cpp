@@ -1,0 +1,339 @@
+// The chord dictionary: recordset, database, search, what the panel shows.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "TestDiagrams.h"
+#include "cli/NativeFiles.h"
+#include "dictionary/ChordDictionary.h"
+#include "dictionary/SqliteSource.h"
+
+namespace melvorin {
+namespace {
+
+TEST(Recordset, ReadsCriteria) {
+    const struct {
+        TextView criterion;
+        const char* expected;  // "field|value", or a part of the cause
+    } cases[] = {
+        {u"Fname = 'C7'", "Fname|C7"},
+        {u"  Course='C Major'  ", "Course|C Major"},
+        {u"Fname = ''", "Fname|"},
+        {u"Fname = ' = '", "Fname| = "},
+        {u"Fname = 'C'7'", "ends the text of the search criterion early"},
+        {u"Fname = 'C'' or ''a'", "ends the text of the search criterion early"},
+        {u"Fname = 'x'; drop table Borrower", "ends the text of the search criterion early"},
+        {u"Fname = 'C", "has no end"},
+        {u"Fname = C", "has no text in apostrophes"},
+        {u"Fname", "has no field"},
+        {u" = 'C'", "has no field"},
+    };
+    for (const auto& [criterion, expected] : cases) {
+        const Result<Criterion> read = readCriterion(criterion);
+        const std::string got =
+            toUtf8(read ? read.value->field + u"|" + read.value->value : read.cause);
+        EXPECT_NE(got.find(expected), std::string::npos) << toUtf8(criterion) << ": " << got;
+        EXPECT_EQ(read.value.has_value(), std::string(expected).find('|') != std::string::npos);
+    }
+}
+
+class ScriptedSource : public RowSource {
+  public:
+    explicit ScriptedSource(Table table) : table_(std::move(table)) {}
+    Result<Done> open(TextView) override { return Result<Done>::success({}); }
+    Result<Table> read(TextView) override { return Result<Table>::success(table_); }
+
+  private:
+    Table table_;
+};
+
+Recordset recordsOf(Table table) {
+    Recordset records;
+    records.open(std::make_unique<ScriptedSource>(std::move(table)), u"", u"");
+    return records;
+}
+
+TEST(Recordset, MovesAndFinds) {
+    Recordset records = recordsOf({{u"Name"}, {{u"Äb"}, {std::nullopt}, {u"c"}, {u"äB"}}});
+    const auto at = [&] {
+        if (records.eof() || records.bof())
+            return std::string(records.eof() ? "eof" : "bof");
+        return toUtf8(records.field(u"NAME").value_or(u"null"));
+    };
+    EXPECT_EQ(at(), "Äb");
+    records.movePrevious();
+    EXPECT_EQ(at(), "bof");
+    records.movePrevious();
+    records.moveNext();
+    EXPECT_EQ(at(), "Äb");
+    records.moveNext();
+    EXPECT_EQ(at(), "null");
+    records.moveLast();
+    EXPECT_EQ(at(), "äB");
+    records.moveNext();
+    records.moveNext();
+    EXPECT_EQ(at(), "eof");
+    EXPECT_FALSE(records.field(u"Name"));
+    records.movePrevious();
+    EXPECT_EQ(at(), "äB");
+
+    // The current row counts; what lies before it does not.
+    records.moveFirst();
+    EXPECT_TRUE(records.find(u"Name = 'ÄB'").value.value());
+    EXPECT_EQ(records.position(), 0U);
+    records.moveNext();
+    EXPECT_TRUE(records.find(u"name = 'ÄB'").value.value());
+    EXPECT_EQ(records.position(), 3U);
+    EXPECT_FALSE(records.find(u"Name = 'C'").value.value());
+    EXPECT_EQ(at(), "eof");
+    records.moveTo(2);
+    EXPECT_FALSE(records.find(u"Nom = 'C'"));
+    EXPECT_EQ(at(), "c");
+
+    Recordset empty = recordsOf({{u"Name"}, {}});
+    empty.moveLast();
+    EXPECT_FALSE(empty.find(u"Name = 'c'").value.value());
+    EXPECT_TRUE(empty.eof() && empty.bof());
+}
+
+// A program folder of the test's own. Paths have "\" in them, which is a letter here.
+class Folder {
+  public:
+    Folder() {
+        std::string name = "/tmp/melvorin-XXXXXX";
+        path_ = ::mkdtemp(name.data());
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() {
+        std::filesystem::remove_all(path_);
+        std::filesystem::remove(file());
+    }
+
+    Text path() const { return fromUtf8(path_); }
+    std::string file() const { return toUtf8(sqliteDatabasePath(path())); }
+    void run(const char* sql) {
+        sqlite3* database = nullptr;
+        ASSERT_EQ(sqlite3_open(file().c_str(), &database), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(database);
+        sqlite3_close(database);
+    }
+
+  private:
+    std::string path_;
+};
+
+constexpr const char* kBook =
+    "create table Borrower(Fname text, Course text, Mname text, Refum text, Refdois text,"
+    " Reftres text, Refquatro text, Refcinco text);"
+    "insert into Borrower values"
+    " ('C','C Major','09','a','A','s','S','²'),"
+    " ('Cm7','C Minor Seventh','09','n','N','§','§','§'),"
+    " ('C4','C Fourth','10','g','G','h','§','j'),"
+    " ('X',null,null,'x','X','§','§','§')";
+
+struct Dictionary {
+    testing_support::RecordedMessages messages;
+    NativeFiles files;
+    std::vector<Text> normalised;
+    ChordDictionary dictionary{messages, {}, [this](TextView text) {
+                                   normalised.emplace_back(text);
+                                   return Text(text);
+                               }};
+
+    std::string shown() const {
+        const ShownEntry& entry = dictionary.shown();
+        std::string text = toUtf8(entry.face + u"|" + entry.LB + u"|");
+        for (std::size_t i = 0; i < kDiagramButtons; ++i)
+            text += entry.visible[i] ? toUtf8(entry.captions[i]) : "-";
+        return text;
+    }
+};
+
+TEST(ChordDictionary, FindsAndShows) {
+    Folder folder;
+    folder.run(kBook);
+    Dictionary panel;
+    ChordDictionary& dictionary = panel.dictionary;
+    ASSERT_TRUE(dictionary.open(folder.path(), panel.files));
+    EXPECT_EQ(panel.shown(), "Melvorin 09|C Major|aAsS²J");
+
+    constexpr const char* kNotFound = "Chord Not Found";
+    const struct {
+        TextView search;
+        SearchField field;
+        const char* text;
+        const char* shown;
+        const char* box;
+    } cases[] = {
+        {u"  cm7 ", SearchField::Symbol, "cm7", "Melvorin 09|C Minor Seventh|nN---J", ""},
+        {u"   ", SearchField::Symbol, "", "Melvorin 09|C Minor Seventh|nN---J", ""},
+        {u"c fourth", SearchField::Name, "c fourth", "Melvorin 10|C Fourth|gGh-j-", ""},
+        {u"C", SearchField::Name, "C", "Melvorin 10|C Fourth|gGh-j-", kNotFound},
+        {u"D'", SearchField::Symbol, "D'", "Melvorin 10|C Fourth|gGh-j-", "cannot look for \"D'\""},
+        {u"' or '1'='1", SearchField::Symbol, "' or '1'='1", "Melvorin 10|C Fourth|gGh-j-",
+         "ends the text of the search criterion early"},
+        {u"x", SearchField::Symbol, "x", "Melvorin 10|C Fourth|xX---J", ""},
+        {u"C Minor Seventh", SearchField::Name, "C Minor Seventh",
+         "Melvorin 09|C Minor Seventh|nN---J", ""},
+    };
+    for (const auto& [search, field, text, shown, box] : cases) {
+        panel.messages.boxes.clear();
+        EXPECT_EQ(toUtf8(dictionary.find(search, field)), text);
+        EXPECT_EQ(panel.normalised.back(), search);
+        EXPECT_EQ(panel.shown(), shown) << text;
+        EXPECT_EQ(panel.messages.boxes.size(), std::string(box).empty() ? 0U : 1U) << text;
+        if (panel.messages.boxes.empty())
+            continue;
+        const testing_support::Box& shownBox = panel.messages.boxes[0];
+        EXPECT_NE(shownBox.text.find(box), std::string::npos) << shownBox.text;
+        const bool notFound = box == kNotFound;
+        EXPECT_EQ(shownBox.title, notFound ? " Melvorin Database          " : " Melvorin");
+        EXPECT_EQ(shownBox.icon, notFound ? MessageIcon::Information : MessageIcon::Critical);
+        EXPECT_EQ(dictionary.records().eof(), notFound);
+    }
+}
+
+TEST(ChordDictionary, DataControlStopsAtTheEnds) {
+    Folder folder;
+    folder.run(kBook);
+    Dictionary panel;
+    ChordDictionary& dictionary = panel.dictionary;
+    ASSERT_TRUE(dictionary.open(folder.path(), panel.files));
+    const auto symbol = [&] { return toUtf8(dictionary.records().field(u"Fname").value()); };
+    dictionary.movePrevious();
+    EXPECT_EQ(symbol(), "C");
+    dictionary.moveNext();
+    EXPECT_EQ(symbol() + panel.shown(), "Cm7Melvorin 09|C Minor Seventh|nN---J");
+    dictionary.moveLast();
+    dictionary.moveNext();
+    EXPECT_EQ(symbol(), "X");
+    dictionary.moveTo(2);
+    EXPECT_EQ(panel.shown(), "Melvorin 10|C Fourth|gGh-j-");
+    dictionary.find(u"nothing", SearchField::Symbol);
+    dictionary.movePrevious();
+    EXPECT_EQ(symbol(), "X");
+    dictionary.moveFirst();
+    EXPECT_EQ(symbol(), "C");
+}
+
+TEST(ChordDictionary, TellsWhyADatabaseCannotBeUsed) {
+    constexpr const char* kDamaged = "The file is no chord database, or it is damaged.";
+    const struct {
+        const char* name;
+        std::function<void(Folder&)> prepare;
+        const char* cause;
+    } cases[] = {
+        {"missing", [](Folder&) {}, "The file does not exist or may not be read."},
+        {"no database",
+         [](Folder& folder) { std::ofstream(folder.file()) << std::string(999, 'x'); }, kDamaged},
+        {"cut short",
+         [](Folder& folder) {
+             folder.run(kBook);
+             std::filesystem::resize_file(folder.file(), 5000);
+         },
+         kDamaged},
+        {"empty", [](Folder& folder) { std::ofstream(folder.file()).flush(); },
+         "no such table: Borrower"},
+        {"no such field", [](Folder& folder) { folder.run("create table Borrower(Fname text)"); },
+         "no such column"},
+    };
+    for (const auto& [name, prepare, cause] : cases) {
+        Folder folder;
+        prepare(folder);
+        Dictionary panel;
+        const Result<Done> opened = panel.dictionary.open(folder.path(), panel.files);
+        ASSERT_FALSE(opened) << name;
+        const std::string told = toUtf8(opened.cause);
+        EXPECT_NE(told.find(cause), std::string::npos) << name << ": " << told;
+        EXPECT_NE(told.find("MlvDbase.db"), std::string::npos) << told;
+        // The panel of a dictionary that is not there still answers.
+        panel.dictionary.moveNext();
+        EXPECT_EQ(toUtf8(panel.dictionary.find(u"C", SearchField::Symbol)), "C");
+        EXPECT_EQ(panel.messages.boxes.size(), 1U) << name;
+    }
+}
+
+TEST(ChordDictionary, ALockedOrReplacedFileIsToldAndTheEntryStays) {
+    Folder folder;
+    folder.run(kBook);
+    Dictionary panel;
+    ASSERT_TRUE(panel.dictionary.open(folder.path(), panel.files));
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(folder.file().c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "begin exclusive", nullptr, nullptr, nullptr), SQLITE_OK);
+    panel.dictionary.find(u"C4", SearchField::Symbol);
+    ASSERT_EQ(panel.messages.boxes.size(), 1U);
+    EXPECT_NE(panel.messages.boxes[0].text.find("keeps the file locked"), std::string::npos);
+    EXPECT_EQ(panel.shown(), "Melvorin 09|C Major|aAsS²J");
+    sqlite3_exec(other, "rollback; delete from Borrower", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+    // An emptied table: nothing is found, and nothing is said.
+    panel.dictionary.find(u"C4", SearchField::Symbol);
+    EXPECT_EQ(panel.messages.boxes.size(), 1U);
+    EXPECT_TRUE(panel.dictionary.records().eof() && panel.dictionary.records().bof());
+}
+
+// The older format comes first where its file is there, and gives way to the other when its
+// provider is missing.
+TEST(ChordDictionary, OlderDatabase) {
+    EXPECT_EQ(toUtf8(jetConnection(u"C:\\Melvorin")),
+              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=C:\\Melvorin.\\Dbase\\MlvDbase.mdb;"
+              "Persist Security Info=False; Jet OLEDB:Database Password = zm84pa6tu72wgc9nvb31");
+    Folder folder;
+    const std::string jetFile = toUtf8(jetDatabasePath(folder.path()));
+    std::ofstream(jetFile) << "older";
+    struct NoProvider : RowSource {
+        Result<Done> open(TextView) override { return Result<Done>::failure(u"No provider."); }
+        Result<Table> read(TextView) override { return Result<Table>::failure(u""); }
+    };
+    testing_support::RecordedMessages messages;
+    NativeFiles files;
+    const auto same = [](TextView text) { return Text(text); };
+    ChordDictionary without(
+        messages, [] { return std::make_unique<NoProvider>(); }, same);
+    const Result<Done> failed = without.open(folder.path(), files);
+    EXPECT_NE(toUtf8(failed.cause).find("MlvDbase.mdb\r\n\r\nNo provider."), std::string::npos);
+    folder.run(kBook);
+    EXPECT_TRUE(without.open(folder.path(), files));
+    EXPECT_EQ(without.records().count(), 4U);
+
+    const Table table{{u"Fname", u"Mname"}, {{u"C", u"09"}}};
+    ChordDictionary with(
+        messages, [&] { return std::make_unique<ScriptedSource>(table); }, same);
+    EXPECT_TRUE(with.open(folder.path(), files));
+    EXPECT_EQ(with.records().count(), 1U);
+    std::filesystem::remove(jetFile);
+}
+
+TEST(InsertDiagram, IsBlueReadableAndLetsTextGoOn) {
+    const DiagramStyle text{u"Lucida Console", 20, {9, 9, 9}};
+    const DiagramStyle large{u"Courier New", 96, {0, 0, 0}};
+    const DiagramStyle diagram{u"Melvorin 03", 40, {1, 2, 3}};
+    const struct {
+        DiagramStyle around;
+        int halfPoints;
+        DiagramStyle typed;
+    } cases[] = {
+        {text, 56, text},
+        {large, 96, large},
+        {diagram, 40, {u"Melvorin 09", 40, {0, 0, 255}}},
+    };
+    for (const auto& [around, halfPoints, typed] : cases) {
+        testing_support::LineOfDiagrams line(u"ab cd", around);
+        line.select({2, 4});
+        insertDiagram(line, u"S", u"Melvorin 09");
+        EXPECT_EQ(toUtf8(line.text()), "abSd");
+        EXPECT_EQ(line.at(2), (DiagramStyle{u"Melvorin 09", halfPoints, {0, 0, 255}}));
+        EXPECT_EQ(line.at(1), around);
+        EXPECT_EQ(line.selection(), (Selection{3, 3}));
+        EXPECT_EQ(line.style(), typed);
+    }
+}
+
+}  // namespace
+}  // namespace melvorin
