@@ -8,6 +8,7 @@
 #include "app/ProgramSettings.h"
 #include "chords/FrmCifra.h"
 #include "platform/ResourceIds.h"
+#include "platform/RichEditDiagrams.h"
 
 namespace melvorin {
 namespace {
@@ -73,6 +74,8 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuHlpTcs, &Form1::openShipped<Command::mnuHlpTcs>},
         {Command::mnuFileAbout, &Form1::about},
         {Command::mnuEditCifra, &Form1::createNotation},
+        {Command::mnuEditDic, &Form1::toggleDictionary},
+        {Command::mnuChDigt, &Form1::changeFingering},
     };
     return table;
 }
@@ -99,7 +102,9 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       find_(services_, rtftext_, [this] { documents_.changed(); }),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       tab_(services_, rtftext_, [this](const std::function<bool()>& change) { edit(change); }),
-      song_(services_) {}
+      song_(services_),
+      dictionary_(services_, {[this](TextView glyph, TextView face) { insertDiagram(glyph, face); },
+                              [this] { onSize(); }, [this] { ::SetFocus(rtftext_.handle()); }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -107,8 +112,7 @@ bool Form1::load(TextView commandLine, int showCommand) {
     showCommand_ = showCommand;
     if (!createParts())
         return false;
-    // A failing step must not keep the program from starting. The chord dictionary will open
-    // first.
+    // A failing step must not keep the program from starting.
     bool failed = false;
     const auto step = [&](auto&& action) {
         try {
@@ -118,6 +122,7 @@ bool Form1::load(TextView commandLine, int showCommand) {
             failed = true;
         }
     };
+    step([&] { dictionary_.openDictionary(); });
     step([&] {
         const EditorWork work(rtftext_);
         documents_.loadTemplate();
@@ -145,7 +150,8 @@ bool Form1::createParts() {
     spec.menu = menuBar_.bar();
     spec.iconResource = kProgramIcon;
     if (!create(spec) || !toolbar_.create(handle(), toolButtons()) ||
-        !rtftext_.create(handle(), kEditorId, editorFontFace(services_), kEditorFontPoints))
+        !rtftext_.create(handle(), kEditorId, editorFontFace(services_), kEditorFontPoints) ||
+        !dictionary_.create(handle()))
         return false;
     for (const MenuEntry& entry : menuEntries()) {
         const bool implemented = entry.isSubmenu || handlerOf(entry.item) != nullptr;
@@ -185,6 +191,15 @@ bool Form1::translate(MSG& message) {
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
     return isMine && ::TranslateAcceleratorW(handle(), accelerators_.get(), &message);
+}
+
+bool Form1::translate(MSG& message) {
+    // Other windows have shortcuts of their own.
+    const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
+    if (isMine && !dictionary_.editsText(message) &&
+        ::TranslateAcceleratorW(handle(), accelerators_.get(), &message))
+        return true;
+    return dictionary_.translate(message);
 }
 
 void Form1::measureScreen() {
@@ -268,10 +283,12 @@ void Form1::onSize() {
     RECT client{};
     ::GetClientRect(handle(), &client);
     const MainLayout layout = layoutMainWindow(client.right, client.bottom, toolbar_.resize(),
-                                               systemDpi(), support, false);
+                                               systemDpi(), support, dictionary_.width());
     const Area& editor = layout.editor;
     rtftext_.place(
         {editor.left, editor.top, editor.left + editor.width, editor.top + editor.height});
+    if (layout.panel.width > 0)
+        dictionary_.place(layout.panel);
 }
 
 void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
@@ -430,6 +447,29 @@ void Form1::createNotation() {
         created = cifra.createNotation(handle(), rtftext_);
     }
     if (created)
+        documents_.changed();
+}
+
+void Form1::toggleDictionary() {
+    if (dictionary_.width() == PanelWidth::Closed)
+        dictionary_.show();
+    else
+        closeDictionary();
+}
+
+void Form1::insertDiagram(TextView glyph, TextView face) {
+    if (isBusy())
+        return;
+    RichEditDiagrams editor(rtftext_);
+    melvorin::insertDiagram(editor, glyph, face);
+    documents_.changed();
+    // Playing on in the text is what comes next.
+    ::SetFocus(rtftext_.handle());
+}
+
+void Form1::changeFingering() {
+    RichEditDiagrams editor(rtftext_);
+    if (fingering_.change(editor, services_.messages))
         documents_.changed();
 }
 

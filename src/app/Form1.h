@@ -15,6 +15,8 @@
 #include "chords/KeySetting.h"
 #include "find/FrmTxt.h"
 #include "find/frmFind.h"
+#include "dictionary/DictionaryPanel.h"
+#include "dictionary/Fingering.h"
 #include "platform/Handles.h"
 #include "platform/MenuBar.h"
 #include "platform/RichEdit.h"
@@ -54,6 +56,7 @@ class Form1 : public Window {
     const Toolbar& toolbar() const { return toolbar_; }
     frmFont& fontWindow() { return font_; }
     const MenuBar& menuBar() const { return menuBar_; }
+    DictionaryPanel& dictionaryPanel() { return dictionary_; }
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
     const RecentMenu& recentMenu() const { return recent_.menu(); }
@@ -140,6 +143,11 @@ class Form1 : public Window {
     void keyUp() { changeKey(Direction::Up); }
     void useSharps() { useSpelling(Spelling::Sharps); }
     void useFlats() { useSpelling(Spelling::Flats); }
+    void toggleDictionary();
+    // Find and Insert Tablature need the room.
+    void closeDictionary() { dictionary_.hide(); }
+    void insertDiagram(TextView glyph, TextView face);
+    void changeFingering();
     void changeKey(Direction direction);
     void createNotation();
     void useSpelling(Spelling spelling);
@@ -160,6 +168,8 @@ class Form1 : public Window {
     frmFont font_;
     FrmTab tab_;
     FrmSong song_;
+    DictionaryPanel dictionary_;
+    Fingering fingering_;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

@@ -10,7 +10,7 @@ constexpr int kToleratedScreen = 640;
 // Below this height not even the toolbar, the title and some lines of a song fit.
 constexpr int kLeastWorkHeight = 400;
 
-// Twips: gaps around the parts, and what is taken off the side panel's third of the window.
+// Twips: gaps around the parts, and what is taken off the side panel's share of the window.
 constexpr int kGap = 60;
 constexpr int kToolbarGap = 30;
 constexpr int kFootGap = 50;
@@ -33,7 +33,7 @@ ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea) {
 }
 
 MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
-                            ScreenSupport screen, bool panelOpen) {
+                            ScreenSupport screen, PanelWidth panelWidth) {
     const int gap = pixels(kGap, dpi);
     const int top = toolbarHeight + pixels(kToolbarGap, dpi);
     const int height = std::max(0, clientHeight - top - pixels(kFootGap, dpi));
@@ -41,7 +41,9 @@ MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight
     const int margin = screen == ScreenSupport::Wide ? kWidePanelMargin : kNarrowPanelMargin;
     const int panelGap = pixels(kPanelGap, dpi);
     const int room = std::max(0, inner - panelGap - pixels(kLeastEditor, dpi));
-    const int panel = panelOpen ? std::clamp(inner / 3 - pixels(margin, dpi), 0, room) : 0;
+    const int share = panelWidth == PanelWidth::Expanded ? inner / 2 : inner / 3;
+    const int panel =
+        panelWidth == PanelWidth::Closed ? 0 : std::clamp(share - pixels(margin, dpi), 0, room);
     const int editorWidth = panel > 0 ? inner - panel - panelGap : inner;
     return {{gap, top, editorWidth, height}, {gap + editorWidth + panelGap, top, panel, height}};
 }

@@ -28,12 +28,14 @@ enum class ScreenSupport {
     Unsupported,  // the program says so and ends
 };
 
+enum class PanelWidth { Closed, Normal, Expanded };
+
 // `workArea` is the part of the screen that task bars leave free.
 ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea);
 
 // Places the parts inside a client area of the given size below a toolbar of `toolbarHeight`.
 // `dpi` is the system's pixels per inch.
 MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
-                            ScreenSupport screen, bool panelOpen);
+                            ScreenSupport screen, PanelWidth panelWidth);
 
 }  // namespace melvorin

@@ -7,6 +7,7 @@
 #include "chords/ChordProExport.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
+#include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
 #include "find/TabExpansion.h"
 #include "find/TextSearch.h"
@@ -26,6 +27,7 @@ constexpr std::string_view helpText =
     "  melvorin-cli normalize [FILE]\n"
     "  melvorin-cli import [--verdicts] [FILE]\n"
     "  melvorin-cli export-chordpro [FILE]\n"
+    "  melvorin-cli chord [--database FILE] (NAME... | --list)\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
     "\n"
@@ -55,7 +57,13 @@ constexpr std::string_view helpText =
     "of 8. replace replaces TEXT as the editor's Replace All does:\n"
     "  --word              only where neither a letter nor a digit stands beside it\n"
     "  --case              only with the same capitals\n"
-    "All of these write to the standard output.\n"
+    "They all write to the standard output.\n"
+    "\n"
+    "chord prints a line for every diagram of each chord, which is named by its symbol\n"
+    "(C7) or by its name (C Seventh): symbol, name, number of the diagram font,\n"
+    "character, frets and fingers from the low E string up, with tabs between. --list\n"
+    "prints every row of the chord database, which lies in Dbase beside the tool, or\n"
+    "is FILE.\n"
     "\n"
     "Without FILE the chart is read from the standard input. Text is UTF-8, UTF-16\n"
     "with a byte-order mark, or else in the ANSI code page of the machine. A file may\n"
@@ -155,6 +163,7 @@ class Run {
     bool rewriteParts(const std::function<Text(Text)>& edit);
     bool rewriteSong(const std::function<Text(TextView)>& edit);
     bool import();
+    bool chords();
     bool print(std::string_view bytes);
 
   private:
@@ -257,6 +266,25 @@ bool Run::import() {
     return rewriteSong([this](TextView song) { return importedChart(song, request_.verdicts); });
 }
 
+bool Run::chords() {
+    const Text path = request_.database.value_or(
+        pathInFolder(pathInFolder(ports_.programFolder(), u"Dbase"), u"MlvDbase.db"));
+    ChordReport book;
+    if (const Result<Done> opened = book.open(path); !opened) {
+        return fail(u"cannot read the chord database ", path, opened.cause);
+    }
+    std::string report;
+    bool all = true;
+    if (request_.list) {
+        book.list(report);
+    }
+    for (const Text& chord : request_.files) {
+        const Result<Done> described = book.describe(chord, report);
+        all = (described || fail(u"cannot find the chord ", chord, described.cause)) && all;
+    }
+    return print(report) && all;
+}
+
 bool Run::cannotRead(const Text* file, TextView cause) {
     return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", cause);
 }
@@ -346,6 +374,9 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             break;
         case Command::ExportChordPro:
             done = run.rewriteSong(exportChordPro);
+            break;
+        case Command::Chord:
+            done = run.chords();
             break;
     }
     return done ? 0 : 1;

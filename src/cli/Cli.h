@@ -1,5 +1,5 @@
 // The batch tool: moves plain-text charts to another key from the command line, and tells which of
-// their lines hold chords. This is all of it but the operating system.
+// their lines hold chords; lists fingerings of chords. This is all of it but the operating system.
 #pragma once
 
 #include <functional>
@@ -25,6 +25,8 @@ class CliPorts {
     virtual Result<Done> writeOutput(std::string_view bytes) = 0;
     // A message for the user, with its line ends. There is nobody to tell that it was lost.
     virtual void writeError(TextView message) = 0;
+    // The folder that the tool itself lies in, where its chord database is too.
+    virtual Text programFolder() = 0;
 };
 
 // Runs the tool with the arguments behind the program's name and returns its exit code: 0 when all

@@ -115,6 +115,8 @@ bool ArgumentParser::takeCommand() {
         request_.command = Command::Import;
     } else if (command == u"export-chordpro") {
         request_.command = Command::ExportChordPro;
+    } else if (command == u"chord") {
+        request_.command = Command::Chord;
     } else if (command == u"--help") {
         request_.command = Command::Help;
     } else if (command == u"--version") {
@@ -136,6 +138,10 @@ bool ArgumentParser::takeOption(const Text& argument) {
         request_.command = name == u"--help" ? Command::Help : Command::Version;
     } else if (request_.command == Command::Import && name == u"--verdicts") {
         request_.verdicts = true;
+    } else if (request_.command == Command::Chord && name == u"--list") {
+        request_.list = true;
+    } else if (request_.command == Command::Chord && name == u"--database") {
+        return takeValue(request_.database, name);
     } else if (request_.command == Command::Transpose) {
         if (!takeTransposeOption(name)) {
             return false;
@@ -249,6 +255,10 @@ bool ArgumentParser::complete() {
             return request_.files.size() < 2 ? true
                                              : fail(quoted(request_.files[1]) + u": " +
                                                     arguments_[0] + u" takes one file");
+        case Command::Chord:
+            return request_.list == request_.files.empty()
+                       ? true
+                       : fail(u"chord needs either the names of chords or --list");
         case Command::Help:
         case Command::Version:
             break;

@@ -22,7 +22,8 @@ struct CliRequest {
         Replace,
         Normalize,
         Import,
-        ExportChordPro
+        ExportChordPro,
+        Chord
     };
 
     Command command = Command::Help;
@@ -39,7 +40,10 @@ struct CliRequest {
     // At most one of the two. With more than one file it is `outputFolder`.
     std::optional<Text> output;
     std::optional<Text> outputFolder;
-    // Empty for the standard input.
+    // For `chord`: all of them, and where they are; without a value beside the tool.
+    bool list = false;
+    std::optional<Text> database;
+    // Empty for the standard input. The chords of `chord`.
     std::vector<Text> files;
 };
 

@@ -17,8 +17,11 @@
 #include "platform/SystemAnsiCodec.h"
 #include "platform/Win.h"
 #include "platform/Win32Files.h"
+#include "platform/Win32Services.h"
 #else
 #include <csignal>
+#include <filesystem>
+#include <system_error>
 
 #include "cli/NativeFiles.h"
 #endif
@@ -79,6 +82,16 @@ class StandardPorts final : public melvorin::CliPorts {
 #endif
         const std::string bytes = melvorin::toUtf8(message);
         std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+    }
+
+    Text programFolder() override {
+#ifdef _WIN32
+        return melvorin::Win32ProgramFolder().folder();
+#else
+        std::error_code error;
+        const auto tool = std::filesystem::read_symlink("/proc/self/exe", error);
+        return melvorin::textFromNativePath(tool.parent_path().string());
+#endif
     }
 };
 

@@ -9,7 +9,6 @@
 namespace melvorin {
 namespace {
 
-constexpr TextView kAbsent = u"§";
 constexpr TextView kEmptyNeck = u"J";
 // The chord whose own last fingering is the empty neck.
 constexpr TextView kNeckChord = u"g";
@@ -36,11 +35,16 @@ Text upperCase(TextView text) {
     return result;
 }
 
-Text criterionFor(SearchField field, TextView text) {
-    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + upperCase(text) + u"'";
+}  // namespace
+
+Text searchText(TextView typed, const Normalise& normalise) {
+    return trimmed(normalise(typed));
 }
 
-}  // namespace
+Text searchCriterion(SearchField field, TextView searchText) {
+    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + upperCase(searchText) +
+           u"'";
+}
 
 Text jetConnection(TextView programFolder) {
     return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Text(programFolder) +
@@ -66,10 +70,10 @@ void showEntry(const Recordset& records, ShownEntry& shown) {
     for (std::size_t i = 0; i < std::size(kDiagramFields); ++i)
         take(kDiagramFields[i], shown.captions[i]);
     take(u"Course", shown.LB);
-    shown.captions[5] = shown.captions[0] == kNeckChord ? kAbsent : kEmptyNeck;
+    shown.captions[5] = shown.captions[0] == kNeckChord ? kNoDiagram : kEmptyNeck;
     // Every entry has two diagrams at least.
     for (std::size_t i = 2; i < kDiagramButtons; ++i)
-        shown.visible[i] = shown.captions[i] != kAbsent;
+        shown.visible[i] = shown.captions[i] != kNoDiagram;
 }
 
 Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
@@ -92,8 +96,8 @@ Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
     return openWith(std::make_unique<SqliteSource>(), sqlitePath, sqlitePath);
 }
 
-Text ChordDictionary::find(TextView searchText, SearchField field) {
-    const Text text = trimmed(normalise_(searchText));
+Text ChordDictionary::find(TextView typed, SearchField field) {
+    const Text text = searchText(typed, normalise_);
     if (!text.empty())
         search(text, field);
     return text;
@@ -106,7 +110,7 @@ void ChordDictionary::search(TextView text, SearchField field) {
     };
     if (const Result<Done> refreshed = records_.refresh(); !refreshed)
         return fail(refreshed.cause);
-    const Result<bool> found = records_.find(criterionFor(field, text));
+    const Result<bool> found = records_.find(searchCriterion(field, text));
     if (!found)
         return fail(found.cause);
     if (*found.value) {

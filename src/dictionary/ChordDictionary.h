@@ -24,7 +24,18 @@ Text jetConnection(TextView programFolder);
 Text sqliteDatabasePath(TextView programFolder);
 Text jetDatabasePath(TextView programFolder);
 
+// Stands in the database where an entry has no further diagram.
+inline constexpr TextView kNoDiagram = u"§";
+
 enum class SearchField { Symbol, Name };
+
+// How a search text is brought into the program's own spelling of chords.
+using Normalise = std::function<Text(TextView)>;
+
+// What is looked for where the user typed `typed`: normalised, without blanks around it.
+Text searchText(TextView typed, const Normalise& normalise);
+// The criterion for a search text, an apostrophe in it left as it is.
+Text searchCriterion(SearchField field, TextView searchText);
 
 inline constexpr std::size_t kDiagramButtons = 6;  // GB1 to GB6
 
@@ -42,8 +53,6 @@ void showEntry(const Recordset& records, ShownEntry& shown);
 class ChordDictionary {
   public:
     using MakeSource = std::function<std::unique_ptr<RowSource>()>;
-    // How a search text is brought into the program's own spelling of chords.
-    using Normalise = std::function<Text(TextView)>;
 
     // `messages` outlive the object. `makeJet` may be empty where there is no such provider.
     ChordDictionary(MessageBoxes& messages, MakeSource makeJet, Normalise normalise)
@@ -55,7 +64,7 @@ class ChordDictionary {
 
     // Looks a chord up and returns the text that the search box then has. Where the entry is not
     // found or the text breaks the search, a message box says so and the shown entry stays.
-    Text find(TextView searchText, SearchField field);
+    Text find(TextView typed, SearchField field);
     // The data control's moves: they stop at the first and last record. Each shows the record.
     void moveFirst();
     void movePrevious();

@@ -59,6 +59,12 @@ Result<Done> SqliteSource::open(TextView connection) {
     if (code != SQLITE_OK)
         return Result<Done>::failure(sentenceFor(code, database));
     sqlite3_busy_timeout(database, kWaitForOthersMs);
+    // A file that was cut short would else be read with its missing rows empty.
+    const Result<Table> check = read(u"pragma quick_check(1)");
+    if (!check)
+        return Result<Done>::failure(check.cause);
+    if (check.value->rows.at(0).at(0) != u"ok")
+        return Result<Done>::failure(sentenceFor(SQLITE_CORRUPT, database));
     return Result<Done>::success({});
 }
 

@@ -64,6 +64,7 @@ class FakePorts final : public CliPorts {
         return Result<Done>::success({});
     }
     void writeError(TextView message) override { errors += message; }
+    Text programFolder() override { return u"nowhere"; }
 };
 
 class Cli : public testing::Test {
@@ -283,6 +284,21 @@ TEST_F(Cli, LinesDescribeTheChart) {
         EXPECT_EQ(run({u"lines", u"song"}), 0);
         EXPECT_EQ(ports.output, example.report);
     }
+}
+
+TEST_F(Cli, ChordNeedsADatabaseAndEitherNamesOrTheList) {
+    for (const std::vector<Text>& wrong : {std::vector<Text>{u"chord"},
+                                           {u"chord", u"--list", u"C"},
+                                           {u"chord", u"--steps", u"2", u"C"},
+                                           {u"lines", u"--list"}}) {
+        EXPECT_EQ(run(wrong), 2) << toUtf8(ports.errors);
+    }
+    EXPECT_EQ(run({u"chord", u"C"}), 1);
+    EXPECT_EQ(toUtf8(ports.errors),
+              "melvorin-cli: cannot read the chord database nowhere/Dbase/MlvDbase.db: "
+              "The file does not exist or may not be read.\n");
+    EXPECT_EQ(run({u"chord", u"--database", u"elsewhere.db", u"--list"}), 1);
+    EXPECT_NE(ports.errors.find(u"elsewhere.db"), Text::npos);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "TestDiagrams.h"
 #include "cli/NativeFiles.h"
 #include "dictionary/ChordDictionary.h"
+#include "dictionary/PanelLayout.h"
 #include "dictionary/SqliteSource.h"
 
 namespace melvorin {
@@ -308,6 +309,46 @@ TEST(ChordDictionary, OlderDatabase) {
     EXPECT_TRUE(with.open(folder.path(), files));
     EXPECT_EQ(with.records().count(), 1U);
     std::filesystem::remove(jetFile);
+}
+
+bool overlap(const Area& a, const Area& b) {
+    return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
+           b.top < a.top + a.height;
+}
+
+TEST(PanelLayout, PartsNeitherOverlapNorLeaveThePanel) {
+    const struct {
+        int width;
+        int height;
+        int dpi;
+        bool isUsual;  // a size that the main window really gives
+    } sizes[] = {{0, 0, 96, false},      {20, 30, 96, false},   {250, 460, 96, true},
+                 {380, 460, 96, true},   {393, 880, 96, true},  {600, 880, 96, true},
+                 {590, 1300, 144, true}, {900, 1300, 144, true}};
+    for (const auto& [width, height, dpi, isUsual] : sizes) {
+        for (const PanelView view : {PanelView::Search, PanelView::Diagrams, PanelView::Grid}) {
+            for (const PanelNotice notice :
+                 {PanelNotice::None, PanelNotice::Strip, PanelNotice::Page}) {
+                const PanelLayout layout = layoutPanel(view, notice, width, height, dpi);
+                std::vector<Area> placed;
+                for (const Area& area : layout.areas) {
+                    if (area.width <= 0 || area.height <= 0)
+                        continue;
+                    EXPECT_TRUE(area.left >= 0 && area.top >= 0 &&
+                                area.left + area.width <= width && area.top + area.height <= height)
+                        << width << "x" << height;
+                    for (const Area& other : placed)
+                        EXPECT_FALSE(overlap(area, other)) << width << "x" << height;
+                    placed.push_back(area);
+                }
+                if (!isUsual || notice == PanelNotice::Page)
+                    continue;
+                EXPECT_GE(layout[PanelPart::GB6].width, 40 * dpi / 96);
+                EXPECT_GE(layout[PanelPart::GB6].height, 50 * dpi / 96);
+                EXPECT_EQ(layout[PanelPart::dtaDel].height > 0, view == PanelView::Grid);
+            }
+        }
+    }
 }
 
 TEST(InsertDiagram, IsBlueReadableAndLetsTextGoOn) {

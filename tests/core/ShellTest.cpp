@@ -167,9 +167,11 @@ TEST(Layout, PartsNeverOverlapNorLeaveTheWindow) {
     for (const int dpi : {96, 144, 192}) {
         for (const int width : {0, 5, 120, 800, 1280, 3840}) {
             for (const int height : {0, 30, 600, 2160}) {
-                for (const bool panel : {false, true}) {
+                for (const PanelWidth panelWidth :
+                     {PanelWidth::Closed, PanelWidth::Normal, PanelWidth::Expanded}) {
+                    const bool panel = panelWidth != PanelWidth::Closed;
                     const MainLayout layout =
-                        layoutMainWindow(width, height, 28, dpi, ScreenSupport::Wide, panel);
+                        layoutMainWindow(width, height, 28, dpi, ScreenSupport::Wide, panelWidth);
                     EXPECT_GE(layout.editor.width, 0);
                     EXPECT_GE(layout.editor.height, 0);
                     EXPECT_GE(layout.editor.top, 28);

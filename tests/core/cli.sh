@@ -45,6 +45,22 @@ cli transpose --up --sharps --steps 12 song.txt
 check "usage" "2" "$code"
 check "usage names the argument" 1 "$(grep -c '"12"' .err)"
 
+# Chords from the database beside the tool.
+cli chord C "a minor" Cmaj7
+check "chord" "0 C	C Major	09	a	x32010" "$code $(head -n 1 .out | cut -f 1-5)"
+check "chord: fingers" "-32-1-" "$(head -n 1 .out | cut -f 6)"
+check "chord: by name" "Am	A Minor	01	d	x02210" "$(grep '^Am' .out | head -n 1 | cut -f 1-5)"
+check "chord: other spelling" "Cmaj7	C Major Seventh" "$(tail -n 1 .out | cut -f 1-2)"
+cli chord C7 H7 "C'" Em
+check "chord: unknown" "1 2" "$code $(wc -l <.err | tr -d ' ')"
+check "chord: unknown names" "H7 C'" \
+    "$(sed 's/.*cannot find the chord \([^:]*\):.*/\1/' .err | tr '\n' ' ' | sed 's/ $//')"
+check "chord: known beside unknown" "C7 Em" "$(cut -f 1 .out | uniq | tr '\n' ' ' | sed 's/ $//')"
+cli chord --list
+check "chord: list" "0 1 8" "$code $(grep -c '^C	C Major	09	a	A	' .out) \
+$(awk -F '\t' 'NF != 8 { bad++ } END { print bad ? "bad" : NF }' .out)"
+check "chord: list is whole" "whole" "$([ "$(wc -l <.out)" -gt 1580 ] && echo whole)"
+
 # Names with blanks, quotes, other letters, and bytes that are not UTF-8.
 mkdir out
 for name in "two  words" "it's \"it\"" "песня" "$(printf 'caf\351')"; do

@@ -1,0 +1,164 @@
+#include "dictionary/PanelLayout.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace melvorin {
+namespace {
+
+using enum PanelPart;
+
+// Pixels at 96 dpi.
+constexpr int kMargin = 8;
+constexpr int kGap = 6;
+constexpr int kLabel = 18;
+constexpr int kBox = 23;
+constexpr int kButton = 26;
+constexpr int kName = 22;
+constexpr int kNotice = 64;
+constexpr int kNeckCaption = 16;
+constexpr int kArrow = 28;
+constexpr int kFindButton = 120;
+constexpr int kStripHeight = 92;
+constexpr int kLargestDiagram = 190;
+
+constexpr PanelPart kDiagrams[] = {GB1, GB2, GB3, GB4, GB5, GB6};
+
+// The room that is left, cut off row by row.
+class Room {
+  public:
+    Room(int width, int height, int dpi)
+        : dpi_(dpi),
+          rest_{scale(kMargin), scale(kMargin), std::max(0, width - 2 * scale(kMargin)),
+                std::max(0, height - 2 * scale(kMargin))} {}
+
+    int scale(int pixels) const { return (pixels * dpi_ + 48) / 96; }
+    Area top(int pixels) {
+        const int taken = take(pixels);
+        const Area row{rest_.left, rest_.top, rest_.width, taken};
+        rest_.top += std::min(taken + scale(kGap), taken + rest_.height);
+        rest_.height = std::max(0, rest_.height - scale(kGap));
+        return row;
+    }
+    Area bottom(int pixels) {
+        const int taken = take(pixels);
+        const Area row{rest_.left, rest_.top + rest_.height, rest_.width, taken};
+        rest_.height = std::max(0, rest_.height - scale(kGap));
+        return row;
+    }
+    const Area& rest() const { return rest_; }
+
+  private:
+    int take(int pixels) {
+        const int taken = std::min(scale(pixels), rest_.height);
+        rest_.height -= taken;
+        return taken;
+    }
+
+    int dpi_;
+    Area rest_;
+};
+
+// Equal cells of an area, row by row.
+std::vector<Area> cellsOf(const Area& area, int columns, int rows, int gap) {
+    std::vector<Area> cells;
+    const int width = std::max(0, (area.width - (columns - 1) * gap) / columns);
+    const int height = std::max(0, (area.height - (rows - 1) * gap) / rows);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column)
+            cells.push_back({area.left + column * (width + gap), area.top + row * (height + gap),
+                             width, height});
+    }
+    return cells;
+}
+
+void placePair(PanelLayout& layout, const Room& room, const Area& row, PanelPart left,
+               PanelPart right) {
+    const std::vector<Area> halves = cellsOf(row, 2, 1, room.scale(kGap));
+    layout[left] = halves[0];
+    layout[right] = halves[1];
+}
+
+void placeSearch(PanelLayout& layout, Room& room) {
+    layout[Label1] = room.top(kLabel);
+    Area box = room.top(kBox);
+    const int button = std::min(room.scale(kFindButton), box.width / 2);
+    layout[Command1] = {box.left + box.width - button, box.top, button, box.height};
+    box.width -= button + room.scale(kGap);
+    layout[TS1] = box;
+    placePair(layout, room, room.top(kLabel), Option1, Option2);
+}
+
+void placeRecord(PanelLayout& layout, Room& room) {
+    const Area row = room.bottom(kButton);
+    const int arrow = std::min(room.scale(kArrow), row.width / 6);
+    const auto at = [&](int left) { return Area{row.left + left, row.top, arrow, row.height}; };
+    layout[First] = at(0);
+    layout[Previous] = at(arrow);
+    layout[Record] = {row.left + 2 * arrow, row.top, row.width - 4 * arrow, row.height};
+    layout[Next] = at(row.width - 2 * arrow);
+    layout[Last] = at(row.width - arrow);
+}
+
+// In the middle of what is left, no larger than a diagram looks good.
+void placeDiagrams(PanelLayout& layout, const Room& room, int columns, int rows) {
+    const int gap = room.scale(kGap);
+    const int caption = room.scale(kNeckCaption);
+    const int largest = room.scale(kLargestDiagram);
+    Area area = room.rest();
+    area.height = std::max(0, area.height - caption);
+    const int width = std::min(area.width, columns * largest + (columns - 1) * gap);
+    area.left += (area.width - width) / 2;
+    area.width = width;
+    area.height = std::min(area.height, rows * largest + (rows - 1) * gap);
+    const std::vector<Area> cells = cellsOf(area, columns, rows, gap);
+    for (std::size_t i = 0; i < std::size(kDiagrams); ++i)
+        layout[kDiagrams[i]] = cells[i];
+    const Area& last = layout[GB6];
+    layout[Neck] = {last.left, last.top + last.height, last.width, caption};
+}
+
+void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, PanelView view) {
+    if (notice == PanelNotice::Page) {
+        layout[Notice] = room.rest();
+        return;
+    }
+    placeRecord(layout, room);
+    if (notice == PanelNotice::Strip)
+        layout[Notice] = room.top(kNotice);
+    layout[LB] = room.top(kName);
+    if (view == PanelView::Search)
+        return placeDiagrams(layout, room, 2, 3);
+    if (view == PanelView::Diagrams)
+        return placeDiagrams(layout, room, 3, 2);
+    const std::vector<Area> cells = cellsOf(room.top(kStripHeight), 6, 1, room.scale(kGap));
+    for (std::size_t i = 0; i < std::size(kDiagrams); ++i)
+        layout[kDiagrams[i]] = cells[i];
+    layout[dtaDel] = room.rest();
+}
+
+}  // namespace
+
+PanelLayout layoutPanel(PanelView view, PanelNotice notice, int width, int height, int dpi) {
+    PanelLayout layout{};
+    Room room(width, height, dpi);
+    switch (view) {
+        case PanelView::Search:
+            layout[GB14] = room.bottom(kButton);
+            placePair(layout, room, room.bottom(kButton), Gb9, GB10);
+            break;
+        case PanelView::Diagrams:
+            layout[GB13] = room.bottom(kButton);
+            placePair(layout, room, room.bottom(kButton), GB7, GB15);
+            break;
+        case PanelView::Grid:
+            placePair(layout, room, room.bottom(kButton), GB7, GB8);
+            break;
+    }
+    if (view != PanelView::Grid)
+        placeSearch(layout, room);
+    placeEntry(layout, room, notice, view);
+    return layout;
+}
+
+}  // namespace melvorin

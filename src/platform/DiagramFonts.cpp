@@ -1,0 +1,28 @@
+#include "platform/DiagramFonts.h"
+
+#include "app/Paths.h"
+#include "platform/Win.h"
+
+namespace melvorin {
+
+std::size_t DiagramFonts::load(TextView programFolder) {
+    const Text folder = joinPath(programFolder, u"Fonts");
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = ::FindFirstFileW(wide(joinPath(folder, u"*.ttf")), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return 0;
+    do {
+        const Text file = joinPath(folder, textOf(found.cFileName));
+        if (::AddFontResourceExW(wide(file), FR_PRIVATE, nullptr) > 0)
+            files_.push_back(file);
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+    return files_.size();
+}
+
+DiagramFonts::~DiagramFonts() {
+    for (const Text& file : files_)
+        ::RemoveFontResourceExW(wide(file), FR_PRIVATE, nullptr);
+}
+
+}  // namespace melvorin
