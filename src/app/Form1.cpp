@@ -461,10 +461,11 @@ void Form1::insertDiagram(TextView glyph, TextView face) {
     if (isBusy())
         return;
     RichEditDiagrams editor(rtftext_);
-    melvorin::insertDiagram(editor, glyph, face);
+    const DiagramStyle typing = melvorin::insertDiagram(editor, glyph, face);
     documents_.changed();
-    // Playing on in the text is what comes next.
+    // What comes next is the song, and not in the font of diagrams.
     ::SetFocus(rtftext_.handle());
+    editor.typeIn(typing);
 }
 
 void Form1::changeFingering() {

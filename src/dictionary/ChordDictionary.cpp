@@ -150,14 +150,14 @@ void ChordDictionary::moveTo(std::size_t row) {
     showEntry(records_, shown_);
 }
 
-void insertDiagram(DiagramEditor& editor, TextView glyph, TextView face) {
+DiagramStyle insertDiagram(DiagramEditor& editor, TextView glyph, TextView face) {
     const DiagramStyle around = editor.style();
     const bool besideDiagram = diagramFontNumber(around.face).has_value();
     const int size =
         besideDiagram ? around.halfPoints : std::max(around.halfPoints, kReadableHalfPoints);
-    editor.put(glyph, {Text(face), size, kBlue});
-    if (!besideDiagram)
-        editor.typeIn(around);
+    const DiagramStyle diagram{Text(face), size, kBlue};
+    editor.put(glyph, diagram);
+    return besideDiagram ? diagram : around;
 }
 
 }  // namespace melvorin

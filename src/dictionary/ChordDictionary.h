@@ -85,8 +85,8 @@ class ChordDictionary {
     ShownEntry shown_;
 };
 
-// Puts a diagram in the place of the selection, blue, and lets the text behind it go on as the
-// text before it. A diagram beside others has their size, any other one that can be read.
-void insertDiagram(DiagramEditor& editor, TextView glyph, TextView face);
+// Puts a diagram in the place of the selection, blue. A diagram beside others has their size, any
+// other one that can be read. Returns the style in which text behind it goes on.
+DiagramStyle insertDiagram(DiagramEditor& editor, TextView glyph, TextView face);
 
 }  // namespace melvorin

@@ -26,8 +26,6 @@ class DiagramEditor {
     // Replaces the selection by a glyph in this style and puts the caret behind it, unnoticed by
     // the change event.
     virtual void put(TextView glyph, const DiagramStyle& style) = 0;
-    // The style of what is typed next at the caret.
-    virtual void typeIn(const DiagramStyle& style) = 0;
 };
 
 }  // namespace melvorin

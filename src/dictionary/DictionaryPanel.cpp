@@ -335,10 +335,8 @@ void DictionaryPanel::show() {
     if (!trouble_.empty() || fontCount_ == 0)
         openDictionary();
     shown_ = true;
-    switchTo(PanelView::Search);
     ::ShowWindow(handle(), SW_SHOWNA);
-    ::SendMessageW(part(TS1), EM_SETSEL, 0, -1);
-    ::SetFocus(trouble_.empty() ? part(TS1) : part(GB14));
+    switchTo(PanelView::Search);
 }
 
 void DictionaryPanel::hide() {
@@ -353,12 +351,16 @@ void DictionaryPanel::hide() {
         actions_.leave();
 }
 
+// The keyboard goes to what the view is for: the button that was clicked is gone.
 void DictionaryPanel::switchTo(PanelView view) {
     view_ = view;
     actions_.layOut();
-    // The button that was clicked is gone.
-    if (!::IsWindowVisible(::GetFocus()))
-        ::SetFocus(part(view == PanelView::Grid && trouble_.empty() ? dtaDel : GB7));
+    PanelPart target = view == PanelView::Grid ? dtaDel : TS1;
+    if (!trouble_.empty())
+        target = view == PanelView::Search ? GB14 : GB7;
+    if (target == TS1)
+        ::SendMessageW(part(TS1), EM_SETSEL, 0, -1);
+    ::SetFocus(part(target));
 }
 
 void DictionaryPanel::place(const Area& area) {

@@ -16,7 +16,8 @@ class RichEditDiagrams : public DiagramEditor {
     Text selectedText() const override { return editor_.textBetween(editor_.selection()); }
     DiagramStyle style() const override;
     void put(TextView glyph, const DiagramStyle& style) override;
-    void typeIn(const DiagramStyle& style) override;
+    // The style of what is typed next at the caret, until that moves.
+    void typeIn(const DiagramStyle& style);
 
   private:
     RichEdit& editor_;

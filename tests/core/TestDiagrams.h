@@ -44,7 +44,6 @@ class LineOfDiagrams : public DiagramEditor {
         selection_.end = selection_.begin;
         typing_ = style;
     }
-    void typeIn(const DiagramStyle& style) override { typing_ = style; }
 
     const Text& text() const { return text_; }
     const DiagramStyle& at(std::size_t position) const { return styles_[position]; }
