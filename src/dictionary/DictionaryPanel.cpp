@@ -15,7 +15,7 @@ using enum PanelPart;
 
 constexpr std::size_t kParts = static_cast<std::size_t>(PanelPart::count);
 constexpr int kFirstId = 100;
-constexpr int kLargestFont = 200;
+constexpr int kLargestFont = 280;
 constexpr int kFontRoom = 14;  // around a diagram, pixels at 96 dpi
 constexpr int kTipWidth = 320;
 
@@ -382,7 +382,8 @@ void DictionaryPanel::layOutParts() {
     }
     showEntryButtons();
     showGridRow();
-    ::InvalidateRect(handle(), nullptr, TRUE);
+    // A label does not draw itself anew where only its size has changed.
+    ::RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void DictionaryPanel::setText(PanelPart part, TextView text) {
@@ -513,7 +514,14 @@ LRESULT DictionaryPanel::onGridFind(const NMLVFINDITEMW& find) const {
 }
 
 bool DictionaryPanel::translate(MSG& message) {
-    return shown_ && ::IsChild(handle(), message.hwnd) && ::IsDialogMessageW(handle(), &message);
+    if (!shown_ || !::IsChild(handle(), message.hwnd))
+        return false;
+    // Not every text box of one line knows it.
+    if (editsText(message) && message.wParam == 'A') {
+        ::SendMessageW(message.hwnd, EM_SETSEL, 0, -1);
+        return true;
+    }
+    return ::IsDialogMessageW(handle(), &message) != FALSE;
 }
 
 bool DictionaryPanel::editsText(const MSG& message) const {

@@ -21,6 +21,7 @@ constexpr int kArrow = 28;
 constexpr int kFindButton = 120;
 constexpr int kStripHeight = 92;
 constexpr int kLargestDiagram = 190;
+constexpr int kLargestExpanded = 290;
 
 constexpr PanelPart kDiagrams[] = {GB1, GB2, GB3, GB4, GB5, GB6};
 
@@ -100,13 +101,18 @@ void placeRecord(PanelLayout& layout, Room& room) {
     layout[Last] = at(row.width - arrow);
 }
 
-// In the middle of what is left, no larger than a diagram looks good.
-void placeDiagrams(PanelLayout& layout, const Room& room, int columns, int rows) {
+// In the middle of what is left, no larger than a diagram looks good; two beside each other or
+// three, whichever gives the larger ones.
+void placeDiagrams(PanelLayout& layout, const Room& room, int most) {
     const int gap = room.scale(kGap);
     const int caption = room.scale(kNeckCaption);
-    const int largest = room.scale(kLargestDiagram);
+    const int largest = room.scale(most);
     Area area = room.rest();
     area.height = std::max(0, area.height - caption);
+    const int three = std::min(area.width / 3, area.height / 2);
+    const int two = std::min(area.width / 2, area.height / 3);
+    const int columns = three > two ? 3 : 2;
+    const int rows = 6 / columns;
     const int width = std::min(area.width, columns * largest + (columns - 1) * gap);
     area.left += (area.width - width) / 2;
     area.width = width;
@@ -128,9 +134,9 @@ void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, PanelView v
         layout[Notice] = room.top(kNotice);
     layout[LB] = room.top(kName);
     if (view == PanelView::Search)
-        return placeDiagrams(layout, room, 2, 3);
+        return placeDiagrams(layout, room, kLargestDiagram);
     if (view == PanelView::Diagrams)
-        return placeDiagrams(layout, room, 3, 2);
+        return placeDiagrams(layout, room, kLargestExpanded);
     const std::vector<Area> cells = cellsOf(room.top(kStripHeight), 6, 1, room.scale(kGap));
     for (std::size_t i = 0; i < std::size(kDiagrams); ++i)
         layout[kDiagrams[i]] = cells[i];
