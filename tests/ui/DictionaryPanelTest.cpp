@@ -22,7 +22,7 @@ std::string textOfWindow(HWND window) {
 
 class DictionaryTest : public ::testing::Test {
   protected:
-    DictionaryTest() { program.program.folderPath = Win32ProgramFolder().folder(); }
+    DictionaryTest() { program.program.programFolder = Win32ProgramFolder().folder(); }
 
     void start(std::string_view song = "C     F\r\nsong by the river\r\n") {
         ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
@@ -305,8 +305,8 @@ TEST_F(DictionaryTest, AMissingOrDamagedDatabaseIsToldAndTriedAgain) {
     const Text base = folder.file(u"Dbase");
     const Text file = joinPath(base, u"MlvDbase.db");
     ::CreateDirectoryW(wide(base), nullptr);
-    const Text real = joinPath(joinPath(program.program.folderPath, u"Dbase"), u"MlvDbase.db");
-    program.program.folderPath = folder.path();
+    const Text real = joinPath(joinPath(program.program.programFolder, u"Dbase"), u"MlvDbase.db");
+    program.program.programFolder = folder.path();
     start();
     EXPECT_TRUE(isVisible(Notice));
     EXPECT_NE(text(Notice).find("MlvDbase.db\r\n\r\nThe file does not exist"), std::string::npos)
