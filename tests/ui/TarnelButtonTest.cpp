@@ -118,6 +118,8 @@ TEST_F(ButtonStage, HoverAndLeave) {
     pointTo(140, 90);
     waitUntil([this] { return logEndsWith("Out "); });
     EXPECT_FALSE(first.isHovering());
+    // The timer runs only meanwhile; there is none to end.
+    EXPECT_FALSE(::KillTimer(first.handle(), 1));
     // The other one hovers by itself, also straight from its neighbour.
     hover();
     pointTo(200, 35);
@@ -179,6 +181,9 @@ TEST_F(ButtonStage, KeysClickWhereverThePointerIs) {
     waitUntil([this] { return host.commands.size() == 2; });
     EXPECT_EQ(host.commands.back(), kFirst);
     EXPECT_EQ(services.sounds.played, (std::vector<std::string>{click, click}));
+    // A key held down clicks once.
+    ::SendMessageW(first.handle(), WM_KEYDOWN, VK_RETURN, 1 << 30 | 1);
+    EXPECT_EQ(host.commands.size(), 2U);
     // The window's own rule comes first where it has one.
     first.setEnterClicks(false);
     key(VK_RETURN, true);
