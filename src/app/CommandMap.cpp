@@ -140,7 +140,8 @@ constexpr Shortcut kShortcuts[] = {
     {u'N', true, mnuFileNew},  {u'O', true, mnuFileOpen},  {u'S', true, mnuFileSave},
     {u'Z', true, mnuEditUndo}, {u'Y', true, mnuEditRedo},  {u'B', true, mnuBold},
     {u'I', true, mnuItalic},   {u'U', true, mnuUnderline}, {u'L', true, alignLeft},
-    {u'E', true, alignCenter}, {u'R', true, alignRight},   {kF3, false, findAgain},
+    {u'E', true, alignCenter}, {u'R', true, alignRight},   {u'D', true, mnuChDigt},
+    {kF3, false, findAgain},
 };
 
 static_assert(std::size(kToolbar) == 34);

@@ -356,6 +356,53 @@ names() {
     ended
 }
 
+# A song edited without the mouse: find and replace, cut and paste, a menu, the recent files.
+by_keyboard() {
+    local song=$work/keys.txt
+    printf 'C  G\r\nlove love\r\n' >"$song"
+    start "$(windows_path "$song")"
+    title "keys.txt - Melvorin"
+    press ctrl+f
+    drive wait-front "Find and Replace"
+    enter 'love'
+    press Tab
+    enter 'light'
+    press Tab Tab Tab Tab Tab space
+    drive wait-front "Melvorin"
+    expect "what was replaced" $'  and 2 items were replaced.  ' "$(drive message | tail -n 1)"
+    press Return
+    drive wait-text $'C  G\nlight light' wait-front "Find and Replace"
+    press Escape
+    title "keys.txt - Melvorin"
+    press ctrl+End ctrl+shift+Left ctrl+x
+    drive wait-text $'C  G\nlight '
+    press ctrl+Home ctrl+v
+    drive wait-text $'lightC  G\nlight '
+    press ctrl+z
+    drive wait-text $'C  G\nlight '
+    press ctrl+a alt+f Up Up Return
+    press ctrl+End
+    drive wait-text $'C  G\nLIGHT '
+    press ctrl+s alt+F4
+    ended
+    expect "saved" "LIGHT " "$(sed -n 2p "$song" | tr -d '\r')"
+
+    start
+    title "Chord Notation - Melvorin"
+    press ctrl+o
+    drive wait-front " Open"
+    enter "$(windows_path "$song")"
+    press Return
+    drive wait-no-window " Open" wait "keys.txt - Melvorin" close
+    ended
+    start
+    title "Chord Notation - Melvorin"
+    press alt+i r Return
+    title "keys.txt - Melvorin"
+    drive wait-text $'C  G\nLIGHT ' close
+    ended
+}
+
 # ---- All of them -------------------------------------------------------------------------------
 
 end_program() {
@@ -363,7 +410,7 @@ end_program() {
 }
 
 failures=0
-[ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names
+[ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names by_keyboard
 for case_name; do
     (
         trap end_program EXIT
