@@ -253,6 +253,7 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             ::SendMessageW(toolbar_.handle(), message, wParam, lParam);
             ::SendMessageW(rtftext_.handle(), message, wParam, lParam);
             rtftext_.setBackground(rtftext_.background());
+            ::SendMessageW(dictionary_.handle(), message, wParam, lParam);
             toolbar_.reloadPictures();
             return 0;
         case WM_CLOSE:

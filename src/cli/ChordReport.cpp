@@ -29,7 +29,7 @@ void addLine(std::string& report, const std::vector<Text>& fields) {
 }  // namespace
 
 Result<Done> ChordReport::open(TextView databasePath) {
-    const Result<Done> opened =
+    Result<Done> opened =
         chords_.open(std::make_unique<SqliteSource>(), databasePath, kRecordSource);
     if (!opened)
         return opened;

@@ -89,7 +89,7 @@ Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
     const Text jetPath = jetDatabasePath(programFolder);
     const Text sqlitePath = sqliteDatabasePath(programFolder);
     if (makeJet_ && files.exists(jetPath)) {
-        const Result<Done> opened = openWith(makeJet_(), jetConnection(programFolder), jetPath);
+        Result<Done> opened = openWith(makeJet_(), jetConnection(programFolder), jetPath);
         if (opened || !files.exists(sqlitePath))
             return opened;
     }
@@ -97,7 +97,7 @@ Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
 }
 
 Text ChordDictionary::find(TextView typed, SearchField field) {
-    const Text text = searchText(typed, normalise_);
+    Text text = searchText(typed, normalise_);
     if (!text.empty())
         search(text, field);
     return text;

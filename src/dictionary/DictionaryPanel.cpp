@@ -232,8 +232,9 @@ Text DictionaryPanel::noticeText() const {
     if (!trouble_.empty())
         return u"The chord dictionary cannot be opened.\r\n\r\n" + trouble_ +
                u"\r\n\r\nEverything else works without it.";
-    return u"Only " + numberText(fontCount_) + u" of the " + numberText(kDiagramFontCount) +
-           u" diagram fonts are in " + joinPath(services_.program.folder(), u"Fonts") +
+    const Text found = fontCount_ == 0 ? Text(u"None") : u"Only " + numberText(fontCount_);
+    return found + u" of the " + numberText(kDiagramFontCount) +
+           u" diagram fonts could be read from " + joinPath(services_.program.folder(), u"Fonts") +
            u". Without its font a diagram is shown as a letter.";
 }
 
@@ -409,6 +410,10 @@ LRESULT DictionaryPanel::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NOTIFY:
             return onNotify(lParam);
+        case WM_SYSCOLORCHANGE:
+            for (const HWND part : parts_)
+                ::SendMessageW(part, message, wParam, lParam);
+            return 0;
         default:
             return passOn(message, wParam, lParam);
     }

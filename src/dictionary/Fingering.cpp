@@ -9,27 +9,30 @@ namespace melvorin {
 namespace {
 
 constexpr std::size_t kColumns = kFingeringColumns;
+constexpr std::size_t kHalf = kColumns / 2;
 constexpr std::size_t kEntries = kFingeringRows * kColumns;
 constexpr std::size_t kLastRow = kEntries - kColumns;
 constexpr TextView kNone = u"§";
 
-constexpr TextView kTable[] = {
-    u"îanüdóºéágvxzúm¼â/,.ê;ôkiyûöãùòñìèàäqýerï'13580"
-    u"æ¹oðanüdóºéágvxzmâ/,.ê;ôkiyûãùòñèäqer'13580æoðí",
-    u"ÎANÜDÓªÉÁGVXZÚM¾ÂÿåþÊ:ÔKIYÛÖÃÙÒÑÌÈÀÄQÝERÏƒŠØçš…"
-    u"Æ‚OœANÜDÓªÉÁGVXZMÂÿåþÊ:ÔKIYÛÃÙÒÑÈÄQERƒŠØçš…ÆOœÍ",
-    u"§s§§f§§í§hbc§§§§§§§§î§§l§Å§§õ§§§§§§§w§ët§§2469§"
-    u"‡§pŒs§§f§§§§hbc§§§§§§§§§l§u§õ§§§§§wët§2469§‡pŒì",
-    u"§S§§F§§Í§HBC§§§§§§§§Î§§L§u§§Õ§§§§§§§W§ËT§§ÐŸ7„§"
-    u"†§PßS§§F§§§§HBC§§§§§§§§§L§U§Õ§§§§§WËT§ÐŸ7„§†PßÌ",
-    u"§²§§³§§§§j§§§§§§§§§§§§§§§U§§§§§§§§§§§§§§§§§½Ç§§"
-    u"Þ§§§²§§³§§§§j§§§§§§§§§§§§§§§§§§§§§§§§§½Ç§§Þ§§§§",
-    u"§§§§§§§§§J§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§"
-    u"§§§§§§§§§§§§J§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§",
+// Each row in two halves.
+constexpr TextView kTable[][2] = {
+    {u"îanüdóºéágvxzúm¼â/,.ê;ôkiyûöãùòñìèàäqýerï'13580",
+     u"æ¹oðanüdóºéágvxzmâ/,.ê;ôkiyûãùòñèäqer'13580æoðí"},
+    {u"ÎANÜDÓªÉÁGVXZÚM¾ÂÿåþÊ:ÔKIYÛÖÃÙÒÑÌÈÀÄQÝERÏƒŠØçš…",
+     u"Æ‚OœANÜDÓªÉÁGVXZMÂÿåþÊ:ÔKIYÛÃÙÒÑÈÄQERƒŠØçš…ÆOœÍ"},
+    {u"§s§§f§§í§hbc§§§§§§§§î§§l§Å§§õ§§§§§§§w§ët§§2469§",
+     u"‡§pŒs§§f§§§§hbc§§§§§§§§§l§u§õ§§§§§wët§2469§‡pŒì"},
+    {u"§S§§F§§Í§HBC§§§§§§§§Î§§L§u§§Õ§§§§§§§W§ËT§§ÐŸ7„§",
+     u"†§PßS§§F§§§§HBC§§§§§§§§§L§U§Õ§§§§§WËT§ÐŸ7„§†PßÌ"},
+    {u"§²§§³§§§§j§§§§§§§§§§§§§§§U§§§§§§§§§§§§§§§§§½Ç§§",
+     u"Þ§§§²§§³§§§§j§§§§§§§§§§§§§§§§§§§§§§§§§½Ç§§Þ§§§§"},
+    {u"§§§§§§§§§J§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§",
+     u"§§§§§§§§§§§§J§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§§"},
 };
 static_assert(std::size(kTable) == kFingeringRows);
-static_assert(std::all_of(std::begin(kTable), std::end(kTable),
-                          [](TextView row) { return row.size() == kColumns; }));
+static_assert(std::all_of(std::begin(kTable), std::end(kTable), [](const auto& row) {
+    return row[0].size() == kHalf && row[1].size() == kHalf;
+}));
 
 // Doubled in the table, so that the search never stops there.
 bool isFiller(std::size_t row, std::size_t column) {
@@ -73,7 +76,7 @@ std::optional<int> diagramFontNumber(TextView face) {
 Text fingeringEntry(std::size_t position) {
     const std::size_t row = position / kColumns;
     const std::size_t column = position % kColumns;
-    return Text(isFiller(row, column) ? 2 : 1, kTable[row][column]);
+    return Text(isFiller(row, column) ? 2 : 1, kTable[row][column / kHalf][column % kHalf]);
 }
 
 bool Fingering::change(DiagramEditor& editor, MessageBoxes& messages) {

@@ -51,7 +51,7 @@ Result<Criterion> readCriterion(TextView criterion) {
 
 Result<Done> Recordset::open(std::unique_ptr<RowSource> source, TextView connection,
                              TextView recordSource) {
-    const Result<Done> opened = source->open(connection);
+    Result<Done> opened = source->open(connection);
     if (!opened)
         return opened;
     Result<Table> table = source->read(recordSource);

@@ -329,7 +329,7 @@ TEST_F(DictionaryTest, AMissingOrDamagedDatabaseIsToldAndTriedAgain) {
     EXPECT_TRUE(isVisible(GB1));
     // The fonts are not there yet, which does not keep anyone from searching.
     EXPECT_TRUE(isVisible(Notice));
-    EXPECT_NE(text(Notice).find("Only 0 of the 34"), std::string::npos) << text(Notice);
+    EXPECT_NE(text(Notice).find("None of the 34 diagram fonts"), std::string::npos) << text(Notice);
     find(u"C");
     EXPECT_EQ(text(LB), "C Major");
     EXPECT_TRUE(program.messages.boxes.empty());
