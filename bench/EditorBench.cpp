@@ -328,8 +328,6 @@ class TimedEditor : public Editor {
         const Watch watch(other);
         return editor_.faceAt(position);
     }
-    std::optional<Rgb> background() const override { return editor_.background(); }
-    void setBackground(std::optional<Rgb> colour) override { editor_.setBackground(colour); }
     Selection selection() const override {
         const Watch watch(other);
         return editor_.selection();

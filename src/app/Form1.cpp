@@ -190,12 +190,6 @@ bool Form1::translate(MSG& message) {
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
-    return isMine && ::TranslateAcceleratorW(handle(), accelerators_.get(), &message);
-}
-
-bool Form1::translate(MSG& message) {
-    // Other windows have shortcuts of their own.
-    const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
     if (isMine && !dictionary_.editsText(message) &&
         ::TranslateAcceleratorW(handle(), accelerators_.get(), &message))
         return true;

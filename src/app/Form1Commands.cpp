@@ -175,6 +175,7 @@ void Form1::align(Alignment alignment) {
 
 // Text selected within a line is what the user wants to find.
 void Form1::openFind() {
+    closeDictionary();
     const Text selected = rtftext_.textBetween(rtftext_.selection());
     const bool isInLine = selected.find_first_of(u"\r\v") == Text::npos;
     find_.open(handle(), isInLine ? TextView(selected) : TextView());
@@ -186,6 +187,7 @@ void Form1::findAgain() {
 }
 
 void Form1::insertTablature() {
+    closeDictionary();
     tab_.open(handle());
 }
 

@@ -181,6 +181,16 @@ TEST_F(DictionaryTest, EachViewHasItsButtonsAndCloses) {
     EXPECT_EQ(panel().width(), PanelWidth::Closed);
 }
 
+TEST_F(DictionaryTest, FindAndTablatureTakeTheRoom) {
+    start();
+    for (const Command command : {Command::mnuFind, Command::mnuTab}) {
+        EXPECT_NE(panel().width(), PanelWidth::Closed);
+        program.command(command);
+        EXPECT_EQ(panel().width(), PanelWidth::Closed);
+        program.command(Command::mnuEditDic);
+    }
+}
+
 TEST_F(DictionaryTest, TabWalksThroughEveryControlAndEscLeaves) {
     start();
     std::set<HWND> reached;
@@ -259,9 +269,9 @@ TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
     EXPECT_EQ(stylesNow(), styles);
 
     program.editor().select({0, 8});
-    ::SendMessageW(program.editor().handle(), WM_COPY, 0, 0);
+    program.clipboard.rich = program.editor().selectionRtf();
     program.editor().select({9, 10});
-    ::SendMessageW(program.editor().handle(), WM_PASTE, 0, 0);
+    program.command(Command::mnuEditPaste);
     EXPECT_EQ(program.text(), glyphs + "\r" + glyphs + "     F\rsong by the river");
     for (std::int32_t i = 0; i < 8; ++i)
         EXPECT_EQ(styleAt(9 + i), styles[static_cast<std::size_t>(i)]);
