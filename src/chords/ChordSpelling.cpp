@@ -492,7 +492,9 @@ std::optional<Text> houseSpelling(TextView chord) {
     const auto suffix = SuffixReader(rest, *root).read();
     if (!suffix)
         return std::nullopt;
-    return normaliseSuffixes(SuffixWriter(nameOf(*root)).write(*suffix));
+    Text spelled = SuffixWriter(nameOf(*root)).write(*suffix);
+    // What is written here is in house style; only the accidental of a bass depends on the rows.
+    return suffix->bass ? normaliseSuffixes(spelled) : spelled;
 }
 
 bool resemblesChord(TextView text) {

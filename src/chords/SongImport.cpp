@@ -77,8 +77,7 @@ void Importer::split(TextView source) {
 // Lines of a tablature or grid environment are its, whatever they look like.
 void Importer::judge() {
     bool isEnvironment = false;
-    for (std::size_t number = 0; number < song_.source.size(); ++number) {
-        SourceLine& line = song_.source[number];
+    for (SourceLine& line : song_.source) {
         line.verdict = judgeLine(line.text);
         if (line.verdict == LineVerdict::Directive) {
             const auto directive = readDirective(line.text);
