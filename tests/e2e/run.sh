@@ -371,8 +371,7 @@ by_keyboard() {
     drive wait-front "Melvorin"
     expect "what was replaced" $'  and 2 items were replaced.  ' "$(drive message | tail -n 1)"
     press Return
-    drive wait-text $'C  G\nlight light' wait-front "Find and Replace"
-    press Escape
+    drive wait-text $'C  G\nlight light'
     title "keys.txt - Melvorin"
     press ctrl+End ctrl+shift+Left ctrl+x
     drive wait-text $'C  G\nlight '
@@ -380,7 +379,7 @@ by_keyboard() {
     drive wait-text $'lightC  G\nlight '
     press ctrl+z
     drive wait-text $'C  G\nlight '
-    press ctrl+a alt+f Up Up Return
+    press ctrl+a alt Right Right Down Up Up Return
     press ctrl+End
     drive wait-text $'C  G\nLIGHT '
     press ctrl+s alt+F4
