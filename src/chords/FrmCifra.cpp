@@ -21,14 +21,10 @@ constexpr int kFull = 100;
 constexpr int kPerLine = 2;
 constexpr int kBusyRounds = 500;
 
-// The way for charts that are long, or that the control reads differently in Rich Text.
-void insertPlain(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
-    const EditorText text = chartText(chart.lines);
-    rtftext.select({place, place});
-    rtftext.replaceSelection(text.chars);
-    rtftext.select({place, place + static_cast<std::int32_t>(text.chars.size())});
-    rtftext.setSelectionFont(chart.face, chart.points);
-    rtftext.setSelectionColour({});
+// Colours the lines of chords of a chart that stands at `place`, from a line's beginning.
+void colourChords(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
+    if (chart.lines.size() > kMostColouredLines)
+        return;
     std::int32_t begin = place;
     for (const ImportedLine& line : chart.lines) {
         const auto end = begin + static_cast<std::int32_t>(line.text.size());
@@ -38,16 +34,33 @@ void insertPlain(RichEdit& rtftext, std::int32_t place, const CreatedChart& char
         }
         begin = end + 1;
     }
+    rtftext.select({place, place});
+}
+
+// The way for charts that are long, or that the control reads differently in Rich Text.
+void insertPlain(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
+    const EditorText text = chartText(chart.lines);
+    rtftext.select({place, place});
+    rtftext.replaceSelection(text.chars);
+    rtftext.select({place, place + static_cast<std::int32_t>(text.chars.size())});
+    rtftext.setSelectionFont(chart.face, chart.points);
+    rtftext.setSelectionColour({});
+    colourChords(rtftext, place, chart);
 }
 
 // A chart stands on lines of its own: where the selection begins or ends within a line, that line
 // is broken. An empty document becomes the chart.
 void insertChart(RichEdit& rtftext, const CreatedChart& chart) {
     const std::string rtf = chartRtf(chart.lines, chart.face, chart.points);
-    const Text inserted = chartText(chart.lines).chars;
+    const EditorText inserted = chartText(chart.lines);
     const bool isShort = chart.lines.size() <= kMostRichLines;
-    if (isShort && rtftext.isEmpty() && rtftext.loadRtf(rtf) && rtftext.text().chars == inserted)
+    const bool isEmpty = rtftext.isEmpty();
+    if (isShort && isEmpty && rtftext.loadRtf(rtf) && rtftext.text().chars == inserted.chars)
         return;
+    if (!isShort && isEmpty && rtftext.loadPlain(inserted, chart.face, chart.points)) {
+        colourChords(rtftext, 0, chart);
+        return;
+    }
     const std::string before = rtftext.rtf();
     const Text text = rtftext.text().chars;
     const Selection selection = rtftext.selection();
@@ -62,7 +75,7 @@ void insertChart(RichEdit& rtftext, const CreatedChart& chart) {
         rtftext.select({place, place});
     };
     makeRoom();
-    const Text expected = text.substr(0, begin) + above + inserted + below + text.substr(end);
+    const Text expected = text.substr(0, begin) + above + inserted.chars + below + text.substr(end);
     const bool isIn =
         isShort && rtftext.replaceSelectionRtf(rtf) && rtftext.text().chars == expected;
     if (!isIn) {

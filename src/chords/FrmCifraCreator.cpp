@@ -18,6 +18,8 @@ namespace {
 constexpr int kFontPoints = 10;
 // The chart box shows so many characters of a long chart; the document gets all.
 constexpr std::size_t kLongestPreview = 500'000;
+// And the song box so many of a long song; what follows is used unseen.
+constexpr std::size_t kLongestInput = 1'000'000;
 constexpr UINT_PTR kChangeTimer = 1;
 constexpr UINT kChangeMs = 250;  // typing goes on until so long nothing was typed
 // Pixels at 96 dpi.
@@ -128,7 +130,7 @@ bool FrmCifraCreator::createWindow(HWND owner) {
     // What is pasted is text, whatever else the clipboard has; and here typing can be undone.
     ::SendMessageW(Rb1_.handle(), EM_SETTEXTMODE, TM_PLAINTEXT | TM_MULTILEVELUNDO, 0);
     ::SendMessageW(Rb1_.handle(), EM_SETUNDOLIMIT, 100, 0);
-    ::SetWindowSubclass(Rb1_.handle(), answerDialog, 1, 0);
+    ::SetWindowSubclass(Rb1_.handle(), songBox, 1, reinterpret_cast<DWORD_PTR>(this));
     // Tab goes from the buttons to the song and on in the order of the layout.
     ::SetWindowPos(Rb1_.handle(), labels_[0], 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     onLayout();
@@ -485,10 +487,9 @@ void FrmCifraCreator::openFile() {
     setInput(decoded.text);
 }
 
-// Instead of the whole song, which is what pasting by a button means; Ctrl+V pastes at the caret.
-void FrmCifraCreator::paste() {
+std::optional<Text> FrmCifraCreator::clipboardText() const {
     if (!::IsClipboardFormatAvailable(CF_UNICODETEXT) || !::OpenClipboard(handle()))
-        return;
+        return std::nullopt;
     Text text;
     if (const HANDLE data = ::GetClipboardData(CF_UNICODETEXT)) {
         const auto* chars = static_cast<const char16_t*>(::GlobalLock(data));
@@ -498,19 +499,76 @@ void FrmCifraCreator::paste() {
     }
     ::CloseClipboard();
     text.resize(std::min(text.size(), text.find(u'\0')));
-    setInput(text);
+    return text;
+}
+
+// Pasting by the button means the whole song.
+void FrmCifraCreator::paste() {
+    if (const auto text = clipboardText())
+        setInput(*text);
+}
+
+// Pasting by the keyboard goes to the caret, and takes only the text of what was copied.
+void FrmCifraCreator::pasteAtCaret() {
+    const auto text = clipboardText();
+    if (!text)
+        return;
+    if (text->size() <= kLongestInput / 4) {
+        ::SendMessageW(Rb1_.handle(), EM_REPLACESEL, TRUE, lparamOf(wide(*text)));
+        return;
+    }
+    Text whole = sourceText();
+    const Selection selection = Rb1_.selection();
+    whole.replace(static_cast<std::size_t>(selection.begin),
+                  static_cast<std::size_t>(selection.end - selection.begin),
+                  toEditorText(*text).chars);
+    setInput(whole);
+}
+
+LRESULT CALLBACK FrmCifraCreator::songBox(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR self) {
+    const bool control = ::GetKeyState(VK_CONTROL) < 0;
+    const bool shift = ::GetKeyState(VK_SHIFT) < 0;
+    const bool isPaste = message == WM_PASTE ||
+                         (message == WM_KEYDOWN && ((wParam == 'V' && control && !shift) ||
+                                                    (wParam == VK_INSERT && shift && !control)));
+    if (!isPaste)
+        return answerDialog(window, message, wParam, lParam, id, self);
+    auto* creator = reinterpret_cast<FrmCifraCreator*>(self);
+    try {
+        creator->pasteAtCaret();
+    } catch (const std::exception& error) {
+        creator->onException(error);
+    }
+    return 0;
+}
+
+// The song, also what the box does not show of it. A soft line break is a line end here.
+Text FrmCifraCreator::sourceText() const {
+    Text text = Rb1_.text().chars;
+    std::replace(text.begin(), text.end(), u'\v', u'\r');
+    return text.append(unseen_);
 }
 
 void FrmCifraCreator::setInput(TextView text) {
+    const Text chars = toEditorText(text).chars;
+    std::size_t shown = chars.size();
+    if (shown > kLongestInput) {
+        const std::size_t lineEnd = chars.rfind(u'\r', kLongestInput);
+        shown = lineEnd == Text::npos ? kLongestInput : lineEnd + 1;
+    }
     settingInput_ = true;
     {
         const EditorWork work(Rb1_);
         Rb1_.select({0, -1});
-        Rb1_.replaceSelection(toEditorText(text).chars);
+        Rb1_.replaceSelection(TextView(chars).substr(0, shown));
         Rb1_.select({0, 0});
         Rb1_.scrollTo({0, 0});
     }
     settingInput_ = false;
+    unseen_ = chars.substr(shown);
+    ::SetWindowTextW(labels_[0], unseen_.empty() ? L"&Song as it was found"
+                                                 : L"&Song as it was found (its end is not shown)");
     converted_ = false;
     refresh();
     ::SetFocus(Rb1_.handle());
@@ -521,17 +579,16 @@ void FrmCifraCreator::inputChanged() {
 }
 
 void FrmCifraCreator::refresh() {
-    Text source = Rb1_.text().chars;
-    // A soft line break is a line end here.
-    std::replace(source.begin(), source.end(), u'\v', u'\r');
-    draft_.setSource(std::move(source));
+    if (Rb1_.isEmpty() && !unseen_.empty())
+        return setInput({});  // who clears the box means the whole song
+    draft_.setSource(sourceText());
     showChart();
     showLists();
 }
 
 void FrmCifraCreator::showChart() {
-    result_ = {converted_ ? linesOf(normaliseSuffixes(Rb1_.text().chars)) : draft_.song().lines,
-               face_, kFontPoints};
+    result_ = {converted_ ? linesOf(normaliseSuffixes(sourceText())) : draft_.song().lines, face_,
+               kFontPoints};
     const EditorWork work(RTB2_);
     const ScrollPosition scroll = RTB2_.scrollPosition();
     const bool isShort = result_.lines.size() <= kMostRichLines;
@@ -566,9 +623,11 @@ void FrmCifraCreator::showLists() {
     const HWND lines = control(kLines);
     ListView_SetItemCountEx(lines, static_cast<int>(draft_.song().source.size()), LVSICF_NOSCROLL);
     ::InvalidateRect(lines, nullptr, TRUE);
-    const Text summary =
-        converted_ ? Text(u"The text with its chord suffixes in one spelling, line by line.")
-                   : draft_.summary();
+    Text summary = converted_
+                       ? Text(u"The text with its chord suffixes in one spelling, line by line.")
+                       : draft_.summary();
+    if (result_.lines.size() > kMostColouredLines)
+        summary += u" Too long to be coloured.";
     ::SetWindowTextW(control(kSummary), wide(summary));
     ::SetWindowTextW(labels_[2], converted_ ? L"C&hart: converted text" : L"C&hart");
     ::EnableWindow(control(IDOK), hasResult());

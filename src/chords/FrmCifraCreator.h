@@ -17,6 +17,8 @@ namespace melvorin {
 // Charts with more lines are not handed to the control as Rich Text: the time it takes to read that
 // grows with the square of the length (Wine).
 inline constexpr std::size_t kMostRichLines = 3000;
+// Charts with more lines are not coloured; every coloured line takes longer than the one before.
+inline constexpr std::size_t kMostColouredLines = 12'000;
 
 struct CreatedChart {
     std::vector<ImportedLine> lines;
@@ -72,7 +74,12 @@ class FrmCifraCreator : public Dialog {
                     DWORD extendedStyle = 0);
     void openFile();
     void paste();
+    void pasteAtCaret();
+    std::optional<Text> clipboardText() const;
+    Text sourceText() const;
     void setInput(TextView text);
+    static LRESULT CALLBACK songBox(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                    UINT_PTR id, DWORD_PTR self);
     void inputChanged();
     void refresh();
     void showChart();
@@ -86,6 +93,7 @@ class FrmCifraCreator : public Dialog {
     NotationDraft draft_;
     RichEdit Rb1_;
     RichEdit RTB2_;
+    Text unseen_;  // the end of a song that is too long for its box
     Text face_;
     std::vector<HWND> labels_;
     // Cmd1 was the last command: RTB2 has the text with its suffixes rewritten, not the chart.

@@ -391,6 +391,7 @@ by_keyboard() {
     press ctrl+o
     drive wait-front " Open"
     enter "$(windows_path "$song")"
+    drive wait-field "$(windows_path "$song")"
     press Return
     drive wait-no-window " Open" wait "keys.txt - Melvorin" close
     ended

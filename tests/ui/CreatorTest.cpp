@@ -1,4 +1,6 @@
 // The creator of charts: the real window over the real editor.
+#include <cstring>
+
 #include "Scripted.h"
 #include "chords/DocumentKey.h"
 #include "chords/FrmCifraCreator.h"
@@ -262,21 +264,74 @@ TEST(Creator, IsUsedByTheKeyboard) {
     });
 }
 
-// Long songs take the plain way, with every line and every colour.
+// Long songs take the plain way, with every line and every colour, into an empty document and into
+// another one.
 TEST(Creator, TakesLongSongs) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    const ScratchFolder folder;
     Text song;
     for (std::size_t i = 0; i < kMostRichLines / 2 + 100; ++i)
         song += u"Am   G\rwords of it\r";
+    for (const Text& document : {Text(), folder.add(u"a.txt", "first\r\nlast")}) {
+        Program program;
+        ASSERT_TRUE(program.start(document));
+        const Text before = document.empty() ? u"" : u"first\r";
+        program.editor().select({static_cast<int>(before.size()), static_cast<int>(before.size())});
+        const CreatorRun run(program, [&](Creator& creator) {
+            fill(program, creator, song);
+            press(creator, IDOK);
+        });
+        const Text expected = before + song + (document.empty() ? u"" : u"last");
+        const Text text = program.editor().text().chars;
+        // Not printed: it is long.
+        EXPECT_TRUE(text == expected || text + u"\r" == expected);
+        const auto last = static_cast<std::int32_t>(before.size() + song.size()) - 18;
+        EXPECT_EQ(styleAt(program.editor(), last).colour, kChordColour);
+        EXPECT_EQ(styleAt(program.editor(), last + 8).colour, (Rgb{0, 0, 0}));
+        EXPECT_EQ(styleAt(program.editor(), last).halfPoints, 20);
+    }
+}
+
+// What the clipboard has besides text does not count, and a song that is too long for its box is
+// there all the same.
+TEST(Creator, PastesTextAlone) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    static constexpr char rtf[] = "{\\rtf1 {\\b other}}";
+    const auto copy = [&](TextView text, bool rich) {
+        ASSERT_TRUE(::OpenClipboard(program.form->handle()));
+        ::EmptyClipboard();
+        const auto put = [](UINT format, const void* bytes, std::size_t size) {
+            const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size);
+            std::memcpy(::GlobalLock(memory), bytes, size);
+            ::GlobalUnlock(memory);
+            ::SetClipboardData(format, memory);
+        };
+        if (rich)
+            put(::RegisterClipboardFormatW(L"Rich Text Format"), rtf, sizeof rtf);
+        put(CF_UNICODETEXT, Text(text).c_str(), (text.size() + 1) * sizeof(char16_t));
+        ::CloseClipboard();
+    };
+    Text song;
+    while (song.size() < 1'200'000)
+        song.append(5000, u'o').append(u"h\r");
     const CreatorRun run(program, [&](Creator& creator) {
-        fill(program, creator, song);
-        press(creator, IDOK);
+        copy(u"Am7\r\nla", true);
+        ::SendMessageW(creator.rb1().handle(), WM_PASTE, 0, 0);
+        EXPECT_EQ(shown(creator.rb1().text().chars), "Am7\rla");
+        press(creator, Creator::kPaste);
+        EXPECT_EQ(shown(creator.rtb2().text().chars), "Am7\rla");
+        copy(song, false);
+        press(creator, Creator::kPaste);
+        EXPECT_LT(creator.rb1().text().chars.size(), song.size());
+        Text whole;
+        for (const SourceLine& line : creator.draft().song().source)
+            whole.append(line.text).append(line.end);
+        EXPECT_TRUE(whole == song);
+        creator.rb1().select({0, -1});
+        creator.rb1().replaceSelection(u"");
+        program.waitUntil([&] { return creator.draft().song().source.empty(); });
+        press(creator, IDCANCEL);
     });
-    EXPECT_EQ(program.text() + "\r", shown(song));
-    const auto last = static_cast<std::int32_t>(song.size()) - 18;
-    EXPECT_EQ(styleAt(program.editor(), last).colour, kChordColour);
-    EXPECT_EQ(styleAt(program.editor(), last + 8).colour, (Rgb{0, 0, 0}));
 }
 
 }  // namespace
