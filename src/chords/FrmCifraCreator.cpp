@@ -185,7 +185,7 @@ void FrmCifraCreator::createControls() {
     label(L"Chords &not found");
     list(kNotFound);
     addControl(L"STATIC", L"", SS_LEFTNOWORDWRAP | SS_NOPREFIX, kSummary);
-    button(L"Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
+    button(L"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
     button(L"Cancel", IDCANCEL);
 }
 
@@ -449,6 +449,12 @@ void FrmCifraCreator::showPlaces(std::size_t sourceLine) {
     if (sourceLine >= draft_.song().source.size())
         return;
     const SourceLine& line = draft_.song().source[sourceLine];
+    // The list may be too narrow for a remark.
+    const Text remark = remarkText(line.remarks);
+    const Text told = remark.empty() ? draft_.summary()
+                                     : u"Line " + fromUtf8(std::to_string(sourceLine + 1)) + u", " +
+                                           Text(nameOf(line.verdict)) + u": " + remark + u".";
+    ::SetWindowTextW(control(kSummary), wide(told));
     showAt(Rb1_, rangeAt(draft_.sourcePosition(sourceLine), line.text.size()));
     if (converted_)
         return;

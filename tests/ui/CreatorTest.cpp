@@ -159,6 +159,9 @@ TEST(Creator, OneKeyChangesAVerdict) {
         }
         key(creator, 1, 'L');
         EXPECT_EQ(cell(creator, 1, 3), "looks like chords to a key change");
+        Text told(100, u'\0');
+        ::GetWindowTextW(creator.control(Creator::kSummary), wideBuffer(told), 100);
+        EXPECT_EQ(shown(told.c_str()), "Line 2, lyrics: looks like chords to a key change.");
         // Typing elsewhere leaves the verdict where it is.
         creator.rb1().select({0, 0});
         creator.rb1().replaceSelection(u"New\r");
