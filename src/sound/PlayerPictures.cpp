@@ -17,8 +17,10 @@ Pixels drawn(int side, std::uint32_t colour, Covers covers) {
         for (int x = 0; x < side; ++x) {
             std::uint32_t hits = 0;
             for (int k = 0; k < kSamples * kSamples; ++k) {
-                const double px = (x + (k % kSamples + 0.5) / kSamples) / side;
-                const double py = (y + (k / kSamples + 0.5) / kSamples) / side;
+                const int column = k % kSamples;
+                const int row = k / kSamples;
+                const double px = (x + (column + 0.5) / kSamples) / side;
+                const double py = (y + (row + 0.5) / kSamples) / side;
                 hits += covers(px, py) ? 1U : 0U;
             }
             const std::uint32_t alpha = hits * 255 / (kSamples * kSamples);
