@@ -60,13 +60,17 @@ def chord_shapes(kind, root):
     return tuple(best)
 
 
+def with_other_symbols(root, kind):
+    symbol, name = symbol_and_name(root, kind)
+    bass = symbol.rpartition("/")[2]
+    return symbol, name, tuple(root + suffix.format(bass) for suffix in kind.also)
+
+
 def make_book():
     """All entries, root by root in the order of the kinds."""
     kinds = read_kinds()
     chords = [
-        (root, kind, *symbol_and_name(root, kind), tuple(root + suffix for suffix in kind.also))
-        for root in ROOTS
-        for kind in kinds
+        (root, kind, *with_other_symbols(root, kind)) for root in ROOTS for kind in kinds
     ]
     check_searches("symbol", [text for _, _, symbol, _, also in chords for text in (symbol, *also)])
     check_searches("name", [name for _, _, _, name, _ in chords])
