@@ -49,7 +49,7 @@ Result<Done> ChordReport::describe(TextView chord, std::string& report) {
         if (text.empty() || !found || *found.value)
             continue;
         chords_.moveFirst();
-        found = chords_.find(searchCriterion(field, text));
+        found = findChord(chords_, field, text);
     }
     if (!found)
         return Result<Done>::failure(found.cause);

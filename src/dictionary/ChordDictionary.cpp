@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/Paths.h"
+#include "chords/ChordSpelling.h"
 #include "dictionary/Fingering.h"
 #include "dictionary/SqliteSource.h"
 
@@ -44,6 +45,17 @@ Text searchText(TextView typed, const Normalise& normalise) {
 Text searchCriterion(SearchField field, TextView searchText) {
     return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + upperCase(searchText) +
            u"'";
+}
+
+Result<bool> findChord(Recordset& records, SearchField field, TextView searchText) {
+    Result<bool> found = records.find(searchCriterion(field, searchText));
+    if (!found || *found.value || field != SearchField::Symbol)
+        return found;
+    const std::optional<Text> spelled = houseSpelling(searchText);
+    if (!spelled || *spelled == searchText)
+        return found;
+    records.moveFirst();
+    return records.find(searchCriterion(field, *spelled));
 }
 
 Text jetConnection(TextView programFolder) {
@@ -110,7 +122,7 @@ void ChordDictionary::search(TextView text, SearchField field) {
     };
     if (const Result<Done> refreshed = records_.refresh(); !refreshed)
         return fail(refreshed.cause);
-    const Result<bool> found = records_.find(searchCriterion(field, text));
+    const Result<bool> found = findChord(records_, field, text);
     if (!found)
         return fail(found.cause);
     if (*found.value) {

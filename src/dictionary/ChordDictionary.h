@@ -36,6 +36,9 @@ using Normalise = std::function<Text(TextView)>;
 Text searchText(TextView typed, const Normalise& normalise);
 // The criterion for a search text, an apostrophe in it left as it is.
 Text searchCriterion(SearchField field, TextView searchText);
+// Searches from the current row on; a symbol in another usual notation ("Bm7(9)") is looked for in
+// the house's spelling where it is not found as it stands.
+Result<bool> findChord(Recordset& records, SearchField field, TextView searchText);
 
 inline constexpr std::size_t kDiagramButtons = 6;  // GB1 to GB6
 

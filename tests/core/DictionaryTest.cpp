@@ -172,6 +172,8 @@ TEST(ChordDictionary, FindsAndShows) {
         const char* box;
     } cases[] = {
         {u"  cm7 ", SearchField::Symbol, "cm7", "Melvorin 09|C Minor Seventh|nN---J", ""},
+        {u"C(sus4)", SearchField::Symbol, "C(sus4)", "Melvorin 10|C Fourth|gGh-j-", ""},
+        {u"Cmin7", SearchField::Symbol, "Cmin7", "Melvorin 09|C Minor Seventh|nN---J", ""},
         {u"   ", SearchField::Symbol, "", "Melvorin 09|C Minor Seventh|nN---J", ""},
         {u"c fourth", SearchField::Name, "c fourth", "Melvorin 10|C Fourth|gGh-j-", ""},
         {u"C", SearchField::Name, "C", "Melvorin 10|C Fourth|gGh-j-", kNotFound},
