@@ -107,7 +107,7 @@ constexpr ToolButton kToolbar[] = {
     push(u"Paste", mnuEditPaste, u"Paste (Ctrl+V)"),
     push(u"Delete", mnuEditDelete, u"Delete (Del)"),
     kSeparator,
-    push(u"Find", mnuFind, u"Find and Replace (Ctrl+F)"),
+    push(u"Find", toolbarFind, u"Find and Replace (Ctrl+F)"),
     kSeparator,
     push(u"Undo", mnuEditUndo, u"Undo (Ctrl+Z)"),
     push(u"Redo", mnuEditRedo, u"Redo (Ctrl+Y)"),

@@ -84,6 +84,8 @@ enum class Command : std::uint16_t {
     alignRight,
     // F3, which no menu shows.
     findAgain,
+    // The toolbar's "Find", which does more than the menu's.
+    toolbarFind,
     count,
 };
 

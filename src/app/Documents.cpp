@@ -178,7 +178,7 @@ bool Documents::load(TextView path) {
 }
 
 bool Documents::openExample(TextView path) {
-    if (!mayLeave() || !showFile(path))
+    if (!showFile(path))
         return false;
     setPath({});
     showTitle();
@@ -280,13 +280,14 @@ void Documents::showTitle() {
 // ---- Changes ----------------------------------------------------------------------------------
 
 void Documents::record() {
+    // Until it is: the editor may fail to give its text.
+    unrecorded_ = true;
     switch (history_.record(editor_.rtf(), editor_.selection().begin, editor_.background())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
             unrecorded_ = false;
             break;
         case SnapshotHistory::Outcome::NotWritten:
-            unrecorded_ = true;
             // Once is enough: the next key would bring the same message.
             if (!recordingFailed_)
                 reportFailure(services_.messages,
@@ -296,7 +297,6 @@ void Documents::record() {
             recordingFailed_ = true;
             break;
         case SnapshotHistory::Outcome::Full:
-            unrecorded_ = true;
             if (!historyFull_)
                 reportFailure(services_.messages,
                               u"So many changes were made that no more can be kept for Undo."
@@ -321,10 +321,15 @@ void Documents::startHistory() {
 void Documents::changed() {
     // Dirty first: while a message about the snapshot is open, the session may end.
     state_.dirty = true;
-    record();
-    state_.undo = history_.canUndo();
     state_.saveAs = !editor_.isEmpty();
     state_.keyButtons = false;
+    try {
+        record();
+    } catch (...) {
+        publish();
+        throw;
+    }
+    state_.undo = history_.canUndo();
     publish();
 }
 

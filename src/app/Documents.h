@@ -56,7 +56,7 @@ class Documents {
     // that list. False when it could not be opened; then nothing has changed.
     bool openPath(TextView path, bool remember);
     // Shows a document that ships with the program as an untitled one, so that saving cannot
-    // change the shipped file. False when it could not be opened.
+    // change the shipped file; whoever calls has asked mayLeave. False when it could not be opened.
     bool openExample(TextView path);
     // True when the document is saved afterwards.
     bool save();

@@ -1,6 +1,7 @@
 #include "app/EditCommands.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <vector>
 
 #include "app/LetterCase.h"
@@ -16,30 +17,44 @@ namespace {
 // Up to here single edits of the control are faster than loading the document anew.
 constexpr std::size_t kFewLetters = 200;
 
+const Text kCannotPaste = u"The text on the clipboard cannot be pasted.\r\n\r\n";
+
 bool tell(MessageBoxes& messages, TextView text) {
     messages.show(text, kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
     return false;
 }
 
-// Only what was found sound reaches the control. Nothing where there is none of that.
-std::optional<std::string> soundRichText(Clipboard& clipboard) {
-    if (!clipboard.hasRichText())
-        return std::nullopt;
+// Only what was found sound reaches the control.
+Result<std::string> soundRichText(Clipboard& clipboard) {
     const Result<std::string> bytes = clipboard.richText(kLargestPaste);
     if (!bytes)
-        return std::nullopt;
+        return bytes;
     RtfVerdict verdict = checkRtf(*bytes.value);
     if (verdict.kind != RtfVerdict::Kind::Ok)
-        return std::nullopt;
+        return Result<std::string>::failure(verdict.sentence);
     // A control that has lost characters on the way out may have put the plain text beside.
     const Result<Text> text = clipboard.text(kLargestPaste);
-    return text ? withLostCharacters(std::move(verdict.document), toEditorText(*text.value).chars)
-                : std::move(verdict.document);
+    return Result<std::string>::success(
+        text ? withLostCharacters(std::move(verdict.document), toEditorText(*text.value).chars)
+             : std::move(verdict.document));
 }
 
 void receive(Editor& editor, TextView face) {
     setIncomingFormat(editor, face);
     editor.sendUndo();
+}
+
+// The selection replaced by Rich Text; where the control refuses it, the document is as it was.
+bool replaceByRtf(Editor& editor, TextView face, const std::string& rtf) {
+    const std::string before = editor.rtf();
+    const Selection selection = editor.selection();
+    const EditorWork work(editor);
+    receive(editor, face);
+    if (editor.replaceSelectionRtf(rtf))
+        return true;
+    editor.loadRtf(before);
+    editor.select(selection);
+    return false;
 }
 
 }  // namespace
@@ -60,24 +75,34 @@ std::size_t columnOfSelection(const Editor& editor) {
 bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
                     const ExpandTabs& expand) {
     // All of it is in hand before the document is touched, whatever the clipboard does meanwhile.
-    if (const std::optional<std::string> rtf = soundRichText(clipboard)) {
-        const EditorWork work(editor);
-        receive(editor, face);
-        if (editor.replaceSelectionRtf(*rtf))
+    Text richCause;
+    if (clipboard.hasRichText()) {
+        const Result<std::string> rich = soundRichText(clipboard);
+        if (rich && replaceByRtf(editor, face, *rich.value))
             return true;
+        richCause = rich ? Text(u"The editor does not take it.") : rich.cause;
     }
     if (!clipboard.hasText())
-        return tell(messages, u"The clipboard holds no text that could be pasted.");
+        return tell(messages, richCause.empty()
+                                  ? u"The clipboard holds no text that could be pasted."
+                                  : kCannotPaste + richCause);
     Result<Text> plain = clipboard.text(kLargestPaste);
     if (!plain)
-        return tell(messages, u"The text on the clipboard cannot be pasted.\r\n\r\n" + plain.cause);
+        return tell(messages, kCannotPaste + plain.cause);
     const std::optional<Text> text =
         expand(toEditorText(*plain.value).chars, columnOfSelection(editor));
     if (!text)
         return false;
-    const EditorWork work(editor);
-    receive(editor, face);
-    editor.replaceSelection(*text);
+    {
+        const EditorWork work(editor);
+        receive(editor, face);
+        editor.replaceSelection(*text);
+    }
+    if (!richCause.empty())
+        tell(messages,
+             u"The formatted text on the clipboard cannot be pasted; only its plain text "
+             u"was.\r\n\r\n" +
+                 richCause);
     return true;
 }
 
@@ -131,7 +156,9 @@ bool loadConverted(Editor& editor, const std::string& rtf, const RtfMap& map,
         expected[letter.position] = letter.becomes;
     if (editor.loadRtf(map.rewrite(rewritesOf(letters), {})) && editor.text().chars == expected)
         return true;
-    editor.loadRtf(rtf);
+    // The edits one by one begin with what was there before.
+    if (!editor.loadRtf(rtf) || editor.text().chars != map.text())
+        throw std::runtime_error("the editor does not take its own text back");
     return false;
 }
 

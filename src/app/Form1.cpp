@@ -47,6 +47,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuSelectAll, &Form1::selectAll},
         {Command::mnuFind, &Form1::openFind},
         {Command::findAgain, &Form1::findAgain},
+        {Command::toolbarFind, &Form1::toolbarFind},
         {Command::mnuFont, &Form1::openFont},
         {Command::mnuBold, &Form1::toggleBold},
         {Command::mnuItalic, &Form1::toggleItalic},
@@ -99,7 +100,7 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { recent_.add(path); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
-      find_(services_, rtftext_, [this] { documents_.changed(); }),
+      find_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       tab_(services_, rtftext_, [this](const std::function<bool()>& change) { edit(change); }),
       song_(services_),
@@ -298,6 +299,9 @@ void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
         fromToolbar ? commandOfKey(toolbar_.keyOf(LOWORD(wParam))) : commandOfId(LOWORD(wParam));
     if (command)
         run(*command);
+    // A check button changes by itself, whether or not its command could run.
+    if (fromToolbar && !ending_)
+        followSelection();
 }
 
 LRESULT Form1::onNotify(LPARAM lParam) {
@@ -400,8 +404,7 @@ void Form1::showRecent(const RecentMenu& menu) {
 // A key change under way: its commands are off, and come back however it ends.
 class Form1::Job {
   public:
-    explicit Job(Form1& form) : form_(form) {
-        form_.jobRuns_ = true;
+    explicit Job(Form1& form) : form_(form), busy_(form) {
         form_.documents_.disableKeyButtons();
         enableItems(false);
     }
@@ -409,7 +412,6 @@ class Form1::Job {
     Job& operator=(const Job&) = delete;
     ~Job() {
         enableItems(true);
-        form_.jobRuns_ = false;
         form_.documents_.idle();
     }
 
@@ -420,6 +422,7 @@ class Form1::Job {
     }
 
     Form1& form_;
+    const Busy busy_;
 };
 
 void Form1::changeKey(Direction direction) {

@@ -98,6 +98,17 @@ class Form1 : public Window {
     void followSelection();
     void bringForward();
     void showState(const ShellState& state);
+    // While it lives no other command begins, and the program does not end.
+    class Busy {
+      public:
+        explicit Busy(Form1& form) : form_(form) { form_.jobRuns_ = true; }
+        Busy(const Busy&) = delete;
+        Busy& operator=(const Busy&) = delete;
+        ~Busy() { form_.jobRuns_ = false; }
+
+      private:
+        Form1& form_;
+    };
     class Job;
     void endProgram();
 
@@ -127,6 +138,7 @@ class Form1 : public Window {
     void align(Alignment alignment);
     void openFind();
     void findAgain();
+    void toolbarFind();
     template <std::size_t Index>
     void openRecent() {
         documents_.openPath(Text(recent_.menu().entries[Index - 1].caption), true);

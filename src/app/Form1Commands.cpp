@@ -12,7 +12,7 @@ namespace melvorin {
 
 // ---- Keys of the editor -----------------------------------------------------------------------
 
-bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) {
+bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) try {
     switch (message) {
         case WM_KEYDOWN:
             return onEditorKey(wParam);
@@ -22,6 +22,9 @@ bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) {
             ::SendMessageW(handle(), message, wParam, lParam);
             return true;
     }
+} catch (const std::exception& error) {
+    onException(error);
+    return true;
 }
 
 // Keys that the control would answer in a way of its own.
@@ -127,6 +130,7 @@ void Form1::editDelete() {
 
 void Form1::editPaste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
+        const Busy busy(*this);
         return FrmTxt().convert(handle(), std::move(text), startColumn);
     };
     const CursorScope hourglass(IDC_WAIT);
@@ -181,6 +185,12 @@ void Form1::openFind() {
     find_.open(handle(), isInLine ? TextView(selected) : TextView());
 }
 
+// The button also stands for the dictionary's own search, as far as it has something to look for.
+void Form1::toolbarFind() {
+    dictionary_.findChord();
+    openFind();
+}
+
 void Form1::findAgain() {
     if (!find_.findNext())
         openFind();
@@ -220,8 +230,11 @@ void Form1::cleanRecent() {
 void Form1::openShipped(Command command) {
     const std::optional<ShippedPages> pages = pagesOf(command);
     const Text folder = services_.program.folder();
-    if (!pages->document.empty() && !documents_.openExample(joinPath(folder, pages->document)))
-        return;
+    if (!pages->document.empty()) {
+        if (!documents_.mayLeave())
+            return;
+        documents_.openExample(joinPath(folder, pages->document));
+    }
     const Text page = joinPath(folder, pages->page);
     const Result<Done> opened = services_.shell.open(page);
     if (!opened)

@@ -62,10 +62,11 @@ void RecentFiles::add(TextView path) {
     // An unused slot is not copied, so what stands below a gap may come to stand in two.
     for (int slot = kSlots - 1; slot >= 1; --slot) {
         const Text value = read(slot);
-        if (isFile(value))
-            write(slot + 1, value);
+        if (isFile(value) && !write(slot + 1, value))
+            return;  // else the newest entry would overwrite one that has no other place
     }
-    write(1, path);
+    if (!write(1, path))
+        return;
     load();
     hideEmpty();
     menu_.clean = true;

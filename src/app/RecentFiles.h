@@ -34,7 +34,8 @@ class RecentFiles {
     void begin();
     // The comparison is exact: two spellings of a path are two files.
     bool isListed(TextView path) const;
-    // Puts a path on top, unless it is listed: the order tells when a file was first used.
+    // Puts a path on top, unless it is listed: the order tells when a file was first used. Where
+    // the INI file cannot be written the list stays as it is; the song is open all the same.
     void add(TextView path);
     // Empties the list. False when the INI file cannot be written; the menu then still shows
     // what the file holds.

@@ -40,6 +40,8 @@ class DictionaryPanel : public Window {
     // Shows the panel with the keyboard in its search box. A database that could not be opened is
     // tried again.
     void show();
+    // Looks up what stands in the search box; nothing for an empty one.
+    void findChord();
     void hide();
     void place(const Area& area);
     // Keys of dialogs (Tab, Enter, Esc) within the panel; true for messages it has dealt with.
@@ -70,7 +72,6 @@ class DictionaryPanel : public Window {
                        DWORD extendedStyle = 0);
     TarnelButton& button(PanelPart part);
 
-    void findChord();
     void insertDiagram(std::size_t index);
     void switchTo(PanelView view);
     void move(void (ChordDictionary::*where)());

@@ -18,17 +18,22 @@ void tell(MessageBoxes& messages, TextView text) {
 
 class EditorTarget : public FindTarget {
   public:
-    explicit EditorTarget(Editor& editor) : editor_(editor) {}
+    EditorTarget(Editor& editor, const std::function<void()>& firstMatch)
+        : editor_(editor), firstMatch_(firstMatch) {}
     std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
         return editor_.find(what, from, options);
     }
     void replace(Selection match, TextView with) override {
+        if (!std::exchange(hasMatch_, true))
+            firstMatch_();
         editor_.select(match);
         editor_.replaceSelection(with);
     }
 
   private:
     Editor& editor_;
+    const std::function<void()>& firstMatch_;
+    bool hasMatch_ = false;
 };
 
 }  // namespace
@@ -38,7 +43,7 @@ Replaced replaceAll(FindTarget& target, TextView what, TextView with, FindOption
     const bool containsItself = findText(with, what, 0, {options.matchCase, false}).has_value();
     const auto advance = static_cast<std::int32_t>(containsItself ? with.size() : what.size());
     Replaced done;
-    while (mayGoOn()) {
+    while (!what.empty() && mayGoOn()) {
         const std::optional<Selection> match = target.find(what, done.nextStart, options);
         if (!match) {
             done.nextStart = 0;
@@ -89,9 +94,8 @@ void FindReplace::replaceEach(const Request& request, const std::function<void()
         const EditorWork work(editor_);
         busy_ = true;
         stop_ = false;
-        focusEditor_();
         editor_.select({0, 0});
-        EditorTarget target(editor_);
+        EditorTarget target(editor_, focusEditor_);
         try {
             done = replaceAll(target, request.what, request.with, request.options, [&] {
                 pump();

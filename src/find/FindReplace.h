@@ -60,6 +60,8 @@ class FindReplace {
     // Ends a running replaceEach at its next match.
     void stop() { stop_ = true; }
     bool isBusy() const { return busy_; }
+    // The window is opened anew: the next search begins at the top.
+    void reset() { nextStart_ = 0; }
 
   private:
     Editor& editor_;

@@ -25,6 +25,8 @@ std::optional<Text> FrmTxt::convert(HWND owner, Text text, std::size_t startColu
     expander_ = TabExpander(startColumn);
     ::SetTimer(handle(), kTimer1, 1, nullptr);
     runModal(owner);
+    if (failure_)
+        std::rethrow_exception(std::exchange(failure_, nullptr));
     const bool whole = done_ == txtPad_.size();
     txtPad_ = {};
     return whole ? std::optional(std::exchange(expanded_, {})) : std::nullopt;
@@ -70,7 +72,14 @@ LRESULT FrmTxt::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void FrmTxt::onTimer1() {
-    expander_.append(TextView(txtPad_).substr(done_, kSlice), expanded_);
+    // Memory may end; the caller hears of it, and no slice is taken twice.
+    try {
+        expander_.append(TextView(txtPad_).substr(done_, kSlice), expanded_);
+    } catch (const std::exception&) {
+        failure_ = std::current_exception();
+        endModal();
+        return;
+    }
     done_ = std::min(done_ + kSlice, txtPad_.size());
     ::SendMessageW(ProgressBar1_, PBM_SETPOS, done_ * 100 / txtPad_.size(), 0);
     if (done_ == txtPad_.size())

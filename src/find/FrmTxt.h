@@ -1,6 +1,7 @@
 // The tab-expansion window: seen only while a very long text is converted.
 #pragma once
 
+#include <exception>
 #include <optional>
 
 #include "app/Text.h"
@@ -27,6 +28,7 @@ class FrmTxt : public Dialog {
     Text expanded_;
     std::size_t done_ = 0;  // characters of txtPad_ that are in expanded_
     TabExpander expander_;
+    std::exception_ptr failure_;
 };
 
 }  // namespace melvorin

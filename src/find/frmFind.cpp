@@ -33,10 +33,11 @@ Text windowText(HWND window) {
 
 }  // namespace
 
-frmFind::frmFind(const Services& services, RichEdit& rtftext, std::function<void()> changed)
+frmFind::frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks)
     : rtftext_(rtftext),
       messages_(services.messages),
-      finder_(rtftext, services.messages, std::move(changed),
+      isBusy_(std::move(callbacks.isBusy)),
+      finder_(rtftext, services.messages, std::move(callbacks.changed),
               [this] { ::SetFocus(rtftext_.handle()); }),
       sounds_(services),
       cmdFindNext_(sounds_),
@@ -76,6 +77,7 @@ bool frmFind::open(HWND owner, TextView what) {
         if (!create(spec))
             return false;
         createControls();
+        finder_.reset();
         centreOver(handle(), owner);
         ::ShowWindow(handle(), SW_SHOW);
     }
@@ -175,19 +177,17 @@ void frmFind::onCommand(int control, int code) {
         case kFindme:
             if (code == CBN_EDITCHANGE)
                 enableActions(Findme_.text());
-            // The box shows the chosen item only afterwards.
             if (code == CBN_SELCHANGE)
-                enableActions(Findme_.items.at(
-                    static_cast<std::size_t>(::SendMessageW(Findme_.window, CB_GETCURSEL, 0, 0))));
+                onItemChosen();
+            if (code == CBN_CLOSEUP)
+                enableActions(Findme_.text());
             break;
         case kFindNext:
-            onFindNext();
-            break;
         case kReplace:
-            onReplace();
-            break;
         case kReplaceAll:
-            onReplaceAll();
+            // Neither inside another command, which waits for an answer, nor inside itself.
+            if (!isBusy_() && isSearchText(Findme_.text()))
+                onAction(control);
             break;
         case IDCANCEL:
             onExit();
@@ -195,6 +195,22 @@ void frmFind::onCommand(int control, int code) {
         default:
             break;
     }
+}
+
+void frmFind::onAction(int control) {
+    if (control == kFindNext)
+        onFindNext();
+    else if (control == kReplace)
+        onReplace();
+    else
+        onReplaceAll();
+}
+
+// The box shows the chosen item only afterwards.
+void frmFind::onItemChosen() {
+    const LRESULT item = ::SendMessageW(Findme_.window, CB_GETCURSEL, 0, 0);
+    if (item >= 0 && item < static_cast<LRESULT>(Findme_.items.size()))
+        enableActions(Findme_.items[static_cast<std::size_t>(item)]);
 }
 
 void frmFind::enableActions(TextView what) {
@@ -244,9 +260,13 @@ void frmFind::onReplaceAll() {
     for (const HWND control : others)
         ::EnableWindow(control, FALSE);
     ::UpdateWindow(handle());
+    const HWND formerFocus = ::GetFocus();
     const auto restore = [&] {
         for (const HWND control : others)
             ::EnableWindow(control, TRUE);
+        // A disabled control has lost it; after a match it is in the song.
+        if (::GetFocus() == nullptr || ::GetFocus() == handle())
+            ::SetFocus(formerFocus);
     };
     try {
         finder_.replaceEach(wanted, [this] { pump(); });

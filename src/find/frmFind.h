@@ -13,8 +13,15 @@ namespace melvorin {
 
 class frmFind : public Window {
   public:
-    // Everything given outlives the window. `changed` is the document's change notification.
-    frmFind(const Services& services, RichEdit& rtftext, std::function<void()> changed);
+    struct Callbacks {
+        // The document's change notification.
+        std::function<void()> changed;
+        // Another command is under way: nothing may be changed now.
+        std::function<bool()> isBusy;
+    };
+
+    // Everything given outlives the window.
+    frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks);
 
     // Opens the window over `owner`, or brings it forward, with `what` as the text to search
     // unless that is empty. False when Windows refuses.
@@ -42,6 +49,8 @@ class frmFind : public Window {
     void createControls();
     HWND addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                     const RECT& place);
+    void onAction(int control);
+    void onItemChosen();
     void enableActions(TextView what);
     FindReplace::Request request() const;
     void onFindNext();
@@ -53,6 +62,7 @@ class frmFind : public Window {
 
     RichEdit& rtftext_;
     MessageBoxes& messages_;
+    std::function<bool()> isBusy_;
     FindReplace finder_;
     HistoryBox Findme_;
     HistoryBox Replaceme_;

@@ -178,10 +178,17 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
     // Placed first and below the old one: a filled control would lay out its text once more.
     ::SetWindowPos(fresh, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     applyPlace();
-    const bool read = streamIn(fresh, format, bytes);
-    // Some controls report success and show nothing.
-    const bool swallowed = read && format == SF_RTF && isEmpty() && rtfHasText(bytes);
-    if (!read || swallowed) {
+    bool filled = false;
+    try {
+        // Some controls report success and show nothing.
+        filled =
+            streamIn(fresh, format, bytes) && !(format == SF_RTF && isEmpty() && rtfHasText(bytes));
+    } catch (...) {
+        handle_ = former;
+        ::DestroyWindow(fresh);
+        throw;
+    }
+    if (!filled) {
         handle_ = former;
         ::DestroyWindow(fresh);
         return false;

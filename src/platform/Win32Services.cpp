@@ -131,10 +131,11 @@ bool Win32ProfileFiles::write(TextView section, TextView key, TextView value, Te
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
         return false;
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
-    const UniqueFile probe(::CreateFileW(wide(path), GENERIC_WRITE, sharing, nullptr, OPEN_EXISTING,
-                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+    UniqueFile probe(::CreateFileW(wide(path), GENERIC_WRITE, sharing, nullptr, OPEN_EXISTING,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!probe)
         return false;
+    probe.close();
     return ::WritePrivateProfileStringW(wide(Text(section)), wide(Text(key)), wide(Text(value)),
                                         wide(Text(file))) != 0;
 }

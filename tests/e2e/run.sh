@@ -397,7 +397,9 @@ by_keyboard() {
     ended
     start
     title "Chord Notation - Melvorin"
-    press alt+i r Return
+    press alt+i
+    drive wait-menu
+    press Down Down Down Down Right Return
     title "keys.txt - Melvorin"
     drive wait-text $'C  G\nLIGHT ' close
     ended

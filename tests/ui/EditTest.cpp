@@ -88,11 +88,12 @@ TEST(Paste, BadClipboards) {
     };
     const Case cases[] = {
         {std::nullopt, std::nullopt, false, "Am", "The clipboard holds no text"},
-        {"{\\rtf1 broken", u"plain", false, "plain", ""},
-        {"{\\rtf1 broken", std::nullopt, false, "Am", "The clipboard holds no text"},
+        {"{\\rtf1 broken", u"plain", false, "plain", "only its plain text"},
+        {"{\\rtf1 broken", std::nullopt, false, "Am", "cannot be pasted"},
         {std::nullopt, u"gone", true, "Am", "It is no longer there."},
         {std::nullopt, Text(25u << 20, u'x'), false, "Am", "It is too large."},
-        {"{\\rtf1 " + std::string(9u << 20, 'x') + "}", u"short", false, "short", ""},
+        {"{\\rtf1 " + std::string(9u << 20, 'x') + "}", u"short", false, "short",
+         "It is too large."},
     };
     for (const Case& c : cases) {
         Program program;
@@ -108,9 +109,23 @@ TEST(Paste, BadClipboards) {
         ASSERT_EQ(program.messages.boxes.size(), c.message.empty() ? 0U : 1U) << c.result;
         if (!c.message.empty()) {
             EXPECT_NE(program.messages.boxes[0].text.find(c.message), std::string::npos);
-            EXPECT_EQ(program.history().count(), snapshots);
+            EXPECT_EQ(program.history().count(), snapshots + (c.result == "Am" ? 0 : 1));
         }
     }
+}
+
+// A long text shows its progress meanwhile, and nothing else begins.
+TEST(Paste, LongTextIsConvertedInParts) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    Text text;
+    while (text.size() <= FrmTxt::kLongText)
+        text += u"C\tG\tAm7\tlong words\t\r";
+    ::PostMessageW(program.form->handle(), WM_COMMAND, idOf(Command::mnuFileNew), 0);
+    const std::optional<Text> converted = FrmTxt().convert(program.form->handle(), text, 5);
+    ASSERT_TRUE(converted);
+    EXPECT_TRUE(*converted == expandTabs(text, 5));
+    EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
 }
 
 // The system's own clipboard, with characters that the control drops from its Rich Text.
@@ -350,7 +365,9 @@ TEST(Examples, OpenUntitledAndTellWhatIsMissing) {
     ASSERT_EQ(program.messages.boxes.size(), 2U);
     EXPECT_NE(program.messages.boxes[1].text.find("Abc Song.mvt"), std::string::npos);
     EXPECT_EQ(program.text(), "x");
-    EXPECT_TRUE(program.shell.opened.empty());
+    EXPECT_EQ(program.shell.opened,
+              std::vector<std::string>{"C:\\Program\\Examples\\Example1.chm"});
+    program.shell.opened.clear();
 
     program.shell.works = false;
     for (const Command page : {Command::mnuHlpTcs, Command::ExMovie1, Command::ExMovie4}) {
@@ -374,7 +391,6 @@ TEST(Examples, CannotBeOverwritten) {
     ASSERT_TRUE(program.start());
     program.type(u"x");
     auto& documents = const_cast<Documents&>(program.form->documents());
-    program.messages.answer(Answer::No);
     EXPECT_TRUE(documents.openExample(path));
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
     EXPECT_TRUE(program.state().dirty);

@@ -74,6 +74,23 @@ TEST(Find, WalksTheMatchesAndStartsAgain) {
     find.enter(0, u"c");
     walk();
     EXPECT_EQ(find.items(0), 2) << "one item per text, capitals told apart";
+
+    find.click(L"Find Next");
+    find.click(L"Exit");
+    program.command(Command::mnuFind);
+    find.enter(0, u"C");
+    find.click(L"Find Next");
+    EXPECT_EQ(program.editor().selection().begin, 0) << "a window opened anew begins at the top";
+
+    // While a question waits, nothing is replaced under it.
+    find.enter(1, u"x");
+    program.dialogs.whileOpen = [&] {
+        find.click(L"Replace All");
+        find.click(L"Replace");
+    };
+    program.dialogs.choose(std::nullopt);
+    program.command(Command::mnuFileOpen);
+    EXPECT_FALSE(program.state().dirty);
 }
 
 TEST(Find, ReplacesTheSelectionOrTheNextMatch) {
