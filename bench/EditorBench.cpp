@@ -186,9 +186,10 @@ class OpenChart {
     Win32Sounds sounds_;
     NoColors colors_;
     Win32Multimedia multimedia_;
+    Win32Clock clock_;
     Services services_{files_,  messages_, dialogs_, profiles_,         settings_,
                        system_, folder_,   screen_,  systemAnsiCodec(), clipboard_,
-                       shell_,  sounds_,   colors_,  multimedia_};
+                       shell_,  sounds_,   colors_,  multimedia_,       clock_};
     std::unique_ptr<Form1> form_;
 };
 

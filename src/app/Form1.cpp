@@ -38,6 +38,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuUp, &Form1::keyUp},
         {Command::mnuSus, &Form1::useSharps},
         {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuFullScreen, &Form1::openFullScreen},
         {Command::mnuTab, &Form1::insertTablature},
         {Command::mnuDps, &Form1::guitarTuner},
         {Command::mnuEditCut, &Form1::editCut},
@@ -91,10 +92,10 @@ Form1::Handler Form1::handlerOf(Command command) {
 
 Form1::Form1(const Services& services, std::function<void()> endProgram)
     : modal_(services.messages, services.dialogs, services.colors),
-      services_{services.files,    modal_.messages(),  modal_.dialogs(), services.profiles,
-                services.settings, services.system,    services.program, services.screen,
-                services.ansi,     services.clipboard, services.shell,   services.sounds,
-                modal_.colors(),   services.multimedia},
+      services_{services.files,    modal_.messages(),   modal_.dialogs(), services.profiles,
+                services.settings, services.system,     services.program, services.screen,
+                services.ansi,     services.clipboard,  services.shell,   services.sounds,
+                modal_.colors(),   services.multimedia, services.clock},
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
@@ -105,7 +106,10 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       tab_(services_, rtftext_, [this](const std::function<bool()>& change) { edit(change); }),
       song_(services_),
       dictionary_(services_, {[this](TextView glyph, TextView face) { insertDiagram(glyph, face); },
-                              [this] { onSize(); }, [this] { ::SetFocus(rtftext_.handle()); }}) {}
+                              [this] { onSize(); }, [this] { ::SetFocus(rtftext_.handle()); }}),
+      fullScreen_(services_, rtftext_,
+                  {[this] { documents_.changed(); }, [this] { documents_.undo(); },
+                   [this] { documents_.redo(); }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -187,7 +191,7 @@ void Form1::createAccelerators() {
 
 bool Form1::translate(MSG& message) {
     if (find_.translate(message) || font_.translate(message) || tab_.translate(message) ||
-        song_.translate(message))
+        song_.translate(message) || fullScreen_.translate(message))
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
@@ -330,7 +334,10 @@ bool Form1::isBusy() const {
 }
 
 bool Form1::mayEnd() {
-    return !isBusy() && documents_.mayClose();
+    if (isBusy())
+        return false;
+    fullScreen_.close();
+    return documents_.mayClose();
 }
 
 void Form1::onClose() {
@@ -353,8 +360,12 @@ bool Form1::isEnabled(Command command) const {
 
 void Form1::run(Command command) {
     const Handler handler = handlerOf(command);
-    if (handler != nullptr && !isBusy() && isEnabled(command))
-        (this->*handler)();
+    if (handler == nullptr || isBusy() || !isEnabled(command))
+        return;
+    // The view works on the document that it was opened with.
+    if (command != Command::mnuFullScreen)
+        fullScreen_.close();
+    (this->*handler)();
 }
 
 // Runs for every typed character, so it touches only what has changed.

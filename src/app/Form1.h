@@ -22,6 +22,7 @@
 #include "platform/RichEdit.h"
 #include "platform/Toolbar.h"
 #include "platform/Window.h"
+#include "present/frmFScreen.h"
 #include "sound/FrmSong.h"
 #include "tablature/FrmTab.h"
 #include "widgets/frmFont.h"
@@ -63,6 +64,7 @@ class Form1 : public Window {
     frmFind& findWindow() { return find_; }
     FrmTab& tabWindow() { return tab_; }
     FrmSong& songWindow() { return song_; }
+    frmFScreen& fullScreen() { return fullScreen_; }
     Text keyTag() const { return melvorin::keyTag(T6_); }
     const Text& creatorFace() const { return creatorFace_; }
 
@@ -150,6 +152,7 @@ class Form1 : public Window {
     }
     void openShipped(Command command);
     void about();
+    void openFullScreen() { fullScreen_.open(handle()); }
     void openFont() { font_.open(handle()); }
     void keyDown() { changeKey(Direction::Down); }
     void keyUp() { changeKey(Direction::Up); }
@@ -182,6 +185,7 @@ class Form1 : public Window {
     FrmSong song_;
     DictionaryPanel dictionary_;
     Fingering fingering_;
+    frmFScreen fullScreen_;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

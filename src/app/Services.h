@@ -124,12 +124,31 @@ struct ScreenSize {
     int height = 0;
 };
 
+// A rectangle in device pixels; on the screen its corner may be negative.
+struct Area {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+
+    friend bool operator==(const Area&, const Area&) = default;
+};
+
+struct Monitor {
+    Area whole;
+    Area work;  // what task bars leave free
+};
+
 class Screen {
   public:
     virtual ~Screen() = default;
     // The whole primary screen, and the part that task bars leave free.
     virtual ScreenSize size() = 0;
     virtual ScreenSize workArea() = 0;
+    // The monitor that most of a window's area is on, or the nearest one.
+    virtual Monitor monitorOf(const Area& window) = 0;
+    // On: the screen neither goes dark nor to its saver, until it is switched off again.
+    virtual void keepOn(bool on) = 0;
 };
 
 class ColorDialogs {
@@ -155,6 +174,13 @@ class Multimedia {
     virtual std::uint32_t send(TextView command) = 0;
 };
 
+class Clock {
+  public:
+    virtual ~Clock() = default;
+    // Milliseconds from a fixed moment; it never goes back.
+    virtual std::int64_t nowMs() = 0;
+};
+
 // All of them; the objects outlive every window.
 struct Services {
     Files& files;
@@ -171,6 +197,7 @@ struct Services {
     Sounds& sounds;
     ColorDialogs& colors;
     Multimedia& multimedia;
+    Clock& clock;
 };
 
 // The word in every message box's title; the leading blank belongs to it.

@@ -35,9 +35,10 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32Sounds sounds;
     Win32Multimedia multimedia;
     Win32ColorDialogs colors(owner);
+    Win32Clock clock;
     const Services services{files,  messages, dialogs, profiles,          settings,
                             system, program,  screen,  systemAnsiCodec(), clipboard,
-                            shell,  sounds,   colors,  multimedia};
+                            shell,  sounds,   colors,  multimedia,        clock};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.

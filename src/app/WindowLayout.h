@@ -6,15 +6,6 @@
 
 namespace melvorin {
 
-struct Area {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-
-    friend bool operator==(const Area&, const Area&) = default;
-};
-
 struct MainLayout {
     Area editor;
     Area panel;  // width 0 while the side panel is closed

@@ -131,7 +131,7 @@ HWND RichEdit::createControl() {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | WS_VSCROLL |
                             WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL |
                             ES_NOHIDESEL | ES_WANTRETURN;
-    const HWND control = ::CreateWindowExW(WS_EX_CLIENTEDGE, windowClass, L"", style, 0, 0, 0, 0,
+    const HWND control = ::CreateWindowExW(edge_, windowClass, L"", style, 0, 0, 0, 0,
                                            parent_, reinterpret_cast<HMENU>(INT_PTR{id_}),
                                            ::GetModuleHandleW(nullptr), nullptr);
     if (control == nullptr)
@@ -150,6 +150,8 @@ HWND RichEdit::createControl() {
     set(EM_SETCHARFORMAT, SCF_DEFAULT, formatParam(defaultFormat_));
     set(EM_SETCHARFORMAT, SCF_ALL, formatParam(defaultFormat_));
     set(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(colourRef(paper())));
+    if (zoom_ != 100)
+        applyZoom(control);
     return control;
 }
 
@@ -216,6 +218,21 @@ void RichEdit::applyPlace() const {
     text.left += scaled(kMargin);
     text.top += scaled(kMargin) / 2;
     send(EM_SETRECT, 0, lparamOf(&text));
+}
+
+void RichEdit::applyZoom(HWND control) const {
+    ::SendMessageW(control, EM_SETZOOM, static_cast<WPARAM>(zoom_), 100);
+}
+
+void RichEdit::setZoom(int percent) {
+    zoom_ = percent;
+    applyZoom(handle_);
+}
+
+void RichEdit::show(bool visible) const {
+    ::SetWindowPos(handle_, HWND_TOP, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE |
+                       static_cast<UINT>(visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
 }
 
 bool RichEdit::isEmpty() const {
@@ -515,6 +532,25 @@ std::int32_t RichEdit::lengthOfLine(std::int32_t line) const {
 
 std::int32_t RichEdit::firstVisibleLine() const {
     return static_cast<std::int32_t>(send(EM_GETFIRSTVISIBLELINE));
+}
+
+std::int32_t RichEdit::length() const {
+    GETTEXTLENGTHEX query{GTL_NUMCHARS, static_cast<UINT>(kUnicode)};
+    return static_cast<std::int32_t>(send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query)));
+}
+
+// From the end of the text the line is scrolled up to, no farther than it has to. That works by
+// the caret on every control, where positions in pixels end at 65,535 on some.
+void RichEdit::bringToTop(std::int32_t line) {
+    const std::int32_t end = length();
+    const std::int32_t first = firstOfLine(line);
+    beginWork();
+    select({end, end});
+    scrollCaretIntoView();
+    select({first, first});
+    scrollCaretIntoView();
+    endWork();
+    ::UpdateWindow(handle_);
 }
 
 }  // namespace melvorin

@@ -42,6 +42,13 @@ class RichEdit : public Editor {
     using InputFilter = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam)>;
     void setInputFilter(InputFilter filter) { inputFilter_ = std::move(filter); }
     void place(const RECT& rectangle);
+    // Before `create`: no frame around the control.
+    void setFrameless() { edge_ = 0; }
+    // Shows the text larger or smaller without changing it; 100 is its own size.
+    void setZoom(int percent);
+    int zoom() const { return zoom_; }
+    // Above its siblings, or out of sight.
+    void show(bool visible) const;
 
     bool isEmpty() const override;
     EditorText text() const override;
@@ -97,6 +104,9 @@ class RichEdit : public Editor {
     std::int32_t firstOfLine(std::int32_t line) const;
     std::int32_t lengthOfLine(std::int32_t line) const;
     std::int32_t firstVisibleLine() const;
+    // Puts the caret at the start of a line (from 0) and the line at the top of the control, or as
+    // far up as it can go; one visible change, drawn at once.
+    void bringToTop(std::int32_t line);
 
   private:
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -109,6 +119,8 @@ class RichEdit : public Editor {
     static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self);
     void applyPlace() const;
+    void applyZoom(HWND control) const;
+    std::int32_t length() const;
     void thaw() const;
     // False when the control does not take the bytes; the old one then stays.
     bool fillFresh(WPARAM format, std::string_view bytes);
@@ -120,6 +132,8 @@ class RichEdit : public Editor {
     RECT place_{};
     CHARFORMAT2W defaultFormat_{};
     std::optional<Rgb> background_;
+    DWORD edge_ = WS_EX_CLIENTEDGE;
+    int zoom_ = 100;
     int work_ = 0;
 };
 

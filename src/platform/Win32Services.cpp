@@ -8,6 +8,7 @@
 #include "app/DocumentFile.h"
 #include "app/Paths.h"
 #include "platform/Handles.h"
+#include "platform/Window.h"
 
 namespace melvorin {
 namespace {
@@ -335,6 +336,22 @@ ScreenSize Win32Screen::workArea() {
     RECT area{};
     ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
     return {area.right - area.left, area.bottom - area.top};
+}
+
+Monitor Win32Screen::monitorOf(const Area& window) {
+    const RECT rectangle = rectOf(window);
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    ::GetMonitorInfoW(::MonitorFromRect(&rectangle, MONITOR_DEFAULTTONEAREST), &info);
+    return {areaOf(info.rcMonitor), areaOf(info.rcWork)};
+}
+
+void Win32Screen::keepOn(bool on) {
+    ::SetThreadExecutionState(ES_CONTINUOUS | (on ? ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED : 0U));
+}
+
+std::int64_t Win32Clock::nowMs() {
+    return static_cast<std::int64_t>(::GetTickCount64());
 }
 
 std::optional<Rgb> Win32ColorDialogs::choose(Rgb marked) {

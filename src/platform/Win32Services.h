@@ -81,6 +81,13 @@ class Win32Screen : public Screen {
   public:
     ScreenSize size() override;
     ScreenSize workArea() override;
+    Monitor monitorOf(const Area& window) override;
+    void keepOn(bool on) override;
+};
+
+class Win32Clock : public Clock {
+  public:
+    std::int64_t nowMs() override;
 };
 
 class Win32Multimedia : public Multimedia {

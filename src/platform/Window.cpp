@@ -24,6 +24,16 @@ int pixelsFromTwips(int twips) {
     return ::MulDiv(twips, systemDpi(), 1440);
 }
 
+RECT rectOf(const Area& area) {
+    return {area.left, area.top, area.left + area.width, area.top + area.height};
+}
+
+Area areaOf(const RECT& rectangle) {
+    return {static_cast<int>(rectangle.left), static_cast<int>(rectangle.top),
+            static_cast<int>(rectangle.right - rectangle.left),
+            static_cast<int>(rectangle.bottom - rectangle.top)};
+}
+
 Window::~Window() {
     // What is left of the object has no handlers any more.
     if (handle_ != nullptr) {

@@ -5,6 +5,7 @@
 #include <exception>
 #include <functional>
 
+#include "app/Services.h"
 #include "platform/Win.h"
 
 namespace melvorin {
@@ -15,6 +16,9 @@ int systemDpi();
 int scaled(int pixelsAt96);
 // Twips (1/1440 inch) in device pixels, rounded to nearest.
 int pixelsFromTwips(int twips);
+
+RECT rectOf(const Area& area);
+Area areaOf(const RECT& rectangle);
 
 // What a new window looks like. Sizes are whole-window device pixels.
 struct WindowSpec {

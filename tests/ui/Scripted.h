@@ -203,8 +203,22 @@ class ScriptedScreen : public Screen {
     ScreenSize size() override { return screen; }
     ScreenSize workArea() override { return work; }
 
+    // Of several monitors, the one with the window's corner; without any, the primary screen.
+    Monitor monitorOf(const Area& window) override {
+        for (const Monitor& monitor : monitors) {
+            const Area& all = monitor.whole;
+            if (window.left >= all.left && window.left < all.left + all.width &&
+                window.top >= all.top && window.top < all.top + all.height)
+                return monitor;
+        }
+        return {{0, 0, screen.width, screen.height}, {0, 0, work.width, work.height}};
+    }
+    void keepOn(bool on) override { isKeptOn = on; }
+
     ScreenSize screen{1280, 1024};
     ScreenSize work{1280, 994};
+    std::vector<Monitor> monitors;
+    bool isKeptOn = false;
 };
 
 class RecordedSounds : public Sounds {
@@ -221,6 +235,13 @@ class ScriptedColors : public ColorDialogs {
     }
     std::optional<Rgb> answer;
     std::vector<Rgb> asked;
+};
+
+// Stands still until a test moves it.
+class ScriptedClock : public Clock {
+  public:
+    std::int64_t nowMs() override { return ms; }
+    std::int64_t ms = 0;
 };
 
 // Records the commands; as a machine without a device, it can refuse them all.
@@ -386,8 +407,10 @@ class Program {
     RecordedSounds sounds;
     ScriptedColors colors;
     RecordedMultimedia multimedia;
-    Services services{files,  messages,          dialogs,   profiles, settings, system, program,
-                      screen, systemAnsiCodec(), clipboard, shell,    sounds,   colors, multimedia};
+    ScriptedClock clock;
+    Services services{files,  messages, dialogs, profiles,          settings,
+                      system, program,  screen,  systemAnsiCodec(), clipboard,
+                      shell,  sounds,   colors,  multimedia,        clock};
     std::unique_ptr<Form1> form;
     bool ended = false;
 };

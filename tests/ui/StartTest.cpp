@@ -105,9 +105,9 @@ TEST(Start, EveryStepFailsOnItsOwn) {
         SystemSettings& chosen = systemFails ? static_cast<SystemSettings&>(system)
                                              : static_cast<SystemSettings&>(program.system);
         const Services services{
-            program.files, program.messages, program.dialogs, program.profiles,  program.settings,
-            chosen,        folder,           program.screen,  systemAnsiCodec(), program.clipboard,
-            program.shell, program.sounds,   program.colors,  program.multimedia};
+            program.files, program.messages, program.dialogs, program.profiles,   program.settings,
+            chosen,        folder,           program.screen,  systemAnsiCodec(),  program.clipboard,
+            program.shell, program.sounds,   program.colors,  program.multimedia, program.clock};
         Form1 form(services, [] {});
         ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
         program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });

@@ -1,0 +1,109 @@
+#include "present/Form3.h"
+
+#include "present/StageLayout.h"
+
+namespace melvorin {
+namespace {
+
+// Pixels at 96 dpi.
+constexpr int kMargin = 8;
+constexpr int kGap = 8;
+constexpr int kButtonWidth = 92;
+constexpr int kButtonHeight = 28;
+
+constexpr TextView kPause = u"| |  Pause";
+constexpr TextView kRestart = u"Restart";
+
+}  // namespace
+
+Form3::Form3(const Services& services, Callbacks callbacks)
+    : callbacks_(std::move(callbacks)), sounds_(services), Cmd_(sounds_), Cmd2_(sounds_) {}
+
+bool Form3::open(HWND owner, const Area& screen) {
+    if (!isOpen() && !createWindow(owner))
+        return false;
+    showPaused(false);
+    moveTo(screen);
+    bringForward();
+    ::SetFocus(Cmd_.handle());
+    return true;
+}
+
+bool Form3::createWindow(HWND owner) {
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    RECT frame{0, 0, scaled(2 * kMargin + 2 * kButtonWidth + kGap),
+               scaled(2 * kMargin + kButtonHeight)};
+    ::AdjustWindowRectEx(&frame, style, FALSE, 0);
+    WindowSpec spec;
+    spec.className = L"MelvorinForm3";
+    spec.caption = L"0:00";
+    spec.style = style;
+    spec.width = static_cast<int>(frame.right - frame.left);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    const auto at = [](int left) {
+        return RECT{scaled(left), scaled(kMargin), scaled(left + kButtonWidth),
+                    scaled(kMargin + kButtonHeight)};
+    };
+    Cmd_.create(handle(), Cmd, at(kMargin), kPause);
+    Cmd2_.create(handle(), Cmd2, at(kMargin + kButtonWidth + kGap), u"Return");
+    return true;
+}
+
+void Form3::hide() {
+    if (isOpen())
+        ::ShowWindow(handle(), SW_HIDE);
+}
+
+void Form3::moveTo(const Area& screen) {
+    if (!isOpen())
+        return;
+    RECT own{};
+    ::GetWindowRect(handle(), &own);
+    const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
+    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Form3::showPaused(bool paused) {
+    ::SetWindowTextW(Cmd_.handle(), wide(Text(paused ? kRestart : kPause)));
+}
+
+LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            if (LOWORD(wParam) == Cmd)
+                callbacks_.pauseOrResume();
+            else if (LOWORD(wParam) == Cmd2)
+                callbacks_.returned();
+            return 0;
+        case WM_CLOSE:
+            callbacks_.returned();
+            return 0;
+        case WM_SYSCOMMAND:
+            return callbacks_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+// One key further than the panel's text says; so it is kept.
+bool Form3::onKeyDown(WPARAM key) {
+    switch (key) {
+        case VK_F2:
+            callbacks_.key(RunKey::F2);
+            return true;
+        case VK_F3:
+            callbacks_.key(RunKey::F3);
+            return true;
+        case VK_F4:
+            callbacks_.key(RunKey::F4);
+            return true;
+        default:
+            return callbacks_.viewKey(key);
+    }
+}
+
+}  // namespace melvorin

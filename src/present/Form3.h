@@ -1,0 +1,47 @@
+// The floating bar of a run: its caption is the clock, its buttons pause the run or bring the
+// panel back, and its keys move the text by hand.
+#pragma once
+
+#include <functional>
+
+#include "app/Services.h"
+#include "present/StageRun.h"
+#include "widgets/TarnelButton.h"
+
+namespace melvorin {
+
+class Form3 : public ModelessDialog {
+  public:
+    enum ControlId { Cmd = 101, Cmd2 = IDCANCEL };
+
+    struct Callbacks {
+        std::function<void()> pauseOrResume;
+        std::function<void()> returned;
+        std::function<void(RunKey)> key;
+        // Any other key; true when the view has taken it.
+        std::function<bool(WPARAM)> viewKey;
+        // A system command; true when it is not to be carried out.
+        std::function<bool(WPARAM)> refuses;
+    };
+
+    Form3(const Services& services, Callbacks callbacks);
+
+    // Shows the bar on a screen, the run going. False when Windows refuses.
+    bool open(HWND owner, const Area& screen);
+    void hide();
+    void moveTo(const Area& screen);
+    // What `Cmd` offers.
+    void showPaused(bool paused);
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool onKeyDown(WPARAM key) override;
+    bool createWindow(HWND owner);
+
+    Callbacks callbacks_;
+    ButtonSounds sounds_;
+    TarnelButton Cmd_;
+    TarnelButton Cmd2_;
+};
+
+}  // namespace melvorin

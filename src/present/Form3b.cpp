@@ -1,0 +1,70 @@
+#include "present/Form3b.h"
+
+#include "present/StageLayout.h"
+
+namespace melvorin {
+namespace {
+
+// Pixels at 96 dpi.
+constexpr int kMargin = 8;
+constexpr int kButtonWidth = 108;
+constexpr int kButtonHeight = 28;
+
+}  // namespace
+
+Form3b::Form3b(const Services& services, Callbacks callbacks)
+    : callbacks_(std::move(callbacks)), sounds_(services), Cmd3_(sounds_) {}
+
+bool Form3b::open(HWND owner, const Area& screen) {
+    if (!isOpen() && !createWindow(owner))
+        return false;
+    moveTo(screen);
+    bringForward();
+    ::SetFocus(Cmd3_.handle());
+    return true;
+}
+
+bool Form3b::createWindow(HWND owner) {
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    RECT frame{0, 0, scaled(2 * kMargin + kButtonWidth), scaled(2 * kMargin + kButtonHeight)};
+    ::AdjustWindowRectEx(&frame, style, FALSE, 0);
+    WindowSpec spec;
+    spec.className = L"MelvorinForm3b";
+    spec.caption = L"Full Screen";
+    spec.style = style;
+    spec.width = static_cast<int>(frame.right - frame.left);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    return Cmd3_.create(handle(), Cmd3,
+                        {scaled(kMargin), scaled(kMargin), scaled(kMargin + kButtonWidth),
+                         scaled(kMargin + kButtonHeight)},
+                        u"Enlarge");
+}
+
+void Form3b::hide() {
+    if (isOpen())
+        ::ShowWindow(handle(), SW_HIDE);
+}
+
+void Form3b::moveTo(const Area& screen) {
+    if (!isOpen())
+        return;
+    RECT own{};
+    ::GetWindowRect(handle(), &own);
+    const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
+    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+LRESULT Form3b::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const bool isButton = message == WM_COMMAND && LOWORD(wParam) == Cmd3;
+    if (isButton || message == WM_CLOSE) {
+        callbacks_.enlarged();
+        return 0;
+    }
+    return passOn(message, wParam, lParam);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,397 @@
+#include "present/frmFScreen.h"
+
+#include <windowsx.h>
+#include <exception>
+
+#include "app/EditCommands.h"
+#include "app/ProgramSettings.h"
+#include "find/FrmTxt.h"
+#include "find/TabExpansion.h"
+
+namespace melvorin {
+namespace {
+
+constexpr int kFSRTB = 101;
+constexpr int kFSRTB2 = 102;
+
+constexpr UINT_PTR kWriteTimer = 1;
+// Writing a long song back takes a while: then it waits until the typing pauses.
+constexpr std::int64_t kQuickMs = 60;
+constexpr UINT kPauseMs = 400;
+
+bool isHeld(int key) {
+    return ::GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+frmFScreen::frmFScreen(const Services& services, RichEdit& rtftext, Callbacks callbacks)
+    : services_(services),
+      rtftext_(rtftext),
+      callbacks_(std::move(callbacks)),
+      panel_(services_, *this) {
+    FSRTB_.setFrameless();
+    FSRTB2_.setFrameless();
+}
+
+// ---- The window -------------------------------------------------------------------------------
+
+bool frmFScreen::open(HWND owner) {
+    if (isOpen()) {
+        panel_.showPanel();
+        return true;
+    }
+    owner_ = owner;
+    ::ShowOwnedPopups(owner, FALSE);
+    if (!createWindow(owner) || !panel_.open()) {
+        destroy();
+        ::ShowOwnedPopups(owner, TRUE);
+        return false;
+    }
+    ::EnableWindow(owner, FALSE);
+    return true;
+}
+
+bool frmFScreen::createWindow(HWND owner) {
+    RECT over{};
+    ::GetWindowRect(owner, &over);
+    const Area screen = services_.screen.monitorOf(areaOf(over)).whole;
+    WindowSpec spec;
+    spec.className = L"MelvorinfrmFScreen";
+    spec.caption = L"Melvorin";
+    spec.style = WS_POPUP | WS_CLIPCHILDREN;
+    spec.x = screen.left;
+    spec.y = screen.top;
+    spec.width = screen.width;
+    spec.height = screen.height;
+    spec.parent = owner;
+    if (!create(spec))
+        return false;
+    const Text face = editorFontFace(services_);
+    if (!FSRTB_.create(handle(), kFSRTB, face, kEditorFontPoints) ||
+        !FSRTB2_.create(handle(), kFSRTB2, face, kEditorFontPoints))
+        return false;
+    for (RichEdit* const text : {&FSRTB_, &FSRTB2_})
+        text->setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
+            if (message == WM_DROPFILES)
+                ::DragFinish(reinterpret_cast<HDROP>(wParam));
+            (void)lParam;
+            return onTextInput(message, wParam);
+        });
+    reduced_ = reducedEdited_ = unwritten_ = false;
+    writeMs_ = 0;
+    load();
+    ::ShowWindow(handle(), SW_SHOW);
+    ::UpdateWindow(handle());
+    return true;
+}
+
+// The second text stays empty and out of sight until it is wanted: filled behind the first one it
+// would be seen by nobody, and opening would take twice as long.
+void frmFScreen::load() {
+    const auto colour = rtftext_.background();
+    background_.reset(colour ? ::CreateSolidBrush(RGB(colour->red, colour->green, colour->blue))
+                             : nullptr);
+    FSRTB2_.show(false);
+    FSRTB_.setBackground(colour);
+    FSRTB2_.setBackground(colour);
+    placeTexts();
+    FSRTB_.loadRtf(rtftext_.rtf());
+}
+
+void frmFScreen::close() {
+    if (!isOpen())
+        return;
+    writeBack();
+    // First, else another program's window would come up.
+    ::EnableWindow(owner_, TRUE);
+    destroy();
+    ::SetActiveWindow(owner_);
+    ::SetFocus(rtftext_.handle());
+    rtftext_.scrollCaretIntoView();
+}
+
+// Also where the owner goes and takes the view along.
+void frmFScreen::onDestroy() {
+    ::EnableWindow(owner_, TRUE);
+    ::ShowOwnedPopups(owner_, TRUE);
+}
+
+void frmFScreen::cover(const Area& screen) {
+    ::SetWindowPos(handle(), nullptr, screen.left, screen.top, screen.width, screen.height,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+    panel_.arrange();
+}
+
+void frmFScreen::placeTexts() {
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    const RECT place = rectOf(
+        placeText(static_cast<int>(client.right), static_cast<int>(client.bottom), systemDpi()));
+    for (RichEdit* const text : {&FSRTB_, &FSRTB2_}) {
+        if (text->handle() != nullptr)
+            text->place(place);
+    }
+}
+
+// ---- Messages ---------------------------------------------------------------------------------
+
+void frmFScreen::onException(const std::exception& error) {
+    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+}
+
+LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SIZE:
+            placeTexts();
+            return 0;
+        case WM_SETFOCUS:
+            ::SetFocus(shownText().handle());
+            return 0;
+        case WM_ERASEBKGND:
+            if (background_) {
+                RECT client{};
+                ::GetClientRect(handle(), &client);
+                ::FillRect(reinterpret_cast<HDC>(wParam), &client, background_.get());
+                return 1;
+            }
+            return passOn(message, wParam, lParam);
+        case WM_COMMAND:
+            onCommand(wParam, lParam);
+            return 0;
+        case WM_NOTIFY:
+            if (reinterpret_cast<const NMHDR*>(lParam)->code == EN_SELCHANGE)
+                panel_.showCursorLine(
+                    static_cast<int>(shownText().lineOf(shownText().selection().begin)) + 1);
+            return 0;
+        case WM_TIMER:
+            writeBack();
+            return 0;
+        case WM_DISPLAYCHANGE: {
+            RECT own{};
+            ::GetWindowRect(handle(), &own);
+            cover(services_.screen.monitorOf(areaOf(own)).whole);
+            return 0;
+        }
+        case WM_SYSCOMMAND:
+            return panel_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
+        case WM_CLOSE:
+            close();
+            return 0;
+        case WM_DESTROY:
+            onDestroy();
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+void frmFScreen::onCommand(WPARAM wParam, LPARAM lParam) {
+    const bool isShown = reinterpret_cast<HWND>(lParam) == shownText().handle();
+    if (HIWORD(wParam) == EN_CHANGE && isShown && !shownText().atWork())
+        textChanged();
+}
+
+bool frmFScreen::isOurs(HWND window) const {
+    const HWND root = ::GetAncestor(window, GA_ROOT);
+    for (HWND owner = root; owner != nullptr; owner = ::GetWindow(owner, GW_OWNER)) {
+        if (owner == handle())
+            return true;
+    }
+    return false;
+}
+
+bool frmFScreen::translate(MSG& message) {
+    if (!isOpen() || !isOurs(message.hwnd))
+        return false;
+    return onViewKey(message) || panel_.translate(message);
+}
+
+// What acts the same in the view, on its panel and on its bars; and the view's own keys.
+bool frmFScreen::onViewKey(const MSG& message) {
+    const bool inView = ::GetAncestor(message.hwnd, GA_ROOT) == handle();
+    if (message.message == WM_MOUSEWHEEL) {
+        const bool zooms = (GET_KEYSTATE_WPARAM(message.wParam) & MK_CONTROL) != 0;
+        if (zooms)
+            setZoom(zoomed(FSRTB_.zoom(), GET_WHEEL_DELTA_WPARAM(message.wParam) > 0));
+        else if (!inView && !panel_.isShown())
+            ::SendMessageW(shownText().handle(), message.message, message.wParam, message.lParam);
+        else
+            return false;
+        return true;
+    }
+    if (message.message != WM_KEYDOWN)
+        return false;
+    if (isHeld(VK_CONTROL) && !isHeld(VK_MENU)) {
+        switch (message.wParam) {
+            case VK_OEM_PLUS:
+            case VK_ADD:
+                setZoom(zoomed(FSRTB_.zoom(), true));
+                return true;
+            case VK_OEM_MINUS:
+            case VK_SUBTRACT:
+                setZoom(zoomed(FSRTB_.zoom(), false));
+                return true;
+            case '0':
+                setZoom(100);
+                return true;
+            case 'Z':
+                restore(callbacks_.undo);
+                return true;
+            case 'Y':
+                restore(callbacks_.redo);
+                return true;
+            default:
+                return false;
+        }
+    }
+    if (!inView || message.wParam != VK_ESCAPE)
+        return false;
+    panel_.showPanel();
+    return true;
+}
+
+// Pedals send these keys; they move the view, not the run.
+bool frmFScreen::takesKey(WPARAM key) {
+    const auto scroll = [&](WPARAM how) {
+        ::SendMessageW(shownText().handle(), WM_VSCROLL, how, 0);
+        return true;
+    };
+    switch (key) {
+        case VK_NEXT:
+        case VK_RIGHT:
+            return scroll(SB_PAGEDOWN);
+        case VK_PRIOR:
+        case VK_LEFT:
+            return scroll(SB_PAGEUP);
+        case VK_DOWN:
+            return scroll(SB_LINEDOWN);
+        case VK_UP:
+            return scroll(SB_LINEUP);
+        default:
+            return false;
+    }
+}
+
+void frmFScreen::setZoom(int percent) {
+    for (RichEdit* const text : {&FSRTB_, &FSRTB2_})
+        text->setZoom(percent);
+}
+
+// ---- The text ---------------------------------------------------------------------------------
+
+// As in the editor: blanks instead of tabs, also in what is pasted.
+bool frmFScreen::onTextInput(UINT message, WPARAM wParam) {
+    if (message == WM_DROPFILES)
+        return true;
+    if (message == WM_KEYDOWN) {
+        const bool pastes = (wParam == VK_INSERT && isHeld(VK_SHIFT)) ||
+                            (wParam == 'V' && isHeld(VK_CONTROL) && !isHeld(VK_MENU));
+        if (pastes)
+            paste();
+        return pastes;
+    }
+    if (wParam != u'\t')
+        return false;
+    shownText().replaceSelection(expandTabs(u"\t", columnOfSelection(shownText())));
+    return true;
+}
+
+void frmFScreen::paste() {
+    const auto expand = [this](Text text, std::size_t startColumn) {
+        return FrmTxt().convert(handle(), std::move(text), startColumn);
+    };
+    if (pasteClipboard(shownText(), services_.clipboard, services_.messages,
+                       editorFontFace(services_), expand)) {
+        shownText().scrollCaretIntoView();
+        textChanged();
+    }
+}
+
+void frmFScreen::textChanged() {
+    unwritten_ = true;
+    reducedEdited_ = reduced_;
+    if (writeMs_ <= kQuickMs)
+        writeBack();
+    else
+        ::SetTimer(handle(), kWriteTimer, kPauseMs, nullptr);
+}
+
+// The document becomes what the view is, as one step of undo.
+void frmFScreen::writeBack() {
+    ::KillTimer(handle(), kWriteTimer);
+    if (!std::exchange(unwritten_, false))
+        return;
+    const std::int64_t start = services_.clock.nowMs();
+    const HWND focus = ::GetFocus();
+    {
+        const EditorWork work(rtftext_);
+        rtftext_.loadRtf(shownText().rtf());
+        rtftext_.select(shownText().selection());
+    }
+    callbacks_.changed();
+    if (::IsWindow(focus))
+        ::SetFocus(focus);
+    writeMs_ = services_.clock.nowMs() - start;
+}
+
+// A step of the document's undo, shown here.
+void frmFScreen::restore(const std::function<void()>& step) {
+    writeBack();
+    step();
+    RichEdit& text = shownText();
+    const EditorWork work(text);
+    const ScrollPosition scroll = text.scrollPosition();
+    text.loadRtf(rtftext_.rtf());
+    text.select(rtftext_.selection());
+    text.scrollTo(scroll);
+    text.scrollCaretIntoView();
+    reducedEdited_ = reduced_;
+}
+
+void frmFScreen::caretToEnd() {
+    const auto end = static_cast<std::int32_t>(FSRTB_.text().chars.size());
+    const EditorWork work(FSRTB_);
+    const ScrollPosition scroll = FSRTB_.scrollPosition();
+    FSRTB_.select({end, end});
+    FSRTB_.scrollTo(scroll);
+}
+
+// The run's step would also read the rich text and write it back as it was. That changes nothing
+// that anyone could see, and takes longer than all the rest by far, so it is left out.
+void frmFScreen::bringToTop(int line) {
+    FSRTB_.bringToTop(shownLine(line, lineCount()) - 1);
+}
+
+void frmFScreen::reduce() {
+    const ScrollPosition scroll = FSRTB_.scrollPosition();
+    const Selection selection = FSRTB_.selection();
+    {
+        const EditorWork work(FSRTB2_);
+        FSRTB2_.loadRtf(FSRTB_.rtf());
+        FSRTB2_.select(selection);
+        FSRTB2_.scrollTo(scroll);
+    }
+    reduced_ = true;
+    reducedEdited_ = false;
+    FSRTB2_.show(true);
+    FSRTB_.show(false);
+}
+
+void frmFScreen::enlarge() {
+    if (!reduced_)
+        return;
+    writeBack();
+    const ScrollPosition scroll = FSRTB2_.scrollPosition();
+    if (reducedEdited_) {
+        const EditorWork work(FSRTB_);
+        FSRTB_.loadRtf(FSRTB2_.rtf());
+        FSRTB_.select(FSRTB2_.selection());
+        FSRTB_.scrollTo(scroll);
+    }
+    reduced_ = reducedEdited_ = false;
+    FSRTB_.show(true);
+    FSRTB2_.show(false);
+}
+
+}  // namespace melvorin

@@ -1,0 +1,81 @@
+// The full-screen view: the song over the whole screen that the main window is on, with the control
+// panel. What is typed here is typed into the document.
+#pragma once
+
+#include <functional>
+
+#include "platform/RichEdit.h"
+#include "present/frmFScreenB.h"
+
+namespace melvorin {
+
+class frmFScreen : public Window, private StageView {
+  public:
+    struct Callbacks {
+        // The document's change notification.
+        std::function<void()> changed;
+        std::function<void()> undo;
+        std::function<void()> redo;
+    };
+
+    // What is given outlives the window.
+    frmFScreen(const Services& services, RichEdit& rtftext, Callbacks callbacks);
+
+    // Opens the view, with its panel, over the screen that `owner` is on, or brings it forward.
+    // Meanwhile the owner takes no input and its other windows are out of sight. False when
+    // Windows refuses.
+    bool open(HWND owner);
+    // Back to the editor, from whatever state.
+    void close();
+    // Keys and wheel of the view and its panel; true when the message is dealt with.
+    bool translate(MSG& message);
+
+    RichEdit& FSRTB() { return FSRTB_; }
+    RichEdit& FSRTB2() { return FSRTB2_; }
+    frmFScreenB& panel() { return panel_; }
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onException(const std::exception& error) override;
+    void onCommand(WPARAM wParam, LPARAM lParam);
+    void onDestroy();
+    bool onTextInput(UINT message, WPARAM wParam);
+    bool onViewKey(const MSG& message);
+
+    bool createWindow(HWND owner);
+    void load();
+    void cover(const Area& screen);
+    void placeTexts();
+    RichEdit& shownText() { return reduced_ ? FSRTB2_ : FSRTB_; }
+    bool isOurs(HWND window) const;
+
+    void textChanged();
+    void writeBack();
+    void restore(const std::function<void()>& step);
+    void paste();
+    void setZoom(int percent);
+
+    HWND window() const override { return handle(); }
+    int lineCount() const override { return static_cast<int>(FSRTB_.lineCount()); }
+    void caretToEnd() override;
+    void bringToTop(int line) override;
+    void reduce() override;
+    void enlarge() override;
+    bool takesKey(WPARAM key) override;
+    void leave() override { close(); }
+
+    Services services_;
+    RichEdit& rtftext_;
+    Callbacks callbacks_;
+    RichEdit FSRTB_;
+    RichEdit FSRTB2_;
+    frmFScreenB panel_;
+    UniqueBrush background_;
+    HWND owner_ = nullptr;
+    bool reduced_ = false;        // FSRTB2 is the text that is shown
+    bool reducedEdited_ = false;  // and FSRTB does not have what it has
+    bool unwritten_ = false;      // the document does not have what the view has
+    std::int64_t writeMs_ = 0;    // what the last write-back took
+};
+
+}  // namespace melvorin

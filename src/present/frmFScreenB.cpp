@@ -1,0 +1,454 @@
+#include "present/frmFScreenB.h"
+
+#include <algorithm>
+
+namespace melvorin {
+namespace {
+
+constexpr UINT_PTR kTimer1 = 1;  // the run's clock
+constexpr UINT_PTR kTimer2 = 2;  // fills the lists
+constexpr UINT_PTR kTimer3 = 3;  // starts Timer2
+constexpr UINT kTimerMs = 1;
+
+constexpr int kLongestPace = 60;  // seconds
+constexpr int kMostTimes = 99;
+
+// Pixels at 96 dpi: one margin, one gap, one height for a row.
+constexpr int kMargin = 12;
+constexpr int kGap = 8;
+constexpr int kRow = 30;
+constexpr int kBox = 22;
+constexpr int kLabel = 18;
+constexpr int kDropped = 240;
+constexpr int kNumberList = 56;
+constexpr int kLineList = 68;
+constexpr int kButtonWidth = 92;
+constexpr int kButtonHeight = 32;
+constexpr int kWidth = 520;
+constexpr int kInner = kWidth - 2 * kMargin;
+constexpr int kRowsTop = kMargin + 2 * kRow;
+constexpr int kCursorTop = kRowsTop + static_cast<int>(kJumpRows) * kRow;
+constexpr int kKeysTop = kCursorTop + kRow + kGap;
+constexpr int kButtonsTop = kKeysTop + 3 * kLabel + kGap;
+constexpr int kHeight = kButtonsTop + 2 * kButtonHeight + kGap + kMargin;
+
+RECT box(int left, int top, int width, int height) {
+    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
+}
+
+int idAt(int base, std::size_t number) {
+    return base + static_cast<int>(number);
+}
+
+void addNumbers(HWND list, int first, int last) {
+    ::SendMessageW(list, CB_INITSTORAGE, static_cast<WPARAM>(std::max(0, last - first + 1)), 16);
+    for (int number = first; number <= last; ++number)
+        ::SendMessageW(list, CB_ADDSTRING, 0, lparamOf(wide(fromUtf8(std::to_string(number)))));
+}
+
+}  // namespace
+
+frmFScreenB::frmFScreenB(const Services& services, StageView& view)
+    : services_(services),
+      view_(view),
+      run_(services_.clock, *this),
+      form3_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
+                         [this](RunKey key) { run_.press(key); },
+                         [this](WPARAM key) { return view_.takesKey(key); },
+                         [this](WPARAM command) { return refuses(command); }}),
+      form3b_(services_,
+              {[this] { showPanel(); }, [this](WPARAM key) { return view_.takesKey(key); }}),
+      sounds_(services_),
+      Command4_(sounds_),
+      Command6_(sounds_),
+      Command7_(sounds_),
+      Command8_(sounds_) {}
+
+// ---- The window -------------------------------------------------------------------------------
+
+bool frmFScreenB::open() {
+    if (!isOpen() && !createWindow())
+        return false;
+    moveToCorner();
+    bringForward();
+    ::SetFocus(Command4_.handle());
+    return true;
+}
+
+bool frmFScreenB::createWindow() {
+    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    RECT frame{0, 0, scaled(kWidth), scaled(kHeight)};
+    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
+    WindowSpec spec;
+    spec.className = L"MelvorinfrmFScreenB";
+    spec.caption = L"Full Screen";
+    spec.style = style;
+    spec.extendedStyle = WS_EX_DLGMODALFRAME;
+    spec.width = static_cast<int>(frame.right - frame.left);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    spec.parent = view_.window();
+    if (!create(spec))
+        return false;
+    prepared_ = false;
+    listed_ = 0;
+    createControls();
+    ::SetTimer(handle(), kTimer3, kTimerMs, nullptr);
+    return true;
+}
+
+HWND frmFScreenB::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                      const RECT& place) {
+    const HWND control = ::CreateWindowExW(
+        0, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
+        static_cast<int>(place.top), static_cast<int>(place.right - place.left),
+        static_cast<int>(place.bottom - place.top), handle(), reinterpret_cast<HMENU>(INT_PTR{id}),
+        ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    return control;
+}
+
+// A drop-down list of the numbers from 1, the first one chosen.
+HWND frmFScreenB::addList(int id, const RECT& place, int count) {
+    RECT dropped = place;
+    dropped.bottom = dropped.top + scaled(kDropped);
+    const HWND list =
+        add(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id, dropped);
+    addNumbers(list, 1, count);
+    ::SendMessageW(list, CB_SETCURSEL, 0, 0);
+    return list;
+}
+
+// In the order in which Tab walks them.
+void frmFScreenB::createControls() {
+    int left = 0;
+    int top = kMargin;
+    const auto put = [&](int width) {
+        const RECT place = box(left, top, width, kBox);
+        left += width + kGap;
+        return place;
+    };
+    const auto label = [&](const wchar_t* text, int width, int id = -1) {
+        add(L"STATIC", text, SS_CENTERIMAGE, id, put(width));
+    };
+    left = kMargin;
+    label(L"Go up one line after each", 172);
+    addList(Seconds, put(kNumberList), kLongestPace);
+    label(L"segund(s)", 80);
+
+    left = kMargin;
+    top += kRow;
+    add(L"BUTTON", L"Repeat the whole text", WS_TABSTOP | BS_AUTOCHECKBOX, Check1, put(172));
+    addList(Seconds3, put(kNumberList), kMostTimes);
+    label(L"time(s)", 80);
+    createRows();
+
+    left = kMargin;
+    top = kCursorTop;
+    label(L"The cursor is in the line number:", 216);
+    add(L"EDIT", L"", ES_READONLY | WS_BORDER, Text1, put(kNumberList));
+    label(L"Show the line:", 100);
+    addList(Seconds2, put(kLineList), 0);
+
+    const wchar_t* const keys[] = {L"Press (F1) to go up (1) one line",
+                                   L"Press (F2) to go up (5) five lines",
+                                   L"Press (F3) to go up (10) ten lines"};
+    top = kKeysTop;
+    for (const wchar_t* const text : keys) {
+        add(L"STATIC", text, 0, -1, box(kMargin, top, kInner, kLabel));
+        top += kLabel;
+    }
+    createButtons();
+}
+
+// "Jump from the line [] to the line [] [] time(s)"
+void frmFScreenB::createRows() {
+    for (std::size_t row = 1; row <= kJumpRows; ++row) {
+        const int top = kRowsTop + (static_cast<int>(row) - 1) * kRow;
+        int left = kMargin;
+        const auto put = [&](int width) {
+            const RECT place = box(left, top, width, kBox);
+            left += width + kGap;
+            return place;
+        };
+        add(L"BUTTON", L"Jump from the line", WS_TABSTOP | BS_AUTOCHECKBOX, idAt(CK, row),
+            put(144));
+        addList(idAt(CB, 2 * row - 1), put(kLineList), 0);
+        add(L"STATIC", L"to the line", SS_CENTERIMAGE, idAt(LK, row), put(68));
+        addList(idAt(CB, 2 * row), put(kLineList), 0);
+        addList(idAt(CB, 10 + row), put(kNumberList), kMostTimes);
+        add(L"STATIC", L"time(s)", SS_CENTERIMAGE, -1, put(52));
+    }
+}
+
+// Two by two, each with its meaning beside it.
+void frmFScreenB::createButtons() {
+    struct Entry {
+        TarnelButton& button;
+        int id;
+        const char16_t* caption;
+        int label;
+        const wchar_t* meaning;
+    };
+    const Entry entries[] = {
+        {Command4_, Command4, u"Start", LB2, L"moves the text up from the first line on"},
+        {Command6_, Command6, u"Update", LB3, L"counts the lines anew after the text was edited"},
+        {Command8_, Command8, u"Reduce", -1, L"leaves the screen to the text and a small bar"},
+        {Command7_, Command7, u"Exit", -1, L"goes back to the editor"},
+    };
+    constexpr int cell = (kInner - kGap) / 2;
+    int number = 0;
+    for (const Entry& entry : entries) {
+        const int left = kMargin + number % 2 * (cell + kGap);
+        const int top = kButtonsTop + number / 2 * (kButtonHeight + kGap);
+        const DWORD style = WS_TABSTOP | (entry.id == Command4 ? BS_DEFPUSHBUTTON : 0U);
+        entry.button.create(handle(), entry.id, box(left, top, kButtonWidth, kButtonHeight),
+                            entry.caption, style);
+        add(L"STATIC", entry.meaning, entry.label > 0 ? SS_NOTIFY : 0U, entry.label,
+            box(left + kButtonWidth + kGap, top, cell - kButtonWidth - kGap, kButtonHeight));
+        ++number;
+    }
+}
+
+bool frmFScreenB::translate(MSG& message) {
+    return form3_.translate(message) || form3b_.translate(message) ||
+           ModelessDialog::translate(message);
+}
+
+Monitor frmFScreenB::monitor() const {
+    RECT own{};
+    ::GetWindowRect(view_.window(), &own);
+    return services_.screen.monitorOf(areaOf(own));
+}
+
+void frmFScreenB::moveToCorner() {
+    RECT own{};
+    ::GetWindowRect(handle(), &own);
+    const Area place = placePanel(monitor().work, areaOf(own).width, areaOf(own).height);
+    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmFScreenB::arrange() {
+    if (!isOpen())
+        return;
+    moveToCorner();
+    form3_.moveTo(monitor().whole);
+    form3b_.moveTo(monitor().whole);
+}
+
+// ---- Messages ---------------------------------------------------------------------------------
+
+LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wParam), HIWORD(wParam));
+            return 0;
+        case WM_TIMER:
+            onTimer(wParam);
+            return 0;
+        case DM_GETDEFID:
+            return MAKELRESULT(Command4, DC_HASDEFID);
+        case WM_CLOSE:
+            view_.leave();
+            return 0;
+        case WM_DESTROY:
+            // Here, because the panel also goes with the windows that own it.
+            run_.showPanel({});
+            runClock(false);
+            services_.screen.keepOn(false);
+            return 0;
+        default:
+            return passOn(message, wParam, lParam);
+    }
+}
+
+// Where a list has the focus, it takes the keys of a pedal.
+bool frmFScreenB::onKeyDown(WPARAM key) {
+    const bool isPaging = key == VK_PRIOR || key == VK_NEXT;
+    const LRESULT code = ::SendMessageW(::GetFocus(), WM_GETDLGCODE, 0, 0);
+    return isPaging && !(code & DLGC_WANTARROWS) && view_.takesKey(key);
+}
+
+void frmFScreenB::onCommand(int control, int code) {
+    switch (control) {
+        case Seconds2:
+            if (code == CBN_SELCHANGE)
+                view_.bringToTop(chosen(Seconds2));
+            break;
+        case Check1:
+            ::EnableWindow(item(Seconds3), ::IsDlgButtonChecked(handle(), Check1) == BST_CHECKED);
+            break;
+        case LB2:
+        case Command4:
+            start();
+            break;
+        case LB3:
+        case Command6:
+            update();
+            break;
+        case Command8:
+            reduce();
+            break;
+        case Command7:
+            view_.leave();
+            break;
+        default:
+            break;
+    }
+}
+
+void frmFScreenB::onTimer(UINT_PTR timer) {
+    if (timer == kTimer1) {
+        run_.tick();
+        restPointer();
+        return;
+    }
+    ::KillTimer(handle(), timer);
+    if (timer == kTimer3)
+        ::SetTimer(handle(), kTimer2, kTimerMs, nullptr);
+    else if (timer == kTimer2)
+        prepare();
+}
+
+// ---- The lists --------------------------------------------------------------------------------
+
+void frmFScreenB::prepare() {
+    if (prepared_)
+        return;
+    prepared_ = true;
+    view_.caretToEnd();
+    fillLineLists();
+}
+
+// One line short of the last: from there no jump would be seen.
+void frmFScreenB::fillLineLists() {
+    const int lines = view_.lineCount();
+    const int wanted = std::max(0, lines - 1);
+    run_.setLineCount(lines);
+    const auto fill = [&](int id) {
+        const HWND list = item(id);
+        const int former = chosen(id);
+        if (wanted < listed_)
+            ::SendMessageW(list, CB_RESETCONTENT, 0, 0);
+        addNumbers(list, wanted < listed_ ? 1 : listed_ + 1, wanted);
+        ::SendMessageW(list, CB_SETCURSEL,
+                       static_cast<WPARAM>(std::clamp(former, 1, std::max(1, wanted)) - 1), 0);
+    };
+    fill(Seconds2);
+    for (std::size_t number = 1; number <= 2 * kJumpRows; ++number)
+        fill(idAt(CB, number));
+    listed_ = wanted;
+}
+
+// The number chosen in a list; 0 where none is.
+int frmFScreenB::chosen(int list) const {
+    return static_cast<int>(::SendMessageW(item(list), CB_GETCURSEL, 0, 0)) + 1;
+}
+
+RunSettings frmFScreenB::settings() const {
+    RunSettings settings;
+    settings.secondsPerLine = chosen(Seconds);
+    settings.passes = chosen(Seconds3);
+    settings.repeats = ::IsDlgButtonChecked(handle(), Check1) == BST_CHECKED;
+    for (std::size_t row = 1; row <= kJumpRows; ++row)
+        settings.rows[row - 1] = {::IsDlgButtonChecked(handle(), idAt(CK, row)) == BST_CHECKED,
+                                  chosen(idAt(CB, 2 * row - 1)), chosen(idAt(CB, 2 * row)),
+                                  chosen(idAt(CB, 10 + row))};
+    return settings;
+}
+
+void frmFScreenB::showCursorLine(int line) {
+    if (isOpen())
+        ::SetWindowTextW(item(Text1), wide(cursorLineText(line)));
+}
+
+// ---- Commands ---------------------------------------------------------------------------------
+
+void frmFScreenB::start() {
+    prepare();
+    if (!run_.start(settings(), view_.lineCount()))
+        return;
+    view_.bringToTop(1);
+    form3_.open(handle(), monitor().whole);
+    ::ShowWindow(handle(), SW_HIDE);
+    services_.screen.keepOn(true);
+    runClock(true);
+}
+
+void frmFScreenB::update() {
+    prepare();
+    fillLineLists();
+}
+
+void frmFScreenB::reduce() {
+    prepare();
+    view_.reduce();
+    form3b_.open(handle(), monitor().whole);
+    ::ShowWindow(handle(), SW_HIDE);
+}
+
+void frmFScreenB::pauseOrResume() {
+    if (run_.isRunning())
+        run_.pause();
+    else
+        run_.resume();
+    form3_.showPaused(run_.isPaused());
+    runClock(run_.isRunning());
+}
+
+void frmFScreenB::showPanel() {
+    run_.showPanel(settings());
+    runClock(false);
+    services_.screen.keepOn(false);
+    view_.enlarge();
+    ::ShowWindow(handle(), SW_SHOW);
+    form3_.hide();
+    form3b_.hide();
+    ::SetActiveWindow(handle());
+    ::SetFocus(Command4_.handle());
+}
+
+void frmFScreenB::runClock(bool on) {
+    if (on) {
+        ::SetTimer(handle(), kTimer1, kTimerMs, nullptr);
+    } else {
+        ::KillTimer(handle(), kTimer1);
+        hidePointer(false);
+    }
+}
+
+// ---- The run ----------------------------------------------------------------------------------
+
+void frmFScreenB::showLine(int line) {
+    view_.bringToTop(line);
+}
+
+void frmFScreenB::showCaption(TextView caption) {
+    if (form3_.isOpen())
+        form3_.setCaption(caption);
+}
+
+void frmFScreenB::runEnded() {
+    showPanel();
+}
+
+void frmFScreenB::restPointer() {
+    POINT point{};
+    ::GetCursorPos(&point);
+    hidePointer(rest_.isHidden(services_.clock.nowMs(), static_cast<int>(point.x),
+                               static_cast<int>(point.y), run_.isRunning()));
+}
+
+void frmFScreenB::hidePointer(bool hidden) {
+    if (hidden != pointerHidden_)
+        ::ShowCursor(hidden ? FALSE : TRUE);
+    pointerHidden_ = hidden;
+}
+
+bool frmFScreenB::refuses(WPARAM systemCommand) const {
+    const WPARAM command = systemCommand & 0xFFF0;
+    return (command == SC_SCREENSAVE || command == SC_MONITORPOWER) &&
+           (run_.isRunning() || run_.isPaused());
+}
+
+}  // namespace melvorin

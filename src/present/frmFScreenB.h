@@ -1,0 +1,127 @@
+// The control panel of the full-screen view: the pace, the jumps and the passes of a run, and the
+// buttons that begin it. It drives the run's clock; while the run goes, a floating bar stands in
+// its place.
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "app/Services.h"
+#include "present/Form3.h"
+#include "present/Form3b.h"
+#include "present/StageLayout.h"
+#include "present/StageRun.h"
+#include "widgets/TarnelButton.h"
+
+namespace melvorin {
+
+// The view as the panel works on it. Lines count from 1.
+class StageView {
+  public:
+    virtual ~StageView() = default;
+    virtual HWND window() const = 0;
+    virtual int lineCount() const = 0;
+    // The caret to the end of the text, which stays where it is on the screen.
+    virtual void caretToEnd() = 0;
+    virtual void bringToTop(int line) = 0;
+    // The text alone, in the second control; and back.
+    virtual void reduce() = 0;
+    virtual void enlarge() = 0;
+    // A key that moves the view.
+    virtual bool takesKey(WPARAM key) = 0;
+    virtual void leave() = 0;
+};
+
+class frmFScreenB : public ModelessDialog, private StageSurface {
+  public:
+    // The ids of the controls, by their names; the arrays have theirs from here up.
+    enum ControlId {
+        Seconds = 101,
+        Seconds2,
+        Seconds3,
+        Check1,
+        Text1,
+        LB2,
+        LB3,
+        Command4,
+        Command6,
+        Command8,
+        Command7 = IDCANCEL,
+        CB = 200,  // 1 to 10: from and to of row 1, of row 2 and so on; 11 to 15: the times
+        CK = 300,  // 1 to 5
+        LK = 400,  // 1 to 5
+    };
+
+    // What is given outlives the window.
+    frmFScreenB(const Services& services, StageView& view);
+
+    // Shows the panel for the view that is open; its lists fill once it is there. False when
+    // Windows refuses.
+    bool open();
+    // The bars are part of it.
+    bool translate(MSG& message);
+    // The panel comes back and the clock stops.
+    void showPanel();
+    bool isShown() const { return isOpen() && ::IsWindowVisible(handle()); }
+    // The lists are filled.
+    bool isPrepared() const { return prepared_; }
+    // To the caret's line, from 1.
+    void showCursorLine(int line);
+    // The display has changed.
+    void arrange();
+    // A system command would darken the screen while a run goes.
+    bool refuses(WPARAM systemCommand) const;
+
+    const StageRun& run() const { return run_; }
+    Form3& bar() { return form3_; }
+    Form3b& smallBar() { return form3b_; }
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool onKeyDown(WPARAM key) override;
+    void onCommand(int control, int code);
+    void onTimer(UINT_PTR timer);
+
+    bool createWindow();
+    void createControls();
+    void createRows();
+    void createButtons();
+    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
+    HWND addList(int id, const RECT& place, int count);
+    HWND item(int id) const { return ::GetDlgItem(handle(), id); }
+    int chosen(int list) const;
+    Monitor monitor() const;
+    void moveToCorner();
+
+    void prepare();
+    void fillLineLists();
+    void start();
+    void update();
+    void reduce();
+    void pauseOrResume();
+    RunSettings settings() const;
+    void runClock(bool on);
+    void restPointer();
+    void hidePointer(bool hidden);
+
+    void showLine(int line) override;
+    void showCaption(TextView caption) override;
+    void runEnded() override;
+
+    Services services_;
+    StageView& view_;
+    StageRun run_;
+    Form3 form3_;
+    Form3b form3b_;
+    ButtonSounds sounds_;
+    TarnelButton Command4_;
+    TarnelButton Command6_;
+    TarnelButton Command7_;
+    TarnelButton Command8_;
+    PointerRest rest_;
+    bool pointerHidden_ = false;
+    bool prepared_ = false;
+    int listed_ = 0;  // line numbers in the lists
+};
+
+}  // namespace melvorin

@@ -1,0 +1,398 @@
+// The full-screen view, its panel and its bars on the real controls and timers; only the clock is
+// moved by hand.
+#include "Scripted.h"
+
+namespace melvorin::testing {
+namespace {
+
+std::vector<int> range(int first, int last) {
+    std::vector<int> numbers;
+    for (int number = first; number <= last; ++number)
+        numbers.push_back(number);
+    return numbers;
+}
+
+std::vector<int> joined(std::initializer_list<std::vector<int>> parts) {
+    std::vector<int> all;
+    for (const std::vector<int>& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+class OnStage : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(program.start()); }
+
+    static Text songOf(int lines, std::size_t width = 20) {
+        Text song;
+        for (int line = 1; line <= lines; ++line) {
+            song += fromUtf8("Line " + std::to_string(line) + " ");
+            song.append(width, u'a');
+            song += line < lines ? u"\r" : u"";
+        }
+        return song;
+    }
+    void open(const Text& song) {
+        ASSERT_TRUE(program.editor().loadPlain({song}, u"Lucida Console", 10));
+        open();
+    }
+    void open() {
+        program.command(Command::mnuFullScreen);
+        ASSERT_TRUE(view().isOpen());
+        program.waitUntil([this] { return panel().isPrepared(); });
+    }
+
+    frmFScreen& view() { return program.form->fullScreen(); }
+    frmFScreenB& panel() { return view().panel(); }
+    RichEdit& text() { return view().FSRTB(); }
+    HWND item(int id) { return ::GetDlgItem(panel().handle(), id); }
+    HWND onBar(int id) { return ::GetDlgItem(panel().bar().handle(), id); }
+    void choose(int list, int number) {
+        ::SendMessageW(item(list), CB_SETCURSEL, static_cast<WPARAM>(number - 1), 0);
+    }
+    void setJump(int row, int from, int to, int times) {
+        ::CheckDlgButton(panel().handle(), frmFScreenB::CK + row, BST_CHECKED);
+        choose(frmFScreenB::CB + 2 * row - 1, from);
+        choose(frmFScreenB::CB + 2 * row, to);
+        choose(frmFScreenB::CB + 10 + row, times);
+    }
+    void click(HWND button) {
+        ::SendMessageW(button, BM_CLICK, 0, 0);
+        program.pump();
+    }
+    void press(WPARAM key) {
+        ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 1);
+        program.pump();
+    }
+    // A key that is pressed while Ctrl is down.
+    void pressWithCtrl(WPARAM key) {
+        BYTE former[256];
+        BYTE held[256];
+        ::GetKeyboardState(former);
+        std::copy(std::begin(former), std::end(former), held);
+        held[VK_CONTROL] = 0x80;
+        MSG message{};
+        message.hwnd = ::GetFocus();
+        message.message = WM_KEYDOWN;
+        message.wParam = key;
+        message.lParam = 1;
+        ::SetKeyboardState(held);
+        if (!program.form->translate(message))
+            ::DispatchMessageW(&message);
+        ::SetKeyboardState(former);
+        program.pump();
+    }
+    std::string caption() {
+        Text buffer(64, u'\0');
+        buffer.resize(static_cast<std::size_t>(
+            ::GetWindowTextW(panel().bar().handle(), wideBuffer(buffer), 64)));
+        return shown(buffer);
+    }
+    int topLine() { return static_cast<int>(text().firstVisibleLine()) + 1; }
+    bool isShown(HWND window) { return ::IsWindowVisible(window) != FALSE; }
+    // Lets a second pass, and the timer see it.
+    void nextSecond() {
+        const std::string before = caption();
+        program.clock.ms += 1000;
+        program.waitUntil([&] { return caption() != before; });
+    }
+    Area placeOf(HWND window) {
+        RECT place{};
+        ::GetWindowRect(window, &place);
+        return areaOf(place);
+    }
+
+    Program program;
+};
+
+TEST_F(OnStage, AWholeSongWithJumpsAndPasses) {
+    program.screen.screen = {500, 300};
+    open(songOf(40));
+    const std::int16_t snapshots = program.history().count();
+    // From the end no line goes farther up than the last screenful allows.
+    text().bringToTop(39);
+    const int highest = topLine();
+    EXPECT_GT(highest, 20);
+    EXPECT_LT(highest, 40);
+
+    ::CheckDlgButton(panel().handle(), frmFScreenB::Check1, BST_CHECKED);
+    choose(frmFScreenB::Seconds3, 2);
+    setJump(1, 4, 1, 1);
+    setJump(5, 39, 25, 1);
+    click(item(frmFScreenB::Command4));
+    EXPECT_FALSE(isShown(panel().handle()));
+    EXPECT_TRUE(isShown(panel().bar().handle()));
+    EXPECT_TRUE(program.screen.isKeptOn);
+    program.waitUntil([this] { return caption() == " 0:00 "; });
+
+    // Line 4 goes to 1 and the step on to 2; line 39 to 26. Line 40 stands twice.
+    const std::vector<int> pass = joined({range(1, 4), range(2, 39), range(26, 41)});
+    const std::vector<int> lines = joined({pass, pass, {42}});
+    std::vector<int> played{panel().run().currentLine()};
+    std::vector<int> tops{topLine()};
+    std::vector<int> expectedTops{1};
+    while (played.size() < lines.size()) {
+        nextSecond();
+        played.push_back(panel().run().currentLine());
+        tops.push_back(topLine());
+        expectedTops.push_back(std::min(lines[played.size() - 1], highest));
+    }
+    EXPECT_EQ(played, lines);
+    EXPECT_EQ(tops, expectedTops);
+    EXPECT_EQ(caption(), "0:00");
+    EXPECT_TRUE(isShown(panel().handle()));
+    EXPECT_FALSE(isShown(panel().bar().handle()));
+    EXPECT_FALSE(program.screen.isKeptOn);
+    EXPECT_EQ(program.history().count(), snapshots);
+    EXPECT_FALSE(program.state().dirty);
+}
+
+TEST_F(OnStage, PanelIsPreparedForTheSong) {
+    open(songOf(30));
+    const auto count = [&](int id) { return ::SendMessageW(item(id), CB_GETCOUNT, 0, 0); };
+    const auto cursorLine = [&] {
+        Text buffer(16, u'\0');
+        buffer.resize(static_cast<std::size_t>(
+            ::GetWindowTextW(item(frmFScreenB::Text1), wideBuffer(buffer), 16)));
+        return shown(buffer);
+    };
+    for (int id = frmFScreenB::CB + 1; id <= frmFScreenB::CB + 10; ++id)
+        EXPECT_EQ(count(id), 29);
+    EXPECT_EQ(count(frmFScreenB::Seconds2), 29);
+    EXPECT_EQ(panel().run().lastLine(), 31);
+    EXPECT_EQ(cursorLine(), " 30");
+    EXPECT_EQ(topLine(), 1);
+    text().select({text().firstOfLine(6), text().firstOfLine(6)});
+    program.pump();
+    EXPECT_EQ(cursorLine(), " 07");
+
+    // "Update" counts again; what was chosen stays while it can.
+    choose(frmFScreenB::CB + 1, 29);
+    choose(frmFScreenB::CB + 2, 12);
+    text().select({text().firstOfLine(20), text().firstOfLine(25)});
+    text().replaceSelection(u"");
+    click(item(frmFScreenB::Command6));
+    EXPECT_EQ(count(frmFScreenB::CB + 1), 24);
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 1), CB_GETCURSEL, 0, 0), 23);
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 2), CB_GETCURSEL, 0, 0), 11);
+    EXPECT_EQ(panel().run().lastLine(), 26);
+}
+
+TEST_F(OnStage, WhatIsTypedIsInTheDocumentAndCanBeUndone) {
+    ASSERT_TRUE(
+        program.editor().loadRtf("{\\rtf1{\\fonttbl{\\f0 Courier New;}}{\\colortbl;"
+                                 "\\red255\\green0\\blue0;}\\f0\\b\\cf1 C  G\\par "
+                                 "\\b0\\cf0 la la}"));
+    program.editor().setBackground(Rgb{255, 255, 200});
+    open();
+    EXPECT_EQ(text().background(), (Rgb{255, 255, 200}));
+    const std::int16_t snapshots = program.history().count();
+    EXPECT_FALSE(program.state().dirty);
+    ::SetFocus(text().handle());
+    text().select({2, 2});
+    ::SendMessageW(text().handle(), WM_CHAR, 'm', 1);
+    EXPECT_EQ(program.text(), "C m G\rla la");
+    EXPECT_EQ(program.editor().rtf(), text().rtf());
+    EXPECT_EQ(program.editor().selection(), (Selection{3, 3}));
+    EXPECT_TRUE(program.state().dirty);
+    EXPECT_EQ(program.history().count(), snapshots + 1);
+    ::SendMessageW(text().handle(), WM_CHAR, '\t', 1);
+    EXPECT_EQ(program.text(), shown(text().text().chars));
+    EXPECT_EQ(program.text().find('\t'), std::string::npos);
+    EXPECT_EQ(program.history().count(), snapshots + 2);
+
+    for (int i = 0; i < 2; ++i)
+        pressWithCtrl('Z');
+    EXPECT_EQ(shown(text().text().chars), "C  G\rla la");
+    EXPECT_EQ(program.text(), "C  G\rla la");
+    pressWithCtrl('Y');
+    EXPECT_EQ(shown(text().text().chars), "C m G\rla la");
+    text().select({0, 1});
+    EXPECT_EQ(text().selectionStyle().bold, true);
+    EXPECT_EQ(text().selectionStyle().colour, (Rgb{255, 0, 0}));
+}
+
+TEST_F(OnStage, ReducedTextIsTheDocumentToo) {
+    open(songOf(30));
+    text().bringToTop(10);
+    click(item(frmFScreenB::Command8));
+    EXPECT_FALSE(isShown(panel().handle()));
+    EXPECT_TRUE(isShown(view().FSRTB2().handle()));
+    EXPECT_FALSE(isShown(text().handle()));
+    EXPECT_EQ(view().FSRTB2().firstVisibleLine(), 0);  // 30 lines fit the screen
+    EXPECT_FALSE(program.state().dirty);
+    view().FSRTB2().select({0, 0});
+    ::SendMessageW(view().FSRTB2().handle(), WM_CHAR, 'X', 1);
+    EXPECT_EQ(program.text().substr(0, 7), "XLine 1");
+    ::SetFocus(::GetDlgItem(panel().smallBar().handle(), Form3b::Cmd3));
+    press(VK_ESCAPE);
+    EXPECT_TRUE(isShown(panel().handle()));
+    EXPECT_TRUE(isShown(text().handle()));
+    EXPECT_FALSE(isShown(view().FSRTB2().handle()));
+    EXPECT_EQ(text().text().chars, program.editor().text().chars);
+}
+
+TEST_F(OnStage, KeysOfARun) {
+    program.screen.screen = {500, 300};
+    open(songOf(60));
+    click(item(frmFScreenB::Command4));
+    EXPECT_EQ(::GetFocus(), onBar(Form3::Cmd));
+    const auto lineAfter = [&](WPARAM key) {
+        press(key);
+        return panel().run().currentLine();
+    };
+    EXPECT_EQ(lineAfter(VK_F1), 1);
+    EXPECT_EQ(lineAfter(VK_F2), 3);
+    EXPECT_EQ(lineAfter(VK_F3), 9);
+    EXPECT_EQ(lineAfter(VK_F4), 20);
+    EXPECT_EQ(topLine(), 20);
+    // A pedal moves the view alone.
+    EXPECT_EQ(lineAfter(VK_NEXT), 20);
+    EXPECT_GT(topLine(), 25);
+    EXPECT_EQ(lineAfter(VK_PRIOR), 20);
+    EXPECT_EQ(topLine(), 20);
+
+    click(onBar(Form3::Cmd));
+    EXPECT_EQ(caption(), " Paused");
+    EXPECT_EQ(lineAfter(VK_F2), 20);
+    // Edited meanwhile, the run goes on in what there is.
+    text().select({text().firstOfLine(15), text().firstOfLine(59)});
+    text().replaceSelection(u"");
+    click(onBar(Form3::Cmd));
+    EXPECT_EQ(lineAfter(VK_F2), 22);
+    EXPECT_EQ(text().lineOf(text().selection().begin), 15);
+
+    press(VK_ESCAPE);
+    EXPECT_TRUE(isShown(panel().handle()));
+    EXPECT_FALSE(panel().run().isRunning());
+    EXPECT_FALSE(isShown(panel().bar().handle()));
+    press(VK_ESCAPE);
+    EXPECT_FALSE(view().isOpen());
+    EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
+    EXPECT_EQ(::GetFocus(), program.editor().handle());
+}
+
+TEST_F(OnStage, SongsThatCannotMove) {
+    for (const Text& song : {Text(), Text(u"one line")}) {
+        open(song);
+        click(item(frmFScreenB::Command4));
+        EXPECT_TRUE(isShown(panel().handle()));
+        EXPECT_FALSE(panel().run().isRunning());
+        EXPECT_FALSE(program.screen.isKeptOn);
+        view().close();
+    }
+}
+
+TEST_F(OnStage, WideLinesStayAtTheirBeginning) {
+    program.screen.screen = {500, 300};
+    open(songOf(60, 300));
+    const std::int32_t lines = text().lineCount();
+    for (const int line : {30, 59, 5}) {
+        text().bringToTop(line);
+        EXPECT_EQ(topLine(), std::min(line + 1, topLine())) << line;
+        EXPECT_EQ(text().scrollPosition().x, 0) << line;
+    }
+    EXPECT_EQ(topLine(), 6);
+    const Text song = program.editor().text().chars;
+    const std::string rtf = program.editor().rtf();
+    const int height = static_cast<int>(text().pointOf(text().firstOfLine(8)).y -
+                                        text().pointOf(text().firstOfLine(7)).y);
+    ::PostMessageW(::GetFocus(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, WHEEL_DELTA), 0);
+    program.pump();
+    EXPECT_EQ(text().zoom(), 110);
+    pressWithCtrl(VK_ADD);
+    pressWithCtrl(VK_OEM_PLUS);
+    EXPECT_EQ(text().zoom(), 150);
+    EXPECT_EQ(text().lineCount(), lines);
+    EXPECT_GT(text().pointOf(text().firstOfLine(8)).y - text().pointOf(text().firstOfLine(7)).y,
+              height * 13 / 10);
+    pressWithCtrl(VK_SUBTRACT);
+    EXPECT_EQ(text().zoom(), 125);
+    text().loadRtf(rtf);
+    EXPECT_EQ(text().zoom(), 125);
+    EXPECT_GT(text().pointOf(text().firstOfLine(8)).y - text().pointOf(text().firstOfLine(7)).y,
+              height * 11 / 10);
+    EXPECT_EQ(program.editor().rtf(), rtf);
+}
+
+TEST_F(OnStage, ScreenOfTheMainWindowAndItsChanges) {
+    program.screen.monitors = {{{0, 0, 1280, 1024}, {0, 0, 1280, 990}},
+                               {{1280, -200, 900, 700}, {1280, -200, 900, 660}}};
+    ::SetWindowPos(program.form->handle(), nullptr, 1300, 0, 700, 400, SWP_NOZORDER);
+    open(songOf(30));
+    EXPECT_EQ(placeOf(view().handle()), (Area{1280, -200, 900, 700}));
+    Area place = placeOf(panel().handle());
+    EXPECT_EQ(place.left + place.width, 2180);
+    EXPECT_EQ(place.top + place.height, 460);
+    click(item(frmFScreenB::Command4));
+    place = placeOf(panel().bar().handle());
+    EXPECT_EQ(place.left + place.width + place.width / 4, 2180);
+
+    // The second monitor is unplugged while a run goes.
+    program.screen.monitors = {{{0, 0, 640, 480}, {0, 0, 640, 450}}};
+    program.screen.screen = {640, 480};
+    program.screen.work = {640, 450};
+    ::SendMessageW(view().handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(640, 480));
+    EXPECT_EQ(placeOf(view().handle()), (Area{0, 0, 640, 480}));
+    EXPECT_EQ(placeOf(text().handle()).top, 7);
+    EXPECT_EQ(placeOf(text().handle()).height, 473);
+    place = placeOf(panel().bar().handle());
+    EXPECT_EQ(place.left + place.width + place.width / 4, 640);
+    EXPECT_TRUE(panel().run().isRunning());
+}
+
+TEST_F(OnStage, PointerAndScreenSaverDuringARun) {
+    const auto isPointerShown = [] {
+        CURSORINFO info{};
+        info.cbSize = sizeof info;
+        ::GetCursorInfo(&info);
+        return (info.flags & CURSOR_SHOWING) != 0;
+    };
+    open(songOf(30));
+    EXPECT_FALSE(panel().refuses(SC_SCREENSAVE));
+    click(item(frmFScreenB::Command4));
+    EXPECT_TRUE(panel().refuses(SC_SCREENSAVE | 3));
+    EXPECT_TRUE(panel().refuses(SC_MONITORPOWER));
+    EXPECT_FALSE(panel().refuses(SC_CLOSE));
+    program.waitUntil([this] { return caption() == " 0:00 "; });
+    EXPECT_TRUE(isPointerShown());
+    nextSecond();
+    nextSecond();
+    program.waitUntil([&] { return !isPointerShown(); });
+    POINT point{};
+    ::GetCursorPos(&point);
+    ::SetCursorPos(static_cast<int>(point.x) + 9, static_cast<int>(point.y));
+    program.waitUntil([&] { return isPointerShown(); });
+    nextSecond();
+    nextSecond();
+    program.waitUntil([&] { return !isPointerShown(); });
+    // The panel goes, and all that the run kept goes with it.
+    program.command(Command::mnuFullScreen);
+    EXPECT_TRUE(isPointerShown());
+    click(item(frmFScreenB::Command4));
+    EXPECT_TRUE(program.screen.isKeptOn);
+    ::SendMessageW(panel().handle(), WM_CLOSE, 0, 0);
+    EXPECT_FALSE(view().isOpen());
+    EXPECT_FALSE(program.screen.isKeptOn);
+}
+
+// Other windows of the song are out of sight meanwhile; its commands and its end go by the editor.
+TEST_F(OnStage, TheMainWindowMeanwhile) {
+    ASSERT_TRUE(program.editor().loadPlain({songOf(5)}, u"Lucida Console", 10));
+    program.command(Command::mnuFind);
+    const HWND find = program.form->findWindow().handle();
+    open();
+    EXPECT_FALSE(isShown(find));
+    EXPECT_FALSE(::IsWindowEnabled(program.form->handle()));
+    program.command(Command::mnuSelectAll);
+    EXPECT_FALSE(view().isOpen());
+    EXPECT_TRUE(isShown(find));
+    open();
+    click(item(frmFScreenB::Command4));
+    program.close();
+    EXPECT_TRUE(program.ended);
+    EXPECT_FALSE(program.screen.isKeptOn);
+}
+
+}  // namespace
+}  // namespace melvorin::testing
