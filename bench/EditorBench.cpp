@@ -1,7 +1,8 @@
-// What the editor's two costly moments take in the real main window: the key change of a chart and
-// a typed character. Both stand beside what the rich-edit control alone takes for its part. A fresh
-// control is much faster at a load than one that has to empty itself first (Wine), so ratios are to
-// the fresh one. Prints "name value unit", one per line.
+// What the editor's costly moments take in the real main window: the key change of a chart, a typed
+// character, and the opening and the steps of the full-screen view. They stand beside what the
+// rich-edit control alone takes for its part. A fresh control is much faster at a load than one
+// that has to empty itself first (Wine), so ratios are to the fresh one. Prints "name value unit",
+// one per line.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -714,9 +715,63 @@ void fingering(std::int32_t lines, std::int32_t diagrams) {
     report(name + "_99th", quantile(times, 99), "ms");
 }
 
+// ---- Full screen ------------------------------------------------------------------------------
+
+// Until the view is drawn and its panel's lists are filled.
+double timeOfOpening(OpenChart& chart) {
+    frmFScreen& view = chart.form().fullScreen();
+    return timeOf([&] {
+        chart.form().run(Command::mnuFullScreen);
+        while (view.isOpen() && !view.panel().isPrepared())
+            chart.pump();
+    });
+}
+
+// Steps all over the song, each until it is drawn; and the same with the reading and writing back
+// of the whole text, which the program leaves out.
+void fullScreen(std::int32_t lines) {
+    OpenChart chart(static_cast<std::size_t>(lines));
+    frmFScreen& view = chart.form().fullScreen();
+    Times load;
+    Times opening;
+    for (int round = 0; round < 5; ++round) {
+        load.push_back(timeOfFreshLoad(chart, chart.editor().rtf()));
+        opening.push_back(timeOfOpening(chart));
+        if (!view.isOpen())
+            giveUp("the full-screen view did not open");
+        view.close();
+        chart.pump();
+    }
+    timeOfOpening(chart);
+    RichEdit& text = view.FSRTB();
+    Times step;
+    for (std::int32_t i = 0; i < 300; ++i)
+        step.push_back(timeOf([&] { text.bringToTop((i * 37 + i % 2) % lines); }));
+    Times rewritingStep;
+    for (std::int32_t i = 0; i < 5; ++i)
+        rewritingStep.push_back(timeOf([&] {
+            text.loadRtf(text.rtf());
+            text.bringToTop(i * 37 % lines);
+        }));
+    view.close();
+    const std::string name = "full_screen_" + std::to_string(lines) + "_lines";
+    report(name + "_load", median(load), "ms");
+    report(name + "_opening", median(opening), "ms");
+    report(name + "_opening_to_load", median(opening) / median(load), "ratio");
+    report(name + "_step_median", median(step), "ms");
+    report(name + "_step_99th", quantile(step, 99), "ms");
+    report(name + "_step_to_load", median(step) / median(load), "ratio");
+    report(name + "_step_with_write_back_median", median(rewritingStep), "ms");
+}
+
 }  // namespace
 
-int main() {
+// With an argument only the full-screen view.
+int main(int count, char**) {
+    for (const std::int32_t lines : {200, 2000, 5000})
+        fullScreen(lines);
+    if (count > 1)
+        return EXIT_SUCCESS;
     dictionary();
     diagramFonts();
     fingering(2000, 500);

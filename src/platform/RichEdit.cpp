@@ -131,8 +131,8 @@ HWND RichEdit::createControl() {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | WS_VSCROLL |
                             WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL |
                             ES_NOHIDESEL | ES_WANTRETURN;
-    const HWND control = ::CreateWindowExW(edge_, windowClass, L"", style, 0, 0, 0, 0,
-                                           parent_, reinterpret_cast<HMENU>(INT_PTR{id_}),
+    const HWND control = ::CreateWindowExW(edge_, windowClass, L"", style, 0, 0, 0, 0, parent_,
+                                           reinterpret_cast<HMENU>(INT_PTR{id_}),
                                            ::GetModuleHandleW(nullptr), nullptr);
     if (control == nullptr)
         return nullptr;
@@ -226,7 +226,19 @@ void RichEdit::applyZoom(HWND control) const {
 
 void RichEdit::setZoom(int percent) {
     zoom_ = percent;
+    const std::int32_t top = firstVisibleLine();
+    const Selection selected = selection();
+    const EditorWork work(*this);
     applyZoom(handle_);
+    // Some controls go on with the former widths until a format changes. The author of a revision
+    // is one that nobody sees and no Rich Text has.
+    CHARFORMAT2W format = charFormat(CFM_REVAUTHOR);
+    for (const BYTE author : {BYTE{1}, BYTE{0}}) {
+        format.bRevAuthor = author;
+        send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
+    }
+    bringToTop(top);
+    select(selected);
 }
 
 void RichEdit::show(bool visible) const {

@@ -44,7 +44,8 @@ class RichEdit : public Editor {
     void place(const RECT& rectangle);
     // Before `create`: no frame around the control.
     void setFrameless() { edge_ = 0; }
-    // Shows the text larger or smaller without changing it; 100 is its own size.
+    // Shows the text larger or smaller without changing it; 100 is its own size. The line at the
+    // top stays there.
     void setZoom(int percent);
     int zoom() const { return zoom_; }
     // Above its siblings, or out of sight.

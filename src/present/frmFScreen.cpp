@@ -149,13 +149,7 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             ::SetFocus(shownText().handle());
             return 0;
         case WM_ERASEBKGND:
-            if (background_) {
-                RECT client{};
-                ::GetClientRect(handle(), &client);
-                ::FillRect(reinterpret_cast<HDC>(wParam), &client, background_.get());
-                return 1;
-            }
-            return passOn(message, wParam, lParam);
+            return onErase(reinterpret_cast<HDC>(wParam));
         case WM_COMMAND:
             onCommand(wParam, lParam);
             return 0;
@@ -184,6 +178,14 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         default:
             return passOn(message, wParam, lParam);
     }
+}
+
+// Around the text it looks as behind it.
+LRESULT frmFScreen::onErase(HDC dc) const {
+    RECT client{};
+    ::GetClientRect(handle(), &client);
+    ::FillRect(dc, &client, background_ ? background_.get() : ::GetSysColorBrush(COLOR_WINDOW));
+    return 1;
 }
 
 void frmFScreen::onCommand(WPARAM wParam, LPARAM lParam) {

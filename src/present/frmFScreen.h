@@ -38,6 +38,7 @@ class frmFScreen : public Window, private StageView {
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onException(const std::exception& error) override;
     void onCommand(WPARAM wParam, LPARAM lParam);
+    LRESULT onErase(HDC dc) const;
     void onDestroy();
     bool onTextInput(UINT message, WPARAM wParam);
     bool onViewKey(const MSG& message);

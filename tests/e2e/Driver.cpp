@@ -11,6 +11,9 @@
 //   wait-field TEXT   until the control that has the keyboard holds this text
 //   wait-menu         until a menu is open
 //   wait-no-window TITLE  until no window of this title is in view
+//   click ID          clicks the button of this number in the window in front
+//   choose ID=ENTRY   chooses an entry (from 1) of a drop-down list there
+//   film              prints the caption of a run's bar each time it changes, until the bar goes
 //   message           prints the text of the message box in front
 //   close             closes the main window, without waiting
 //   wait-gone         until the main window is gone
@@ -138,6 +141,35 @@ bool type(TextView text) {
                                  &result) != 0;
 }
 
+// Posted: what a button begins may wait for an answer.
+bool click(TextView id) {
+    const HWND button = ::GetDlgItem(::GetForegroundWindow(), std::stoi(toUtf8(id)));
+    return button != nullptr && ::PostMessageW(button, BM_CLICK, 0, 0) != 0;
+}
+
+bool choose(TextView idAndEntry) {
+    const std::size_t sign = idAndEntry.find(u'=');
+    const HWND list =
+        ::GetDlgItem(::GetForegroundWindow(), std::stoi(toUtf8(idAndEntry.substr(0, sign))));
+    const auto entry = static_cast<WPARAM>(std::stoi(toUtf8(idAndEntry.substr(sign + 1))));
+    return ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) == static_cast<LRESULT>(entry - 1);
+}
+
+bool film() {
+    const HWND bar = ::FindWindowW(L"MelvorinForm3", nullptr);
+    Text last;
+    while (::IsWindowVisible(bar)) {
+        const Text caption = captionOf(bar);
+        if (caption != last) {
+            print(caption);
+            std::fflush(stdout);
+        }
+        last = caption;
+        ::Sleep(20);
+    }
+    return !last.empty();
+}
+
 bool runStep(TextView step, TextView argument) {
     if (step == u"wait")
         return waitFor([&] { return mainWindow() && captionOf(mainWindow()) == argument; });
@@ -162,6 +194,12 @@ bool runStep(TextView step, TextView argument) {
         });
     if (step == u"wait-menu")
         return waitFor([] { return (keyboard().flags & GUI_INMENUMODE) != 0; });
+    if (step == u"click")
+        return click(argument);
+    if (step == u"choose")
+        return choose(argument);
+    if (step == u"film")
+        return film();
     if (step == u"message")
         return printMessage();
     if (step == u"close")
@@ -172,8 +210,8 @@ bool runStep(TextView step, TextView argument) {
 }
 
 bool takesArgument(TextView step) {
-    return step != u"text" && step != u"wait-menu" && step != u"message" && step != u"close" &&
-           step != u"wait-gone";
+    return step != u"text" && step != u"film" && step != u"wait-menu" && step != u"message" &&
+           step != u"close" && step != u"wait-gone";
 }
 
 }  // namespace

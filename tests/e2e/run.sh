@@ -402,6 +402,58 @@ by_keyboard() {
     press Down Down Down Down Right Return
     title "keys.txt - Melvorin"
     drive wait-text $'C  G\nLIGHT ' close
+}
+
+# A run with two jumps and two passes, filmed: a picture at each second. Every line begins with its
+# number as four blocks, black for 1 and white for 0, as high as the line, so that a picture tells
+# which line is on top. The pictures stay in build/stage-film.
+stage_run() {
+    local film=$root/build/stage-film line bit bits second picture expected seen highest
+    rm -rf "$film"
+    mkdir -p "$film"
+    {
+        printf '{\\rtf1\\ansi{\\fonttbl{\\f0 Lucida Console;}}\\f0\\fs160'
+        for line in $(seq 14); do
+            printf ' '
+            for bit in 8 4 2 1; do
+                if [ $((line & bit)) -gt 0 ]; then printf '\\u9608?'; else printf ' '; fi
+            done
+            printf ' Line %d%s' "$line" "$([ "$line" = 14 ] || printf '\\par')"
+        done
+        printf '}'
+    } >"$work/stage.rtf"
+    start "$(windows_path "$work/stage.rtf")"
+    title "stage.rtf - Melvorin"
+    drive post "Full Screen" wait-front "Full Screen"
+    # Every 2 seconds a line, 2 passes; from 4 to 1 once, from 9 to 6 once.
+    drive choose 101=2 click 104 choose 103=2 \
+        click 301 choose 201=4 choose 202=1 choose 211=1 \
+        click 305 choose 209=9 choose 210=6 choose 215=1
+    drive click 108 wait-front " 0:00 "
+    second=0
+    while read -r line; do
+        picture=$film/$(printf %03d "$second").png
+        timeout 30 import -window root "$picture" || fail "no picture"
+        second=$((second + 1))
+    done < <(timeout 200 "$wine" "$win/melvorin-driver.exe" film 2>/dev/null)
+    drive wait-front "Full Screen"
+    [ "$second" -ge 84 ] || fail "the run had $second pictures"
+
+    # A step goes one line beyond the jump's; at the end of the text nothing moves any more.
+    seen=$(for picture in "$film"/*.png; do
+        convert "$picture" -crop 256x6+6+12 +repage -colorspace Gray -resize '4x1!' \
+            -threshold 50% txt:- | tail -n +2 | tr -d '\r' |
+            awk '{ n = 2 * n + ($0 ~ /black|#000000/) } END { print n }'
+    done | uniq | tr '\n' ' ')
+    highest=$(tr ' ' '\n' <<<"$seen" | sort -n | tail -n 1)
+    expected=$(for line in 1 2 3 4 2 3 4 5 6 7 8 9 7 8 9 10 11 12 13 14 \
+        1 2 3 4 2 3 4 5 6 7 8 9 7 8 9 10 11 12 13 14; do
+        echo $((line < highest ? line : highest))
+    done | uniq | tr '\n' ' ')
+    expect "lines on top" "$expected" "$seen"
+    if [ "$highest" -lt 5 ] || [ "$highest" -gt 13 ]; then fail "the last screenful begins at $highest"; fi
+    press Escape
+    drive wait-front "stage.rtf - Melvorin" close
     ended
 }
 
@@ -412,7 +464,7 @@ end_program() {
 }
 
 failures=0
-[ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names by_keyboard
+[ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names by_keyboard stage_run
 for case_name; do
     (
         trap end_program EXIT

@@ -179,10 +179,13 @@ TEST_F(OnStage, PanelIsPreparedForTheSong) {
 }
 
 TEST_F(OnStage, WhatIsTypedIsInTheDocumentAndCanBeUndone) {
-    ASSERT_TRUE(
-        program.editor().loadRtf("{\\rtf1{\\fonttbl{\\f0 Courier New;}}{\\colortbl;"
-                                 "\\red255\\green0\\blue0;}\\f0\\b\\cf1 C  G\\par "
-                                 "\\b0\\cf0 la la}"));
+    const ScratchFolder folder;
+    program.dialogs.choose(FileChoice{folder.add(u"song.rtf",
+                                                 "{\\rtf1{\\fonttbl{\\f0 Courier New;}}{\\colortbl;"
+                                                 "\\red255\\green0\\blue0;}\\f0\\b\\cf1 C  G\\par "
+                                                 "\\b0\\cf0 la la}"),
+                                      2});
+    program.command(Command::mnuFileOpen);
     program.editor().setBackground(Rgb{255, 255, 200});
     open();
     EXPECT_EQ(text().background(), (Rgb{255, 255, 200}));
@@ -293,8 +296,10 @@ TEST_F(OnStage, WideLinesStayAtTheirBeginning) {
         EXPECT_EQ(text().scrollPosition().x, 0) << line;
     }
     EXPECT_EQ(topLine(), 6);
-    const Text song = program.editor().text().chars;
     const std::string rtf = program.editor().rtf();
+    const std::string viewRtf = text().rtf();
+    const int width = static_cast<int>(text().pointOf(text().firstOfLine(5) + 20).x -
+                                       text().pointOf(text().firstOfLine(5)).x);
     const int height = static_cast<int>(text().pointOf(text().firstOfLine(8)).y -
                                         text().pointOf(text().firstOfLine(7)).y);
     ::PostMessageW(::GetFocus(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, WHEEL_DELTA), 0);
@@ -304,6 +309,10 @@ TEST_F(OnStage, WideLinesStayAtTheirBeginning) {
     pressWithCtrl(VK_OEM_PLUS);
     EXPECT_EQ(text().zoom(), 150);
     EXPECT_EQ(text().lineCount(), lines);
+    EXPECT_EQ(text().rtf(), viewRtf);
+    EXPECT_EQ(topLine(), 6);
+    const std::int32_t first = text().firstOfLine(5);
+    EXPECT_GT(text().pointOf(first + 20).x - text().pointOf(first).x, width * 13 / 10);
     EXPECT_GT(text().pointOf(text().firstOfLine(8)).y - text().pointOf(text().firstOfLine(7)).y,
               height * 13 / 10);
     pressWithCtrl(VK_SUBTRACT);
