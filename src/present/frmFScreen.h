@@ -62,6 +62,7 @@ class frmFScreen : public Window, private StageView {
     void bringToTop(int line) override;
     void reduce() override;
     void enlarge() override;
+    void finishEdits() override { writeBack(); }
     bool takesKey(WPARAM key) override;
     void leave() override { close(); }
 

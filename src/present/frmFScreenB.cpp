@@ -369,6 +369,7 @@ void frmFScreenB::showCursorLine(int line) {
 
 void frmFScreenB::start() {
     prepare();
+    view_.finishEdits();
     if (!run_.start(settings(), view_.lineCount()))
         return;
     view_.bringToTop(1);
@@ -391,6 +392,7 @@ void frmFScreenB::reduce() {
 }
 
 void frmFScreenB::pauseOrResume() {
+    view_.finishEdits();
     if (run_.isRunning())
         run_.pause();
     else
@@ -405,6 +407,7 @@ void frmFScreenB::showPanel() {
     services_.screen.keepOn(false);
     view_.enlarge();
     ::ShowWindow(handle(), SW_SHOW);
+    ::RedrawWindow(handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     form3_.hide();
     form3b_.hide();
     ::SetActiveWindow(handle());

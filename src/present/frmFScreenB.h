@@ -27,6 +27,8 @@ class StageView {
     // The text alone, in the second control; and back.
     virtual void reduce() = 0;
     virtual void enlarge() = 0;
+    // What was typed goes to the document now: later it would hold up the clock.
+    virtual void finishEdits() = 0;
     // A key that moves the view.
     virtual bool takesKey(WPARAM key) = 0;
     virtual void leave() = 0;
