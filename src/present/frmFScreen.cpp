@@ -90,11 +90,11 @@ bool frmFScreen::createWindow(HWND owner) {
 // would be seen by nobody, and opening would take twice as long.
 void frmFScreen::load() {
     const auto colour = rtftext_.background();
-    background_.reset(colour ? ::CreateSolidBrush(RGB(colour->red, colour->green, colour->blue))
-                             : nullptr);
     FSRTB2_.show(false);
     FSRTB_.setBackground(colour);
     FSRTB2_.setBackground(colour);
+    const Rgb paper = FSRTB_.paper();
+    background_.reset(::CreateSolidBrush(RGB(paper.red, paper.green, paper.blue)));
     placeTexts();
     FSRTB_.loadRtf(rtftext_.rtf());
 }
@@ -184,7 +184,7 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT frmFScreen::onErase(HDC dc) const {
     RECT client{};
     ::GetClientRect(handle(), &client);
-    ::FillRect(dc, &client, background_ ? background_.get() : ::GetSysColorBrush(COLOR_WINDOW));
+    ::FillRect(dc, &client, background_.get());
     return 1;
 }
 

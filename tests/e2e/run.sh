@@ -402,13 +402,14 @@ by_keyboard() {
     press Down Down Down Down Right Return
     title "keys.txt - Melvorin"
     drive wait-text $'C  G\nLIGHT ' close
+    ended
 }
 
 # A run with two jumps and two passes, filmed: a picture at each second. Every line begins with its
 # number as four blocks, black for 1 and white for 0, as high as the line, so that a picture tells
 # which line is on top. The pictures stay in build/stage-film.
 stage_run() {
-    local film=$root/build/stage-film line bit bits second picture expected seen highest
+    local film=$root/build/stage-film line bit second picture expected seen highest
     rm -rf "$film"
     mkdir -p "$film"
     {
