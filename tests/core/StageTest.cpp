@@ -277,10 +277,10 @@ TEST(StageRun, Keys) {
     };
     const Case cases[] = {
         {5, RunKey::F2, 7, 0},   {5, RunKey::F3, 11, 0},  {5, RunKey::F4, 16, 0},
-        {20, RunKey::F4, 31, 0}, {21, RunKey::F4, 32, 1},
-        {22, RunKey::F2, 24, 1}, {22, RunKey::F3, 28, 1}, {22, RunKey::F4, 33, 2},
-        {29, RunKey::F2, 31, 1}, {30, RunKey::F2, 32, 2}, {31, RunKey::F2, 31, 1},
-        {31, RunKey::F3, 37, 2}, {31, RunKey::F4, 42, 2},
+        {20, RunKey::F4, 31, 0}, {21, RunKey::F4, 32, 1}, {22, RunKey::F2, 24, 1},
+        {22, RunKey::F3, 28, 1}, {22, RunKey::F4, 33, 2}, {29, RunKey::F2, 31, 1},
+        {30, RunKey::F2, 32, 2}, {31, RunKey::F2, 31, 1}, {31, RunKey::F3, 37, 2},
+        {31, RunKey::F4, 42, 2},
     };
     for (const Case& c : cases) {
         Stage stage;
