@@ -7,6 +7,7 @@
 #include "app/EnablingRules.h"
 #include "app/ProgramSettings.h"
 #include "chords/FrmCifra.h"
+#include "dictionary/BookLookup.h"
 #include "platform/ResourceIds.h"
 #include "platform/RichEditDiagrams.h"
 
@@ -453,7 +454,8 @@ void Form1::createNotation() {
     {
         const Job job(*this);
         FrmCifra cifra(services_);
-        created = cifra.createNotation(handle(), rtftext_);
+        const BookLookup book(dictionary_.dictionary().records());
+        created = cifra.createNotation(handle(), rtftext_, book.isEmpty() ? nullptr : &book);
     }
     if (created)
         documents_.changed();

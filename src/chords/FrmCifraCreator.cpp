@@ -149,8 +149,9 @@ HWND FrmCifraCreator::addControl(const wchar_t* className, const wchar_t* text, 
 
 void FrmCifraCreator::createControls() {
     labels_.clear();
-    const auto button = [&](const wchar_t* text, int id, DWORD style = BS_PUSHBUTTON) {
-        addControl(L"BUTTON", text, WS_TABSTOP | style, id);
+    buttons_.clear();
+    const auto button = [&](TextView text, int id, DWORD style = 0) {
+        buttons_.emplace_back(sounds_).create(handle(), id, {}, text, WS_TABSTOP | style);
     };
     const auto label = [&](const wchar_t* text) {
         labels_.push_back(addControl(L"STATIC", text, SS_LEFTNOWORDWRAP, -1));
@@ -159,10 +160,10 @@ void FrmCifraCreator::createControls() {
         addControl(L"LISTBOX", L"", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, id,
                    WS_EX_CLIENTEDGE);
     };
-    button(L"&Open File...", kOpenFile);
-    button(L"&Paste", kPaste);
-    button(L"Con&verter Texto", kCmd1);
-    button(L"&Make Chart", kMakeChart);
+    button(u"&Open File...", kOpenFile);
+    button(u"&Paste", kPaste);
+    button(u"Con&verter Texto", kCmd1);
+    button(u"&Make Chart", kMakeChart);
     label(L"&Song as it was found");
     label(L"&Lines: C chords, L lyrics, S section, T tablature, D directive, A automatic");
     const HWND lines =
@@ -185,8 +186,8 @@ void FrmCifraCreator::createControls() {
     label(L"Chords &not found");
     list(kNotFound);
     addControl(L"STATIC", L"", SS_LEFTNOWORDWRAP | SS_NOPREFIX, kSummary);
-    button(L"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
-    button(L"Cancel", IDCANCEL);
+    button(u"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
+    button(u"Cancel", IDCANCEL);
 }
 
 void FrmCifraCreator::onLayout() {
@@ -493,19 +494,17 @@ void FrmCifraCreator::openFile() {
     setInput(decoded.text);
 }
 
-std::optional<Text> FrmCifraCreator::clipboardText() const {
-    if (!::IsClipboardFormatAvailable(CF_UNICODETEXT) || !::OpenClipboard(handle()))
+std::optional<Text> FrmCifraCreator::clipboardText() {
+    const auto tell = [&](TextView text) {
+        services_.messages.show(text, kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
         return std::nullopt;
-    Text text;
-    if (const HANDLE data = ::GetClipboardData(CF_UNICODETEXT)) {
-        const auto* chars = static_cast<const char16_t*>(::GlobalLock(data));
-        if (chars != nullptr)
-            text = TextView(chars, ::GlobalSize(data) / sizeof(char16_t));
-        ::GlobalUnlock(data);
-    }
-    ::CloseClipboard();
-    text.resize(std::min(text.size(), text.find(u'\0')));
-    return text;
+    };
+    if (!services_.clipboard.hasText())
+        return tell(u"The clipboard holds no text that could be pasted.");
+    Result<Text> text = services_.clipboard.text(kLargestFile);
+    if (!text)
+        return tell(u"The text on the clipboard cannot be pasted.\r\n\r\n" + text.cause);
+    return std::move(*text.value);
 }
 
 // Pasting by the button means the whole song.

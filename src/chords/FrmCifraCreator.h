@@ -2,6 +2,7 @@
 // lines was taken for below it, the chart on the right, and the chords by name.
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -9,17 +10,17 @@
 #include "chords/ChordLookup.h"
 #include "chords/NotationDraft.h"
 #include "platform/RichEdit.h"
-#include "platform/Window.h"
+#include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-// What the creator hands over.
 // Charts with more lines are not handed to the control as Rich Text: the time it takes to read that
 // grows with the square of the length (Wine).
 inline constexpr std::size_t kMostRichLines = 3000;
 // Charts with more lines are not coloured; every coloured line takes longer than the one before.
 inline constexpr std::size_t kMostColouredLines = 12'000;
 
+// What the creator hands over.
 struct CreatedChart {
     std::vector<ImportedLine> lines;
     Text face;
@@ -31,7 +32,7 @@ class FrmCifraCreator : public Dialog {
     // `lookup` tells which chords the dictionary has; without one the chords that can be read
     // count as found.
     FrmCifraCreator(const Services& services, const ChordLookup* lookup)
-        : services_(services), draft_(lookup) {}
+        : services_(services), draft_(lookup), sounds_(services_) {}
 
     // Shows the window and returns when it is gone again: with the chart, or with nothing after
     // Cancel. The text has the creator's face, read anew here, at 10 points.
@@ -75,7 +76,7 @@ class FrmCifraCreator : public Dialog {
     void openFile();
     void paste();
     void pasteAtCaret();
-    std::optional<Text> clipboardText() const;
+    std::optional<Text> clipboardText();
     Text sourceText() const;
     void setInput(TextView text);
     static LRESULT CALLBACK songBox(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
@@ -95,6 +96,8 @@ class FrmCifraCreator : public Dialog {
     RichEdit RTB2_;
     Text unseen_;  // the end of a song that is too long for its box
     Text face_;
+    ButtonSounds sounds_;
+    std::deque<TarnelButton> buttons_;
     std::vector<HWND> labels_;
     // Cmd1 was the last command: RTB2 has the text with its suffixes rewritten, not the chart.
     bool converted_ = false;

@@ -8,6 +8,7 @@
 
 #include "TestDiagrams.h"
 #include "cli/NativeFiles.h"
+#include "dictionary/BookLookup.h"
 #include "dictionary/ChordDictionary.h"
 #include "dictionary/PanelLayout.h"
 #include "dictionary/SqliteSource.h"
@@ -199,6 +200,15 @@ TEST(ChordDictionary, FindsAndShows) {
         EXPECT_EQ(shownBox.icon, notFound ? MessageIcon::Information : MessageIcon::Critical);
         EXPECT_EQ(dictionary.records().eof(), notFound);
     }
+}
+
+TEST(BookLookup, KnowsTheChordsOfTheBook) {
+    const BookLookup book(recordsOf(
+        {{u"Course", u"Fname"}, {{u"C Major", u"C"}, {u"x", u"F#m7"}, {u"y", std::nullopt}}}));
+    EXPECT_FALSE(book.isEmpty());
+    EXPECT_TRUE(book.contains(u"C") && book.contains(u"F#m7") && book.contains(u"F#-7"));
+    EXPECT_FALSE(book.contains(u"C Major") || book.contains(u"G") || book.contains(u""));
+    EXPECT_TRUE(BookLookup(Recordset()).isEmpty());
 }
 
 TEST(ChordDictionary, DataControlStopsAtTheEnds) {

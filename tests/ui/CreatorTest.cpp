@@ -299,25 +299,17 @@ TEST(Creator, TakesLongSongs) {
 TEST(Creator, PastesTextAlone) {
     Program program;
     ASSERT_TRUE(program.start());
-    static constexpr char rtf[] = "{\\rtf1 {\\b other}}";
     const auto copy = [&](TextView text, bool rich) {
-        ASSERT_TRUE(::OpenClipboard(program.form->handle()));
-        ::EmptyClipboard();
-        const auto put = [](UINT format, const void* bytes, std::size_t size) {
-            const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size);
-            std::memcpy(::GlobalLock(memory), bytes, size);
-            ::GlobalUnlock(memory);
-            ::SetClipboardData(format, memory);
-        };
+        program.clipboard.plain = text;
         if (rich)
-            put(::RegisterClipboardFormatW(L"Rich Text Format"), rtf, sizeof rtf);
-        put(CF_UNICODETEXT, Text(text).c_str(), (text.size() + 1) * sizeof(char16_t));
-        ::CloseClipboard();
+            program.clipboard.rich = "{\\rtf1 {\\b other}}";
     };
     Text song;
     while (song.size() < 1'200'000)
         song.append(5000, u'o').append(u"h\r");
     const CreatorRun run(program, [&](Creator& creator) {
+        press(creator, Creator::kPaste);
+        EXPECT_EQ(program.messages.boxes.size(), 1U) << "there is nothing to paste";
         copy(u"Am7\r\nla", true);
         ::SendMessageW(creator.rb1().handle(), WM_PASTE, 0, 0);
         EXPECT_EQ(shown(creator.rb1().text().chars), "Am7\rla");
