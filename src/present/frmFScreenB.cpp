@@ -141,14 +141,16 @@ void frmFScreenB::createControls() {
     left = kMargin;
     top += kRow;
     add(L"BUTTON", L"Repeat the whole text", WS_TABSTOP | BS_AUTOCHECKBOX, Check1, put(172));
-    addList(Seconds3, put(kNumberList), kMostTimes);
+    ::EnableWindow(addList(Seconds3, put(kNumberList), kMostTimes), FALSE);
     label(L"time(s)", 80);
     createRows();
 
     left = kMargin;
     top = kCursorTop;
     label(L"The cursor is in the line number:", 216);
-    add(L"EDIT", L"", ES_READONLY | WS_BORDER, Text1, put(kNumberList));
+    RECT number = put(kNumberList);
+    ::InflateRect(&number, 0, -scaled(2));  // its text stands where the label's does
+    add(L"EDIT", L"", ES_READONLY | WS_BORDER, Text1, number);
     label(L"Show the line:", 100);
     addList(Seconds2, put(kLineList), 0);
 
