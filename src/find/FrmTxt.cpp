@@ -34,18 +34,9 @@ std::optional<Text> FrmTxt::convert(HWND owner, Text text, std::size_t startColu
 
 bool FrmTxt::createWindow(HWND owner) {
     const int margin = scaled(kMargin);
-    RECT frame{0, 0, scaled(kBarWidth) + 2 * margin, scaled(kBarHeight) + 2 * margin};
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinFrmTxt";
-    spec.caption = L"Turning Tabs into Blanks";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = static_cast<int>(frame.right - frame.left);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = owner;
-    if (!create(spec))
+    if (!create(smallWindow(L"MelvorinFrmTxt", L"Turning Tabs into Blanks",
+                            scaled(kBarWidth) + 2 * margin, scaled(kBarHeight) + 2 * margin,
+                            owner)))
         return false;
     ProgressBar1_ = ::CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | WS_VISIBLE, margin,
                                       margin, scaled(kBarWidth), scaled(kBarHeight), handle(),

@@ -63,18 +63,8 @@ bool frmFind::open(HWND owner, TextView what) {
     if (!isOpen()) {
         const int width = kMargin + kLabelWidth + kGap + kBoxWidth + kGap + kButtonWidth + kMargin;
         const int height = 2 * kMargin + 4 * kButtonHeight + 3 * kGap;
-        RECT frame{0, 0, scaled(width), scaled(height)};
-        constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-        ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-        WindowSpec spec;
-        spec.className = L"MelvorinfrmFind";
-        spec.caption = L"Find and Replace";
-        spec.style = style;
-        spec.extendedStyle = WS_EX_DLGMODALFRAME;
-        spec.width = static_cast<int>(frame.right - frame.left);
-        spec.height = static_cast<int>(frame.bottom - frame.top);
-        spec.parent = owner;
-        if (!create(spec))
+        if (!create(smallWindow(L"MelvorinfrmFind", L"Find and Replace", scaled(width),
+                                scaled(height), owner)))
             return false;
         createControls();
         finder_.reset();

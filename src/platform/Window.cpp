@@ -34,6 +34,21 @@ Area areaOf(const RECT& rectangle) {
             static_cast<int>(rectangle.bottom - rectangle.top)};
 }
 
+WindowSpec smallWindow(const wchar_t* className, const wchar_t* caption, int width, int height,
+                       HWND owner) {
+    WindowSpec spec;
+    spec.className = className;
+    spec.caption = caption;
+    spec.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+    spec.extendedStyle = WS_EX_DLGMODALFRAME;
+    spec.parent = owner;
+    RECT frame{0, 0, width, height};
+    ::AdjustWindowRectEx(&frame, spec.style, FALSE, spec.extendedStyle);
+    spec.width = static_cast<int>(frame.right - frame.left);
+    spec.height = static_cast<int>(frame.bottom - frame.top);
+    return spec;
+}
+
 Window::~Window() {
     // What is left of the object has no handlers any more.
     if (handle_ != nullptr) {

@@ -36,6 +36,11 @@ struct WindowSpec {
     int iconResource = 0;         // 0: no icon
 };
 
+// A small window as the program has them: caption, close button, a fixed size. `width` and `height`
+// are those of its inside, in device pixels.
+WindowSpec smallWindow(const wchar_t* className, const wchar_t* caption, int width, int height,
+                       HWND owner);
+
 class Window {
   public:
     Window() = default;

@@ -30,19 +30,9 @@ bool Form3::open(HWND owner, const Area& screen) {
 }
 
 bool Form3::createWindow(HWND owner) {
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    RECT frame{0, 0, scaled(2 * kMargin + 2 * kButtonWidth + kGap),
-               scaled(2 * kMargin + kButtonHeight)};
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinForm3";
-    spec.caption = L"0:00";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = static_cast<int>(frame.right - frame.left);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = owner;
-    if (!create(spec))
+    if (!create(smallWindow(L"MelvorinForm3", L"0:00",
+                            scaled(2 * kMargin + 2 * kButtonWidth + kGap),
+                            scaled(2 * kMargin + kButtonHeight), owner)))
         return false;
     const auto at = [](int left) {
         return RECT{scaled(left), scaled(kMargin), scaled(left + kButtonWidth),

@@ -25,18 +25,8 @@ bool Form3b::open(HWND owner, const Area& screen) {
 }
 
 bool Form3b::createWindow(HWND owner) {
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    RECT frame{0, 0, scaled(2 * kMargin + kButtonWidth), scaled(2 * kMargin + kButtonHeight)};
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinForm3b";
-    spec.caption = L"Full Screen";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = static_cast<int>(frame.right - frame.left);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = owner;
-    if (!create(spec))
+    if (!create(smallWindow(L"MelvorinForm3b", L"Full Screen", scaled(2 * kMargin + kButtonWidth),
+                            scaled(2 * kMargin + kButtonHeight), owner)))
         return false;
     return Cmd3_.create(handle(), Cmd3,
                         {scaled(kMargin), scaled(kMargin), scaled(kMargin + kButtonWidth),

@@ -73,18 +73,8 @@ bool FrmSong::open(HWND owner, SoundFolder folder) {
 }
 
 bool FrmSong::createWindow(HWND owner) {
-    RECT frame{0, 0, scaled(kWidth), scaled(kHeight)};
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinFrmSong";
-    spec.caption = L"Melvorin Guitar Tuner";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = widthOf(frame);
-    spec.height = heightOf(frame);
-    spec.parent = owner;
-    if (!create(spec))
+    if (!create(smallWindow(L"MelvorinFrmSong", L"Melvorin Guitar Tuner", scaled(kWidth),
+                            scaled(kHeight), owner)))
         return false;
     createControls();
     centreOver(handle(), owner);

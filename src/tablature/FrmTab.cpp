@@ -57,19 +57,8 @@ bool FrmTab::createWindow(HWND owner) {
     // Room for the frame and the margin of the sheet, where its letters are the wider part.
     const int sheet = ::MulDiv(kPreviewColumns * static_cast<int>(cell_.cx), 96, systemDpi());
     width_ = 2 * kMargin + std::max(choices, sheet + 2 * kGap + 4);
-    RECT frame = paper();
-    frame = {0, 0, scaled(width_), frame.bottom + scaled(kGap + kButtonHeight + kMargin)};
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinFrmTab";
-    spec.caption = L"Insert Tablature";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = widthOf(frame);
-    spec.height = heightOf(frame);
-    spec.parent = owner;
-    if (!create(spec))
+    const int height = static_cast<int>(paper().bottom) + scaled(kGap + kButtonHeight + kMargin);
+    if (!create(smallWindow(L"MelvorinFrmTab", L"Insert Tablature", scaled(width_), height, owner)))
         return false;
     createChoices();
     createPreview();

@@ -235,7 +235,8 @@ void frmFont::onTyped(int id) {
 }
 
 void frmFont::takeTyped() {
-    if (!isOpen())
+    // While another command is under way it waits; the timer goes on.
+    if (!isOpen() || callbacks_.isBusy())
         return;
     ::KillTimer(handle(), kTypingTimer);
     const int box = std::exchange(typedIn_, 0);
