@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,9 @@ const std::filesystem::path kFolder = MELVORIN_SOURCE_DIR "/tests/core";
 
 std::string bytesOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
 }
 
 // The song as somebody pastes it, its verdicts and its chart: NAME.in, NAME.out. A result that
