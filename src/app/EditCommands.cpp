@@ -28,7 +28,7 @@ bool tell(MessageBoxes& messages, TextView text) {
 Result<std::string> soundRichText(Clipboard& clipboard) {
     const Result<std::string> bytes = clipboard.richText(kLargestPaste);
     if (!bytes)
-        return bytes;
+        return Result<std::string>::failure(bytes.cause);
     RtfVerdict verdict = checkRtf(*bytes.value);
     if (verdict.kind != RtfVerdict::Kind::Ok)
         return Result<std::string>::failure(verdict.sentence);

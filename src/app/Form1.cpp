@@ -477,12 +477,15 @@ void Form1::insertDiagram(TextView glyph, TextView face) {
     // What comes next is the song, and not in the font of diagrams.
     ::SetFocus(rtftext_.handle());
     editor.typeIn(typing);
+    rtftext_.scrollCaretIntoView();
 }
 
 void Form1::changeFingering() {
     RichEditDiagrams editor(rtftext_);
-    if (fingering_.change(editor, services_.messages))
+    if (fingering_.change(editor, services_.messages)) {
+        rtftext_.scrollCaretIntoView();
         documents_.changed();
+    }
 }
 
 void Form1::useSpelling(Spelling spelling) {

@@ -120,11 +120,15 @@ void ChordDictionary::search(TextView text, SearchField field) {
         reportFailure(messages_,
                       u"Melvorin cannot look for \"" + Text(text) + u"\".\r\n\r\n" + Text(cause));
     };
+    const std::size_t former = records_.position().value_or(records_.count());
     if (const Result<Done> refreshed = records_.refresh(); !refreshed)
         return fail(refreshed.cause);
     const Result<bool> found = findChord(records_, field, text);
-    if (!found)
+    if (!found) {
+        // The diagrams that are shown stay, and so does their row.
+        records_.moveTo(former);
         return fail(found.cause);
+    }
     if (*found.value) {
         showEntry(records_, shown_);
     } else if (records_.eof() && !records_.bof()) {

@@ -10,18 +10,30 @@ DiagramStyle RichEditDiagrams::style() const {
 
 void RichEditDiagrams::put(TextView glyph, const DiagramStyle& style) {
     const EditorWork work(editor_);
+    const SelectionStyle former = editor_.selectionStyle();
     const std::int32_t begin = editor_.selection().begin;
     const std::int32_t end = begin + static_cast<std::int32_t>(glyph.size());
     editor_.replaceSelection(glyph);
     editor_.select({begin, end});
     typeIn(style);
+    // A picture that is bold, slanted or underlined can no longer be read.
+    const auto emphasise = [&](bool bold, bool italic, bool underline) {
+        editor_.setBold(bold);
+        editor_.setItalic(italic);
+        editor_.setUnderline(underline);
+    };
+    emphasise(false, false, false);
     editor_.select({end, end});
+    emphasise(former.bold == true, former.italic == true, former.underline == true);
 }
 
 void RichEditDiagrams::typeIn(const DiagramStyle& style) {
     const EditorWork work(editor_);
-    editor_.setSelectionFace(style.face);
-    editor_.setSelectionSize(style.halfPoints);
+    // A mixed selection had no face or size of its own.
+    if (!style.face.empty())
+        editor_.setSelectionFace(style.face);
+    if (style.halfPoints > 0)
+        editor_.setSelectionSize(style.halfPoints);
     editor_.setSelectionColour(style.colour);
 }
 

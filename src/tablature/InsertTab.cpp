@@ -44,6 +44,7 @@ bool TabWriter::insert(Editor& editor, const TabChoice& choice, TextView screenW
     if (isDiagramFace(editor.faceAt(start))) {
         editor.select({start, end});
         editor.setSelectionFont(textFace, kEditorFontPoints);
+        editor.setSelectionColour({0, 0, 0});
         editor.select({end, end});
     }
     editor.scrollCaretIntoView();

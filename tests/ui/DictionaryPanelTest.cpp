@@ -106,6 +106,7 @@ TEST_F(DictionaryTest, FindsBySymbolAndByName) {
     ASSERT_EQ(program.messages.boxes.size(), 2U);
     EXPECT_EQ(program.messages.boxes[1].icon, MessageIcon::Critical);
     EXPECT_EQ(text(LB), "G Sixth");
+    EXPECT_EQ(selectedRow(), -1) << "no other row than the one that is shown";
     find(u"   ");
     EXPECT_EQ(program.messages.boxes.size(), 2U);
 }
@@ -238,6 +239,27 @@ TEST_F(DictionaryTest, ADiagramIsOneBlueCharacterAndOneStep) {
     panel().press(GB6);
     EXPECT_EQ(styleAt(1).halfPoints, 44);
     EXPECT_EQ(program.text().substr(0, 2), "aJ");
+}
+
+// In the place of text in several formats, with formatted text on the clipboard.
+TEST_F(DictionaryTest, ADiagramIsPlainAndLeavesAFormatToTypeIn) {
+    start();
+    program.clipboard.rich = "{\\rtf1 x}";
+    program.type(u"abc");
+    RichEdit& editor = program.editor();
+    editor.select({0, 1});
+    editor.setSelectionFont(u"Arial", 20);
+    editor.setBold(true);
+    editor.setUnderline(true);
+    editor.select({0, 2});
+    panel().press(GB1);
+    program.type(u"x");
+    editor.select({0, 1});
+    EXPECT_EQ(editor.selectionStyle().bold, false);
+    EXPECT_EQ(editor.selectionStyle().underline, false);
+    editor.select({1, 2});
+    EXPECT_GT(editor.selectionStyle().halfPoints.value_or(0), 0);
+    EXPECT_FALSE(editor.selectionStyle().face.value_or(Text()).empty());
 }
 
 TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
