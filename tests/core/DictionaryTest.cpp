@@ -198,7 +198,8 @@ TEST(ChordDictionary, FindsAndShows) {
         const bool notFound = box == kNotFound;
         EXPECT_EQ(shownBox.title, notFound ? " Melvorin Database          " : " Melvorin");
         EXPECT_EQ(shownBox.icon, notFound ? MessageIcon::Information : MessageIcon::Critical);
-        EXPECT_EQ(dictionary.records().eof(), notFound);
+        // A search that breaks leaves the row where the failed one before it had left it.
+        EXPECT_TRUE(dictionary.records().eof());
     }
 }
 
