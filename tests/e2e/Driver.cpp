@@ -152,7 +152,12 @@ bool choose(TextView idAndEntry) {
     const HWND list =
         ::GetDlgItem(::GetForegroundWindow(), std::stoi(toUtf8(idAndEntry.substr(0, sign))));
     const auto entry = static_cast<WPARAM>(std::stoi(toUtf8(idAndEntry.substr(sign + 1))));
-    return ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) == static_cast<LRESULT>(entry - 1);
+    // A list may be filled only after its window is seen.
+    const auto isThere = [&] {
+        return ::SendMessageW(list, CB_GETCOUNT, 0, 0) >= static_cast<LRESULT>(entry);
+    };
+    return waitFor(isThere) &&
+           ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) == static_cast<LRESULT>(entry - 1);
 }
 
 bool film() {
