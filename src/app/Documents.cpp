@@ -369,9 +369,9 @@ bool Documents::mayLeaveScreenText() {
     return false;
 }
 
-void Documents::undo() {
+bool Documents::undo() {
     if (!state_.undo || !mayLeaveScreenText())
-        return;
+        return false;
     restore(history_.previous());
     history_.stepBack();
     state_.undo = history_.canUndo();
@@ -379,17 +379,19 @@ void Documents::undo() {
     state_.dirty = true;
     state_.keyButtons = false;
     publish();
+    return true;
 }
 
-void Documents::redo() {
+bool Documents::redo() {
     if (!state_.redo || !mayLeaveScreenText())
-        return;
+        return false;
     restore(history_.next());
     history_.stepForward();
     state_.undo = true;
     state_.redo = history_.canRedo();
     state_.dirty = true;
     publish();
+    return true;
 }
 
 void Documents::idle() {

@@ -72,8 +72,9 @@ class Documents {
     // The change notification: called once after every command that changed the document, and
     // by the editor's own change event.
     void changed();
-    void undo();
-    void redo();
+    // False where nothing has changed.
+    bool undo();
+    bool redo();
     // Called while nothing else happens: the key buttons come back where there is text to change.
     void idle();
     // The key buttons are switched off while a key change is under way.

@@ -89,12 +89,15 @@ bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages
     Result<Text> plain = clipboard.text(kLargestPaste);
     if (!plain)
         return tell(messages, kCannotPaste + plain.cause);
+    const Selection selection = editor.selection();
     const std::optional<Text> text =
         expand(toEditorText(*plain.value).chars, columnOfSelection(editor));
     if (!text)
         return false;
     {
         const EditorWork work(editor);
+        // Messages ran meanwhile, and something may have moved the caret.
+        editor.select(selection);
         receive(editor, face);
         editor.replaceSelection(*text);
     }

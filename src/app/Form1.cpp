@@ -109,8 +109,12 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       dictionary_(services_, {[this](TextView glyph, TextView face) { insertDiagram(glyph, face); },
                               [this] { onSize(); }, [this] { ::SetFocus(rtftext_.handle()); }}),
       fullScreen_(services_, rtftext_,
-                  {[this] { documents_.changed(); }, [this] { documents_.undo(); },
-                   [this] { documents_.redo(); }}) {}
+                  {[this] { documents_.changed(); }, [this] { return documents_.undo(); },
+                   [this] { return documents_.redo(); },
+                   [this](const std::function<void()>& action) {
+                       const Busy busy(*this);
+                       action();
+                   }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -337,8 +341,7 @@ bool Form1::isBusy() const {
 bool Form1::mayEnd() {
     if (isBusy())
         return false;
-    fullScreen_.close();
-    return documents_.mayClose();
+    return fullScreen_.close() && documents_.mayClose();
 }
 
 void Form1::onClose() {
@@ -364,8 +367,8 @@ void Form1::run(Command command) {
     if (handler == nullptr || isBusy() || !isEnabled(command))
         return;
     // The view works on the document that it was opened with.
-    if (command != Command::mnuFullScreen)
-        fullScreen_.close();
+    if (command != Command::mnuFullScreen && !fullScreen_.close())
+        return;
     (this->*handler)();
 }
 

@@ -58,6 +58,9 @@ class FrmCifraCreator : public Dialog {
     HWND control(int id) const { return ::GetDlgItem(handle(), id); }
 
   private:
+    // The columns of the list of lines.
+    enum LineColumn { kNumberColumn, kVerdictColumn, kTextColumn, kRemarkColumn };
+
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onException(const std::exception& error) override;
     void onCommand(int id, int code);
@@ -79,10 +82,12 @@ class FrmCifraCreator : public Dialog {
     std::optional<Text> clipboardText();
     Text sourceText() const;
     void setInput(TextView text);
+    static constexpr int kFontPoints = 10;
     static LRESULT CALLBACK songBox(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                     UINT_PTR id, DWORD_PTR self);
     void inputChanged();
     void refresh();
+    bool refreshIfTyped();
     void showChart();
     void showLists();
     bool hasResult() const;
@@ -103,6 +108,7 @@ class FrmCifraCreator : public Dialog {
     bool converted_ = false;
     bool accepted_ = false;
     bool settingInput_ = false;
+    bool typed_ = false;  // and the draft does not know it yet
     CreatedChart result_;
     int lastList_ = 0;
     std::size_t lastEntry_ = 0;

@@ -311,8 +311,7 @@ void frmFind::keepClearOf(std::int32_t position) {
     const LONG above = line.top - lineHeight - height;
     const LONG top = below + height <= monitor.rcWork.bottom ? below : above;
     if (top >= monitor.rcWork.top)
-        ::SetWindowPos(handle(), nullptr, window.left, top, 0, 0,
-                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        moveTopLeft(handle(), static_cast<int>(window.left), static_cast<int>(top));
 }
 
 }  // namespace melvorin

@@ -189,6 +189,10 @@ HFONT uiFont() {
     return font;
 }
 
+void moveTopLeft(HWND window, int left, int top) {
+    ::SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void centreOver(HWND window, HWND owner) {
     RECT inner{};
     RECT outer{};
@@ -206,7 +210,7 @@ void centreOver(HWND window, HWND owner) {
     const LONG x = place(outer.left, outer.right, width, monitor.rcWork.left, monitor.rcWork.right);
     const LONG y =
         place(outer.top, outer.bottom, height, monitor.rcWork.top, monitor.rcWork.bottom);
-    ::SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moveTopLeft(window, static_cast<int>(x), static_cast<int>(y));
 }
 
 int runMessageLoop(const std::function<bool(MSG&)>& translate) {

@@ -110,6 +110,9 @@ class ModelessDialog : public Window {
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
 
+// Moves a window without changing its size; the position is in screen pixels.
+void moveTopLeft(HWND window, int left, int top);
+
 // Centres `window` over `owner`, kept inside the work area of the owner's monitor.
 void centreOver(HWND window, HWND owner);
 

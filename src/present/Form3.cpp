@@ -54,8 +54,7 @@ void Form3::moveTo(const Area& screen) {
     RECT own{};
     ::GetWindowRect(handle(), &own);
     const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
-    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moveTopLeft(handle(), place.left, place.top);
 }
 
 void Form3::showPaused(bool paused) {

@@ -45,8 +45,7 @@ void Form3b::moveTo(const Area& screen) {
     RECT own{};
     ::GetWindowRect(handle(), &own);
     const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
-    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moveTopLeft(handle(), place.left, place.top);
 }
 
 LRESULT Form3b::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -107,12 +107,12 @@ void StageRun::step() {
 }
 
 void StageRun::countPass() {
-    const bool isFirst = LB_.empty();
-    const bool isNext = LC_ >= L3_ && LzR_ > 0;
-    if (isFirst || isNext)
-        LB_ = decimal(++pass_) + u"x";
-    if (!isNext)
+    const auto count = [&] { LB_ = decimal(++pass_) + u"x"; };
+    if (LB_.empty())
+        count();
+    if (LC_ < L3_ || LzR_ == 0)
         return;
+    count();
     --L2_;
     --LzR_;
     loadJumps();

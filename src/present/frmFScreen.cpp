@@ -78,7 +78,7 @@ bool frmFScreen::createWindow(HWND owner) {
             (void)lParam;
             return onTextInput(message, wParam);
         });
-    reduced_ = reducedEdited_ = unwritten_ = false;
+    reduced_ = reducedEdited_ = unwritten_ = waits_ = writeFailed_ = false;
     writeMs_ = 0;
     load();
     ::ShowWindow(handle(), SW_SHOW);
@@ -89,26 +89,40 @@ bool frmFScreen::createWindow(HWND owner) {
 // The second text stays empty and out of sight until it is wanted: filled behind the first one it
 // would be seen by nobody, and opening would take twice as long.
 void frmFScreen::load() {
-    const auto colour = rtftext_.background();
     FSRTB2_.show(false);
-    FSRTB_.setBackground(colour);
-    FSRTB2_.setBackground(colour);
-    const Rgb paper = FSRTB_.paper();
-    background_.reset(::CreateSolidBrush(RGB(paper.red, paper.green, paper.blue)));
+    takeBackground();
     placeTexts();
     FSRTB_.loadRtf(rtftext_.rtf());
 }
 
-void frmFScreen::close() {
+void frmFScreen::takeBackground() {
+    const auto colour = rtftext_.background();
+    FSRTB_.setBackground(colour);
+    FSRTB2_.setBackground(colour);
+    const Rgb paper = FSRTB_.paper();
+    background_.reset(::CreateSolidBrush(RGB(paper.red, paper.green, paper.blue)));
+    ::InvalidateRect(handle(), nullptr, TRUE);
+}
+
+bool frmFScreen::close() {
     if (!isOpen())
-        return;
-    writeBack();
+        return true;
+    if (waits_)
+        return false;
+    if (!writeBack() &&
+        services_.messages.show(u"What was typed here is not in the song and would be lost.\r\n\r\n"
+                                u"Leave it all the same?",
+                                kMessageTitle, MessageIcon::Question,
+                                MessageButtons::YesNo) != Answer::Yes)
+        return false;
+    unwritten_ = false;
     // First, else another program's window would come up.
     ::EnableWindow(owner_, TRUE);
     destroy();
     ::SetActiveWindow(owner_);
     ::SetFocus(rtftext_.handle());
     rtftext_.scrollCaretIntoView();
+    return true;
 }
 
 // Also where the owner goes and takes the view along.
@@ -283,7 +297,7 @@ void frmFScreen::setZoom(int percent) {
 // ---- The text ---------------------------------------------------------------------------------
 
 // As in the editor: blanks instead of tabs, also in what is pasted.
-bool frmFScreen::onTextInput(UINT message, WPARAM wParam) {
+bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (message == WM_DROPFILES)
         return true;
     if (message == WM_KEYDOWN) {
@@ -295,13 +309,37 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) {
     }
     if (wParam != u'\t')
         return false;
-    shownText().replaceSelection(expandTabs(u"\t", columnOfSelection(shownText())));
+    if (!isHeld(VK_SHIFT))
+        shownText().replaceSelection(expandTabs(u"\t", columnOfSelection(shownText())));
     return true;
+} catch (const std::exception& error) {
+    onException(error);
+    return true;
+}
+
+// Neither the run nor its buttons may move or close the text meanwhile.
+std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn) {
+    std::optional<Text> expanded;
+    waits_ = true;
+    panel_.enableAll(false);
+    const auto goOn = [&] {
+        panel_.enableAll(true);
+        waits_ = false;
+    };
+    try {
+        callbacks_.undisturbed(
+            [&] { expanded = FrmTxt().convert(handle(), std::move(text), startColumn); });
+    } catch (...) {
+        goOn();
+        throw;
+    }
+    goOn();
+    return expanded;
 }
 
 void frmFScreen::paste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
-        return FrmTxt().convert(handle(), std::move(text), startColumn);
+        return expandPasted(std::move(text), startColumn);
     };
     if (pasteClipboard(shownText(), services_.clipboard, services_.messages,
                        editorFontFace(services_), expand)) {
@@ -320,31 +358,49 @@ void frmFScreen::textChanged() {
 }
 
 // The document becomes what the view is, as one step of undo.
-void frmFScreen::writeBack() {
+bool frmFScreen::writeBack() {
     ::KillTimer(handle(), kWriteTimer);
-    if (!std::exchange(unwritten_, false))
-        return;
+    if (!unwritten_)
+        return true;
     const std::int64_t start = services_.clock.nowMs();
     const HWND focus = ::GetFocus();
+    bool written = false;
     {
         const EditorWork work(rtftext_);
-        rtftext_.loadRtf(shownText().rtf());
-        rtftext_.select(shownText().selection());
+        written = rtftext_.loadRtf(shownText().rtf());
+        if (written)
+            rtftext_.select(shownText().selection());
     }
+    if (!written) {
+        // Once is enough: the next key would bring the same message.
+        if (!std::exchange(writeFailed_, true))
+            reportFailure(services_.messages,
+                          u"What was typed here cannot be put into the song. It is still in this "
+                          u"view; please copy it.");
+        return false;
+    }
+    unwritten_ = writeFailed_ = false;
     callbacks_.changed();
     if (::IsWindow(focus))
         ::SetFocus(focus);
     writeMs_ = services_.clock.nowMs() - start;
+    return true;
 }
 
 // A step of the document's undo, shown here.
-void frmFScreen::restore(const std::function<void()>& step) {
-    writeBack();
-    step();
+void frmFScreen::restore(const std::function<bool()>& step) {
+    if (!writeBack() || !step())
+        return;
+    takeBackground();
     RichEdit& text = shownText();
     const EditorWork work(text);
     const ScrollPosition scroll = text.scrollPosition();
-    text.loadRtf(rtftext_.rtf());
+    if (!text.loadRtf(rtftext_.rtf())) {
+        // What it shows is no longer the song.
+        reportFailure(services_.messages, u"This step cannot be shown here.");
+        close();
+        return;
+    }
     text.select(rtftext_.selection());
     text.scrollTo(scroll);
     text.scrollCaretIntoView();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "platform/RichEdit.h"
 #include "present/frmFScreenB.h"
@@ -14,8 +15,11 @@ class frmFScreen : public Window, private StageView {
     struct Callbacks {
         // The document's change notification.
         std::function<void()> changed;
-        std::function<void()> undo;
-        std::function<void()> redo;
+        // A step of the document's undo; false where nothing has changed.
+        std::function<bool()> undo;
+        std::function<bool()> redo;
+        // Runs an action during which no command begins and the program does not end.
+        std::function<void(const std::function<void()>& action)> undisturbed;
     };
 
     // What is given outlives the window.
@@ -25,8 +29,9 @@ class frmFScreen : public Window, private StageView {
     // Meanwhile the owner takes no input and its other windows are out of sight. False when
     // Windows refuses.
     bool open(HWND owner);
-    // Back to the editor, from whatever state.
-    void close();
+    // Back to the editor, from whatever state. False, and the view stays, while it waits for
+    // something, or where what was typed cannot go to the document and the user keeps it.
+    bool close();
     // Keys and wheel of the view and its panel; true when the message is dealt with.
     bool translate(MSG& message);
 
@@ -41,18 +46,21 @@ class frmFScreen : public Window, private StageView {
     LRESULT onErase(HDC dc) const;
     void onDestroy();
     bool onTextInput(UINT message, WPARAM wParam);
+    std::optional<Text> expandPasted(Text text, std::size_t startColumn);
     bool onViewKey(const MSG& message);
 
     bool createWindow(HWND owner);
     void load();
+    void takeBackground();
     void cover(const Area& screen);
     void placeTexts();
     RichEdit& shownText() { return reduced_ ? FSRTB2_ : FSRTB_; }
     bool isOurs(HWND window) const;
 
     void textChanged();
-    void writeBack();
-    void restore(const std::function<void()>& step);
+    // False when the document does not have what the view has.
+    bool writeBack();
+    void restore(const std::function<bool()>& step);
     void paste();
     void setZoom(int percent);
 
@@ -76,6 +84,8 @@ class frmFScreen : public Window, private StageView {
     HWND owner_ = nullptr;
     bool reduced_ = false;        // FSRTB2 is the text that is shown
     bool reducedEdited_ = false;  // and FSRTB does not have what it has
+    bool waits_ = false;          // a window of its own is at work
+    bool writeFailed_ = false;    // reported already, until it succeeds
     bool unwritten_ = false;      // the document does not have what the view has
     std::int64_t writeMs_ = 0;    // what the last write-back took
 };

@@ -79,18 +79,8 @@ bool frmFScreenB::open() {
 }
 
 bool frmFScreenB::createWindow() {
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-    RECT frame{0, 0, scaled(kWidth), scaled(kHeight)};
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinfrmFScreenB";
-    spec.caption = L"Full Screen";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = static_cast<int>(frame.right - frame.left);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = view_.window();
-    if (!create(spec))
+    if (!create(smallWindow(L"MelvorinfrmFScreenB", L"Full Screen", scaled(kWidth), scaled(kHeight),
+                            view_.window())))
         return false;
     prepared_ = false;
     listed_ = 0;
@@ -229,8 +219,14 @@ void frmFScreenB::moveToCorner() {
     RECT own{};
     ::GetWindowRect(handle(), &own);
     const Area place = placePanel(monitor().work, areaOf(own).width, areaOf(own).height);
-    ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moveTopLeft(handle(), place.left, place.top);
+}
+
+void frmFScreenB::enableAll(bool enabled) {
+    for (const HWND window : {handle(), form3_.handle(), form3b_.handle()}) {
+        if (window != nullptr)
+            ::EnableWindow(window, enabled ? TRUE : FALSE);
+    }
 }
 
 void frmFScreenB::arrange() {
@@ -375,7 +371,10 @@ void frmFScreenB::start() {
     if (!run_.start(settings(), view_.lineCount()))
         return;
     view_.bringToTop(1);
-    form3_.open(handle(), monitor().whole);
+    if (!form3_.open(handle(), monitor().whole)) {
+        run_.showPanel(settings());
+        return;
+    }
     ::ShowWindow(handle(), SW_HIDE);
     services_.screen.keepOn(true);
     runClock(true);
@@ -388,8 +387,9 @@ void frmFScreenB::update() {
 
 void frmFScreenB::reduce() {
     prepare();
+    if (!form3b_.open(handle(), monitor().whole))
+        return;
     view_.reduce();
-    form3b_.open(handle(), monitor().whole);
     ::ShowWindow(handle(), SW_HIDE);
 }
 

@@ -69,6 +69,8 @@ class frmFScreenB : public ModelessDialog, private StageSurface {
     bool isPrepared() const { return prepared_; }
     // To the caret's line, from 1.
     void showCursorLine(int line);
+    // The panel and its bars take input, or do not.
+    void enableAll(bool enabled);
     // The display has changed.
     void arrange();
     // A system command would darken the screen while a run goes.

@@ -45,6 +45,20 @@ RECT placeOf(int left, int top, int width, int height) {
 // ---- The window -------------------------------------------------------------------------------
 
 bool FrmTab::open(HWND owner) {
+    if (isOpen() && previewFace_ != editorFontFace(services_)) {
+        const LRESULT chosen[] = {::SendMessageW(item(C1), CB_GETCURSEL, 0, 0),
+                                  ::SendMessageW(item(C2), CB_GETCURSEL, 0, 0)};
+        const UINT highOnTop = ::IsDlgButtonChecked(handle(), Ot1);
+        const UINT lowOnTop = ::IsDlgButtonChecked(handle(), Ot2);
+        destroy();
+        if (!createWindow(owner))
+            return false;
+        ::SendMessageW(item(C1), CB_SETCURSEL, static_cast<WPARAM>(chosen[0]), 0);
+        ::SendMessageW(item(C2), CB_SETCURSEL, static_cast<WPARAM>(chosen[1]), 0);
+        ::CheckDlgButton(handle(), Ot1, highOnTop);
+        ::CheckDlgButton(handle(), Ot2, lowOnTop);
+        showPreview();
+    }
     if (!isOpen() && !createWindow(owner))
         return false;
     bringForward();
@@ -71,11 +85,11 @@ bool FrmTab::createWindow(HWND owner) {
 
 // The editor's own font, so that the block looks as it will in the song.
 void FrmTab::usePreviewFont() {
+    previewFace_ = editorFontFace(services_);
     const int height = -::MulDiv(kEditorFontPoints, systemDpi(), 72);
     previewFont_.reset(::CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
                                      DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                     DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
-                                     wide(editorFontFace(services_))));
+                                     DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, wide(previewFace_)));
     const WindowDc screen(nullptr);
     const SelectedObject selected(screen.get(), previewFont_.get());
     ::GetTextExtentPoint32W(screen.get(), L"-", 1, &cell_);

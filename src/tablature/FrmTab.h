@@ -42,7 +42,7 @@ class FrmTab : public ModelessDialog {
           TabOut_(sounds_) {}
 
     // Shows the window over `owner` with its choices at their beginning, or brings it forward as
-    // it is. False when Windows refuses.
+    // it is, the preview in the editor's font of the moment. False when Windows refuses.
     bool open(HWND owner);
 
   private:
@@ -71,6 +71,7 @@ class FrmTab : public ModelessDialog {
     ButtonSounds sounds_;
     TarnelButton InserTab_;
     TarnelButton TabOut_;
+    Text previewFace_;
     UniqueFont previewFont_;
     SIZE cell_{};    // of a character of the preview, in device pixels
     int width_ = 0;  // of the client area at 96 dpi

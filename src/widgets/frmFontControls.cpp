@@ -70,19 +70,11 @@ bool isSymbolFont(HDC dc) {
 }  // namespace
 
 bool frmFont::createWindow(HWND owner) {
-    RECT frame{0, 0, scaled(kClientWidth), scaled(kClientHeight)};
+    WindowSpec spec = smallWindow(L"MelvorinfrmFont", L"Fonte", scaled(kClientWidth),
+                                  scaled(kClientHeight), owner);
     // Children are not clipped: the frames leave their inside to the window.
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-    constexpr DWORD extendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-    ::AdjustWindowRectEx(&frame, style, FALSE, extendedStyle);
-    WindowSpec spec;
-    spec.className = L"MelvorinfrmFont";
-    spec.caption = L"Fonte";
-    spec.style = style;
-    spec.extendedStyle = extendedStyle;
-    spec.width = static_cast<int>(frame.right - frame.left);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = owner;
+    spec.style &= ~DWORD{WS_CLIPCHILDREN};
+    spec.extendedStyle |= WS_EX_CONTROLPARENT;
     if (!create(spec))
         return false;
     filling_ = true;

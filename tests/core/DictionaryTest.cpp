@@ -105,7 +105,8 @@ TEST(Recordset, MovesAndFinds) {
 class Folder {
   public:
     Folder() {
-        std::string name = "/tmp/melvorin-XXXXXX";
+        // The call fills in the end of the name.
+        std::string name = std::filesystem::temp_directory_path() / "melvorin-XXXXXX";
         path_ = ::mkdtemp(name.data());
     }
     Folder(const Folder&) = delete;

@@ -304,6 +304,14 @@ TEST(StageRun, Keys) {
     stage.run.resume();
     stage.run.press(RunKey::F2);
     EXPECT_EQ(stage.surface.ends, 1);
+    // A key from the first line to the end of the first pass: that is the second pass.
+    stage.settings.repeats = true;
+    stage.settings.passes = 2;
+    stage.start(10);
+    stage.run.press(RunKey::F4);
+    EXPECT_EQ(stage.run.passText(), u"2x");
+    EXPECT_EQ(stage.run.currentLine(), 1);
+    stage.settings.repeats = false;
     // A key may land on a jump; its step takes it.
     stage.settings.rows[0] = jump(6, 2, 1);
     stage.start(30);

@@ -294,6 +294,21 @@ TEST(Creator, TakesLongSongs) {
     }
 }
 
+// A key that comes before the typing has paused is for the text as it is now.
+TEST(Creator, KeysMeanTheTextOfTheMoment) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, u"Am  G\rla la\r");
+        creator.rb1().select({0, 0});
+        creator.rb1().replaceSelection(u"Dad\r");
+        key(creator, 0, 'S');
+        EXPECT_EQ(cell(creator, 0, 1) + cell(creator, 0, 2), "section *Dad");
+        EXPECT_EQ(cell(creator, 1, 1), "chords");
+        press(creator, IDCANCEL);
+    });
+}
+
 // What the clipboard has besides text does not count, and a song that is too long for its box is
 // there all the same.
 TEST(Creator, PastesTextAlone) {

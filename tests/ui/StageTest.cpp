@@ -19,6 +19,18 @@ std::vector<int> joined(std::initializer_list<std::vector<int>> parts) {
     return all;
 }
 
+// The panel that is asked to leave while the tab-expansion window is at work; then that is closed.
+HWND disturbed = nullptr;
+void CALLBACK disturb(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND atWork = ::FindWindowW(L"MelvorinFrmTxt", nullptr);
+    if (atWork == nullptr || disturbed == nullptr)
+        return;
+    EXPECT_FALSE(::IsWindowEnabled(disturbed));
+    ::SendMessageW(disturbed, WM_COMMAND, frmFScreenB::Command7, 0);
+    disturbed = nullptr;
+    ::PostMessageW(atWork, WM_CLOSE, 0, 0);
+}
+
 class OnStage : public ::testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(program.start()); }
@@ -208,11 +220,43 @@ TEST_F(OnStage, WhatIsTypedIsInTheDocumentAndCanBeUndone) {
         pressWithCtrl('Z');
     EXPECT_EQ(shown(text().text().chars), "C  G\rla la");
     EXPECT_EQ(program.text(), "C  G\rla la");
+    const HWND shownOne = text().handle();
+    pressWithCtrl('Z');
+    EXPECT_EQ(text().handle(), shownOne) << "nothing to undo, nothing loaded";
     pressWithCtrl('Y');
     EXPECT_EQ(shown(text().text().chars), "C m G\rla la");
     text().select({0, 1});
     EXPECT_EQ(text().selectionStyle().bold, true);
     EXPECT_EQ(text().selectionStyle().colour, (Rgb{255, 0, 0}));
+}
+
+// Undo brings the colour behind the text back, here as in the editor.
+TEST_F(OnStage, UndoShowsTheBackgroundOfItsStep) {
+    auto& documents = const_cast<Documents&>(program.form->documents());
+    for (const Rgb colour : {Rgb{1, 2, 3}, Rgb{4, 5, 6}}) {
+        program.editor().setBackground(colour);
+        documents.changed();
+    }
+    open();
+    ::SetFocus(text().handle());
+    pressWithCtrl('Z');
+    EXPECT_EQ(text().background(), (Rgb{1, 2, 3}));
+}
+
+// While a very long text is made ready, neither the panel nor the run takes the view away.
+TEST_F(OnStage, AVeryLongPasteIsNotDisturbed) {
+    open(songOf(5));
+    program.clipboard.plain = Text(4u << 20, u'x');
+    const UINT_PTR timer = ::SetTimer(nullptr, 0, 1, disturb);
+    disturbed = panel().handle();
+    ::SetFocus(text().handle());
+    pressWithCtrl('V');
+    ::KillTimer(nullptr, timer);
+    EXPECT_EQ(disturbed, nullptr) << "the window was seen";
+    ASSERT_TRUE(view().isOpen());
+    EXPECT_TRUE(::IsWindowEnabled(panel().handle()));
+    EXPECT_EQ(program.text(), shown(songOf(5)));
+    EXPECT_FALSE(program.state().dirty);
 }
 
 TEST_F(OnStage, ReducedTextIsTheDocumentToo) {

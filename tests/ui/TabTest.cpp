@@ -71,6 +71,24 @@ TEST_F(Tab, BeginsWithAGuitarOfFiveColumnsAndNoOrder) {
     EXPECT_EQ(caption(FrmTab::Hint), "");
 }
 
+TEST_F(Tab, PreviewIsInTheEditorsFontOfTheMoment) {
+    const auto face = [&] {
+        LOGFONTW font{};
+        ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(item(FrmTab::M1), WM_GETFONT, 0, 0)),
+                     sizeof font, &font);
+        return shown(textOf(font.lfFaceName));
+    };
+    EXPECT_EQ(face(), "Lucida Console");
+    choose(FrmTab::C1, 1);
+    click(FrmTab::Ot2);
+    const std::string before = preview();
+    program->profiles.write(u"Tela", u"Option", u"0",
+                            joinPath(program->program.programFolder, u"Melvorin.ini"));
+    program->command(Command::mnuTab);
+    EXPECT_EQ(face(), "Courier New");
+    EXPECT_EQ(preview(), before);
+}
+
 TEST_F(Tab, PreviewFollowsEveryChoice) {
     const struct {
         int instrument, dividers, option;
