@@ -152,6 +152,10 @@ class Tune:
         return name, float(beats or 1)
 
     def check(self):
+        if not self.pattern or min(self.pattern) < 1:
+            raise TuneError("a pattern of strings, counted from 1, is needed")
+        if self.numbers["tempo"] < 1:
+            raise TuneError("the tempo is below 1")
         whole = self.numbers["beats"]
         for k, (names, notes) in enumerate(self.bars):
             beats = sum(length for _, length in notes)

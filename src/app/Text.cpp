@@ -245,6 +245,10 @@ std::string toUtf8(TextView text) {
     return result;
 }
 
+Text decimal(std::int64_t number) {
+    return fromUtf8(std::to_string(number));
+}
+
 bool isAscii(std::string_view bytes) {
     return asciiPrefix(bytes) == bytes.size();
 }

@@ -5,6 +5,7 @@
 // units.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,9 @@ std::vector<TextView> splitLines(Text&&) = delete;
 // surrogate likewise; nothing throws.
 Text fromUtf8(std::string_view bytes);
 std::string toUtf8(TextView text);
+
+// "-12".
+Text decimal(std::int64_t number);
 
 bool isAscii(std::string_view bytes);
 

@@ -73,8 +73,11 @@ std::optional<Note> takeNote(TextView& text) {
         return note;
     const char16_t sign = text[0];
     for (int count = 0; count < 2 && !text.empty() && text[0] == sign; ++count) {
-        // "Cb5" is a C with a flat fifth and "Cbb5" a Cb with one: the last flat is the number's.
-        const bool belongsToNumber = sign == u'b' && text.size() > 1 && text[1] == u'5';
+        // "Cb5" is a C with a flat fifth and "Dbb5" a Db with one: the last flat is the number's.
+        // "Bb5" is a Bb with its fifth: only C and F have no flat neighbour of their own name.
+        const bool mayBeNumbers = count > 0 || note.letter == u'C' || note.letter == u'F';
+        const bool belongsToNumber =
+            mayBeNumbers && sign == u'b' && text.size() > 1 && text[1] == u'5';
         if (belongsToNumber)
             break;
         note.accidental += sign == u'#' ? 1 : -1;

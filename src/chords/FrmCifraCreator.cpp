@@ -203,7 +203,7 @@ void FrmCifraCreator::onLineText(LPARAM lParam) const {
     Text text;
     switch (item.iSubItem) {
         case kNumberColumn:
-            text = fromUtf8(std::to_string(row + 1));
+            text = decimal(static_cast<std::int64_t>(row + 1));
             break;
         case kVerdictColumn:
             text = Text(nameOf(line.verdict)).append(line.chosen ? u" *" : u"");
@@ -300,9 +300,10 @@ void FrmCifraCreator::showPlaces(std::size_t sourceLine) {
     const SourceLine& line = draft_.song().source[sourceLine];
     // The list may be too narrow for a remark.
     const Text remark = remarkText(line.remarks);
-    const Text told = remark.empty() ? draft_.summary()
-                                     : u"Line " + fromUtf8(std::to_string(sourceLine + 1)) + u", " +
-                                           Text(nameOf(line.verdict)) + u": " + remark + u".";
+    const Text told = remark.empty()
+                          ? draft_.summary()
+                          : u"Line " + decimal(static_cast<std::int64_t>(sourceLine + 1)) + u", " +
+                                Text(nameOf(line.verdict)) + u": " + remark + u".";
     ::SetWindowTextW(control(kSummary), wide(told));
     showAt(Rb1_, rangeAt(draft_.sourcePosition(sourceLine), line.text.size()));
     if (converted_)

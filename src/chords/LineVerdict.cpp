@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "app/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
 
@@ -14,17 +15,6 @@ namespace {
 // stays short on a line of nothing but brackets.
 constexpr std::size_t kLongestBracket = 80;
 constexpr std::size_t kLongestLabel = 60;
-
-char16_t lower(char16_t c) {
-    const bool latin = (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
-    return latin ? static_cast<char16_t>(c + 0x20) : c;
-}
-
-Text lowerCase(TextView text) {
-    Text result(text);
-    std::transform(result.begin(), result.end(), result.begin(), lower);
-    return result;
-}
 
 bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
@@ -99,7 +89,7 @@ bool isLabelSuffix(TextView text) {
 }
 
 bool isSectionName(TextView text) {
-    const Text name = lowerCase(trimmed(text.substr(0, kLongestLabel + 1)));
+    const Text name = toLowerCase(trimmed(text.substr(0, kLongestLabel + 1)));
     if (text.size() > kLongestLabel)
         return false;
     return std::any_of(std::begin(kSectionWords), std::end(kSectionWords), [&](TextView word) {
@@ -109,7 +99,7 @@ bool isSectionName(TextView text) {
 }
 
 bool isFactName(TextView text) {
-    const Text name = lowerCase(trimmed(text));
+    const Text name = toLowerCase(trimmed(text));
     return std::any_of(std::begin(kFactWords), std::end(kFactWords),
                        [&](TextView word) { return name == word; });
 }
@@ -170,7 +160,7 @@ void BracketReader::addText(TextView text) {
 // Lyrics stretch only where a blank is already, so words stay whole.
 void BracketReader::makeRoom() {
     const bool mayStretch = result_.lyrics.empty() || isAnyBlank(result_.lyrics.back());
-    if (column_ < roomEnd_ && (mayStretch || trimmed(result_.lyrics).empty())) {
+    if (column_ < roomEnd_ && mayStretch) {
         result_.lyrics.append(roomEnd_ - column_, u' ');
         column_ = roomEnd_;
     }
@@ -184,8 +174,15 @@ std::size_t BracketReader::chordAt(std::size_t at) {
         return 0;
     const TextView inside = ahead.substr(1, close - 1);
     std::vector<RowItem> row = readRow(inside, 0, index_ + at + 1);
+    // "[x2]" and "[/]" alone are text too.
     const bool chords =
-        !row.empty() && std::all_of(row.begin(), row.end(), [](const RowItem& item) {
+        std::any_of(row.begin(), row.end(),
+                    [](const RowItem& item) {
+                        return item.kind == RowItemKind::Chord ||
+                               item.kind == RowItemKind::Unknown ||
+                               item.kind == RowItemKind::NoChord;
+                    }) &&
+        std::all_of(row.begin(), row.end(), [](const RowItem& item) {
             return item.kind != RowItemKind::Word && item.kind != RowItemKind::Separator;
         });
     if (!chords)
@@ -244,7 +241,7 @@ std::optional<Directive> readDirective(TextView line) {
         return std::nullopt;
     const TextView inside = line.substr(1, line.size() - 2);
     const std::size_t nameEnd = inside.find_first_of(u": ");
-    Directive directive{lowerCase(trimmed(inside.substr(0, nameEnd))), {}};
+    Directive directive{toLowerCase(trimmed(inside.substr(0, nameEnd))), {}};
     if (directive.name.empty())
         return std::nullopt;
     if (nameEnd != TextView::npos) {

@@ -7,10 +7,6 @@
 namespace melvorin {
 namespace {
 
-Text numberText(std::size_t number) {
-    return fromUtf8(std::to_string(number));
-}
-
 // Collects uses under their names, in the order of the first use of each.
 class ChordList {
   public:
@@ -24,7 +20,9 @@ class ChordList {
     std::vector<ListedChord> take() {
         for (ListedChord& entry : entries_) {
             if (entry.uses.size() > 1)
-                entry.label.append(u"  (").append(numberText(entry.uses.size())).append(u")");
+                entry.label.append(u"  (")
+                    .append(decimal(static_cast<std::int64_t>(entry.uses.size())))
+                    .append(u")");
         }
         return std::move(entries_);
     }
@@ -122,8 +120,8 @@ std::size_t NotationDraft::chartPosition(std::size_t line, std::size_t index) co
 }
 
 Text NotationDraft::summary() const {
-    Text text =
-        numberText(song_.source.size()).append(song_.source.size() == 1 ? u" line" : u" lines");
+    Text text = decimal(static_cast<std::int64_t>(song_.source.size()))
+                    .append(song_.source.size() == 1 ? u" line" : u" lines");
     bool first = true;
     for (const LineVerdict verdict : kLineVerdicts) {
         const auto count =
@@ -131,7 +129,8 @@ Text NotationDraft::summary() const {
                           [&](const SourceLine& line) { return line.verdict == verdict; });
         if (count == 0)
             continue;
-        text.append(first ? u": " : u", ").append(numberText(static_cast<std::size_t>(count)));
+        text.append(first ? u": " : u", ")
+            .append(decimal(static_cast<std::int64_t>(static_cast<std::size_t>(count))));
         text.append(u" ").append(nameOf(verdict));
         first = false;
     }
@@ -140,7 +139,7 @@ Text NotationDraft::summary() const {
         [](const SourceLine& line) { return (line.remarks & WillNotChangeKey) != 0; });
     if (fixed > 0)
         text.append(u".  ")
-            .append(numberText(static_cast<std::size_t>(fixed)))
+            .append(decimal(static_cast<std::int64_t>(static_cast<std::size_t>(fixed))))
             .append(fixed == 1 ? u" line" : u" lines")
             .append(u" will not change key");
     return text.append(u".");

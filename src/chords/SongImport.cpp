@@ -84,9 +84,10 @@ void Importer::judge() {
             const bool known = isKnownDirective(*directive);
             isChordPro_ = isChordPro_ || known;
             const bool ends = directive->name.starts_with(u"end_of_");
-            if (!known || (isEnvironment && !ends))
+            const bool starts = directive->name.starts_with(u"start_of_");
+            if (!known || (isEnvironment && !ends && !starts))
                 line.verdict = isEnvironment ? LineVerdict::Tablature : LineVerdict::Lyrics;
-            if (known && (ends || directive->name.starts_with(u"start_of_")))
+            if (known && (ends || starts))
                 isEnvironment =
                     directive->name == u"start_of_tab" || directive->name == u"start_of_grid";
         } else if (isEnvironment) {

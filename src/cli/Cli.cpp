@@ -127,7 +127,9 @@ Text importedChart(TextView song, bool verdicts) {
     Text text;
     for (std::size_t i = 0; verdicts && i < imported.source.size(); ++i) {
         const SourceLine& line = imported.source[i];
-        text.append(fromUtf8(std::to_string(i + 1))).append(u"\t").append(nameOf(line.verdict));
+        text.append(decimal(static_cast<std::int64_t>(i + 1)))
+            .append(u"\t")
+            .append(nameOf(line.verdict));
         if (const Text remark = remarkText(line.remarks); !remark.empty())
             text.append(u"\t").append(remark);
         text += u'\n';

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 #include "chords/ChordSpelling.h"
 #include "dictionary/Fingering.h"
@@ -24,18 +25,6 @@ Text trimmed(TextView text) {
     return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
 }
 
-// Latin letters; "ÿ" and "ß" have no upper case of one Latin character.
-Text upperCase(TextView text) {
-    Text result(text);
-    for (char16_t& c : result) {
-        const bool isLower =
-            (c >= u'a' && c <= u'z') || (c >= u'\u00E0' && c <= u'\u00FE' && c != u'\u00F7');
-        if (isLower)
-            c = static_cast<char16_t>(c - 0x20);
-    }
-    return result;
-}
-
 }  // namespace
 
 Text searchText(TextView typed, const Normalise& normalise) {
@@ -43,7 +32,7 @@ Text searchText(TextView typed, const Normalise& normalise) {
 }
 
 Text searchCriterion(SearchField field, TextView searchText) {
-    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + upperCase(searchText) +
+    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + toUpperCase(searchText) +
            u"'";
 }
 

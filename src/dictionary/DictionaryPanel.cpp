@@ -71,17 +71,6 @@ struct GridColumn {
 constexpr GridColumn kColumns[] = {{L"Symbol", 84}, {L"Name", 168}, {L"Font", 40}, {L"1", 28},
                                    {L"2", 28},      {L"3", 28},     {L"4", 28},    {L"5", 28}};
 
-Text numberText(std::size_t number) {
-    return fromUtf8(std::to_string(number));
-}
-
-Text textOfWindow(HWND window) {
-    const int length = ::GetWindowTextLengthW(window);
-    Text text(static_cast<std::size_t>(length) + 1, u'\0');
-    text.resize(static_cast<std::size_t>(::GetWindowTextW(window, wideBuffer(text), length + 1)));
-    return text;
-}
-
 HFONT createFont(const wchar_t* face, int height, int weight) {
     return ::CreateFontW(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                          OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
@@ -232,8 +221,9 @@ Text DictionaryPanel::noticeText() const {
     if (!trouble_.empty())
         return u"The chord dictionary cannot be opened.\r\n\r\n" + trouble_ +
                u"\r\n\r\nEverything else works without it.";
-    const Text found = fontCount_ == 0 ? Text(u"None") : u"Only " + numberText(fontCount_);
-    return found + u" of the " + numberText(kDiagramFontCount) +
+    const Text found =
+        fontCount_ == 0 ? Text(u"None") : u"Only " + decimal(static_cast<std::int64_t>(fontCount_));
+    return found + u" of the " + decimal(static_cast<std::int64_t>(kDiagramFontCount)) +
            u" diagram fonts could be read from " + joinPath(services_.program.folder(), u"Fonts") +
            u". Without its font a diagram is shown as a letter.";
 }
@@ -251,8 +241,9 @@ void DictionaryPanel::showCurrent() {
     setText(LB, dictionary_.shown().LB);
     const auto position = dictionary_.records().position();
     const std::size_t count = dictionary_.records().count();
-    setText(Record, position ? numberText(*position + 1) + u" of " + numberText(count)
-                             : u"- of " + numberText(count));
+    setText(Record, position ? decimal(static_cast<std::int64_t>(*position + 1)) + u" of " +
+                                   decimal(static_cast<std::int64_t>(count))
+                             : u"- of " + decimal(static_cast<std::int64_t>(count)));
     showGridRow();
     showEntryButtons();
 }
@@ -266,8 +257,9 @@ void DictionaryPanel::showEntryButtons() {
         setFont(window, diagramFont_.get());
         // The character means nothing to someone who only hears it.
         button(kDiagrams[i])
-            .setName(kDiagrams[i] == GB6 ? u"Arm without Chord"
-                                         : entry.LB + u", diagram " + numberText(i + 1));
+            .setName(kDiagrams[i] == GB6
+                         ? u"Arm without Chord"
+                         : entry.LB + u", diagram " + decimal(static_cast<std::int64_t>(i + 1)));
         const bool visible = entry.visible[i] && layout_[kDiagrams[i]].width > 0;
         ::ShowWindow(window, visible ? SW_SHOWNA : SW_HIDE);
     }
@@ -313,7 +305,7 @@ void DictionaryPanel::showGridRow() {
 
 void DictionaryPanel::findChord() {
     const bool byName = ::SendMessageW(part(Option2), BM_GETCHECK, 0, 0) == BST_CHECKED;
-    setText(TS1, dictionary_.find(textOfWindow(part(TS1)),
+    setText(TS1, dictionary_.find(windowText(part(TS1)),
                                   byName ? SearchField::Name : SearchField::Symbol));
     ::SendMessageW(part(TS1), EM_SETSEL, 0, -1);
     showRecords();

@@ -3,17 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/LetterCase.h"
+
 namespace melvorin {
 namespace {
 
 constexpr TextView kBlanks = u" \t";
-
-// ASCII and Latin-1; 0xD7 is the multiplication sign.
-char16_t withoutCase(char16_t c) {
-    const bool isUpper =
-        (c >= u'A' && c <= u'Z') || (c >= u'\u00C0' && c <= u'\u00DE' && c != u'\u00D7');
-    return isUpper ? static_cast<char16_t>(c + 0x20) : c;
-}
 
 TextView trimmed(TextView text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
@@ -29,7 +24,7 @@ Result<Criterion> broken(TextView criterion, TextView why) {
 
 bool equalWithoutCase(TextView a, TextView b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char16_t left, char16_t right) {
-        return withoutCase(left) == withoutCase(right);
+        return lowerCaseOf(left) == lowerCaseOf(right);
     });
 }
 

@@ -41,7 +41,7 @@ struct Criterion {
 // no way to write an apostrophe, and nothing in a criterion is ever executed.
 Result<Criterion> readCriterion(TextView criterion);
 
-// Texts that differ only in the case of Latin letters are equal.
+// Texts that differ only in the case of their letters are equal.
 bool equalWithoutCase(TextView a, TextView b);
 
 class Recordset {

@@ -126,7 +126,7 @@ bool isSearchText(TextView what) {
 }
 
 Text replacedMessage(int count) {
-    return Text(kFinishedReplacing) + u"\r\n  and " + fromUtf8(std::to_string(count)) +
+    return Text(kFinishedReplacing) + u"\r\n  and " + decimal(count) +
            (count == 1 ? u" item was replaced.  " : u" items were replaced.  ");
 }
 

@@ -24,13 +24,6 @@ bool isInput(UINT message) {
            (message >= WM_NCMOUSEMOVE && message <= WM_NCXBUTTONDBLCLK);
 }
 
-Text windowText(HWND window) {
-    Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
-    text.resize(static_cast<std::size_t>(
-        ::GetWindowTextW(window, wideBuffer(text), static_cast<int>(text.size()))));
-    return text;
-}
-
 }  // namespace
 
 frmFind::frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks)

@@ -1,22 +1,21 @@
 #include "platform/DiagramFonts.h"
 
 #include "app/Paths.h"
-#include "platform/Win.h"
+#include "platform/Handles.h"
 
 namespace melvorin {
 
 std::size_t DiagramFonts::load(TextView programFolder) {
     const Text folder = joinPath(programFolder, u"Fonts");
     WIN32_FIND_DATAW found{};
-    const HANDLE search = ::FindFirstFileW(wide(joinPath(folder, u"*.ttf")), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    UniqueSearch search(joinPath(folder, u"*.ttf"), found);
+    if (!search)
         return 0;
     do {
         const Text file = joinPath(folder, textOf(found.cFileName));
         if (::AddFontResourceExW(wide(file), FR_PRIVATE, nullptr) > 0)
             files_.push_back(file);
-    } while (::FindNextFileW(search, &found));
-    ::FindClose(search);
+    } while (search.next());
     return files_.size();
 }
 

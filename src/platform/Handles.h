@@ -65,6 +65,27 @@ class UniqueFile {
     HANDLE handle_;
 };
 
+// A search through a folder.
+class UniqueSearch {
+  public:
+    // Finds the first entry; `found` takes it and those of `next`.
+    UniqueSearch(const Text& pattern, WIN32_FIND_DATAW& found)
+        : found_(found), handle_(::FindFirstFileW(wide(pattern), &found)) {}
+    UniqueSearch(const UniqueSearch&) = delete;
+    UniqueSearch& operator=(const UniqueSearch&) = delete;
+    ~UniqueSearch() {
+        if (handle_ != INVALID_HANDLE_VALUE)
+            ::FindClose(handle_);
+    }
+
+    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+    bool next() { return ::FindNextFileW(handle_, &found_) != 0; }
+
+  private:
+    WIN32_FIND_DATAW& found_;
+    HANDLE handle_;
+};
+
 // Selects a GDI object into a device context and puts the former one back.
 class SelectedObject {
   public:

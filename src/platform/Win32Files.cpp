@@ -226,8 +226,8 @@ Text Win32Files::fullPath(TextView path) {
 FolderContent contentOf(TextView folder) {
     FolderContent content;
     WIN32_FIND_DATAW found{};
-    const HANDLE search = ::FindFirstFileW(wide(joinPath(folder, u"*")), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    UniqueSearch search(joinPath(folder, u"*"), found);
+    if (!search)
         return content;
     do {
         const Text name(textOf(found.cFileName));
@@ -235,8 +235,7 @@ FolderContent contentOf(TextView folder) {
             continue;
         const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         (isFolder ? content.folders : content.files).push_back(name);
-    } while (::FindNextFileW(search, &found));
-    ::FindClose(search);
+    } while (search.next());
     return content;
 }
 

@@ -214,11 +214,7 @@ Text Win32ProgramFolder::programFileName() {
 
 bool Win32ProgramFolder::contains(TextView path) {
     WIN32_FIND_DATAW found{};
-    const HANDLE handle = ::FindFirstFileW(wide(Text(path)), &found);
-    if (handle == INVALID_HANDLE_VALUE)
-        return false;
-    ::FindClose(handle);
-    return true;
+    return static_cast<bool>(UniqueSearch(Text(path), found));
 }
 
 bool Win32ProgramFolder::writeWithAttributes(TextView path, std::string_view bytes,

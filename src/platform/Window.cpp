@@ -189,6 +189,13 @@ HFONT uiFont() {
     return font;
 }
 
+Text windowText(HWND window) {
+    Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(static_cast<std::size_t>(
+        ::GetWindowTextW(window, wideBuffer(text), static_cast<int>(text.size()))));
+    return text;
+}
+
 void moveTopLeft(HWND window, int left, int top) {
     ::SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -110,6 +110,9 @@ class ModelessDialog : public Window {
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
 
+// The whole text of a window or control.
+Text windowText(HWND window);
+
 // Moves a window without changing its size; the position is in screen pixels.
 void moveTopLeft(HWND window, int left, int top);
 

@@ -17,10 +17,6 @@ int linesOf(RunKey key) {
 // A key pressed so near the end ends the run.
 constexpr int kNearEnd = 10;
 
-Text decimal(std::int64_t number) {
-    return fromUtf8(std::to_string(number));
-}
-
 }  // namespace
 
 bool StageRun::start(const RunSettings& settings, int linesInText) {

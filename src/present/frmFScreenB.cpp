@@ -44,7 +44,7 @@ void addNumbers(HWND list, int first, int last) {
     ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     ::SendMessageW(list, CB_INITSTORAGE, static_cast<WPARAM>(std::max(0, last - first + 1)), 16);
     for (int number = first; number <= last; ++number)
-        ::SendMessageW(list, CB_ADDSTRING, 0, lparamOf(wide(fromUtf8(std::to_string(number)))));
+        ::SendMessageW(list, CB_ADDSTRING, 0, lparamOf(wide(decimal(number))));
     ::SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     ::InvalidateRect(list, nullptr, TRUE);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 
 namespace melvorin {
@@ -17,12 +18,8 @@ bool isSoundFile(TextView name) {
 }
 
 Text soundExtension(TextView name) {
-    Text extension(name.substr(name.size() - std::min<std::size_t>(name.size(), kExtensionLength)));
-    for (char16_t& c : extension) {
-        if (c >= u'a' && c <= u'z')
-            c = static_cast<char16_t>(c - u'a' + u'A');
-    }
-    return extension;
+    return toUpperCase(
+        name.substr(name.size() - std::min<std::size_t>(name.size(), kExtensionLength)));
 }
 
 bool isPlayable(TextView extension) {

@@ -312,7 +312,7 @@ void FrmTab::showPreview() {
 
 void FrmTab::insertTablature() {
     edit_([this] {
-        const Text width = fromUtf8(std::to_string(services_.screen.size().width));
+        const Text width = decimal(services_.screen.size().width);
         return writer_.insert(rtftext_, choice(), width, editorFontFace(services_));
     });
 }

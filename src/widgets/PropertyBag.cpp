@@ -24,10 +24,6 @@ Text colourText(SystemOrRgb colour) {
     return text;
 }
 
-Text numberText(std::int32_t number) {
-    return fromUtf8(std::to_string(number));
-}
-
 Text escaped(TextView value) {
     Text text;
     for (const char16_t c : value) {
@@ -60,11 +56,11 @@ Text unescaped(TextView value) {
 }  // namespace
 
 std::int32_t PropertyBag::readNumber(TextView name, std::int32_t fallback) {
-    return parsed<std::int32_t>(toUtf8(read(name, numberText(fallback))), 10).value_or(fallback);
+    return parsed<std::int32_t>(toUtf8(read(name, decimal(fallback))), 10).value_or(fallback);
 }
 
 void PropertyBag::writeNumber(TextView name, std::int32_t value, std::int32_t fallback) {
-    write(name, numberText(value), numberText(fallback));
+    write(name, decimal(value), decimal(fallback));
 }
 
 SystemOrRgb PropertyBag::readColour(TextView name, SystemOrRgb fallback) {

@@ -293,6 +293,10 @@ std::optional<LRESULT> TarnelButton::onState(UINT message, WPARAM wParam, LPARAM
         case WM_ENABLE:
             logic_.reset();
             return 0;
+        case WM_DESTROY:
+            // The button may be created again; nothing of the pointer stays with it.
+            logic_.reset();
+            return std::nullopt;
         case WM_SHOWWINDOW:
             if (!wParam)
                 logic_.reset();

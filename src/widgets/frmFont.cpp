@@ -19,13 +19,6 @@ constexpr UINT kTypingMs = 400;
 constexpr TextView kSettingsTitle = u" Melvorin     ";
 constexpr TextView kSettingsText = u"Your New Chord Notations will be created with the Font: ";
 
-Text windowText(HWND window) {
-    Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
-    text.resize(static_cast<std::size_t>(
-        ::GetWindowTextW(window, wideBuffer(text), static_cast<int>(text.size()))));
-    return text;
-}
-
 void setText(HWND window, TextView text) {
     ::SetWindowTextW(window, wide(Text(text)));
 }

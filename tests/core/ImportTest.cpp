@@ -131,7 +131,6 @@ TEST(Import, ChordsInTheWild) {
         ASSERT_EQ(found ? toUtf8(*found) : "-", line.substr(tab + 1)) << line;
         if (found) {
             EXPECT_TRUE(IsChordLine(*found)) << line;
-            EXPECT_EQ(houseSpelling(*found), found) << line;
             for (const TextView root : {u"", u"A", u"Bb", u"C#", u"D", u"E", u"F", u"G#"}) {
                 const bool natural = (*found)[0] == u'C' && found->find_first_of(u"#b") != 1;
                 const Text chord =
@@ -139,6 +138,7 @@ TEST(Import, ChordsInTheWild) {
                 const bool hasBass = chord.find_first_of(u"ABCDEFG", 1) != Text::npos;
                 if (chord == *found || !hasBass) {
                     EXPECT_EQ(normaliseSuffixes(chord), chord) << line;
+                    EXPECT_EQ(houseSpelling(chord), chord) << line;
                 }
             }
         }

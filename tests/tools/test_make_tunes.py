@@ -233,6 +233,8 @@ class MakeTunes(unittest.TestCase):
             (song, "D5/2 B4", "D5/3 B4", "bar 3 has 7 beats"),
             (song, "\nE     B4", "\nFm    B4", '"Fm" is not defined'),
             (song, "G#4/1.5", "H4/1.5", '"H4" is no note'),
+            (song, "\npattern ", "\n# pattern ", "a pattern of strings"),
+            (song, "\ntempo ", "\ntempo 0 # ", "tempo"),
             (strings, "A1 E1", "A1 H1", '"H1" is no note'),
         ):
             with self.subTest(bad=bad):

@@ -118,6 +118,7 @@ TEST(Paste, BadClipboards) {
 TEST(Paste, LongTextIsConvertedInParts) {
     Program program;
     ASSERT_TRUE(program.start());
+    program.type(u"la");
     Text text;
     while (text.size() <= FrmTxt::kLongText)
         text += u"C\tG\tAm7\tlong words\t\r";
@@ -125,6 +126,8 @@ TEST(Paste, LongTextIsConvertedInParts) {
     const std::optional<Text> converted = FrmTxt().convert(program.form->handle(), text, 5);
     ASSERT_TRUE(converted);
     EXPECT_TRUE(*converted == expandTabs(text, 5));
+    EXPECT_EQ(program.text(), "la") << "New was refused meanwhile";
+    EXPECT_TRUE(program.messages.boxes.empty());
     EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
 }
 

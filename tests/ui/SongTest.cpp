@@ -157,8 +157,8 @@ TEST_F(Song, FailuresAreSilent) {
     EXPECT_TRUE(program.messages.boxes.empty());
     click(FrmSong::Stopcmd);
     EXPECT_TRUE(isEnabled(FrmSong::Play) && isEnabled(FrmSong::Files));
-    // The device of this machine, if there is one, knows no such name.
-    EXPECT_NO_FATAL_FAILURE(Win32Multimedia().send(u"close canyon"));
+    // The real interface tells that no device has this name.
+    EXPECT_NE(Win32Multimedia().send(u"close canyon"), 0U);
 }
 
 TEST_F(Song, OtherFoldersAreOpenedByMouseAndKeyboard) {
