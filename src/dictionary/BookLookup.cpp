@@ -1,7 +1,5 @@
 #include "dictionary/BookLookup.h"
 
-#include <algorithm>
-
 #include "app/LetterCase.h"
 #include "chords/SuffixNormaliser.h"
 #include "dictionary/ChordDictionary.h"
@@ -9,15 +7,11 @@
 namespace melvorin {
 
 BookLookup::BookLookup(const Recordset& records) {
-    const auto& fields = records.fields();
-    const auto symbol = std::find_if(fields.begin(), fields.end(), [](const Text& field) {
-        return equalWithoutCase(field, u"Fname");
-    });
-    if (symbol == fields.end())
+    const std::optional<std::size_t> column = records.columnOf(u"Fname");
+    if (!column)
         return;
-    const auto column = static_cast<std::size_t>(symbol - fields.begin());
     for (std::size_t row = 0; row < records.count(); ++row) {
-        if (const std::optional<Text>& name = records.cell(row, column))
+        if (const std::optional<Text>& name = records.cell(row, *column))
             symbols_.insert(toUpperCase(*name));
     }
 }

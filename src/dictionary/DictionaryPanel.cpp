@@ -498,16 +498,9 @@ LRESULT DictionaryPanel::onGridFind(const NMLVFINDITEMW& find) const {
     constexpr LRESULT notFound = -1;
     if (!(find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || find.lvfi.psz == nullptr)
         return notFound;
-    const TextView wanted = textOf(find.lvfi.psz);
-    const Recordset& records = dictionary_.records();
-    const std::size_t count = records.count();
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t row = (static_cast<std::size_t>(std::max(0, find.iStart)) + i) % count;
-        const std::optional<Text>& symbol = records.cell(row, 0);
-        if (symbol && equalWithoutCase(TextView(*symbol).substr(0, wanted.size()), wanted))
-            return static_cast<LRESULT>(row);
-    }
-    return notFound;
+    const auto row = dictionary_.records().rowBeginningWith(
+        textOf(find.lvfi.psz), 0, static_cast<std::size_t>(std::max(0, find.iStart)));
+    return row ? static_cast<LRESULT>(*row) : notFound;
 }
 
 bool DictionaryPanel::translate(MSG& message) {

@@ -129,4 +129,15 @@ std::optional<std::size_t> Recordset::columnOf(TextView name) const {
     return static_cast<std::size_t>(found - table_.fields.begin());
 }
 
+std::optional<std::size_t> Recordset::rowBeginningWith(TextView text, std::size_t column,
+                                                       std::size_t from) const {
+    for (std::size_t i = 0; i < count(); ++i) {
+        const std::size_t row = (from + i) % count();
+        const std::optional<Text>& value = cell(row, column);
+        if (value && equalWithoutCase(TextView(*value).substr(0, text.size()), text))
+            return row;
+    }
+    return std::nullopt;
+}
+
 }  // namespace melvorin

@@ -82,10 +82,14 @@ class Recordset {
         return table_.rows[row][column];
     }
     const std::vector<Text>& fields() const { return table_.fields; }
+    // The number of a field, its name in any case.
+    std::optional<std::size_t> columnOf(TextView name) const;
+    // The first row from `from` on, and then from the first row on, whose text in the column
+    // begins so, in any case.
+    std::optional<std::size_t> rowBeginningWith(TextView text, std::size_t column,
+                                                std::size_t from) const;
 
   private:
-    std::optional<std::size_t> columnOf(TextView name) const;
-
     std::unique_ptr<RowSource> source_;
     Text recordSource_;
     Table table_;

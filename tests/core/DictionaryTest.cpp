@@ -204,6 +204,19 @@ TEST(ChordDictionary, FindsAndShows) {
     }
 }
 
+TEST(Recordset, FindsWhatBeginsSo) {
+    const Recordset records =
+        recordsOf({{u"Name"}, {{u"C"}, {u"Dm"}, {std::nullopt}, {u"dm7"}, {u"E"}}});
+    const struct {
+        TextView text;
+        std::size_t from;
+        std::optional<std::size_t> row;
+    } cases[] = {{u"d", 0, 1}, {u"DM", 2, 3}, {u"d", 4, 1}, {u"e", 7, 4}, {u"x", 0, {}}};
+    for (const auto& [text, from, row] : cases)
+        EXPECT_EQ(records.rowBeginningWith(text, 0, from), row) << toUtf8(text) << from;
+    EXPECT_EQ(Recordset().rowBeginningWith(u"C", 0, 0), std::nullopt);
+}
+
 TEST(BookLookup, KnowsTheChordsOfTheBook) {
     const BookLookup book(recordsOf(
         {{u"Course", u"Fname"}, {{u"C Major", u"C"}, {u"x", u"F#m7"}, {u"y", std::nullopt}}}));
