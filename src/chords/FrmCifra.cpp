@@ -144,15 +144,14 @@ bool FrmCifra::createWindow(HWND owner) {
     const int margin = scaled(kMargin);
     const int width = static_cast<int>(client.right) - 2 * margin;
     const auto child = [&](const wchar_t* className, const wchar_t* text, int y, int height) {
-        return ::CreateWindowExW(0, className, text, WS_CHILD | WS_VISIBLE, margin, y, width,
-                                 height, handle(), nullptr, ::GetModuleHandleW(nullptr), nullptr);
+        return createControl(handle(), className, text, 0, -1,
+                             {margin, y, margin + width, y + height});
     };
     label_ = child(
         L"STATIC",
         direction_ == Direction::Up ? L"Going up a half step..." : L"Going down a half step...",
         margin, scaled(kLabelHeight));
     bar_ = child(PROGRESS_CLASSW, L"", 2 * margin + scaled(kLabelHeight), scaled(kBarHeight));
-    ::SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
     ::SendMessageW(bar_, PBM_SETRANGE32, 0, kFull);
     centreOver(handle(), owner);
     return true;

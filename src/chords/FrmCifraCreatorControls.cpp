@@ -51,11 +51,7 @@ bool FrmCifraCreator::createWindow(HWND owner) {
 
 HWND FrmCifraCreator::addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                                  DWORD extendedStyle) {
-    const HWND control = ::CreateWindowExW(
-        extendedStyle, className, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return control;
+    return createControl(handle(), className, text, style, id, {}, extendedStyle);
 }
 
 void FrmCifraCreator::createControls() {

@@ -38,9 +38,9 @@ bool FrmTxt::createWindow(HWND owner) {
                             scaled(kBarWidth) + 2 * margin, scaled(kBarHeight) + 2 * margin,
                             owner)))
         return false;
-    ProgressBar1_ = ::CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | WS_VISIBLE, margin,
-                                      margin, scaled(kBarWidth), scaled(kBarHeight), handle(),
-                                      nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    ProgressBar1_ =
+        createControl(handle(), PROGRESS_CLASSW, L"", 0, -1,
+                      {margin, margin, margin + scaled(kBarWidth), margin + scaled(kBarHeight)});
     centreOver(handle(), owner);
     return true;
 }

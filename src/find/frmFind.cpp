@@ -76,13 +76,10 @@ bool frmFind::open(HWND owner, TextView what) {
 
 HWND frmFind::addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                          const RECT& place) {
-    const HWND control = ::CreateWindowExW(
-        0, className, text, WS_CHILD | WS_VISIBLE | style, scaled(static_cast<int>(place.left)),
-        scaled(static_cast<int>(place.top)), scaled(static_cast<int>(place.right - place.left)),
-        scaled(static_cast<int>(place.bottom - place.top)), handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return control;
+    return createControl(
+        handle(), className, text, style, id,
+        {scaled(static_cast<int>(place.left)), scaled(static_cast<int>(place.top)),
+         scaled(static_cast<int>(place.right)), scaled(static_cast<int>(place.bottom))});
 }
 
 void frmFind::createControls() {

@@ -189,6 +189,17 @@ HFONT uiFont() {
     return font;
 }
 
+HWND createControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                   const RECT& place, DWORD extendedStyle) {
+    const HWND control = ::CreateWindowExW(
+        extendedStyle, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
+        static_cast<int>(place.top), static_cast<int>(place.right - place.left),
+        static_cast<int>(place.bottom - place.top), parent, reinterpret_cast<HMENU>(INT_PTR{id}),
+        ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
+    return control;
+}
+
 Text windowText(HWND window) {
     Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
     text.resize(static_cast<std::size_t>(

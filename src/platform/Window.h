@@ -110,6 +110,11 @@ class ModelessDialog : public Window {
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
 
+// A visible control in the program's font, at `place` in device pixels of its parent, which owns
+// it. Null when Windows refuses.
+HWND createControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int id,
+                   const RECT& place, DWORD extendedStyle = 0);
+
 // The whole text of a window or control.
 Text windowText(HWND window);
 

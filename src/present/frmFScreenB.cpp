@@ -91,13 +91,7 @@ bool frmFScreenB::createWindow() {
 
 HWND frmFScreenB::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                       const RECT& place) {
-    const HWND control = ::CreateWindowExW(
-        0, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
-        static_cast<int>(place.top), static_cast<int>(place.right - place.left),
-        static_cast<int>(place.bottom - place.top), handle(), reinterpret_cast<HMENU>(INT_PTR{id}),
-        ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return control;
+    return createControl(handle(), className, text, style, id, place);
 }
 
 // A drop-down list of the numbers from 1, the first one chosen.

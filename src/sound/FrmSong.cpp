@@ -25,14 +25,6 @@ constexpr int kPathTop = kListTop + kListHeight + kGap;
 constexpr int kButtonTop = kPathTop + kLabelHeight + kGap;
 constexpr int kHeight = kButtonTop + kButtonHeight + kMargin;
 
-int widthOf(const RECT& rectangle) {
-    return static_cast<int>(rectangle.right - rectangle.left);
-}
-
-int heightOf(const RECT& rectangle) {
-    return static_cast<int>(rectangle.bottom - rectangle.top);
-}
-
 void fillList(HWND list, const std::vector<Text>& rows) {
     ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
@@ -85,12 +77,7 @@ bool FrmSong::createWindow(HWND owner) {
 HWND FrmSong::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                   const RECT& place) {
     const DWORD edge = style & LBS_NOTIFY && id < Path ? WS_EX_CLIENTEDGE : 0;
-    const HWND control = ::CreateWindowExW(
-        edge, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
-        static_cast<int>(place.top), widthOf(place), heightOf(place), handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return control;
+    return createControl(handle(), className, text, style, id, place, edge);
 }
 
 void FrmSong::createControls() {

@@ -27,10 +27,6 @@ constexpr int kPreviewColumns = 57;
 constexpr int kPreviewRows = kStrings + 2;
 constexpr TextView kHint = u"Choose which string is on the top.";
 
-int heightOf(const RECT& rectangle) {
-    return static_cast<int>(rectangle.bottom - rectangle.top);
-}
-
 int widthOf(const RECT& rectangle) {
     return static_cast<int>(rectangle.right - rectangle.left);
 }
@@ -99,12 +95,7 @@ HWND FrmTab::add(const wchar_t* className, const wchar_t* text, DWORD style, int
                  const RECT& place) {
     // A frame does not paint what is inside it.
     const DWORD extended = style == BS_GROUPBOX ? WS_EX_TRANSPARENT : 0;
-    const HWND control = ::CreateWindowExW(
-        extended, className, text, WS_CHILD | WS_VISIBLE | style, static_cast<int>(place.left),
-        static_cast<int>(place.top), widthOf(place), heightOf(place), handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return control;
+    return createControl(handle(), className, text, style, id, place, extended);
 }
 
 void FrmTab::createChoices() {

@@ -85,12 +85,7 @@ bool frmFont::createWindow(HWND owner) {
 
 HWND frmFont::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
                   const RECT& place, DWORD extendedStyle) {
-    const HWND window = ::CreateWindowExW(
-        extendedStyle, className, text, WS_CHILD | WS_VISIBLE | style, place.left, place.top,
-        place.right - place.left, place.bottom - place.top, handle(),
-        reinterpret_cast<HMENU>(INT_PTR{id}), ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(uiFont()), FALSE);
-    return window;
+    return createControl(handle(), className, text, style, id, place, extendedStyle);
 }
 
 HWND frmFont::addFrame(const wchar_t* caption, int left, int top, int width, int height) {
