@@ -39,12 +39,22 @@ function(melvorin_enable_tests)
   add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 endfunction()
 
+# Targets that a build without tests makes only where they are named.
+function(melvorin_only_for_tests)
+  if(NOT MELVORIN_TESTS_IN_ALL)
+    set_target_properties(${ARGN} PROPERTIES EXCLUDE_FROM_ALL ON)
+  endif()
+endfunction()
+
 # melvorin_test(NAME SOURCES ... LIBS ...): one executable, one ctest entry. A cold start under
 # Wine costs seconds, so cases are not split into entries of their own.
 function(melvorin_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
+  melvorin_only_for_tests(${name})
   target_link_libraries(${name} PRIVATE melvorin_options ${arg_LIBS} gtest gtest_main)
+  # A test's own code runs once and has nothing to gain from the optimizer.
+  target_compile_options(${name} PRIVATE -O1)
   target_compile_definitions(${name} PRIVATE
     MELVORIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   if(WIN32)
