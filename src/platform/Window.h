@@ -95,6 +95,10 @@ class ModelessDialog : public Window {
   public:
     // Gives a message of the loop to the window; true when it is dealt with.
     bool translate(MSG& message);
+    void hide() {
+        if (isOpen())
+            ::ShowWindow(handle(), SW_HIDE);
+    }
 
   protected:
     // A key goes down anywhere in the window, before its controls know. True: they never will.

@@ -43,11 +43,6 @@ bool Form3::createWindow(HWND owner) {
     return true;
 }
 
-void Form3::hide() {
-    if (isOpen())
-        ::ShowWindow(handle(), SW_HIDE);
-}
-
 void Form3::moveTo(const Area& screen) {
     if (!isOpen())
         return;

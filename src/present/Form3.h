@@ -28,7 +28,6 @@ class Form3 : public ModelessDialog {
 
     // Shows the bar on a screen, the run going. False when Windows refuses.
     bool open(HWND owner, const Area& screen);
-    void hide();
     void moveTo(const Area& screen);
     // What `Cmd` offers.
     void showPaused(bool paused);

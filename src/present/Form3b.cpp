@@ -34,11 +34,6 @@ bool Form3b::createWindow(HWND owner) {
                         u"Enlarge");
 }
 
-void Form3b::hide() {
-    if (isOpen())
-        ::ShowWindow(handle(), SW_HIDE);
-}
-
 void Form3b::moveTo(const Area& screen) {
     if (!isOpen())
         return;
