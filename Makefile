@@ -1,5 +1,5 @@
 # The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
-.PHONY: run test bench fuzz package setup native native-asan win-x64 win-x86 lint clean
+.PHONY: run test bench fuzz package test-x86 setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
 # By the environment, so that quotes and blanks in the name stay what they are.
@@ -21,8 +21,17 @@ bench: native win-x64
 fuzz: setup
 	@tools/fuzz.sh
 
-package:
-	@echo "make package: there is no installer yet" >&2; exit 1
+# The installer and the zip of the 32-bit program, in build/package.
+package: win-x86
+	@tools/setup.sh package
+	@tools/make-package.py build/win-x86 build/package
+
+# The package installed in a 32-bit Debian of its own, all tests of the windows and the runs of the
+# program there, and the package removed again. Needs root, and a few minutes the first time.
+test-x86: package native
+	@tools/setup.sh test-x86
+	@cmake --build --preset win-x86 --target ui_tests melvorin-driver
+	@tools/test-x86.sh
 
 setup:
 	@tools/setup.sh

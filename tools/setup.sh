@@ -1,17 +1,23 @@
 #!/bin/bash
-# Installs what building and testing need on Debian 12. Does nothing, quickly, when all is there.
+# setup.sh [package|test-x86]: installs what building and testing need on Debian 12, or what these
+# targets need besides. Does nothing, quickly, when all is there.
 set -eu
 
 packages=(
     make cmake ninja-build g++ python3 git
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
     googletest clang clang-format clang-tidy libasan8 libubsan1
-    wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick
+    wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick mandoc
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
     python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont
 )
 # Some distributors put npm into the package of Node.js itself.
 command -v npm >/dev/null || packages+=(npm)
+
+case ${1:-} in
+    package) packages=(nsis) ;;
+    test-x86) packages=(debootstrap) ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do

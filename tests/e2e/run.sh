@@ -458,6 +458,10 @@ stage_run() {
     ended
 }
 
+# Cases of the installer, only where one is named (tools/test-x86.sh).
+# shellcheck source=tests/e2e/setup.sh
+[ -z "${MELVORIN_SETUP:-}" ] || . "$(dirname "$0")/setup.sh"
+
 # ---- All of them -------------------------------------------------------------------------------
 
 end_program() {
