@@ -46,7 +46,7 @@ VIAddVersionKey "LegalCopyright" "The authors of Melvorin"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_FINISHPAGE_RUN "$INSTDIR\Melvorin.exe"
-!insertmacro MUI_PAGE_LICENSE "${CONTENT}/Licenses/Melvorin.txt"
+!insertmacro MUI_PAGE_LICENSE "${CONTENT}/Licences/Melvorin.txt"
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES

@@ -6,6 +6,7 @@
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
 #include "app/ShippedPages.h"
+#include "app/frmAbout.h"
 #include "find/TabExpansion.h"
 
 namespace melvorin {
@@ -243,10 +244,8 @@ void Form1::openShipped(Command command) {
 }
 
 void Form1::about() {
-    services_.messages.show(
-        u"Melvorin " + fromUtf8(MELVORIN_VERSION) +
-            u"\r\n\r\nAn editor for chord charts: words with the chords above them.",
-        u"About Melvorin", MessageIcon::Information, MessageButtons::Ok);
+    const Busy busy(*this);
+    frmAbout(services_).show(handle());
 }
 
 }  // namespace melvorin

@@ -47,6 +47,10 @@ std::optional<Text> columnText(sqlite3_stmt* statement, int column) {
 
 }  // namespace
 
+Text sqliteVersion() {
+    return fromUtf8(sqlite3_libversion());
+}
+
 void SqliteSource::Close::operator()(sqlite3* database) const {
     sqlite3_close(database);
 }

@@ -7,6 +7,9 @@ struct sqlite3;
 
 namespace melvorin {
 
+// Of the library that is linked in, "3.45.1".
+Text sqliteVersion();
+
 class SqliteSource : public RowSource {
   public:
     // `connection` is the path of the file, which is opened read-only and never created.

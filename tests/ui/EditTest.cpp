@@ -381,10 +381,6 @@ TEST(Examples, OpenUntitledAndTellWhatIsMissing) {
                   std::string::npos);
     }
     EXPECT_EQ(program.shell.opened[0], "C:\\Program\\Melvorin.chm");
-    program.messages.boxes.clear();
-    program.command(Command::mnuFileAbout);
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_TRUE(program.messages.boxes[0].text.starts_with("Melvorin "));
 }
 
 TEST(Examples, CannotBeOverwritten) {

@@ -1,5 +1,5 @@
 #!/bin/bash
-# make-licenses.sh FOLDER: puts the licences of the program and of all that is linked into it into
+# make-licences.sh FOLDER: puts the licences of the program and of all that is linked into it into
 # FOLDER, with the line ends of Windows. The texts of others come from the packages that their code
 # came from.
 set -euo pipefail

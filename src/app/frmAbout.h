@@ -1,0 +1,41 @@
+// The window "About Melvorin": which version this is, what one may do with it, and what is in it.
+#pragma once
+
+#include "app/Services.h"
+#include "platform/Handles.h"
+#include "platform/Window.h"
+#include "widgets/TarnelButton.h"
+
+namespace melvorin {
+
+class frmAbout : public Dialog {
+  public:
+    enum ControlId {
+        kOk = IDOK,
+        kLicences = 101,  // opens the folder with the licences
+        kText,            // read-only, to be copied into a message to us
+    };
+
+    // `services` outlive the window.
+    explicit frmAbout(const Services& services)
+        : services_(services), sounds_(services), Licences_(sounds_), Ok_(sounds_) {}
+
+    // Shows the window over `owner` and returns when it is closed. False when Windows refuses.
+    bool show(HWND owner);
+
+  private:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onException(const std::exception& error) override;
+    void onPaint();
+    bool createWindow(HWND owner);
+    void openLicences();
+
+    const Services services_;
+    ButtonSounds sounds_;
+    TarnelButton Licences_;
+    TarnelButton Ok_;
+    UniqueFont titleFont_;
+    UniqueIcon icon_;
+};
+
+}  // namespace melvorin
