@@ -2,6 +2,7 @@
 # Runs the built batch tool on real files: cli.sh PATH-OF-MELVORIN-CLI
 set -u
 cli=$1
+manual=$(cd "$(dirname "$0")/../.." && pwd)/docs/melvorin-cli.1
 work=$(mktemp -d) || exit 1
 trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
 cd "$work" || exit 1
@@ -44,6 +45,17 @@ check "version" "0" "$code"
 cli transpose --up --sharps --steps 12 song.txt
 check "usage" "2" "$code"
 check "usage names the argument" 1 "$(grep -c '"12"' .err)"
+
+# The manual page is well-formed and has what the tool's own help has.
+check "manual page" "" "$(mandoc -T lint "$manual" 2>&1)"
+words() { # FILE: its options and commands
+    grep -oE -e '--[a-z][a-z-]*' "$1" | sort -u
+    grep -oE 'melvorin-cli [a-z][a-z-]*' "$1" | grep -v ' does$' | sort -u
+}
+# Bold letters are overstruck.
+mandoc -T ascii "$manual" | sed 's/.\x08//g' >.manual
+cli --help
+check "manual page: commands and options" "$(words .out)" "$(words .manual)"
 
 # Chords from the database beside the tool.
 cli chord C "a minor" Cmaj7
