@@ -12,6 +12,8 @@ Writes to OUTDIR, which is made if it does not exist:
         The program icon at 16 to 64 pixels as bitmaps with a mask, and at 256 pixels as PNG.
     melvorin-splash-96.bmp melvorin-splash-144.bmp melvorin-splash-192.bmp
         The splash picture for these screen resolutions; 24 bits a pixel, bottom-up.
+    melvorin-installer.bmp
+        The picture on the installer's last page, in the same format.
 
 Needs rsvg-convert (Debian package librsvg2-bin). The drawings use no fonts. The same drawings
 and the same rsvg-convert give the same bytes.
@@ -42,6 +44,7 @@ PNG_FROM = 256  # bitmaps of this size would be a quarter of a megabyte
 
 SPLASH_SIZE = (420, 240)
 SPLASH_DPIS = (96, 144, 192)
+INSTALLER_SIZE = (164, 314)  # what the installer's window leaves for it
 
 PNG_SIGNATURE = b"\x89PNG\r\n\x1a\n"
 
@@ -202,10 +205,13 @@ def toolbar_strip(size):
 
 
 def splash(dpi):
-    width, height = (length * dpi // 96 for length in SPLASH_SIZE)
-    image = render(ICONS / "splash.svg", width, height)
+    return opaque_picture("splash.svg", *(length * dpi // 96 for length in SPLASH_SIZE))
+
+
+def opaque_picture(name, width, height):
+    image = render(ICONS / name, width, height)
     if min(image.pixels[3::4]) != 255:
-        raise IconError("the splash picture must cover its whole area")
+        raise IconError(f"{name} must cover its whole area")
     rows = []
     for y in range(height):
         row = image.row(y)
@@ -265,6 +271,7 @@ def make_icons(folder):
     # Everything is drawn before anything is written: a broken drawing leaves the old set whole.
     files = {f"toolbar{size}.bmp": toolbar_strip(size) for size in TOOLBAR_SIZES}
     files["melvorin.ico"] = program_icon()
+    files["melvorin-installer.bmp"] = opaque_picture("installer.svg", *INSTALLER_SIZE)
     files.update({f"melvorin-splash-{dpi}.bmp": splash(dpi) for dpi in SPLASH_DPIS})
     for name, data in files.items():
         write_whole(folder / name, data)

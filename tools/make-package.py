@@ -55,13 +55,18 @@ def source_time():
     return int(run("git", "-C", TREE, "log", "-1", "--format=%ct"))
 
 
+def at_time(seconds):
+    """The environment for tools that write the time into what they make."""
+    return {**os.environ, "SOURCE_DATE_EPOCH": str(seconds)}
+
+
 def package_text(source, version):
     """A text of ours or of others as Notepad shows it."""
     text = source.read_text(encoding="utf-8").replace("@VERSION@", version)
     return text.replace("\r\n", "\n").replace("\n", "\r\n").encode()
 
 
-def stage(build, listing, folder, version):
+def stage(build, listing, folder, version, seconds):
     """Fill the folder with exactly what the listing says."""
     shutil.rmtree(folder, ignore_errors=True)
     missing = []
@@ -92,7 +97,8 @@ def stage(build, listing, folder, version):
     if missing:
         raise PackageError(f"{build} is not whole: there is no " + ", no ".join(missing))
     for program in folder.glob("*.exe"):
-        run(STRIP, "--strip-all", program)
+        # It writes a time into the program, by default that of the moment.
+        run(STRIP, "--strip-all", program, env=at_time(seconds))
 
 
 def tree_files(folder):
@@ -137,7 +143,7 @@ def write_setup(build, folder, out, version, seconds):
         "VERSION": version,
         "CONTENT": folder,
         "REMOVAL": out / "removal.nsh",
-        "ICON": build / "generated" / "melvorin.ico",
+        "PICTURES": build / "generated",
         "KILOBYTES": (size + 1023) // 1024,
         "OUTFILE": setup,
     }
@@ -149,7 +155,7 @@ def write_setup(build, folder, out, version, seconds):
         "UTF8",
         *(f"-D{name}={value}" for name, value in defines.items()),
         DATA / "melvorin.nsi",
-        env={**os.environ, "SOURCE_DATE_EPOCH": str(seconds)},
+        env=at_time(seconds),
     )
     return setup
 
@@ -161,7 +167,7 @@ def make_package(build, out):
     for old in [*out.glob("Melvorin-*.exe"), *out.glob("Melvorin-*.zip")]:
         old.unlink()
     folder = out / "Melvorin"
-    stage(build, DATA / "files.txt", folder, version)
+    stage(build, DATA / "files.txt", folder, version, seconds)
     archive = out / f"Melvorin-{version}.zip"
     write_zip(folder, archive, seconds)
     setup = write_setup(build, folder, out, version, seconds)

@@ -1,6 +1,6 @@
 ; The installer: for the user who runs it, without administrator rights. tools/make-package.py runs
 ; makensis on this and hands in VERSION, CONTENT (the folder to install), REMOVAL (the list of what
-; to delete), ICON, KILOBYTES and OUTFILE.
+; to delete), PICTURES (the folder with the program's), KILOBYTES and OUTFILE.
 ;
 ;   setup.exe /S                without questions; as it was at an update, else the usual choices
 ;       /ASSOC=1 or 0           .mlv and .mvt open with Melvorin, or do not
@@ -41,8 +41,9 @@ VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "FileDescription" "Installer of Melvorin"
 VIAddVersionKey "LegalCopyright" "The authors of Melvorin"
 
-!define MUI_ICON "${ICON}"
-!define MUI_UNICON "${ICON}"
+!define MUI_ICON "${PICTURES}/melvorin.ico"
+!define MUI_UNICON "${PICTURES}/melvorin.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURES}/melvorin-installer.bmp"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_FINISHPAGE_RUN "$INSTDIR\Melvorin.exe"

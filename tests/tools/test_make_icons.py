@@ -173,7 +173,7 @@ class MakeIcons(unittest.TestCase):
 
     def test_same_drawings_give_same_bytes(self):
         before = self.files()
-        self.assertEqual(len(before), 10)
+        self.assertEqual(len(before), 11)
         self.assertEqual(run(self.out).returncode, 0)
         self.assertEqual(self.files(), before)
 

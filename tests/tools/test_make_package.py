@@ -34,7 +34,7 @@ class MakePackage(unittest.TestCase):
     def stage(self, *lines):
         (self.root / "files.txt").write_text("\n".join(lines))
         staged = self.root / "Melvorin"
-        package.stage(self.root / "build", self.root / "files.txt", staged, "1.2.3")
+        package.stage(self.root / "build", self.root / "files.txt", staged, "1.2.3", 1700000000)
         return package.tree_files(staged)
 
     def test_holds_what_is_listed_and_nothing_else(self):

@@ -5,18 +5,22 @@
 namespace melvorin::testing {
 namespace {
 
+// What is done while the window is open.
+std::function<void(HWND)> pendingSteps;
+
+void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND window = ::FindWindowW(L"MelvorinfrmAbout", nullptr);
+    if (pendingSteps && window != nullptr && ::IsWindowVisible(window))
+        std::exchange(pendingSteps, nullptr)(window);
+}
+
 // Gives the command and runs `steps` while the window is open; then it must be gone by itself.
 void aboutRun(Program& program, std::function<void(HWND)> steps) {
-    static std::function<void(HWND)> pending;
-    pending = std::move(steps);
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
-        const HWND window = ::FindWindowW(L"MelvorinfrmAbout", nullptr);
-        if (pending && window != nullptr && ::IsWindowVisible(window))
-            std::exchange(pending, nullptr)(window);
-    });
+    pendingSteps = std::move(steps);
+    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, look);
     program.command(Command::mnuFileAbout);
     ::KillTimer(nullptr, timer);
-    EXPECT_FALSE(pending) << "the window did not come";
+    EXPECT_FALSE(pendingSteps) << "the window did not come";
 }
 
 TEST(About, TellsTheVersionAndOpensTheLicences) {
