@@ -62,8 +62,8 @@ setup_plain() {
     install_silently
     expect "exit code" 0 $?
     expect_installed
-    expect "version" "$(value "$entry" DisplayVersion)" \
-        "$("$native/melvorin-cli" --version | cut -d ' ' -f 2)"
+    expect "version" "$("$native/melvorin-cli" --version | cut -d ' ' -f 2)" \
+        "$(value "$entry" DisplayVersion)"
     expect "place" "$(dos_path "$installed")" "$(value "$entry" InstallLocation)"
     expect "size in KB" "$((($(cat_all "$MELVORIN_CONTENT" | wc -c) + 1023) / 1024))" \
         $(($(value "$entry" EstimatedSize)))
@@ -136,9 +136,9 @@ own_traces() { grep -i -e melvorin -e '\.mlv' -e '\.mvt' -e 'Other.Program' "$1"
 
 # Over a running program nothing is installed and nothing removed.
 setup_running() {
-    local exe=$installed/Melvorin.exe
     install_silently
-    start
+    timeout 300 "$wine" start /wait /unix "$start_menu/Melvorin.lnk" 2>/dev/null &
+    program=$!
     title "Chord Notation - Melvorin"
     state "$work/before"
     install_silently /ASSOC=1
