@@ -11,6 +11,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 target_include_directories(melvorin_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
+# Overruns end the program instead of going on, in the database's code too. The sanitizers see more.
+if(NOT MELVORIN_SANITIZE)
+  add_compile_options(-fstack-protector-strong)
+  add_link_options(-fstack-protector-strong)
+  add_compile_definitions(_FORTIFY_SOURCE=2)
+endif()
+
 if(MELVORIN_SANITIZE)
   target_compile_options(melvorin_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

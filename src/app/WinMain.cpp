@@ -1,6 +1,7 @@
 // The program's entry: puts the real services together and runs the main window.
 #include "app/Form1.h"
 #include "platform/SystemAnsiCodec.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Win32Files.h"
 #include "platform/Win32Services.h"
 
@@ -8,10 +9,7 @@ namespace {
 
 // Set at run time: a manifest inside the program would silence the one written beside it.
 void followSystemDpi() {
-    using Function = BOOL(WINAPI*)();
-    const HMODULE user = ::GetModuleHandleW(L"user32.dll");
-    const auto set = reinterpret_cast<Function>(
-        reinterpret_cast<void*>(::GetProcAddress(user, "SetProcessDPIAware")));
+    const auto set = melvorin::systemFunction<BOOL(WINAPI*)()>(L"user32.dll", "SetProcessDPIAware");
     if (set != nullptr)
         set();
 }
@@ -20,6 +18,7 @@ void followSystemDpi() {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     using namespace melvorin;
+    searchOnlySystemFolder();
     followSystemDpi();
     Win32Files files;
     BoxOwner owner;

@@ -15,6 +15,7 @@
 #include <clocale>
 
 #include "platform/SystemAnsiCodec.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Win.h"
 #include "platform/Win32Files.h"
 #include "platform/Win32Services.h"
@@ -112,6 +113,7 @@ int guarded(StandardPorts& ports, Work work) {
 int wmain(int count, wchar_t** values) {
     // Names are compared without case, in all letters and not only the English ones.
     std::setlocale(LC_CTYPE, "");
+    melvorin::searchOnlySystemFolder();
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);

@@ -11,6 +11,7 @@
 #include "app/RtfMap.h"
 #include "app/RtfRepair.h"
 #include "platform/Handles.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Window.h"
 
 namespace melvorin {
@@ -22,13 +23,9 @@ constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
     static const wchar_t* const name = []() -> const wchar_t* {
-        // From the system's folder only, whatever lies beside the program.
-        const auto load = [](const wchar_t* library) {
-            return ::LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32) != nullptr;
-        };
-        if (load(L"Msftedit.dll"))
+        if (systemLibrary(L"Msftedit.dll") != nullptr)
             return MSFTEDIT_CLASS;
-        return load(L"Riched20.dll") ? RICHEDIT_CLASSW : nullptr;
+        return systemLibrary(L"Riched20.dll") != nullptr ? RICHEDIT_CLASSW : nullptr;
     }();
     return name;
 }

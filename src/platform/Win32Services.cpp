@@ -8,6 +8,7 @@
 #include "app/DocumentFile.h"
 #include "app/Paths.h"
 #include "platform/Handles.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Window.h"
 
 namespace melvorin {
@@ -369,15 +370,23 @@ std::optional<Rgb> Win32ColorDialogs::choose(Rgb marked) {
                GetBValue(dialog.rgbResult)};
 }
 
+// Loaded with the first sound: linked, it would be looked for beside the program.
+constexpr const wchar_t* kMultimediaLibrary = L"winmm.dll";
+
 void Win32Sounds::play(TextView path) {
     // Of a file that is missing the system would make its own sound.
     const Text file(path);
-    if (::GetFileAttributesW(wide(file)) != INVALID_FILE_ATTRIBUTES)
-        ::PlaySoundW(wide(file), nullptr, SND_FILENAME | SND_ASYNC);
+    static const auto playSound =
+        systemFunction<decltype(&::PlaySoundW)>(kMultimediaLibrary, "PlaySoundW");
+    if (playSound != nullptr && ::GetFileAttributesW(wide(file)) != INVALID_FILE_ATTRIBUTES)
+        playSound(wide(file), nullptr, SND_FILENAME | SND_ASYNC);
 }
 
 std::uint32_t Win32Multimedia::send(TextView command) {
-    return ::mciSendStringW(wide(Text(command)), nullptr, 0, nullptr);
+    static const auto sendString =
+        systemFunction<decltype(&::mciSendStringW)>(kMultimediaLibrary, "mciSendStringW");
+    return sendString == nullptr ? MCIERR_DRIVER
+                                 : sendString(wide(Text(command)), nullptr, 0, nullptr);
 }
 
 }  // namespace melvorin
