@@ -6,8 +6,9 @@ execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/get-sqlite.sh ${sqlite_sourc
 
 add_library(melvorin_sqlite STATIC ${sqlite_source}/sqlite3.c)
 target_include_directories(melvorin_sqlite SYSTEM PUBLIC ${sqlite_source})
-# One thread, one read-only file, no extensions.
+# One thread, one read-only file, no extensions, no temporary files.
 target_compile_definitions(melvorin_sqlite PRIVATE
-  SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_SHARED_CACHE SQLITE_DQS=0)
+  SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_SHARED_CACHE SQLITE_DQS=0
+  SQLITE_TEMP_STORE=3)
 # Not our code, so not our warnings.
 target_compile_options(melvorin_sqlite PRIVATE -w)

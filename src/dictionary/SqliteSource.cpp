@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <string_view>
 #include <utility>
 
 namespace melvorin {
@@ -9,6 +10,10 @@ namespace {
 
 // A program that writes to the file, such as a backup being put back, is soon done.
 constexpr int kWaitForOthersMs = 500;
+constexpr int kLongestValue = 1 << 20;  // bytes of a field or a row
+// A whole chord book takes some ten thousand steps.
+constexpr int kStepsOfRound = 100'000;
+constexpr int kMostRounds = 500;
 
 struct Finalize {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
@@ -37,6 +42,40 @@ Text sentenceFor(int code, sqlite3* database) {
     }
 }
 
+// What a file defines may read its tables, and nothing else: no functions, no recursion.
+int allowReading(void*, int action, const char* subject, const char*, const char*, const char*) {
+    const bool isCheck = action == SQLITE_PRAGMA && subject == std::string_view("quick_check");
+    return action == SQLITE_SELECT || action == SQLITE_READ || isCheck ? SQLITE_OK : SQLITE_DENY;
+}
+
+int isTooLong(void* rounds) {
+    return ++*static_cast<int*>(rounds) > kMostRounds;
+}
+
+bool usesWriteAheadLog(sqlite3* database) {
+    constexpr sqlite3_int64 kVersionsAt = 18;  // of the file's header: for writing, for reading
+    sqlite3_file* file = nullptr;
+    unsigned char versions[2] = {};
+    return sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) == SQLITE_OK &&
+           file != nullptr && file->pMethods != nullptr &&
+           file->pMethods->xRead(file, versions, sizeof versions, kVersionsAt) == SQLITE_OK &&
+           versions[1] > 1;
+}
+
+// The name under which SQLite takes a file for one that nobody writes to.
+std::string uriOfUnchanging(const std::string& path) {
+    std::string uri = "file:";
+    for (const char c : path) {
+        constexpr std::string_view digits = "0123456789ABCDEF";
+        const auto byte = static_cast<unsigned char>(c);
+        if (std::string_view("%?#\\").find(c) == std::string_view::npos)
+            uri += c;
+        else
+            (uri += '%').append({digits[byte >> 4U], digits[byte & 15U]});
+    }
+    return uri + "?immutable=1";
+}
+
 std::optional<Text> columnText(sqlite3_stmt* statement, int column) {
     const unsigned char* const bytes = sqlite3_column_text(statement, column);
     if (bytes == nullptr)
@@ -55,14 +94,29 @@ void SqliteSource::Close::operator()(sqlite3* database) const {
     sqlite3_close(database);
 }
 
-Result<Done> SqliteSource::open(TextView connection) {
+int SqliteSource::connect(const std::string& name, int flags) {
     sqlite3* database = nullptr;
     const int code =
-        sqlite3_open_v2(toUtf8(connection).c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
+        sqlite3_open_v2(name.c_str(), &database, SQLITE_OPEN_READONLY | flags, nullptr);
     database_.reset(database);
     if (code != SQLITE_OK)
-        return Result<Done>::failure(sentenceFor(code, database));
+        return code;
     sqlite3_busy_timeout(database, kWaitForOthersMs);
+    sqlite3_limit(database, SQLITE_LIMIT_LENGTH, kLongestValue);
+    sqlite3_set_authorizer(database, allowReading, nullptr);
+    return code;
+}
+
+Result<Done> SqliteSource::open(TextView connection) {
+    const std::string path = toUtf8(connection);
+    int code = connect(path, 0);
+    // Reading a file in write-ahead mode would leave two more beside it, unless nobody writes to
+    // it.
+    if (code == SQLITE_OK && usesWriteAheadLog(database_.get()))
+        code = connect(uriOfUnchanging(path), SQLITE_OPEN_URI);
+    sqlite3* const database = database_.get();
+    if (code != SQLITE_OK)
+        return Result<Done>::failure(sentenceFor(code, database));
     // A file that was cut short would else be read with its missing rows empty.
     const Result<Table> check = read(u"pragma quick_check(1)");
     if (!check)
@@ -74,6 +128,9 @@ Result<Done> SqliteSource::open(TextView connection) {
 
 Result<Table> SqliteSource::read(TextView recordSource) {
     sqlite3* const database = database_.get();
+    // A file may hold a view that never comes to its end.
+    int rounds = 0;
+    sqlite3_progress_handler(database, kStepsOfRound, isTooLong, &rounds);
     const std::string query = toUtf8(recordSource);
     sqlite3_stmt* prepared = nullptr;
     int code = sqlite3_prepare_v2(database, query.c_str(), -1, &prepared, nullptr);

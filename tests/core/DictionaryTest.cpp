@@ -286,6 +286,57 @@ TEST(ChordDictionary, TellsWhyADatabaseCannotBeUsed) {
     }
 }
 
+// Whatever the file holds, it is only read, nothing else is made, and a search comes to its end.
+TEST(ChordDictionary, TheFileIsOnlyRead) {
+    const std::string renamed = std::string(kBook) + ";alter table Borrower rename to Chords;";
+    const auto viewOf = [&](const char* rows) {
+        return renamed + "create view Borrower as select Fname, Course, Mname, Refum, Refdois," +
+               " Reftres, Refquatro, Refcinco from " + rows;
+    };
+    const struct {
+        const char* name;
+        std::string sql;
+        bool opens;
+    } cases[] = {
+        {"book", kBook, true},
+        {"write-ahead log", std::string("pragma journal_mode=wal;") + kBook, true},
+        {"view", viewOf("Chords"), true},
+        {"view that calls", viewOf("Chords where length(hex(randomblob(9000000))) > 1"), false},
+        {"view without end",
+         viewOf("Chords, (with recursive n(i) as (select 1 union all select i from n)"
+                " select i from n)"),
+         false},
+        {"view of too much",
+         viewOf("Chords where Fname > (select a.Fname from Chords a cross join Chords b"
+                " cross join Chords c cross join Chords d cross join Chords e cross join Chords f"
+                " cross join Chords g cross join Chords h cross join Chords i cross join Chords j"
+                " cross join Chords k cross join Chords l cross join Chords m cross join Chords n"
+                " where a.Fname || b.Fname || n.Fname > 'z')"),
+         false},
+    };
+    for (const auto& [name, sql, opens] : cases) {
+        SCOPED_TRACE(name);
+        Folder folder;
+        folder.run(sql.c_str());
+        const auto bytes = NativeFiles().read(fromUtf8(folder.file())).value.value();
+        Dictionary panel;
+        EXPECT_EQ(static_cast<bool>(panel.dictionary.open(folder.path(), panel.files)), opens);
+        panel.dictionary.find(u"Cm7", SearchField::Symbol);
+        if (opens) {
+            EXPECT_EQ(panel.shown().substr(0, 28), "Melvorin 09|C Minor Seventh|");
+        }
+        SqliteSource source;
+        ASSERT_TRUE(source.open(fromUtf8(folder.file())));
+        for (const TextView change :
+             {u"delete from Borrower", u"pragma user_version=7", u"attach 'other.db' as other",
+              u"create temp table x(y)", u"vacuum into 'copy.db'"})
+            EXPECT_FALSE(source.read(change)) << toUtf8(change);
+        for (const char* beside : {"-journal", "-wal", "-shm"})
+            EXPECT_FALSE(std::filesystem::exists(folder.file() + beside)) << beside;
+        EXPECT_EQ(NativeFiles().read(fromUtf8(folder.file())).value, bytes);
+    }
+}
+
 TEST(ChordDictionary, ALockedOrReplacedFileIsToldAndTheEntryStays) {
     Folder folder;
     folder.run(kBook);
