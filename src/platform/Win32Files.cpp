@@ -47,6 +47,13 @@ Text causeOf(DWORD error) {
     return buffer.empty() ? u"Error " + fromUtf8(std::to_string(error)) + u"." : buffer;
 }
 
+// The path as Windows takes it in any length.
+Text systemPath(TextView path) {
+    // Room for the name of a temporary file in the same folder.
+    constexpr std::size_t longest = MAX_PATH - 20;
+    return path.size() < longest ? Text(path) : withoutLengthLimit(Win32Files().fullPath(path));
+}
+
 template <class T>
 Result<T> lastFailure() {
     return Result<T>::failure(causeOf(::GetLastError()));
@@ -138,12 +145,14 @@ Text temporaryBeside(TextView path) {
 
 bool Win32Files::exists(TextView path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    return ::GetFileAttributesExW(wide(Text(path)), GetFileExInfoStandard, &data) != 0;
+    return ::GetFileAttributesExW(wide(systemPath(path)), GetFileExInfoStandard, &data) != 0;
 }
 
 Result<std::uint64_t> Win32Files::size(TextView path) {
+    if (const TextView why = whyNotAFile(path); !why.empty())
+        return Result<std::uint64_t>::failure(Text(why));
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!::GetFileAttributesExW(wide(Text(path)), GetFileExInfoStandard, &data))
+    if (!::GetFileAttributesExW(wide(systemPath(path)), GetFileExInfoStandard, &data))
         return lastFailure<std::uint64_t>();
     if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
         return Result<std::uint64_t>::failure(u"It is a folder.");
@@ -152,7 +161,9 @@ Result<std::uint64_t> Win32Files::size(TextView path) {
 }
 
 Result<std::string> Win32Files::read(TextView path) {
-    const UniqueFile file(::CreateFileW(wide(Text(path)), GENERIC_READ,
+    if (const TextView why = whyNotAFile(path); !why.empty())
+        return Result<std::string>::failure(Text(why));
+    const UniqueFile file(::CreateFileW(wide(systemPath(path)), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                         FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     LARGE_INTEGER size{};
@@ -174,14 +185,18 @@ Result<std::string> Win32Files::read(TextView path) {
 }
 
 Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
-    if (!writeFile(Text(path), bytes, false))
+    if (const TextView why = whyNotAFile(path); !why.empty())
+        return Result<Done>::failure(Text(why));
+    if (!writeFile(systemPath(path), bytes, false))
         return lastFailure<Done>();
     return Result<Done>::success({});
 }
 
 Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
-    const Text target(path);
-    const Text temporary = temporaryBeside(path);
+    if (const TextView why = whyNotAFile(path); !why.empty())
+        return Result<Done>::failure(Text(why));
+    const Text target = systemPath(path);
+    const Text temporary = temporaryBeside(target);
     if (temporary.empty())
         return lastFailure<Done>();
     if (writeFile(temporary, bytes, true) && putInPlace(temporary, target))
@@ -192,7 +207,7 @@ Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
 }
 
 Result<Done> Win32Files::remove(TextView path) {
-    if (::DeleteFileW(wide(Text(path))) || ::GetLastError() == ERROR_FILE_NOT_FOUND)
+    if (::DeleteFileW(wide(systemPath(path))) || ::GetLastError() == ERROR_FILE_NOT_FOUND)
         return Result<Done>::success({});
     return lastFailure<Done>();
 }

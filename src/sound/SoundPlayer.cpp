@@ -28,6 +28,9 @@ bool isPlayable(TextView extension) {
 
 void SoundPlayer::play(TextView path, const std::function<void()>& betweenOpenAndPlay) {
     close();
+    // No name on a disk of Windows holds a quotation mark; behind one the rest would be a command.
+    if (path.find(u'"') != TextView::npos)
+        return;
     Plays_ = u"Open \"" + Text(path) + u"\" type sequencer alias canyon";
     send(Plays_);
     betweenOpenAndPlay();

@@ -57,6 +57,48 @@ TEST(Paths, CommandLineNamesOneDocument) {
         EXPECT_EQ(utf8(pathFromCommandLine(c.line)), utf8(c.path)) << utf8(c.line);
 }
 
+TEST(Paths, DevicesStreamsAndCutNamesAreNoFiles) {
+    constexpr TextView device = u"That is the name of a device, not of a file.";
+    constexpr TextView colon = u"A colon can only stand behind the letter of a drive.";
+    constexpr TextView end = u"A file name cannot end with a blank or a dot.";
+    const struct {
+        std::vector<TextView> paths;
+        TextView why;
+    } cases[] = {
+        {{u"CON", u"con.txt", u"C:\\Songs\\NUL.mlv", u"C:nul", u"x/AUX", u"Com1.a.b", u"lpt\u00B2",
+          u"prn .txt", u"CONOUT$", u"nul:", u"\\\\.\\COM1", u"//./pipe/x", u"\\\\.\\C:\\song.txt",
+          u"\\\\?\\pipe\\x", u"\\\\?\\GLOBALROOT\\Device\\Null", u"\\\\?\\C:\\nul.txt"},
+         device},
+        {{u"song.txt:x", u"C:\\song.txt::$DATA", u"C:\\a:b\\song.txt", u"CC:\\song.txt",
+          u"\\\\server\\share\\song.txt:x", u"\\\\?\\C:\\song.txt:x"},
+         colon},
+        {{u"song.txt.", u"C:\\Songs\\song.txt ", u"C:\\song...", u"\\\\?\\C:\\song. "}, end},
+        {{u"", u"song", u"C:\\Songs\\song.txt", u"C:song.txt", u"..\\song.txt", u"C:\\a\\..\\b.txt",
+          u"C:\\a. \\b.txt", u"..", u"C:\\", u"console.txt", u"com10.txt", u"com.txt",
+          u"Nullus.mlv", u"my con.txt", u".nul", u"C:\\con\\song.txt",
+          u"\\\\server\\share\\song.txt", u"\\\\?\\C:\\song.txt",
+          u"\\\\?\\UNC\\server\\share\\song.txt"},
+         u""},
+    };
+    for (const auto& [paths, why] : cases) {
+        for (const TextView path : paths)
+            EXPECT_EQ(utf8(whyNotAFile(path)), utf8(why)) << utf8(path);
+    }
+}
+
+TEST(Paths, FormWithoutALimit) {
+    const std::pair<TextView, TextView> cases[] = {
+        {u"C:\\Songs\\a.txt", u"\\\\?\\C:\\Songs\\a.txt"},
+        {u"\\\\server\\share\\a.txt", u"\\\\?\\UNC\\server\\share\\a.txt"},
+        {u"\\\\?\\C:\\a.txt", u"\\\\?\\C:\\a.txt"},
+        {u"\\\\.\\COM1", u"\\\\.\\COM1"},
+        {u"a.txt", u"a.txt"},
+        {u"C:a.txt", u"C:a.txt"},
+    };
+    for (const auto& [path, form] : cases)
+        EXPECT_EQ(utf8(withoutLengthLimit(path)), utf8(form));
+}
+
 TEST(CommandMap, MenuIsATreeOfDistinctItems) {
     std::set<Command> seen{Command::none};
     std::map<Command, bool> submenus{{Command::none, true}};

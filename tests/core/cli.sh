@@ -81,6 +81,20 @@ for name in "two  words" "it's \"it\"" "песня" "$(printf 'caf\351')"; do
     check "name $name" "0 C#  G#" "$code $(head -n 1 "out/$name")"
 done
 
+# Whatever way a name leads, --output-dir keeps its last part only.
+mkdir -p out/deep in
+cp song.txt in/up.txt
+for name in out/../in/up.txt ./in//up.txt "$work/in/up.txt" out/deep/../../in/up.txt; do
+    up --output-dir out/deep "$name"
+    check "way $name" "0 up.txt C#  G#" "$code $(ls out/deep) $(head -n 1 out/deep/up.txt)"
+    rm out/deep/up.txt
+done
+for name in .. out/.. . /; do
+    up --output-dir out/deep "$name"
+    check "folder $name" "1 " "$code $(ls out/deep)"
+done
+check "ways: source" "C   G" "$(head -n 1 in/up.txt)"
+
 # Replacing: the file itself, a link to it, its permissions.
 cp song.txt own.txt
 chmod 640 own.txt

@@ -1,5 +1,6 @@
 // The outside services as Windows gives them: the real disk, profile files, registry, resources.
 #include "Scripted.h"
+#include "platform/SystemLibrary.h"
 
 namespace melvorin::testing {
 namespace {
@@ -112,28 +113,88 @@ TEST(RealFiles, ReadSaysWhyNot) {
     EXPECT_FALSE(Win32Files().exists(locked));
 }
 
-// A song deep in folders, whose full name has more than 260 characters.
+// A song deep in folders, whose full name has more than 400 characters, named in both ways.
 TEST(RealFiles, LongNames) {
     const ScratchFolder folder;
     std::vector<Text> folders;
-    Text path = u"\\\\?\\" + folder.path();
-    while (path.size() < 300) {
-        path = joinPath(path, Text(60, u'f'));
-        ASSERT_TRUE(::CreateDirectoryW(wide(path), nullptr));
-        folders.push_back(path);
+    Text deep = u"\\\\?\\" + folder.path();
+    while (deep.size() < 400) {
+        deep = joinPath(deep, Text(60, u'f'));
+        ASSERT_TRUE(::CreateDirectoryW(wide(deep), nullptr));
+        folders.push_back(deep);
     }
-    path = joinPath(path, u"song.txt");
     Win32Files files;
-    EXPECT_TRUE(files.write(path, "as before"));
-    EXPECT_EQ(files.read(path).value, "as before");
-    EXPECT_EQ(files.size(path).value, 9U);
-    const Result<Done> saved = files.replace(path, "new");
-    EXPECT_TRUE(saved) << shown(saved.cause);
-    EXPECT_EQ(files.read(path).value, saved ? "new" : "as before");
-    EXPECT_TRUE(files.remove(path));
+    for (const Text& path : {joinPath(deep, u"song.txt"), joinPath(deep.substr(4), u"song.txt")}) {
+        EXPECT_TRUE(files.write(path, "as before"));
+        EXPECT_EQ(files.read(path).value, "as before");
+        EXPECT_EQ(files.size(path).value, 9U);
+        const Result<Done> saved = files.replace(path, "new");
+        EXPECT_TRUE(saved) << shown(saved.cause);
+        EXPECT_EQ(files.read(path).value, saved ? "new" : "as before");
+        EXPECT_TRUE(files.remove(path));
+    }
     // A folder that still holds something is not removed.
     for (; !folders.empty(); folders.pop_back())
         EXPECT_TRUE(::RemoveDirectoryW(wide(folders.back()))) << "something was left behind";
+}
+
+// Names that Windows would take for something else are refused before it sees them; those that lead
+// somewhere by another way get there.
+TEST(RealFiles, OddNames) {
+    const ScratchFolder folder;
+    folder.add(u"song.txt", "as before");
+    Win32Files files;
+    const Text name(fileNamePart(folder.path()));
+    const struct {
+        Text path;
+        std::string cause;  // empty: it is song.txt
+    } cases[] = {
+        {folder.file(u"..\\" + name + u"\\song.txt"), ""},
+        {folder.file(u".\\song.txt"), ""},
+        {folder.file(u"CON"), "That is the name of a device, not of a file."},
+        {folder.file(u"nul.txt"), "That is the name of a device, not of a file."},
+        {u"COM1", "That is the name of a device, not of a file."},
+        {u"\\\\.\\pipe\\song", "That is the name of a device, not of a file."},
+        {folder.file(u"song.txt:x"), "A colon can only stand behind the letter of a drive."},
+        {folder.file(u"song.txt::$DATA"), "A colon can only stand behind the letter of a drive."},
+        {folder.file(u"song.txt. "), "A file name cannot end with a blank or a dot."},
+        {folder.file(u"song.txt."), "A file name cannot end with a blank or a dot."},
+        {folder.file(u"..\\no such folder\\song.txt"), "The file does not exist."},
+        {u"\\\\no-such-server\\share\\song.txt", "any"},
+        {folder.file(Text(300, u'n')), "any"},
+        {folder.file(u"<?>.txt"), "any"},
+    };
+    for (const auto& [path, cause] : cases) {
+        SCOPED_TRACE(shown(path));
+        const Result<std::string> read = files.read(path);
+        EXPECT_EQ(read.value.has_value(), cause.empty()) << shown(read.cause);
+        const Result<std::uint64_t> size = files.size(path);
+        const Result<Done> saved = files.replace(path, "as before");
+        for (const Text& told : {read.cause, size.cause, saved.cause}) {
+            EXPECT_EQ(told.empty(), cause.empty());
+            if (cause != "any" && cause != "The file does not exist.") {
+                EXPECT_EQ(shown(told), cause);
+            }
+        }
+        EXPECT_EQ(folder.names(), std::vector<Text>{u"song.txt"});
+        EXPECT_EQ(folder.content(u"song.txt"), "as before");
+    }
+}
+
+// What is loaded during the run comes from the system's folder, under the same name or not at all.
+TEST(SystemLibrary, OnlyFromTheSystemFolder) {
+    searchOnlySystemFolder();
+    Text system(MAX_PATH, u'\0');
+    system.resize(::GetSystemDirectoryW(wideBuffer(system), MAX_PATH));
+    for (const wchar_t* const name : {L"winmm.dll", L"Msftedit.dll", L"Riched20.dll"}) {
+        const HMODULE library = systemLibrary(name);
+        ASSERT_NE(library, nullptr);
+        Text path(MAX_PATH, u'\0');
+        path.resize(::GetModuleFileNameW(library, wideBuffer(path), MAX_PATH));
+        EXPECT_EQ(shown(lowerCase(path)), shown(lowerCase(joinPath(system, textOf(name)))));
+    }
+    EXPECT_EQ(systemLibrary(L"no such library.dll"), nullptr);
+    EXPECT_EQ((systemFunction<void (*)()>(L"winmm.dll", "noSuchFunction")), nullptr);
 }
 
 class EnvironmentScope {
