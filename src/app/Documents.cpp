@@ -42,10 +42,16 @@ Documents::Documents(const Services& services, Editor& editor, Callbacks callbac
     : services_(services),
       editor_(editor),
       callbacks_(std::move(callbacks)),
-      history_(services.files) {}
+      history_(services.files),
+      journal_(services.files) {}
 
 void Documents::publish() {
+    keepJournal();
     callbacks_.stateChanged(state_);
+}
+
+void Documents::keepJournal() {
+    journal_.keep(path_, mark_, history_, state_.dirty);
 }
 
 bool Documents::fail(TextView what, TextView path, TextView cause) {
@@ -77,6 +83,7 @@ void Documents::loadTemplate() {
 }
 
 void Documents::begin() {
+    journal_.begin();
     record();
     startHistory();
     publish();
@@ -119,7 +126,7 @@ void Documents::newDocument() {
     if (!mayLeave())
         return;
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
-    setPath({});
+    setPath({}, {});
     showTitle();
     record();
     startHistory();
@@ -165,9 +172,10 @@ bool Documents::showContent(const DocumentContent& content) {
 }
 
 bool Documents::load(TextView path) {
-    if (!showFile(path))
+    const std::optional<FileMark> mark = showFile(path);
+    if (!mark)
         return false;
-    setPath(path);
+    setPath(path, mark);
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;
     showTitle();
@@ -180,7 +188,7 @@ bool Documents::load(TextView path) {
 bool Documents::openExample(TextView path) {
     if (!showFile(path))
         return false;
-    setPath({});
+    setPath({}, {});
     showTitle();
     changed();
     history_.setFloor();
@@ -190,10 +198,10 @@ bool Documents::openExample(TextView path) {
 }
 
 // Puts a file's content into the editor; on failure the editor is as it was.
-bool Documents::showFile(TextView path) {
-    constexpr TextView what = u"Melvorin cannot open";
+std::optional<FileMark> Documents::showFile(TextView path) {
     const auto refuse = [&](TextView cause) {
-        return fail(what, path, Text(cause) + u"\r\n\r\n" + Text(kVerifyPath));
+        fail(u"Melvorin cannot open", path, Text(cause) + u"\r\n\r\n" + Text(kVerifyPath));
+        return std::nullopt;
     };
     const Result<std::uint64_t> size = services_.files.size(path);
     if (!size)
@@ -207,27 +215,43 @@ bool Documents::showFile(TextView path) {
     if (!content)
         return refuse(content.cause);
     if (*size.value > kLargeFile && !confirmLargeFile(path, *size.value))
-        return false;
+        return std::nullopt;
 
     if (!showContent(*content.value))
         return refuse(u"The editor does not take what the file holds.");
     editor_.scrollCaretIntoView();
-    return true;
+    return markOf(*bytes.value);
 }
 
 bool Documents::save() {
-    return path_.empty() ? saveAs() : writeTo(path_);
+    if (path_.empty())
+        return saveAs();
+    return mayOverwrite() && writeTo(path_);
+}
+
+// What another program wrote into the document's file is not overwritten unasked. A file that has
+// gone is written anew.
+bool Documents::mayOverwrite() {
+    if (!mark_ || compare(services_.files, path_, *mark_) != Compared::Other)
+        return true;
+    return services_.messages.show(
+               quoted(path_) +
+                   u" was changed by another program since it was opened here.\r\n\r\n"
+                   u"Replace it with the song as it is in the editor? (Save As can keep both.)",
+               kMessageTitle, MessageIcon::Question, MessageButtons::YesNo) == Answer::Yes;
 }
 
 bool Documents::writeTo(TextView path) {
     const Text extension = lowerCase(extensionPart(path));
     // A "doc" ends as plain text too, and is written once, so that a failure leaves the old file.
     const bool isPlain = extension == u"txt" || extension == u"doc";
-    const Result<Done> written = services_.files.replace(
-        path, isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf());
+    const std::string bytes =
+        isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf();
+    const Result<Done> written = services_.files.replace(path, bytes);
     if (!written)
         return fail(u"Melvorin cannot save", path,
                     written.cause + u"\r\n\r\nThe song is still open, and the file is as it was.");
+    setPath(path, markOf(bytes));
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;
     publish();
@@ -261,16 +285,16 @@ bool Documents::saveAs() {
     const auto target = askSaveTarget();
     if (!target || !writeTo(target->path))
         return false;
-    setPath(target->path);
     showTitle();
     publish();
     callbacks_.used(path_);
     return true;
 }
 
-void Documents::setPath(TextView path) {
+void Documents::setPath(TextView path, const std::optional<FileMark>& mark) {
     path_ = path;
-    extension_ = extensionPart(path);
+    mark_ = mark;
+    extension_ = extensionPart(path_);
 }
 
 void Documents::showTitle() {
@@ -334,36 +358,46 @@ void Documents::changed() {
 }
 
 void Documents::restore(const Snapshot& snapshot) {
-    const Result<std::string> bytes = snapshot.path.empty() ? Result<std::string>::failure({})
-                                                            : services_.files.read(snapshot.path);
-    bool shown = false;
-    if (bytes) {
-        const EditorWork work(editor_);
-        const ScrollPosition scroll = editor_.scrollPosition();
-        shown = editor_.loadRtf(*bytes.value);
-        if (shown) {
-            editor_.setBackground(snapshot.background);
-            // The page stays where it is, unless the change is elsewhere.
-            editor_.select({snapshot.caret, snapshot.caret});
-            editor_.scrollTo(scroll);
-            editor_.scrollCaretIntoView();
-        }
-    }
-    if (!shown)
+    const EditorWork work(editor_);
+    const ScrollPosition scroll = editor_.scrollPosition();
+    if (showSnapshot(snapshot)) {
+        // The page stays where it is, unless the change is elsewhere.
+        editor_.scrollTo(scroll);
+        editor_.scrollCaretIntoView();
+    } else {
         reportFailure(services_.messages,
                       u"This step could not be kept, so it cannot be shown; the text stays as it "
                       u"is. Undo and Redo go on from here.");
+    }
+}
+
+// On failure the editor is as it was. The file has been open to other programs, maybe since an
+// earlier run, so it is checked as any other document is.
+bool Documents::showSnapshot(const Snapshot& snapshot) {
+    if (snapshot.path.empty())
+        return false;
+    const Result<std::string> bytes = services_.files.read(snapshot.path);
+    if (!bytes)
+        return false;
+    const auto content = readDocument(*bytes.value, u"rtf", services_.ansi);
+    if (!content || !content.value->isRichText || !editor_.loadRtf(content.value->rtf))
+        return false;
+    editor_.setBackground(snapshot.background);
+    editor_.select({snapshot.caret, snapshot.caret});
+    return true;
 }
 
 // Text that no snapshot holds would be gone after a step, so it is written now or asked about.
 bool Documents::mayLeaveScreenText() {
-    if (!unrecorded_ ||
-        history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()) ||
+    if (!unrecorded_)
+        return true;
+    if (history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()) ||
         services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
                                 u"brought back.\r\n\r\nLeave it all the same?",
                                 kMessageTitle, MessageIcon::Question,
                                 MessageButtons::YesNo) == Answer::Yes) {
         unrecorded_ = false;
+        keepJournal();
         return true;
     }
     return false;
@@ -405,6 +439,74 @@ void Documents::idle() {
 void Documents::disableKeyButtons() {
     state_.keyButtons = false;
     publish();
+}
+
+void Documents::endRun() {
+    journal_.close();
+    history_.deleteAll();
+    journal_.end();
+}
+
+// ---- After a run that ended without closing ---------------------------------------------------
+
+void Documents::recover() {
+    if (state_.dirty)
+        return;
+    for (Remains& remains : remainsOf(services_.files)) {
+        if (!wants(remains)) {
+            discard(services_.files, std::move(remains));
+            continue;
+        }
+        if (!bringBack(std::move(remains.state))) {
+            reportFailure(services_.messages, u"The song could not be brought back.");
+            continue;
+        }
+        // From here on the snapshots are this run's.
+        remains.journal->remove();
+        if (!remains.isLast)
+            services_.messages.show(
+                u"The last change could not be read, so the song is as it was "
+                u"before. Redo may have more.",
+                kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+        return;
+    }
+}
+
+bool Documents::wants(const Remains& remains) {
+    const Text& path = remains.state.path;
+    Text question = u"Melvorin was not closed, and " +
+                    quoted(path.empty() ? kUntitled : fileNamePart(path)) +
+                    u" had changes that were not saved. The last one: " +
+                    remains.journal->lastWrittenInWords() +
+                    u".\r\n\r\nBring it back? With No the changes are gone for good.";
+    if (!path_.empty())
+        question += u"\r\n\r\nWith Yes it takes the place of " + quoted(fileNamePart(path_)) +
+                    u", which is not changed.";
+    return services_.messages.show(question, kMessageTitle, MessageIcon::Question,
+                                   MessageButtons::YesNo) == Answer::Yes;
+}
+
+bool Documents::bringBack(RunState run) {
+    {
+        const EditorWork work(editor_);
+        if (!showSnapshot(run.snapshots[static_cast<std::size_t>(run.current)]))
+            return false;
+        editor_.scrollCaretIntoView();
+    }
+    setPath(run.path, run.mark);
+    lastUsed_.opened = folderPart(path_);
+    lastUsed_.openedExtension = extension_;
+    showTitle();
+    history_.adopt(std::move(run.snapshots), run.current, run.floor);
+    journal_.keepAll(history_);
+    unrecorded_ = false;
+    state_.dirty = true;
+    state_.saveAs = !editor_.isEmpty();
+    state_.undo = history_.canUndo();
+    state_.redo = history_.canRedo();
+    state_.keyButtons = false;
+    publish();
+    return true;
 }
 
 }  // namespace melvorin

@@ -6,6 +6,7 @@
 
 #include "app/DocumentFile.h"
 #include "app/Editor.h"
+#include "app/RunJournal.h"
 #include "app/Services.h"
 #include "app/SnapshotHistory.h"
 
@@ -48,6 +49,9 @@ class Documents {
     void begin();
     // Opens the document named on the command line, if one is.
     void openFromCommandLine(TextView commandLine);
+    // Offers what earlier runs left that ended without closing, and brings back the document that
+    // the user takes, its undo history included. Nothing where the user has begun to work already.
+    void recover();
 
     // --- Commands. Each asks about unsaved changes where it would lose them. ---
     void newDocument();
@@ -79,7 +83,8 @@ class Documents {
     void idle();
     // The key buttons are switched off while a key change is under way.
     void disableKeyButtons();
-    void endRun() { history_.deleteAll(); }
+    // Deletes what the run keeps on disk.
+    void endRun();
 
     const ShellState& state() const { return state_; }
     const Text& path() const { return path_; }
@@ -95,23 +100,30 @@ class Documents {
     void record();
     void startHistory();
     void showTitle();
-    void setPath(TextView path);
+    void setPath(TextView path, const std::optional<FileMark>& mark);
     bool load(TextView path);
-    bool showFile(TextView path);
+    std::optional<FileMark> showFile(TextView path);
     bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
+    bool mayOverwrite();
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();
     bool mayLeaveScreenText();
     void restore(const Snapshot& snapshot);
+    bool showSnapshot(const Snapshot& snapshot);
+    void keepJournal();
+    bool wants(const Remains& remains);
+    bool bringBack(RunState run);
     bool fail(TextView what, TextView path, TextView cause);
 
     Services services_;
     Editor& editor_;
     Callbacks callbacks_;
     SnapshotHistory history_;
+    RunJournal journal_;
     ShellState state_;
     Text path_;
+    std::optional<FileMark> mark_;  // what the document's file held when it was read or written
     Text extension_;
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/Text.h"
 
@@ -23,6 +25,22 @@ struct Result {
 
 // The empty value of operations that only succeed or fail.
 struct Done {};
+
+// A file in the temporary folder that belongs to one run: nobody else can open it while this object
+// lives. When a run ends, in whatever way, the system lets go of its files.
+class HeldFile {
+  public:
+    virtual ~HeldFile() = default;
+    virtual Text path() const = 0;
+    // Writes at the file's end; false on failure.
+    virtual bool append(std::string_view bytes) = 0;
+    virtual Result<std::string> read() = 0;
+    // The moment of its last change, in units that only compare, and as the user writes it.
+    virtual std::int64_t lastWritten() const = 0;
+    virtual Text lastWrittenInWords() const = 0;
+    // Lets go of the file and deletes it.
+    virtual void remove() = 0;
+};
 
 class Files {
   public:
@@ -45,6 +63,11 @@ class Files {
     // Creates an empty file with a unique name that starts with `prefix` (at most three
     // characters) in the temporary folder and returns its full path.
     virtual Result<Text> createTemporary(TextView prefix) = 0;
+    // Creates an empty held file whose name is `prefix`, hexadecimal digits and ".tmp"; null where
+    // that cannot be done. A file system without them has none.
+    virtual std::unique_ptr<HeldFile> createHeld(TextView) { return nullptr; }
+    // Takes all such files that nobody holds; they can be read, but not appended to.
+    virtual std::vector<std::unique_ptr<HeldFile>> takeHeld(TextView) { return {}; }
     // The path with its folder, where it was relative to the current one.
     virtual Text fullPath(TextView path) { return Text(path); }
 };

@@ -17,6 +17,8 @@ namespace {
 constexpr int kEditorId = 100;
 constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMs = 200;
+// Posted once the window is there for the user to see.
+constexpr UINT kShown = WM_APP + 1;
 constexpr TextView kUnsupportedScreen =
     u"The Melvorin Editor doesn't work with this video settings  ";
 
@@ -215,6 +217,12 @@ void Form1::bringForward() {
     ::SetForegroundWindow(handle());
     ::SetFocus(rtftext_.handle());
     ::UpdateWindow(handle());
+    ::PostMessageW(handle(), kShown, 0, 0);
+}
+
+void Form1::onShown() {
+    if (!isBusy())
+        documents_.recover();
 }
 
 // ---- Messages ---------------------------------------------------------------------------------
@@ -264,10 +272,12 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             onClose();
             return 0;
         case WM_QUERYENDSESSION:
-            return mayEnd() ? TRUE : FALSE;
+            return onQueryEndSession();
         case WM_ENDSESSION:
-            if (wParam)
-                documents_.endRun();
+            onEndSession(wParam != 0);
+            return 0;
+        case kShown:
+            onShown();
             return 0;
         default:
             return passOn(message, wParam, lParam);
@@ -342,6 +352,18 @@ bool Form1::mayEnd() {
     if (isBusy())
         return false;
     return fullScreen_.close() && documents_.mayClose();
+}
+
+LRESULT Form1::onQueryEndSession() {
+    sessionMayEnd_ = mayEnd();
+    return sessionMayEnd_ ? TRUE : FALSE;
+}
+
+// Windows may end although nobody could answer; the next start then offers the song.
+void Form1::onEndSession(bool ends) {
+    if (ends && (sessionMayEnd_ || !documents_.state().dirty))
+        documents_.endRun();
+    sessionMayEnd_ = false;
 }
 
 void Form1::onClose() {

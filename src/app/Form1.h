@@ -89,9 +89,12 @@ class Form1 : public Window {
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);
     void onIdleTimer();
+    void onShown();
     void onClose();
     bool isBusy() const;
     bool mayEnd();
+    LRESULT onQueryEndSession();
+    void onEndSession(bool ends);
 
     bool createParts();
     void createAccelerators();
@@ -196,6 +199,7 @@ class Form1 : public Window {
     ShellState shownState_;
     bool loaded_ = false;
     bool jobRuns_ = false;
+    bool sessionMayEnd_ = false;
     bool ending_ = false;
 };
 

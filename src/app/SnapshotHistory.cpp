@@ -12,7 +12,7 @@ constexpr std::int16_t kMostSnapshots = std::numeric_limits<std::int16_t>::max()
 
 void SnapshotHistory::dropRedo() {
     for (int index = current_ + 1; index <= count_; ++index) {
-        const Snapshot& undone = at(index);
+        const Snapshot& undone = snapshot(index);
         if (!undone.path.empty() && files_.exists(undone.path))
             files_.remove(undone.path);
     }
@@ -28,7 +28,7 @@ SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int3
         return Outcome::Full;
     ++count_;
     current_ = count_;
-    snapshots_.push_back({{}, caret, background});
+    snapshots_.push_back({{}, caret, background, {}});
 
     return writeCurrent(rtf) ? Outcome::Recorded : Outcome::NotWritten;
 }
@@ -50,6 +50,7 @@ bool SnapshotHistory::writeCurrent(std::string_view rtf) {
     if (!snapshot.path.empty())
         files_.remove(snapshot.path);
     snapshot.path = *name.value;
+    snapshot.mark = markOf(rtf);
     return true;
 }
 
@@ -61,6 +62,15 @@ bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret,
     snapshot.caret = caret;
     snapshot.background = background;
     return true;
+}
+
+void SnapshotHistory::adopt(std::vector<Snapshot> snapshots, std::int16_t current,
+                            std::int16_t floor) {
+    deleteAll();
+    snapshots_ = std::move(snapshots);
+    count_ = static_cast<std::int16_t>(snapshots_.size() - 1);
+    current_ = current;
+    floor_ = floor;
 }
 
 void SnapshotHistory::deleteAll() {

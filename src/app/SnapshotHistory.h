@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/Editor.h"
+#include "app/FileMark.h"
 #include "app/Files.h"
 #include "app/Text.h"
 
@@ -22,6 +23,7 @@ struct Snapshot {
     std::int32_t caret = 0;  // position in the editor
     // Behind the document, where it is not the system's: the Rich Text does not hold it.
     std::optional<Rgb> background;
+    FileMark mark;  // what the file holds
 };
 
 class SnapshotHistory {
@@ -43,26 +45,33 @@ class SnapshotHistory {
                         std::optional<Rgb> background = std::nullopt);
     // The cause of the last NotWritten, as a sentence.
     const Text& lastFailure() const { return lastFailure_; }
+    // Goes on with the history of an earlier run, whose files belong to this object from now on;
+    // the states it had are deleted. The arguments obey the invariant.
+    void adopt(std::vector<Snapshot> snapshots, std::int16_t current, std::int16_t floor);
     // Makes the current snapshot the floor of undo (a document has just been opened).
     void setFloor() { floor_ = current_; }
 
     bool canUndo() const { return current_ > floor_; }
     bool canRedo() const { return current_ < count_; }
     // The state one step back or forward; only while canUndo or canRedo holds.
-    const Snapshot& previous() const { return at(current_ - 1); }
-    const Snapshot& next() const { return at(current_ + 1); }
-    const Snapshot& currentSnapshot() const { return at(current_); }
+    const Snapshot& previous() const { return snapshot(current_ - 1); }
+    const Snapshot& next() const { return snapshot(current_ + 1); }
+    const Snapshot& currentSnapshot() const { return snapshot(current_); }
+    // One from 1 to `count`.
+    const Snapshot& snapshot(int index) const {
+        return snapshots_[static_cast<std::size_t>(index)];
+    }
     void stepBack() { --current_; }
     void stepForward() { ++current_; }
 
     std::int16_t count() const { return count_; }
     std::int16_t current() const { return current_; }
+    std::int16_t floor() const { return floor_; }
 
     // Deletes every snapshot file of the run (its normal end).
     void deleteAll();
 
   private:
-    const Snapshot& at(int index) const { return snapshots_[static_cast<std::size_t>(index)]; }
     void dropRedo();
     bool writeCurrent(std::string_view rtf);
 

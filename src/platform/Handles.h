@@ -50,6 +50,8 @@ using UniqueRegistryKey = Unique<HKEY, ::RegCloseKey>;
 class UniqueFile {
   public:
     explicit UniqueFile(HANDLE handle) : handle_(handle) {}
+    UniqueFile(UniqueFile&& other) noexcept
+        : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
     UniqueFile(const UniqueFile&) = delete;
     UniqueFile& operator=(const UniqueFile&) = delete;
     ~UniqueFile() { close(); }

@@ -59,6 +59,26 @@ Result<T> lastFailure() {
     return Result<T>::failure(causeOf(::GetLastError()));
 }
 
+// From where the file stands to its end.
+Result<std::string> readAll(HANDLE file) {
+    LARGE_INTEGER size{};
+    if (!::GetFileSizeEx(file, &size))
+        return lastFailure<std::string>();
+    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+    std::size_t got = 0;
+    while (got < bytes.size()) {
+        const auto piece = static_cast<DWORD>(std::min(bytes.size() - got, kPiece));
+        DWORD done = 0;
+        if (!::ReadFile(file, bytes.data() + got, piece, &done, nullptr))
+            return lastFailure<std::string>();
+        if (done == 0)
+            break;
+        got += done;
+    }
+    bytes.resize(got);
+    return Result<std::string>::success(std::move(bytes));
+}
+
 bool writeAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
         const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
@@ -121,25 +141,89 @@ Text temporaryIn(const Text& folder, const Text& prefix) {
     return name;
 }
 
-// An empty file with a new name in the folder of `path`, of any length; empty on failure.
-Text temporaryBeside(TextView path) {
-    const TextView folder = folderPart(path);
-    const Text start = folder.empty() ? Text() : Text(folder) + u"\\";
+// A file with a new name, open for nobody else; with an empty name on failure.
+struct NewFile {
+    Text name;
+    UniqueFile file;
+};
+
+// `start` is the path up to the part of the name that differs.
+NewFile createNew(const Text& start) {
     // Another name where one is taken: from the clock on, as many as a folder may ever hold.
     const DWORD seed = ::GetTickCount();
     for (DWORD i = 0; i < 0x10000; ++i) {
         char digits[16];
-        std::snprintf(digits, sizeof digits, "mlv%04lx.tmp", (seed + i) & 0xFFFFUL);
+        std::snprintf(digits, sizeof digits, "%04lx.tmp", (seed + i) & 0xFFFFUL);
         Text name = start + fromUtf8(digits);
-        const UniqueFile file(::CreateFileW(wide(name), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+        UniqueFile file(::CreateFileW(wide(name), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (file)
-            return name;
+            return {std::move(name), std::move(file)};
         if (::GetLastError() != ERROR_FILE_EXISTS)
-            return {};
+            break;
     }
-    return {};
+    return {{}, UniqueFile(INVALID_HANDLE_VALUE)};
 }
+
+// An empty file with a new name in the folder of `path`, of any length; empty on failure.
+Text temporaryBeside(TextView path) {
+    const TextView folder = folderPart(path);
+    return createNew((folder.empty() ? Text() : Text(folder) + u"\\") + u"mlv").name;
+}
+
+// With a separator at its end; empty on failure.
+Text temporaryFolder() {
+    Text folder(MAX_PATH + 1, u'\0');
+    const DWORD length = ::GetTempPathW(static_cast<DWORD>(folder.size()), wideBuffer(folder));
+    folder.resize(length > folder.size() ? 0 : length);
+    return folder;
+}
+
+class Win32HeldFile : public HeldFile {
+  public:
+    Win32HeldFile(Text path, UniqueFile file) : path_(std::move(path)), file_(std::move(file)) {}
+
+    Text path() const override { return path_; }
+    bool append(std::string_view bytes) override {
+        return ::SetFilePointer(file_.get(), 0, nullptr, FILE_END) != INVALID_SET_FILE_POINTER &&
+               writeAll(file_.get(), bytes);
+    }
+    Result<std::string> read() override {
+        ::SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN);
+        return readAll(file_.get());
+    }
+    std::int64_t lastWritten() const override {
+        const FILETIME time = writeTime();
+        return static_cast<std::int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+    }
+    Text lastWrittenInWords() const override {
+        const FILETIME time = writeTime();
+        SYSTEMTIME universal{};
+        SYSTEMTIME local{};
+        if (!::FileTimeToSystemTime(&time, &universal) ||
+            !::SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local))
+            return {};
+        wchar_t date[100] = {};
+        wchar_t clock[100] = {};
+        ::GetDateFormatW(LOCALE_USER_DEFAULT, DATE_LONGDATE, &local, nullptr, date, 100);
+        ::GetTimeFormatW(LOCALE_USER_DEFAULT, TIME_NOSECONDS, &local, nullptr, clock, 100);
+        return Text(textOf(date)) + u", " + Text(textOf(clock));
+    }
+    void remove() override {
+        file_.close();
+        ::DeleteFileW(wide(path_));
+    }
+
+  private:
+    FILETIME writeTime() const {
+        FILETIME time{};
+        ::GetFileTime(file_.get(), nullptr, nullptr, &time);
+        return time;
+    }
+
+    Text path_;
+    UniqueFile file_;
+};
 
 }  // namespace
 
@@ -166,22 +250,7 @@ Result<std::string> Win32Files::read(TextView path) {
     const UniqueFile file(::CreateFileW(wide(systemPath(path)), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                         FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    LARGE_INTEGER size{};
-    if (!file || !::GetFileSizeEx(file.get(), &size))
-        return lastFailure<std::string>();
-    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
-    std::size_t got = 0;
-    while (got < bytes.size()) {
-        const auto piece = static_cast<DWORD>(std::min(bytes.size() - got, kPiece));
-        DWORD done = 0;
-        if (!::ReadFile(file.get(), bytes.data() + got, piece, &done, nullptr))
-            return lastFailure<std::string>();
-        if (done == 0)
-            break;
-        got += done;
-    }
-    bytes.resize(got);
-    return Result<std::string>::success(std::move(bytes));
+    return file ? readAll(file.get()) : lastFailure<std::string>();
 }
 
 Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
@@ -213,11 +282,9 @@ Result<Done> Win32Files::remove(TextView path) {
 }
 
 Result<Text> Win32Files::createTemporary(TextView prefix) {
-    Text folder(MAX_PATH + 1, u'\0');
-    const DWORD length = ::GetTempPathW(static_cast<DWORD>(folder.size()), wideBuffer(folder));
-    if (length == 0 || length > folder.size())
+    const Text folder = temporaryFolder();
+    if (folder.empty())
         return lastFailure<Text>();
-    folder.resize(length);
     Text name = temporaryIn(folder, Text(prefix));
     if (name.empty()) {
         const Text cause = causeOf(::GetLastError());
@@ -225,6 +292,31 @@ Result<Text> Win32Files::createTemporary(TextView prefix) {
                                      u"\" cannot be written: " + cause);
     }
     return Result<Text>::success(std::move(name));
+}
+
+std::unique_ptr<HeldFile> Win32Files::createHeld(TextView prefix) {
+    const Text folder = temporaryFolder();
+    NewFile created = createNew(folder + Text(prefix));
+    if (folder.empty() || created.name.empty())
+        return nullptr;
+    return std::make_unique<Win32HeldFile>(std::move(created.name), std::move(created.file));
+}
+
+std::vector<std::unique_ptr<HeldFile>> Win32Files::takeHeld(TextView prefix) {
+    std::vector<std::unique_ptr<HeldFile>> taken;
+    const Text folder = temporaryFolder();
+    WIN32_FIND_DATAW found{};
+    UniqueSearch search(folder + Text(prefix) + u"*.tmp", found);
+    if (!search)
+        return taken;
+    do {
+        Text path = folder + Text(textOf(found.cFileName));
+        UniqueFile file(
+            ::CreateFileW(wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        if (file)
+            taken.push_back(std::make_unique<Win32HeldFile>(std::move(path), std::move(file)));
+    } while (search.next());
+    return taken;
 }
 
 Text Win32Files::fullPath(TextView path) {

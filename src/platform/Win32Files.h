@@ -16,6 +16,8 @@ class Win32Files : public Files {
     Result<Done> replace(TextView path, std::string_view bytes) override;
     Result<Done> remove(TextView path) override;
     Result<Text> createTemporary(TextView prefix) override;
+    std::unique_ptr<HeldFile> createHeld(TextView prefix) override;
+    std::vector<std::unique_ptr<HeldFile>> takeHeld(TextView prefix) override;
     Text fullPath(TextView path) override;
 };
 

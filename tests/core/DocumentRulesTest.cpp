@@ -1,8 +1,7 @@
 // Documents without an editor: file content, tabs, the undo history, lost characters.
 #include <gtest/gtest.h>
 
-#include <map>
-
+#include "MemoryFiles.h"
 #include "app/DocumentFile.h"
 #include "app/RtfMap.h"
 #include "app/RtfRepair.h"
@@ -116,40 +115,6 @@ TEST(RtfRepair, GivesBackWhatAControlLost) {
         }
     }
 }
-
-// A disk in memory that can refuse.
-class MemoryFiles : public Files {
-  public:
-    bool exists(TextView path) override { return content.contains(Text(path)); }
-    Result<std::uint64_t> size(TextView path) override {
-        return Result<std::uint64_t>::success(content.at(Text(path)).size());
-    }
-    Result<std::string> read(TextView path) override {
-        return Result<std::string>::success(content.at(Text(path)));
-    }
-    Result<Done> write(TextView path, std::string_view bytes) override {
-        if (isFull)
-            return Result<Done>::failure(u"The disk is full.");
-        content[Text(path)] = bytes;
-        return Result<Done>::success({});
-    }
-    Result<Done> replace(TextView path, std::string_view bytes) override {
-        return write(path, bytes);
-    }
-    Result<Done> remove(TextView path) override {
-        content.erase(Text(path));
-        return Result<Done>::success({});
-    }
-    Result<Text> createTemporary(TextView prefix) override {
-        const Text name = Text(prefix) + fromUtf8(std::to_string(++names));
-        content[name] = "";
-        return Result<Text>::success(name);
-    }
-
-    std::map<Text, std::string> content;
-    bool isFull = false;
-    int names = 0;
-};
 
 TEST(SnapshotHistory, StepsBackForthAndBranches) {
     MemoryFiles files;

@@ -272,7 +272,16 @@ class FaultyFiles : public Win32Files {
             return Result<Text>::failure(u"The temporary folder cannot be written.");
         return Win32Files::createTemporary(prefix);
     }
+    std::unique_ptr<HeldFile> createHeld(TextView prefix) override {
+        return temporaryNames ? Win32Files::createHeld(prefix) : nullptr;
+    }
+    // What a test left that failed is not another one's.
+    std::vector<std::unique_ptr<HeldFile>> takeHeld(TextView prefix) override {
+        return offersRemains ? Win32Files::takeHeld(prefix)
+                             : std::vector<std::unique_ptr<HeldFile>>();
+    }
 
+    bool offersRemains = false;
     bool diskFull = false;
     bool temporaryNames = true;
 };
@@ -380,6 +389,11 @@ class Program {
     // The idle timer gives the key buttons back.
     void waitForKeyButtons() {
         waitUntil([this] { return form->documents().state().keyButtons; });
+    }
+    // The run is gone without its end; what it has on disk stays.
+    void crash() {
+        form->destroy();
+        form.reset();
     }
     void close() { ::SendMessageW(form->handle(), WM_CLOSE, 0, 0); }
 

@@ -1,0 +1,273 @@
+// Runs that end without closing, and documents that other programs change.
+#include "Scripted.h"
+
+namespace melvorin::testing {
+namespace {
+
+constexpr char kRich[] =
+    "{\\rtf1\\ansi{\\fonttbl{\\f0 Lucida Console;}}\\f0\\fs20 C  {\\b G}\\par la la}";
+
+// How many files of this kind lie in the temporary folder.
+std::size_t temporaryFiles() {
+    Text folder(MAX_PATH, u'\0');
+    folder.resize(::GetTempPathW(MAX_PATH, wideBuffer(folder)));
+    WIN32_FIND_DATAW found{};
+    UniqueSearch search(folder + u"bb*.tmp", found);
+    std::size_t count = 0;
+    if (search) {
+        do
+            ++count;
+        while (search.next());
+    }
+    return count;
+}
+
+// A start after one that did not end in order.
+class NextProgram : public Program {
+  public:
+    NextProgram() { files.offersRemains = true; }
+    bool start(TextView commandLine = u"") {
+        const bool started = Program::start(commandLine);
+        pump();
+        return started;
+    }
+};
+
+TEST(Recovery, BringsBackTheSongWithItsHistory) {
+    const std::size_t before = temporaryFiles();
+    const ScratchFolder folder;
+    const Text path = folder.add(u"Lied für Ωmega.mvt", kRich);
+    std::string rtf;
+    std::vector<std::string> texts;
+    {
+        Program program;
+        ASSERT_TRUE(program.start(path));
+        texts.push_back(program.text());
+        program.type(u"Am\r");
+        program.editor().setBackground(Rgb{200, 220, 255});
+        program.form->run(Command::mnuBold);
+        texts.push_back(program.text());
+        program.type(u"G");
+        texts.push_back(program.text());
+        program.command(Command::mnuEditUndo);
+        ASSERT_EQ(program.text(), texts[1]);
+        rtf = program.editor().rtf();
+        program.crash();
+    }
+    EXPECT_GT(temporaryFiles(), before);
+    {
+        NextProgram program;
+        program.messages.answer(Answer::Yes);
+        ASSERT_TRUE(program.start());
+        ASSERT_EQ(program.messages.boxes.size(), 1U);
+        const ShownMessage& box = program.messages.boxes[0];
+        EXPECT_TRUE(
+            box.text.starts_with("Melvorin was not closed, and \"Lied für Ωmega.mvt\" had "
+                                 "changes that were not saved. The last one: "))
+            << box.text;
+        EXPECT_NE(box.text.find(":", 90), std::string::npos) << "no time in " << box.text;
+        EXPECT_EQ(box.buttons, MessageButtons::YesNo);
+
+        EXPECT_EQ(program.editor().rtf(), rtf);
+        EXPECT_EQ(program.editor().background(), (Rgb{200, 220, 255}));
+        EXPECT_EQ(program.caption(), "Lied für Ωmega.mvt - Melvorin");
+        EXPECT_EQ(shown(program.form->documents().path()), shown(path));
+        EXPECT_TRUE(program.state().dirty && program.state().undo && program.state().redo);
+        EXPECT_EQ(::GetFocus(), program.editor().handle());
+        program.command(Command::mnuEditRedo);
+        EXPECT_EQ(program.text(), texts[2]);
+        EXPECT_FALSE(program.state().redo);
+        while (program.state().undo)
+            program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.text(), texts[0]);
+        while (program.state().redo)
+            program.command(Command::mnuEditRedo);
+        // A second crash loses nothing either.
+        program.type(u"!");
+        texts.push_back(program.text());
+        program.crash();
+    }
+    NextProgram program;
+    program.messages.answer(Answer::Yes);
+    ASSERT_TRUE(program.start());
+    EXPECT_EQ(program.text(), texts[3]);
+    program.command(Command::mnuFileSave);
+    EXPECT_EQ(program.messages.boxes.size(), 1U) << "the file is as it was opened";
+    EXPECT_FALSE(program.state().dirty);
+    program.close();
+    EXPECT_TRUE(program.ended);
+    EXPECT_EQ(temporaryFiles(), before);
+}
+
+TEST(Recovery, NoDeletesAndNothingUnsavedIsNotOffered) {
+    const std::size_t before = temporaryFiles();
+    const ScratchFolder folder;
+    const Text other = folder.add(u"other.txt", "Dm\r\n");
+    for (const TextView typed : {u"first", u"second", u""}) {
+        Program program;
+        ASSERT_TRUE(program.start());
+        program.type(typed);
+        program.crash();
+    }
+    Program living;
+    ASSERT_TRUE(living.start());
+    living.type(u"alive");
+    const std::size_t ofLiving = 7;  // the first state, five letters, the journal
+    {
+        NextProgram program;
+        // Newest first; the document of the command line stays open.
+        program.messages.answer(Answer::No);
+        program.messages.answer(Answer::No);
+        ASSERT_TRUE(program.start(other));
+        ASSERT_EQ(program.messages.boxes.size(), 2U);
+        for (const ShownMessage& box : program.messages.boxes) {
+            EXPECT_NE(box.text.find("\"Chord Notation\""), std::string::npos) << box.text;
+            EXPECT_NE(box.text.find("\"other.txt\", which is not changed"), std::string::npos);
+        }
+        EXPECT_EQ(program.text(), "Dm");
+        EXPECT_FALSE(program.state().dirty);
+        program.close();
+        EXPECT_TRUE(program.ended);
+    }
+    EXPECT_EQ(temporaryFiles(), before + ofLiving);
+    living.type(u"!");
+    living.command(Command::mnuEditUndo);
+    EXPECT_EQ(living.text(), "alive") << "another program's remains were touched";
+}
+
+TEST(Recovery, TheOneTakenIsShownAndTheOthersWait) {
+    const ScratchFolder folder;
+    const Text other = folder.add(u"other.txt", "Dm\r\n");
+    for (const TextView typed : {u"first", u"second", u"third"}) {
+        Program program;
+        ASSERT_TRUE(program.start());
+        program.type(typed);
+        program.crash();
+    }
+    const auto startTaking = [&](std::vector<Answer> answers, const char* text) {
+        NextProgram program;
+        for (const Answer answer : answers)
+            program.messages.answer(answer);
+        ASSERT_TRUE(program.start(other));
+        EXPECT_TRUE(program.messages.allAnswered());
+        EXPECT_EQ(program.text(), text);
+        EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
+        EXPECT_EQ(folder.content(u"other.txt"), "Dm\r\n");
+        program.messages.answer(Answer::No);  // Save changes?
+        program.close();
+    };
+    startTaking({Answer::No, Answer::Yes}, "second");
+    startTaking({Answer::Yes}, "first");
+    NextProgram program;
+    ASSERT_TRUE(program.start());
+    EXPECT_TRUE(program.messages.boxes.empty());
+}
+
+TEST(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
+    struct Case {
+        std::optional<Answer> answer;  // to "Save changes?"; nothing: Windows does not ask
+        bool offered;
+    };
+    for (const auto& [answer, offered] :
+         {Case{Answer::No, false}, Case{Answer::Cancel, true}, Case{std::nullopt, true}}) {
+        {
+            Program program;
+            ASSERT_TRUE(program.start());
+            program.type(u"C");
+            if (answer) {
+                program.messages.answer(*answer);
+                ::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0);
+            }
+            ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
+            program.crash();
+        }
+        NextProgram program;
+        if (offered)
+            program.messages.answer(Answer::No);
+        ASSERT_TRUE(program.start());
+        EXPECT_EQ(program.messages.boxes.size(), offered ? 1U : 0U);
+    }
+}
+
+TEST(Recovery, ARunWithoutAJournalGoesOn) {
+    Program program;
+    program.files.temporaryNames = false;
+    ASSERT_TRUE(program.start());
+    program.messages.boxes.clear();
+    program.type(u"Am");
+    EXPECT_EQ(program.text(), "Am");
+    program.crash();
+    NextProgram next;
+    ASSERT_TRUE(next.start());
+    EXPECT_TRUE(next.messages.boxes.empty());
+}
+
+TEST(Save, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
+    struct Case {
+        const char* change;  // to the file meanwhile; null: it is deleted
+        bool asked;
+        Answer answer;
+        bool saved;
+    };
+    const std::string original = "C  G\r\nla la\r\n";
+    const Case cases[] = {
+        {original.c_str(), false, Answer::Yes, true},  // written anew, but the same
+        {"C  G\r\nla lo\r\n", true, Answer::No, false},
+        {"C  G\r\nla lo\r\n", true, Answer::Yes, true},
+        {"longer than before\r\n", true, Answer::No, false},
+        {nullptr, false, Answer::Yes, true},
+    };
+    for (const Case& c : cases) {
+        const ScratchFolder folder;
+        const Text path = folder.add(u"song.txt", original);
+        Program program;
+        ASSERT_TRUE(program.start(path));
+        program.type(u"x");
+        if (c.change != nullptr)
+            folder.add(u"song.txt", c.change);
+        else
+            program.files.remove(path);
+        if (c.asked)
+            program.messages.answer(c.answer);
+        program.command(Command::mnuFileSave);
+        ASSERT_EQ(program.messages.boxes.size(), c.asked ? 1U : 0U);
+        if (c.asked) {
+            EXPECT_NE(program.messages.boxes[0].text.find("changed by another program"),
+                      std::string::npos);
+        }
+        EXPECT_EQ(program.state().dirty, !c.saved);
+        EXPECT_EQ(folder.content(u"song.txt"), c.saved ? "x" + original : c.change);
+        // Its own writing is no surprise.
+        program.type(u"y");
+        if (!c.saved)
+            program.messages.answer(Answer::Yes);
+        program.command(Command::mnuFileSave);
+        EXPECT_EQ(folder.content(u"song.txt"), "xy" + original);
+    }
+}
+
+// A file that another program holds is refused, and the song stays unsaved in the editor.
+TEST(Save, AFileInUseIsRefused) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"song.txt", "C\r\n");
+    Program program;
+    ASSERT_TRUE(program.start(path));
+    program.type(u"x");
+    {
+        const UniqueFile held(
+            ::CreateFileW(wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(held);
+        program.command(Command::mnuFileSave);
+    }
+    ASSERT_EQ(program.messages.boxes.size(), 1U);
+    EXPECT_NE(program.messages.boxes[0].text.find("Another program is using the file."),
+              std::string::npos);
+    EXPECT_TRUE(program.state().dirty);
+    EXPECT_EQ(program.text(), "xC");
+    EXPECT_EQ(folder.content(u"song.txt"), "C\r\n");
+    program.command(Command::mnuFileSave);
+    EXPECT_FALSE(program.state().dirty);
+}
+
+}  // namespace
+}  // namespace melvorin::testing
