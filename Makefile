@@ -1,5 +1,5 @@
 # The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
-.PHONY: run test bench fuzz package test-x86 setup native native-asan win-x64 win-x86 lint clean
+.PHONY: run test bench fuzz faults package test-x86 setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
 # By the environment, so that quotes and blanks in the name stay what they are.
@@ -20,6 +20,11 @@ bench: native win-x64
 # Each fuzzer for FUZZ_SECONDS; what it finds is left in build/fuzz.
 fuzz: setup
 	@tools/fuzz.sh
+
+# The program killed and its disk taken away, many times over.
+faults: win-x64 native
+	@cmake --build --preset win-x64 --target melvorin-faults melvorin-driver ui_tests
+	@tools/faults.sh
 
 # The installer and the zip of the 32-bit program, in build/package.
 package: win-x86

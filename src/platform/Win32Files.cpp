@@ -5,6 +5,8 @@
 
 #include "app/Paths.h"
 #include "platform/Handles.h"
+// Needs windows.h before it.
+#include <aclapi.h>
 
 namespace melvorin {
 namespace {
@@ -102,11 +104,42 @@ bool writeFile(const Text& path, std::string_view bytes, bool flush) {
     return file && writeAll(file.get(), bytes) && (!flush || ::FlushFileBuffers(file.get()));
 }
 
-// Puts `from` in the place of `to` in one step. ReplaceFile keeps the attributes, the owner and
-// the permissions of the document; where a file system cannot do that, moving does.
+// What belongs to a document beside its content goes along, as far as this user may.
+void copyTraits(const Text& from, const Text& to, DWORD attributes) {
+    PACL permissions = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (::GetNamedSecurityInfoW(wide(from), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
+                                nullptr, &permissions, nullptr, &descriptor) == ERROR_SUCCESS) {
+        SECURITY_DESCRIPTOR_CONTROL control = 0;
+        DWORD revision = 0;
+        ::GetSecurityDescriptorControl(descriptor, &control, &revision);
+        const SECURITY_INFORMATION what =
+            DACL_SECURITY_INFORMATION |
+            ((control & SE_DACL_PROTECTED) != 0 ? PROTECTED_DACL_SECURITY_INFORMATION
+                                                : UNPROTECTED_DACL_SECURITY_INFORMATION);
+        Text path = to;
+        ::SetNamedSecurityInfoW(wideBuffer(path), SE_FILE_OBJECT, what, nullptr, nullptr,
+                                permissions, nullptr);
+        ::LocalFree(descriptor);
+    }
+    WIN32_FILE_ATTRIBUTE_DATA old{};
+    const UniqueFile file(
+        ::CreateFileW(wide(to), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (file && ::GetFileAttributesExW(wide(from), GetFileExInfoStandard, &old))
+        ::SetFileTime(file.get(), &old.ftCreationTime, nullptr, nullptr);
+    constexpr DWORD kept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                           FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    if ((attributes & kept) != 0)
+        ::SetFileAttributesW(wide(to), attributes & kept);
+}
+
+// Puts `from` in the place of `to` in one step: whatever happens meanwhile, `to` is the old file or
+// the new one. (ReplaceFile takes two, between which there is no file. It is for what some other
+// program holds open in a way that only it gets along with.)
 bool putInPlace(const Text& from, const Text& to) {
     const DWORD attributes = ::GetFileAttributesW(wide(to));
-    if (attributes != INVALID_FILE_ATTRIBUTES) {
+    const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+    if (isThere) {
         if (attributes & FILE_ATTRIBUTE_READONLY) {
             ::SetLastError(ERROR_ACCESS_DENIED);
             return false;
@@ -118,12 +151,16 @@ bool putInPlace(const Text& from, const Text& to) {
         if (!probe)
             return false;
         probe.close();
-        if (::ReplaceFileW(wide(to), wide(from), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                           nullptr))
-            return true;
+        copyTraits(to, from, attributes);
     }
-    return ::MoveFileExW(wide(from), wide(to),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    if (::MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return true;
+    const DWORD error = ::GetLastError();
+    if (isThere && ::ReplaceFileW(wide(to), wide(from), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                                  nullptr, nullptr))
+        return true;
+    ::SetLastError(error);
+    return false;
 }
 
 // An empty file with a unique name in `folder`; empty on failure.

@@ -23,40 +23,17 @@
 #include <string>
 #include <vector>
 
+#include "RunningProgram.h"
 #include "app/CommandMap.h"
-#include "platform/Win.h"
 
 namespace {
 
 using namespace melvorin;
 
-constexpr ULONGLONG kLimitMs = 60'000;
-
-HWND mainWindow() {
-    const HWND window = ::FindWindowW(L"MelvorinForm1", nullptr);
-    return window != nullptr && ::IsWindowVisible(window) ? window : nullptr;
-}
-
-HWND editor() {
-    const HWND edit = ::FindWindowExW(mainWindow(), nullptr, L"RICHEDIT50W", nullptr);
-    return edit != nullptr ? edit : ::FindWindowExW(mainWindow(), nullptr, L"RichEdit20W", nullptr);
-}
-
 Text captionOf(HWND window) {
     Text buffer(512, u'\0');
     buffer.resize(static_cast<std::size_t>(::GetWindowTextW(window, wideBuffer(buffer), 512)));
     return buffer;
-}
-
-template <class Condition>
-bool waitFor(Condition condition) {
-    const ULONGLONG limit = ::GetTickCount64() + kLimitMs;
-    while (!condition()) {
-        if (::GetTickCount64() > limit)
-            return false;
-        ::Sleep(20);
-    }
-    return true;
 }
 
 std::optional<WPARAM> idOfCaption(TextView caption) {

@@ -84,6 +84,17 @@ title_after_file_dialog() {
     drive wait-front "$1"
 }
 
+# Until a message box like this pattern is in front, behind others maybe.
+await_message() {
+    local shown
+    for _ in $(seq 100); do
+        shown=$(drive wait-front " Melvorin" message)
+        # shellcheck disable=SC2053 # a pattern
+        [[ $shown != $1 ]] || return 0
+    done
+    fail "the message is $shown"
+}
+
 snapshots() { find "$WINEPREFIX/drive_c" -iname 'bb*.tmp' | sort; }
 paths_value() { # NAME: what the settings store holds
     wine_tool reg query 'HKCU\Software\Melvorin\Paths' /v "$1" | tr -d '\r' |
@@ -487,6 +498,61 @@ planted_libraries() {
     expect "loaded from beside the program" Melvorin.exe "$found"
 }
 
+# Killed while it works: the file is whole, and the next start has the last change. More often with
+# MELVORIN_KILLS.
+kills() {
+    local folder=$work/kills
+    mkdir "$folder"
+    timeout 3000 "$wine" "$win/melvorin-faults.exe" kills "$(windows_path "$win/Melvorin.exe")" \
+        "$(windows_path "$folder/song.mvt")" "${MELVORIN_KILLS:-3}" "${MELVORIN_SEED:-1}" \
+        >"$work/told" 2>&1 || fail "$(tail -n 3 "$work/told")"
+    [ -z "${MELVORIN_KILLS:-}" ] || cat "$work/told"
+}
+
+# As many changes as its history counts, and more; takes minutes.
+snapshots_run_out() {
+    timeout 3000 "$wine" "$win/melvorin-faults.exe" snapshots \
+        "$(windows_path "$win/Melvorin.exe")" >"$work/told" 2>&1 || fail "$(tail -n 3 "$work/told")"
+    cat "$work/told"
+}
+
+# Without a place for snapshots the program says so, once, and the song can still be written.
+temporary_folder() {
+    local folder trouble message failed
+    start
+    title "Chord Notation - Melvorin"
+    folder=$(dirname "$(snapshots | head -n 1)")
+    drive close
+    ended
+    for trouble in missing read-only; do
+        printf 'C  G\r\n' >"$work/song.txt"
+        if [ "$trouble" = missing ]; then
+            mv "$folder" "$folder.away"
+        elif ! mount -t tmpfs -o ro tmpfs "$folder" 2>/dev/null; then
+            echo "skipped $case_name, $trouble: nothing can be mounted here (needs root)"
+            continue
+        fi
+        (
+            trap end_program EXIT
+            start "$(windows_path "$work/song.txt")"
+            # One for the empty document, one for the copies.
+            for message in "Unable to "*"!" "Melvorin cannot keep a copy of this change for Undo."*; do
+                await_message "$message"
+                press Return
+            done
+            title "song.txt - Melvorin"
+            enter 'Am '
+            drive wait-text 'Am C  G'
+            press ctrl+s alt+F4
+            ended
+            expect "file, $trouble" 'Am C  G' "$(tr -d '\r' <"$work/song.txt")"
+        )
+        failed=$?
+        if [ "$trouble" = missing ]; then mv "$folder.away" "$folder"; else umount "$folder"; fi
+        [ "$failed" = 0 ] || exit 1
+    done
+}
+
 # Cases of the installer, only where one is named (tools/test-x86.sh).
 # shellcheck source=tests/e2e/setup.sh
 [ -z "${MELVORIN_SETUP:-}" ] || . "$(dirname "$0")/setup.sh"
@@ -499,10 +565,12 @@ end_program() {
 
 failures=0
 [ $# -gt 0 ] || set -- main_job manifest typed_song close_prompt full_disk names by_keyboard stage_run \
-    planted_libraries
+    planted_libraries kills temporary_folder
 for case_name; do
     (
         trap end_program EXIT
+        # What a case that failed left is not offered to the next one.
+        snapshots | xargs -rd '\n' rm -f
         "$case_name"
     )
     case $? in

@@ -22,6 +22,20 @@ TEST(RealFiles, ReplacePutsTheNewFileInPlaceOfTheOld) {
     }
 }
 
+TEST(RealFiles, ReplaceKeepsWhatIsNotContent) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"song.mvt", "old");
+    WIN32_FILE_ATTRIBUTE_DATA before{};
+    WIN32_FILE_ATTRIBUTE_DATA after{};
+    ::SetFileAttributesW(wide(path), FILE_ATTRIBUTE_HIDDEN);
+    ASSERT_TRUE(::GetFileAttributesExW(wide(path), GetFileExInfoStandard, &before));
+    ASSERT_TRUE(Win32Files().replace(path, "new"));
+    ASSERT_TRUE(::GetFileAttributesExW(wide(path), GetFileExInfoStandard, &after));
+    EXPECT_EQ(after.dwFileAttributes, before.dwFileAttributes);
+    EXPECT_TRUE(after.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_EQ(folder.content(u"song.mvt"), "new");
+}
+
 // Whatever stands in the way of a save, the old file stays whole and nothing is left behind.
 TEST(RealFiles, RefusedReplaceKeepsTheOldFile) {
     struct Case {
