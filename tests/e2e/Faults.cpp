@@ -20,6 +20,7 @@
 #include "app/CommandMap.h"
 #include "app/Paths.h"
 #include "app/RtfMap.h"
+#include "app/RunJournal.h"
 #include "dictionary/PanelLayout.h"
 #include "platform/Handles.h"
 #include "platform/Win32Files.h"
@@ -138,6 +139,9 @@ class Kills {
         }
         ::TerminateProcess(process_.get(), 1);
         ::WaitForSingleObject(process_.get(), INFINITE);
+        Win32Files files;
+        for (Remains& remains : remainsOf(files))
+            discard(files, std::move(remains));
         std::printf(
             "%d kills, %d with unsaved changes brought back, %d where the last step was "
             "cut off or unanswered\nkilled while:",

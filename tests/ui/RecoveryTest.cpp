@@ -22,6 +22,16 @@ std::size_t temporaryFiles() {
     return count;
 }
 
+class Recovery : public ::testing::Test {
+  protected:
+    // What other programs left is not for these.
+    void SetUp() override {
+        Win32Files files;
+        for (Remains& remains : remainsOf(files))
+            discard(files, std::move(remains));
+    }
+};
+
 // A start after one that did not end in order.
 class NextProgram : public Program {
   public:
@@ -33,7 +43,7 @@ class NextProgram : public Program {
     }
 };
 
-TEST(Recovery, BringsBackTheSongWithItsHistory) {
+TEST_F(Recovery, BringsBackTheSongWithItsHistory) {
     const std::size_t before = temporaryFiles();
     const ScratchFolder folder;
     const Text path = folder.add(u"Lied für Ωmega.mvt", kRich);
@@ -99,7 +109,7 @@ TEST(Recovery, BringsBackTheSongWithItsHistory) {
     EXPECT_EQ(temporaryFiles(), before);
 }
 
-TEST(Recovery, NoDeletesAndNothingUnsavedIsNotOffered) {
+TEST_F(Recovery, NoDeletesAndNothingUnsavedIsNotOffered) {
     const std::size_t before = temporaryFiles();
     const ScratchFolder folder;
     const Text other = folder.add(u"other.txt", "Dm\r\n");
@@ -135,7 +145,7 @@ TEST(Recovery, NoDeletesAndNothingUnsavedIsNotOffered) {
     EXPECT_EQ(living.text(), "alive") << "another program's remains were touched";
 }
 
-TEST(Recovery, TheOneTakenIsShownAndTheOthersWait) {
+TEST_F(Recovery, TheOneTakenIsShownAndTheOthersWait) {
     const ScratchFolder folder;
     const Text other = folder.add(u"other.txt", "Dm\r\n");
     for (const TextView typed : {u"first", u"second", u"third"}) {
@@ -163,7 +173,7 @@ TEST(Recovery, TheOneTakenIsShownAndTheOthersWait) {
     EXPECT_TRUE(program.messages.boxes.empty());
 }
 
-TEST(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
+TEST_F(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
     struct Case {
         std::optional<Answer> answer;  // to "Save changes?"; nothing: Windows does not ask
         bool offered;
@@ -189,7 +199,7 @@ TEST(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
     }
 }
 
-TEST(Recovery, ARunWithoutAJournalGoesOn) {
+TEST_F(Recovery, ARunWithoutAJournalGoesOn) {
     Program program;
     program.files.temporaryNames = false;
     ASSERT_TRUE(program.start());
