@@ -1,17 +1,20 @@
 #include "Checks.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
+#include "LiteralRules.h"
 #include "LiteralSuffixes.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordProExport.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
+#include "chords/Transpose.h"
+#include "find/TabExpansion.h"
 
 namespace melvorin::fuzz {
-namespace {
 
 void require(bool holds, const char* what, TextView text) {
     if (holds)
@@ -22,6 +25,8 @@ void require(bool holds, const char* what, TextView text) {
     std::fputc('\n', stderr);
     std::abort();
 }
+
+namespace {
 
 Text withoutBlanks(TextView text) {
     Text rest;
@@ -79,6 +84,22 @@ void checkReport(TextView text, const SongImport& song) {
     }
 }
 
+// The edits alone make the new line.
+void checkMoved(TextView before, const MovedLine& moved) {
+    Text rebuilt;
+    std::size_t column = 0;
+    for (const MovedRange& edit : moved.edits) {
+        require(column <= edit.before.column, "edits are in order", before);
+        rebuilt += before.substr(column, edit.before.column - column);
+        require(rebuilt.size() == edit.after.column, "edits are where they say", before);
+        rebuilt += moved.line.substr(edit.after.column, edit.after.length);
+        column = edit.before.column + edit.before.length;
+    }
+    rebuilt += before.substr(column);
+    require(rebuilt == moved.line, "the edits make the line", before);
+    require(moved.changed == (moved.line != before), "a change is told", before);
+}
+
 }  // namespace
 
 void checkImport(TextView text) {
@@ -103,6 +124,68 @@ void checkNormaliser(TextView text) {
     constexpr std::size_t longest = 400;
     if (text.size() <= longest)
         require(result == literal::normaliseSuffixes(Text(text)), "rows one by one", text);
+}
+
+void checkTransposer(TextView text) {
+    // The rules one by one take their time.
+    constexpr std::size_t longest = 120;
+    while (!text.empty()) {
+        const TextView line = takeLine(text).chars.substr(0, longest);
+        const bool isChords = IsChordLine(line);
+        for (const Direction direction : {Direction::Down, Direction::Up}) {
+            for (const Spelling spelling : {Spelling::Sharps, Spelling::Flats}) {
+                const MovedLine moved = KeyChange(direction, spelling).moveLine(line);
+                if (!isChords)
+                    continue;
+                checkMoved(line, moved);
+                const Text names = literal::transposeLine(Text(line), direction, spelling);
+                require(TransposeLine(line, direction, spelling) == names, "names move", line);
+                require(moved.line == literal::realignLine(Text(line), names),
+                        "chords stay in their columns", line);
+            }
+        }
+    }
+}
+
+void checkTabs(TextView text) {
+    const Text whole = expandTabs(text);
+    require(whole.find(u'\t') == Text::npos, "no tab is left", text);
+    Text parts;
+    TabExpander expander;
+    for (std::size_t at = 0, size = 1; at < text.size(); at += size, size = size % 5 + 1)
+        expander.append(text.substr(at, size), parts);
+    require(parts == whole, "parts make the whole", text);
+    Text literal;
+    std::size_t column = 0;
+    for (const char16_t c : text) {
+        const std::size_t blanks = c == u'\t' ? 8 - column % 8 : 0;
+        literal += blanks > 0 ? Text(blanks, u' ') : Text(1, c);
+        column =
+            c == u'\r' || c == u'\n' || c == u'\v' ? 0 : column + std::max(blanks, std::size_t{1});
+    }
+    require(literal == whole, "columns are multiples of eight", text);
+}
+
+std::span<const Subject> subjects() {
+    static constexpr auto asText = []<void (*Check)(TextView)>() {
+        return [](std::string_view bytes) { Check(fromUtf8(bytes)); };
+    };
+    static const Subject all[] = {
+        {"Import", asText.operator()<checkImport>(), "{t: A}\n[Am]La [G7/B]la\nIntro: C |\n"},
+        {"Normaliser", asText.operator()<checkNormaliser>(), "C7M(#5) Dm7b5 9/6 F#m7/C# 11+"},
+        {"Transposer", asText.operator()<checkTransposer>(), "Am  F#m7/C#  G7(b9)  Bb\nla la"},
+        {"Tabs", asText.operator()<checkTabs>(), "C\tG\r\n\tla\tla\v\tx"},
+        {"RichText", checkRichText,
+         "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}{\\f1 Courier;}}{\\colortbl ;\\red9\\green0"
+         "\\blue0;}\\f0\\cf1 C \\b G\\b0\\par\n\\u233?\\'e9\\line\\f1 la\\par}"},
+        {"Journal", checkJournal,
+         "melvorin journal 1\ndocument 3 4 0061\nsnapshot 1 00620062003100410"
+         "02e0074006d0070 4 255 5 6\nstate 1 1 1 1\n"},
+        {"Recent", checkRecent, "C:\\a.mvt\n\nNot Used\nC:\\new.mvt"},
+        {"Arguments", checkArguments, "transpose\n--up\n--flats\n--steps=2\n--output=x\nsong"},
+        {"Criterion", checkCriterion, "Acorde = 'cm7'"},
+    };
+    return all;
 }
 
 }  // namespace melvorin::fuzz

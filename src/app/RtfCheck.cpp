@@ -358,6 +358,11 @@ bool Checker::word(const RtfToken& token) {
         return malformed(u"The document is in an unknown code page.");
     if (token.name == "u" && !token.hasNumber)
         return malformed(kBadEncoding);
+    if (token.name == "u" && level().place == Place::Body) {
+        // A character as any other.
+        rows_.text();
+        hasText_ = true;
+    }
     if (token.name == "uc") {
         if (token.number < 0 || token.number > kMaxSkip)
             return malformed(kBadEncoding);

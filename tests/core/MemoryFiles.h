@@ -18,7 +18,8 @@ class MemoryFiles : public Files {
                             : Result<std::uint64_t>::failure(u"There is no such file.");
     }
     Result<std::string> read(TextView path) override {
-        return Result<std::string>::success(content.at(Text(path)));
+        return exists(path) ? Result<std::string>::success(content.at(Text(path)))
+                            : Result<std::string>::failure(u"There is no such file.");
     }
     Result<Done> write(TextView path, std::string_view bytes) override {
         if (isFull)

@@ -88,6 +88,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\pict{\\fonttbl{\\f0 X;}}}a}", Kind::Malformed},
         {"{\\rtf1 a{\\fonttbl\\f0 b;}}", Kind::Malformed},
         {"{\\rtf1\\fonttbl{\\f0 X;}a}", Kind::Malformed},
+        {"{\\rtf1\\u233?{\\fonttbl{\\f0 X;}}a}", Kind::Malformed},
         // Colour table.
         {"{\\rtf1{\\colortbl ;\\red1\\green2\\blue3;\r\n}a}", Kind::Ok},
         {"{\\rtf1{\\colortbl;\\red1\\green2\\blue3}a}", Kind::Malformed},
