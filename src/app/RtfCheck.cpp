@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/PictureCheck.h"
 #include "app/RtfLexer.h"
 
 namespace melvorin {
@@ -55,9 +56,45 @@ constexpr auto kCodePages = std::to_array<std::int32_t>(
      863,  864,  865,  866,  869,  874,  932,  936,  949,  950,   1250,
      1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 1361, 10000, 65001});
 
+// Character sets of fonts that have a code page. In a font of any other, a control reads characters
+// that it cannot write.
+constexpr auto kCharsets = std::to_array<std::int32_t>(
+    {0,   1,   2,   77,  78,  79,  80,  81,  83,  84,  85,  86,  87,  88,  89,  128, 129,
+     130, 134, 136, 161, 162, 163, 177, 178, 179, 180, 181, 186, 204, 222, 238, 254, 255});
+
+// Distances in twips, no farther than 22 inches: beyond, some controls crash in writing them.
+struct Distance {
+    std::string_view name;
+    std::int32_t least;
+    std::int32_t most;
+};
+constexpr auto kDistances = std::to_array<Distance>({{"fi", -31'680, 31'680},
+                                                     {"li", -31'680, 31'680},
+                                                     {"ri", -31'680, 31'680},
+                                                     {"tb", 0, 31'680},
+                                                     {"tx", 0, 31'680}});
+
 template <class Range, class Value>
 bool contains(const Range& range, const Value& value) {
     return std::find(range.begin(), range.end(), value) != range.end();
+}
+
+// Whatever is no digit is passed over, as the controls do.
+std::string bytesOfHex(std::string_view text) {
+    std::string bytes;
+    int high = -1;
+    for (const char c : text) {
+        const int digit = hexDigit(c);
+        if (digit < 0)
+            continue;
+        if (high < 0) {
+            high = digit;
+        } else {
+            bytes += static_cast<char>(high << 4 | digit);
+            high = -1;
+        }
+    }
+    return bytes;
 }
 
 bool isBlank(char c) {
@@ -207,10 +244,14 @@ class Checker {
         return false;
     }
     bool malformed(TextView sentence) { return fail(Kind::Malformed, sentence); }
+    // A blank that ends the word before it stays one.
     bool drop(const RtfToken& token) {
-        edits_.push_back({token.begin, token.end, {}});
+        const bool endsWord = token.begin == wordEnd_ && bytes_[token.begin - 1] != ' ';
+        edits_.push_back({token.begin, token.end, endsWord ? " " : ""});
         return true;
     }
+    void keepDistance(const RtfToken& token);
+    void takeData(char hexDigit);
 
     std::string_view bytes_;
     std::size_t start_;
@@ -220,6 +261,9 @@ class Checker {
     Rows rows_;
     std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
     bool hasText_ = false;      // the document's text has begun
+    std::size_t wordEnd_ = 0;   // where the last word ended
+    PictureKind picture_ = PictureKind::Other;
+    std::string data_;  // of a picture, as hexadecimal digits
     std::vector<Edit> edits_;
     RtfVerdict verdict_;
 };
@@ -254,8 +298,10 @@ bool Checker::token(const RtfToken& token) {
         case RtfToken::Kind::Symbol:
             return symbol(token);
         case RtfToken::Kind::Hex:
-            return token.byte >= 0 ? text(token)
-                                   : malformed(u"A character code of the document is damaged.");
+            // Lists of numbers aside from the text have zeros.
+            return token.byte > 0 || (token.byte == 0 && level().place != Place::Body)
+                       ? text(token)
+                       : malformed(u"A character code of the document is damaged.");
         case RtfToken::Kind::Byte:
             return token.byte != 0 ? text(token)
                                    : malformed(u"The document holds bytes that are no text.");
@@ -332,6 +378,9 @@ bool Checker::close(std::size_t end) {
         return malformed(kBadFonts);
     if (closed.place == Place::Style && !closed.ended)
         return malformed(kBadStyles);
+    if (closed.place == Place::Data && picture_ != PictureKind::Other &&
+        !isSoundPicture(std::exchange(picture_, PictureKind::Other), bytesOfHex(data_)))
+        return malformed(u"A picture of the document is damaged.");
     // A control swallows what comes next, were it a brace; an unknown word means nothing to any.
     constexpr std::string_view sacrifice = "\\nop ";
     if (closed.isObject && !bytes_.substr(end).starts_with(sacrifice))
@@ -344,6 +393,8 @@ bool Checker::word(const RtfToken& token) {
     const std::size_t length = (token.name == "bin" ? token.data : token.end) - token.begin;
     if (length > kMaxRtfWordLength)
         return malformed(u"A command of the document is too long.");
+    wordEnd_ = token.end;
+    keepDistance(token);
     if (token.name == "bin") {
         if (token.number < 0)
             return malformed(u"The length of binary data in the document is wrong.");
@@ -356,7 +407,10 @@ bool Checker::word(const RtfToken& token) {
     if ((token.name == "ansicpg" || token.name == "cpg") &&
         (!token.hasNumber || !contains(kCodePages, token.number)))
         return malformed(u"The document is in an unknown code page.");
-    if (token.name == "u" && !token.hasNumber)
+    if (token.name == "fcharset" && token.hasNumber && !contains(kCharsets, token.number))
+        edits_.push_back({token.begin, token.end, "\\fcharset1 "});
+    // A control that takes U+0000 writes what it does not read again.
+    if (token.name == "u" && (!token.hasNumber || token.number % 0x10000 == 0))
         return malformed(kBadEncoding);
     if (token.name == "u" && level().place == Place::Body) {
         // A character as any other.
@@ -375,6 +429,17 @@ bool Checker::word(const RtfToken& token) {
     if (token.name == "stylesheet")
         return destination(Place::Styles, kBadStyles);
     return tableWord(token);
+}
+
+void Checker::keepDistance(const RtfToken& token) {
+    for (const Distance& distance : kDistances) {
+        if (token.name != distance.name || !token.hasNumber)
+            continue;
+        const std::int32_t kept = std::clamp(token.number, distance.least, distance.most);
+        if (kept != token.number || token.overflow)
+            edits_.push_back({token.begin, token.end,
+                              "\\" + std::string(token.name) + std::to_string(kept) + " "});
+    }
 }
 
 // A table or sheet begins: as the first word of its group and before all text, or it would
@@ -412,9 +477,14 @@ bool Checker::tableWord(const RtfToken& token) {
             break;
     }
     here.isObject = here.isObject || token.name == "object";
-    if (token.name == "pict" || token.name == "objdata")
+    if (token.name == "pict" || token.name == "objdata") {
         here.place = Place::Data;
-    else if (contains(kAsides, token.name))
+        picture_ = PictureKind::Other;
+        data_.clear();
+    } else if (here.place == Place::Data && picture_ == PictureKind::Other) {
+        picture_ = pictureKind(token.name);
+    }
+    if (contains(kAsides, token.name))
         here.place = Place::Skipped;
     // Some controls skip such a group, others go on with the text in the middle of it.
     if ((here.place == Place::Starred || here.place == Place::Data) && Rows::isRowWord(token.name))
@@ -460,9 +530,11 @@ bool Checker::text(const RtfToken& token) {
                 return malformed(kBadColours);
             here.isOpen = here.isOpen && token.byte != ';';
             break;
+        case Place::Data:
+            takeData(static_cast<char>(token.byte));
+            break;
         case Place::Skipped:
         case Place::Starred:
-        case Place::Data:
             break;
     }
     here.started = here.started || token.byte != ' ';
@@ -491,6 +563,11 @@ bool Checker::fontTableText(const RtfToken& token) {
     return here.nameLength <= kMaxRtfNameLength || malformed(kBadFonts);
 }
 
+void Checker::takeData(char hexDigit) {
+    if (picture_ != PictureKind::Other)
+        data_ += hexDigit;
+}
+
 void Checker::rewriteBinary(const RtfToken& token) {
     // The line end ends whatever word stands before, and is neither data nor text.
     std::string hex = "\r\n";
@@ -498,8 +575,10 @@ void Checker::rewriteBinary(const RtfToken& token) {
         constexpr std::string_view digits = "0123456789abcdef";
         for (const char c : bytes_.substr(token.data, token.end - token.data)) {
             const auto byte = static_cast<unsigned char>(c);
-            hex += digits[byte >> 4U];
-            hex += digits[byte & 15U];
+            for (const char digit : {digits[byte >> 4U], digits[byte & 15U]}) {
+                hex += digit;
+                takeData(digit);
+            }
         }
     }
     edits_.push_back({token.begin, token.end, std::move(hex)});

@@ -42,7 +42,9 @@ struct RtfVerdict {
     // mark and blanks before and blanks and NULs after it. Some things are written differently,
     // with the same meaning, because not every control reads them: raw binary data becomes
     // hexadecimal, blanks between the entries of the font table and the style sheet go, a missing
-    // stand-in character between \uN and a brace is added, and an unknown word behind an object.
+    // stand-in character between \uN and a brace is added, and an unknown word behind an object;
+    // a character set that there is not becomes the machine's own, and a distance beyond 22 inches
+    // or a tab stop left of the text the nearest one that can be.
     std::string document;
 };
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstdio>
+
 #include "RtfSamples.h"
 
 namespace melvorin {
@@ -88,6 +91,9 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\pict{\\fonttbl{\\f0 X;}}}a}", Kind::Malformed},
         {"{\\rtf1 a{\\fonttbl\\f0 b;}}", Kind::Malformed},
         {"{\\rtf1\\fonttbl{\\f0 X;}a}", Kind::Malformed},
+        {"{\\rtf1 a\\u0?b}", Kind::Malformed},
+        {"{\\rtf1 a\\u65536?b}", Kind::Malformed},
+        {"{\\rtf1 a\\'00b}", Kind::Malformed},
         {"{\\rtf1\\u233?{\\fonttbl{\\f0 X;}}a}", Kind::Malformed},
         // Colour table.
         {"{\\rtf1{\\colortbl ;\\red1\\green2\\blue3;\r\n}a}", Kind::Ok},
@@ -138,6 +144,65 @@ TEST(RtfCheck, JudgesDocuments) {
     }
 }
 
+// Little-endian numbers of two and four bytes as hexadecimal digits.
+std::string number(std::uint32_t value, int bytes) {
+    std::string hex;
+    char digits[3];
+    for (; bytes > 0; --bytes, value >>= 8) {
+        std::snprintf(digits, sizeof digits, "%02x", value & 0xFFu);
+        hex += digits;
+    }
+    return hex;
+}
+
+TEST(RtfCheck, RefusesDamagedPictures) {
+    const std::string wmf = "\\wmetafile8 " + number(1, 2) + number(9, 2) + number(0x300, 2);
+    const std::string wmfRest = number(1, 2) + number(4, 4) + number(0, 2);
+    const std::string wmfEnd = number(3, 4) + number(0, 2);
+    const std::string emf = "\\emfblip " + number(1, 4) + number(88, 4) + std::string(64, '0') +
+                            number(0x464D4520, 4) + number(0x10000, 4) + number(108, 4) +
+                            std::string(72, '0');
+    const std::string emfEnd = number(14, 4) + number(20, 4) + std::string(24, '0');
+    const auto dib = [](std::uint32_t width, std::uint32_t height, std::uint32_t bits) {
+        return "\\dibitmap0 " + number(40, 4) + number(width, 4) + number(height, 4) +
+               number(1, 2) + number(bits, 2) + std::string(48, '0');
+    };
+    const struct {
+        std::string picture;
+        bool sound;
+    } cases[] = {
+        {wmf + number(12, 4) + wmfRest + wmfEnd, true},
+        {wmf + number(12, 4) + wmfRest + "\r\n" + wmfEnd.substr(0, 3) + " " + wmfEnd.substr(3),
+         true},
+        {wmf + number(13, 4) + wmfRest + wmfEnd, false},
+        {wmf + number(12, 4) + wmfRest, false},
+        {"\\wmetafile8 010009000003", false},
+        {wmf + number(16, 4) + wmfRest + number(4, 4) + number(0x12D, 2) + number(0, 2) + wmfEnd,
+         true},
+        {wmf + number(16, 4) + wmfRest + number(4, 4) + number(0x12D, 2) + number(1, 2) + wmfEnd,
+         false},
+        {wmf + number(15, 4) + wmfRest + number(3, 4) + number(0x1F0, 2) + wmfEnd, false},
+        {wmf + number(12, 4) + wmfRest + number(0x80000003, 4) + number(5, 2), false},
+        {wmf + number(12, 4) + wmfRest + number(2, 4) + number(5, 2) + wmfEnd, false},
+        {emf + emfEnd, true},
+        {emf, false},
+        {emf + number(14, 4) + number(24, 4) + std::string(24, '0'), false},
+        {emf + number(2, 4) + number(0, 4) + emfEnd, false},
+        {dib(2, 1, 24) + std::string(16, '0'), true},
+        {dib(2, 1, 24) + std::string(14, '0'), false},
+        {dib(2, 0xFFFFFFFF, 24) + std::string(16, '0'), true},
+        {dib(0x7FFFFFFF, 0x7FFFFFFF, 32), false},
+        {dib(1, 1, 8) + std::string(8, '0'), false},
+        {"\\pngblip 00", true},
+    };
+    for (const auto& [picture, sound] : cases) {
+        const RtfVerdict verdict = checkRtf("{\\rtf1{\\pict" + picture + "}a}");
+        EXPECT_EQ(verdict.kind, sound ? Kind::Ok : Kind::Malformed) << picture;
+    }
+    // Raw bytes are data as well.
+    EXPECT_EQ(checkRtf("{\\rtf1{\\pict\\wmetafile8\\bin4 abcd}a}").kind, Kind::Malformed);
+}
+
 TEST(RtfCheck, GivesWhatEveryControlReads) {
     const struct {
         std::string rtf;
@@ -149,6 +214,12 @@ TEST(RtfCheck, GivesWhatEveryControlReads) {
         {"{\\rtf1{\\pict\\pngblip\\bin4 }\\{\0}x}"s, "{\\rtf1{\\pict\\pngblip\r\n7d5c7b00}x}"},
         {"{\\rtf1{\\object{\\*\\objdata\\bin2 }}}}x}",
          "{\\rtf1{\\object{\\*\\objdata\r\n7d7d}}\\nop x}"},
+        {"{\\rtf1\\tx-1a\\fi99999 b\\li-99999999999\\tx31680 c\\tx}",
+         "{\\rtf1\\tx0 a\\fi31680 b\\li-31680 \\tx31680 c\\tx}"},
+        {"{\\rtf1{\\fonttbl\\f0\\fnil\t\tA;\\f1 \tB;}a}",
+         "{\\rtf1{\\fonttbl\\f0\\fnil A;\\f1 B;}a}"},
+        {"{\\rtf1{\\fonttbl{\\f0\\fcharset7 A;}{\\f1\\fcharset204 B;}}a}",
+         "{\\rtf1{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fcharset204 B;}}a}"},
         {"{\\rtf1 a\\bin3 }}}b\\bin0 c}", "{\\rtf1 a\r\nb\r\nc}"},
         {"{\\rtf1 \\u233{\\b x}\\u233 ?{\\uc2\\u233{}}\\uc0\\u233{y}\\u233}",
          "{\\rtf1 \\u233?{\\b x}\\u233 ?{\\uc2\\u233??{}}\\uc0\\u233{y}\\u233}"},

@@ -42,6 +42,8 @@ class ScriptedMessages : public MessageBoxes {
             whileOpen();
         if (buttons == MessageButtons::Ok)
             return Answer::Ok;
+        if (answers_.empty() && otherwise)
+            return *otherwise;
         if (answers_.empty()) {
             ADD_FAILURE() << "unexpected question: " << boxes.back().text;
             return Answer::Cancel;
@@ -51,6 +53,7 @@ class ScriptedMessages : public MessageBoxes {
         return given;
     }
     bool allAnswered() const { return answers_.empty(); }
+    std::optional<Answer> otherwise;  // where no answer is left
 
     std::vector<ShownMessage> boxes;
 
@@ -72,12 +75,15 @@ class ScriptedDialogs : public FileDialogs {
     }
 
     std::vector<FileDialogRequest> requests;
+    std::optional<FileChoice> otherwise;  // where no choice is left
 
   private:
     std::optional<FileChoice> next(const FileDialogRequest& request) {
         requests.push_back(request);
         if (whileOpen)
             whileOpen();
+        if (choices_.empty() && otherwise)
+            return otherwise;
         if (choices_.empty()) {
             ADD_FAILURE() << "unexpected file dialog: " << shown(request.title);
             return std::nullopt;
