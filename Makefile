@@ -1,5 +1,5 @@
 # The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
-.PHONY: run test bench fuzz faults package test-x86 setup native native-asan win-x64 win-x86 lint clean
+.PHONY: run test bench fuzz faults rtf-corpus soak package test-x86 setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
 # By the environment, so that quotes and blanks in the name stay what they are.
@@ -25,6 +25,18 @@ fuzz: setup
 faults: win-x64 native
 	@cmake --build --preset win-x64 --target melvorin-faults melvorin-driver ui_tests
 	@tools/faults.sh
+
+# Damaged documents, MELVORIN_CORPUS of them, opened by the real program.
+rtf-corpus: export MELVORIN_CORPUS ?= 10000
+rtf-corpus: win-x64
+	@cmake --build --preset win-x64 --target ui_tests
+	@tools/endure.sh 'Endurance.DamagedDocuments*'
+
+# Random commands for MELVORIN_SOAK_SECONDS, the history walked and the resources counted.
+soak: export MELVORIN_SOAK_SECONDS ?= 3600
+soak: win-x64
+	@cmake --build --preset win-x64 --target ui_tests
+	@tools/endure.sh 'Endurance.Hours*'
 
 # The installer and the zip of the 32-bit program, in build/package.
 package: win-x86

@@ -433,10 +433,12 @@ bool Checker::word(const RtfToken& token) {
 
 void Checker::keepDistance(const RtfToken& token) {
     for (const Distance& distance : kDistances) {
-        if (token.name != distance.name || !token.hasNumber)
+        if (token.name != distance.name)
             continue;
-        const std::int32_t kept = std::clamp(token.number, distance.least, distance.most);
-        if (kept != token.number || token.overflow)
+        // Without a number some controls take a number of their own, below all.
+        const std::int32_t kept =
+            token.hasNumber ? std::clamp(token.number, distance.least, distance.most) : 0;
+        if (!token.hasNumber || kept != token.number || token.overflow)
             edits_.push_back({token.begin, token.end,
                               "\\" + std::string(token.name) + std::to_string(kept) + " "});
     }

@@ -44,7 +44,7 @@ struct RtfVerdict {
     // hexadecimal, blanks between the entries of the font table and the style sheet go, a missing
     // stand-in character between \uN and a brace is added, and an unknown word behind an object;
     // a character set that there is not becomes the machine's own, and a distance beyond 22 inches
-    // or a tab stop left of the text the nearest one that can be.
+    // or a tab stop left of the text the nearest one that can be (without a number, 0).
     std::string document;
 };
 

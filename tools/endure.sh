@@ -1,0 +1,9 @@
+#!/bin/bash
+# endure.sh FILTER: the tests of that name that work on the real windows for as long as the
+# environment says (see tests/ui/EnduranceTest.cpp).
+set -eu
+cd "$(dirname "$0")/.."
+export MELVORIN_SEED=${MELVORIN_SEED:-1}
+tools/with-display.sh --own bash -c '
+    tools/wine-prefix.sh
+    tools/wine.sh build/win-x64/ui_tests.exe --gtest_filter="$1"' - "$1"
