@@ -54,6 +54,18 @@ inline void report(const std::string& name, double value, const char* unit) {
     std::fflush(stdout);
 }
 
+// What this thread has worked so far, whoever else has the machine.
+inline double workOfThread() {
+    FILETIME unused{};
+    FILETIME kernel{};
+    FILETIME user{};
+    ::GetThreadTimes(::GetCurrentThread(), &unused, &unused, &kernel, &user);
+    const auto ms = [](const FILETIME& time) {
+        return (static_cast<double>(time.dwHighDateTime) * 4294967296.0 + time.dwLowDateTime) / 1e4;
+    };
+    return ms(kernel) + ms(user);
+}
+
 [[noreturn]] inline void giveUp(const char* why) {
     std::fprintf(stderr, "editor_bench: %s\n", why);
     std::exit(EXIT_FAILURE);
@@ -71,10 +83,26 @@ class NoQuestions : public MessageBoxes {
     }
 };
 
-class NoDialogs : public FileDialogs {
+// The file that the next Open chooses.
+class ScriptedDialogs : public FileDialogs {
   public:
-    std::optional<FileChoice> open(const FileDialogRequest&) override { return std::nullopt; }
+    std::optional<FileChoice> open(const FileDialogRequest&) override {
+        return FileChoice{file, 1};
+    }
     std::optional<FileChoice> save(const FileDialogRequest&) override { return std::nullopt; }
+
+    Text file;
+};
+
+// Counts the boxes that say how many items were replaced.
+class EndOfSearch : public MessageBoxes {
+  public:
+    Answer show(TextView text, TextView, MessageIcon, MessageButtons) override {
+        last = toUtf8(text);
+        return Answer::Ok;
+    }
+
+    std::string last;
 };
 
 class NoColors : public ColorDialogs {
@@ -164,12 +192,18 @@ class OpenChart {
     Form1& form() { return *form_; }
     RichEdit& editor() { return form_->rtftext(); }
     Files& files() { return files_; }
+    // By the command, until the song is drawn.
+    void open(const Text& path) {
+        dialogs_.file = path;
+        form_->run(Command::mnuFileOpen);
+        ::UpdateWindow(editor().handle());
+    }
     void putOnClipboard(Text text) { clipboard_.content = std::move(text); }
 
   private:
     Win32Files files_;
     NoQuestions messages_;
-    NoDialogs dialogs_;
+    ScriptedDialogs dialogs_;
     DefaultProfiles profiles_;
     NoSettings settings_;
     UntouchedSystem system_;
@@ -246,6 +280,35 @@ inline double timeOfStreamOut(OpenChart& chart) {
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, countBytes};
     return timeOf(
         [&] { ::SendMessageW(chart.editor().handle(), EM_STREAMOUT, SF_RTF, lparamOf(&stream)); });
+}
+
+// ---- Moments of the program --------------------------------------------------------------------
+
+// Until the view is drawn and its panel's lists are filled.
+inline double timeOfOpening(OpenChart& chart) {
+    frmFScreen& view = chart.form().fullScreen();
+    return timeOf([&] {
+        chart.form().run(Command::mnuFullScreen);
+        while (view.isOpen() && !view.panel().isPrepared())
+            chart.pump();
+    });
+}
+
+// A character as the keyboard sends it, until it is drawn.
+inline double timeOfCharacter(OpenChart& chart) {
+    const HWND control = chart.editor().handle();
+    return timeOf([&] {
+        ::SendMessageW(control, WM_CHAR, u'e', 1);
+        ::UpdateWindow(control);
+    });
+}
+
+inline double timeOfUnrecordedCharacter(OpenChart& chart) {
+    const HWND control = chart.editor().handle();
+    const LRESULT events = ::SendMessageW(control, EM_SETEVENTMASK, 0, 0);
+    const double time = timeOfCharacter(chart);
+    ::SendMessageW(control, EM_SETEVENTMASK, 0, events);
+    return time;
 }
 
 }  // namespace melvorin::bench

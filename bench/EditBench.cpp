@@ -7,17 +7,6 @@ namespace {
 
 // ---- Replace All and Paste --------------------------------------------------------------------
 
-// Counts the boxes that say how many items were replaced.
-class EndOfSearch : public MessageBoxes {
-  public:
-    Answer show(TextView text, TextView, MessageIcon, MessageButtons) override {
-        last = toUtf8(text);
-        return Answer::Ok;
-    }
-
-    std::string last;
-};
-
 // 2,000 lines in which "qqq" stands so many times.
 std::string songWithMatches(std::size_t matches) {
     constexpr std::size_t lines = 2000;

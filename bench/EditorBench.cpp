@@ -9,10 +9,8 @@
 int main(int count, char** arguments) {
     using namespace melvorin::bench;
     constexpr std::pair<std::string_view, void (*)()> parts[] = {
-        {"full", stageBench},
-        {"dictionary", dictionaryBench},
-        {"keys", keyBench},
-        {"edit", editBench},
+        {"full", stageBench}, {"dictionary", dictionaryBench}, {"keys", keyBench},
+        {"edit", editBench},  {"scale", scaleBench},
     };
     for (const auto& [name, measure] : parts) {
         if (count < 2 || arguments[1] == name)

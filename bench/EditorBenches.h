@@ -7,5 +7,6 @@ void stageBench();
 void dictionaryBench();
 void keyBench();
 void editBench();
+void scaleBench();
 
 }  // namespace melvorin::bench

@@ -14,9 +14,14 @@
 #include <vector>
 
 #include "Verse.h"
+#include "app/DocumentFile.h"
+#include "app/RtfMap.h"
 #include "app/Text.h"
 #include "app/TextCodec.h"
+#include "chords/SongImport.h"
+#include "chords/SuffixNormaliser.h"
 #include "cli/Cli.h"
+#include "find/ReplacePlan.h"
 #include "find/TabExpansion.h"
 #include "find/TextSearch.h"
 
@@ -90,6 +95,16 @@ void throughput() {
     report("engine_transpose_to_copy", median(moving) / median(copying), "ratio");
 }
 
+std::string asItIs(const std::string& chart) {
+    return chart;
+}
+
+std::string withTabs(const std::string& chart) {
+    std::string tabs = chart;
+    std::replace(tabs.begin(), tabs.end(), ' ', '\t');
+    return tabs;
+}
+
 std::string withTabsExpanded(const std::string& chart) {
     melvorin::TabExpander expander;
     return rewriteBytes(chart, windows1252(),
@@ -107,15 +122,54 @@ std::string withLanternsReplaced(const std::string& chart) {
     return melvorin::toUtf8(target.text());
 }
 
+// Plain Rich Text of the chart, as the editor would write it.
+std::string richText(const std::string& chart) {
+    std::string rtf =
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fcharset0 Lucida Console;}}\\pard\\f0\\fs20 ";
+    for (const char16_t c : melvorin::fromUtf8(chart)) {
+        if (c == u'\n')
+            rtf += "\\par\n";
+        else if (c >= 0x80)
+            rtf += "\\u" + std::to_string(static_cast<int>(c)) + "?";
+        else if (c != u'\r')
+            rtf += static_cast<char>(c);
+    }
+    return rtf + "}";
+}
+
+std::string opened(const std::string& rtf) {
+    return melvorin::readDocument(rtf, u"mvt", windows1252()).value.value().rtf;
+}
+
+// What Replace All does with the text of the control.
+std::string withRichLanternsReplaced(const std::string& rtf) {
+    const auto map = melvorin::RtfMap::parse(rtf);
+    melvorin::ReplacePlan plan(map.value().text());
+    replaceAll(plan, u"lantern", u"candle", {}, [] { return true; });
+    return map->rewrite(plan.parts(), {});
+}
+
+// A word that is nowhere.
+std::string searched(const std::string& chart) {
+    return melvorin::findText(melvorin::fromUtf8(chart), u"zebra", 0, {}) ? "" : "-";
+}
+
+std::string normalised(const std::string& chart) {
+    return melvorin::toUtf8(melvorin::normaliseSuffixes(melvorin::fromUtf8(chart)));
+}
+
+std::string imported(const std::string& chart) {
+    return melvorin::toUtf8(melvorin::importSong(melvorin::fromUtf8(chart)).chart());
+}
+
 // Ten times the lines should take ten times as long.
-void linearity(const std::string& name, std::string (*work)(const std::string&), char blank) {
-    std::string small = chartOfLines(100'000);
-    std::string large = chartOfLines(1'000'000);
-    for (std::string* const chart : {&small, &large})
-        std::replace(chart->begin(), chart->end(), ' ', blank);
+void linearity(const std::string& name, std::string (*work)(const std::string&),
+               std::string (*prepared)(const std::string&)) {
+    const std::string small = prepared(chartOfLines(100'000));
+    const std::string large = prepared(chartOfLines(1'000'000));
     std::vector<double> smallTimes;
     std::vector<double> largeTimes;
-    for (int round = 0; round < 9; ++round) {
+    for (int round = 0; round < 5; ++round) {
         smallTimes.push_back(seconds(small, work));
         largeTimes.push_back(seconds(large, work));
     }
@@ -133,8 +187,13 @@ int main() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     throughput();
-    linearity("engine", transposed, ' ');
-    linearity("engine_tabs", withTabsExpanded, '\t');
-    linearity("engine_replace", withLanternsReplaced, ' ');
+    linearity("engine", transposed, asItIs);
+    linearity("engine_tabs", withTabsExpanded, withTabs);
+    linearity("engine_find", searched, asItIs);
+    linearity("engine_replace", withLanternsReplaced, asItIs);
+    linearity("engine_normalise", normalised, asItIs);
+    linearity("engine_import", imported, asItIs);
+    linearity("engine_open_rich_text", opened, richText);
+    linearity("engine_replace_rich_text", withRichLanternsReplaced, richText);
     return bytesWritten > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

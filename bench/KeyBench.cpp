@@ -275,23 +275,6 @@ double timeOfKeyWindow() {
 
 // ---- Typing -----------------------------------------------------------------------------------
 
-// A character as the keyboard sends it, until it is drawn.
-double timeOfCharacter(OpenChart& chart) {
-    const HWND control = chart.editor().handle();
-    return timeOf([&] {
-        ::SendMessageW(control, WM_CHAR, u'e', 1);
-        ::UpdateWindow(control);
-    });
-}
-
-double timeOfUnrecordedCharacter(OpenChart& chart) {
-    const HWND control = chart.editor().handle();
-    const LRESULT events = ::SendMessageW(control, EM_SETEVENTMASK, 0, 0);
-    const double time = timeOfCharacter(chart);
-    ::SendMessageW(control, EM_SETEVENTMASK, 0, events);
-    return time;
-}
-
 // Characters go all over the song, with and without a snapshot in turn.
 void typing(std::int32_t lines) {
     constexpr int kCharacters = 300;

@@ -7,28 +7,6 @@ namespace {
 
 // ---- Full screen ------------------------------------------------------------------------------
 
-// What this thread has worked so far, whoever else has the machine.
-double workOfThread() {
-    FILETIME unused{};
-    FILETIME kernel{};
-    FILETIME user{};
-    ::GetThreadTimes(::GetCurrentThread(), &unused, &unused, &kernel, &user);
-    const auto ms = [](const FILETIME& time) {
-        return (static_cast<double>(time.dwHighDateTime) * 4294967296.0 + time.dwLowDateTime) / 1e4;
-    };
-    return ms(kernel) + ms(user);
-}
-
-// Until the view is drawn and its panel's lists are filled.
-double timeOfOpening(OpenChart& chart) {
-    frmFScreen& view = chart.form().fullScreen();
-    return timeOf([&] {
-        chart.form().run(Command::mnuFullScreen);
-        while (view.isOpen() && !view.panel().isPrepared())
-            chart.pump();
-    });
-}
-
 // Steps all over the song, each until it is drawn; and the same with the reading and writing back
 // of the whole text, which the program leaves out.
 void fullScreen(std::int32_t lines) {

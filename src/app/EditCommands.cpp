@@ -157,15 +157,20 @@ bool loadConverted(Editor& editor, const std::string& rtf, const RtfMap& map,
     Text expected(map.text());
     for (const Letter& letter : letters)
         expected[letter.position] = letter.becomes;
-    if (editor.loadRtf(map.rewrite(rewritesOf(letters), {})) && editor.text().chars == expected)
-        return true;
-    // The edits one by one begin with what was there before.
-    if (!editor.loadRtf(rtf) || editor.text().chars != map.text())
-        throw std::runtime_error("the editor does not take its own text back");
-    return false;
+    return loadRewritten(editor, rtf, map.text(), map.rewrite(rewritesOf(letters), {}), expected);
 }
 
 }  // namespace
+
+bool loadRewritten(Editor& editor, const std::string& rtf, TextView text,
+                   const std::string& rewritten, TextView expected) {
+    if (editor.loadRtf(rewritten) && editor.text().chars == expected)
+        return true;
+    // Edits one by one begin with what was there before.
+    if (!editor.loadRtf(rtf) || editor.text().chars != text)
+        throw std::runtime_error("the editor does not take its own text back");
+    return false;
+}
 
 void convertCase(Editor& editor, LetterCase to) {
     const Selection selection = editor.selection();

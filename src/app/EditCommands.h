@@ -35,4 +35,10 @@ enum class LetterCase { Upper, Lower };
 // are pictures and stay as they are.
 void convertCase(Editor& editor, LetterCase to);
 
+// Loads a rewritten form of the document that `rtf` and `text` describe. False when the control
+// does not read `expected` out of it; the document is then what it was. Throws
+// std::runtime_error when the control does not even take that back.
+bool loadRewritten(Editor& editor, const std::string& rtf, TextView text,
+                   const std::string& rewritten, TextView expected);
+
 }  // namespace melvorin

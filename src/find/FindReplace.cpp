@@ -1,8 +1,10 @@
 #include "find/FindReplace.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "find/TextSearch.h"
+#include "app/EditCommands.h"
+#include "find/ReplacePlan.h"
 
 namespace melvorin {
 namespace {
@@ -18,23 +20,63 @@ void tell(MessageBoxes& messages, TextView text) {
 
 class EditorTarget : public FindTarget {
   public:
-    EditorTarget(Editor& editor, const std::function<void()>& firstMatch)
-        : editor_(editor), firstMatch_(firstMatch) {}
+    explicit EditorTarget(Editor& editor) : editor_(editor) {}
     std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
         return editor_.find(what, from, options);
     }
     void replace(Selection match, TextView with) override {
-        if (!std::exchange(hasMatch_, true))
-            firstMatch_();
         editor_.select(match);
         editor_.replaceSelection(with);
     }
 
   private:
     Editor& editor_;
-    const std::function<void()>& firstMatch_;
-    bool hasMatch_ = false;
 };
+
+bool hasControlCharacters(TextView text) {
+    return std::any_of(text.begin(), text.end(), [](char16_t c) { return c < u' '; });
+}
+
+// The control takes about as long for one replacement as for loading so many lines.
+constexpr std::ptrdiff_t kLinesPerReplacement = 25;
+
+bool isWorthALoad(TextView text, int matches) {
+    return std::count(text.begin(), text.end(), u'\r') < matches * kLinesPerReplacement;
+}
+
+// Whether the control finds in its text what the search in memory does.
+bool findsTheSame(const Editor& editor, TextView text, const FindReplace::Request& request) {
+    for (std::int32_t from = 0;;) {
+        const auto here =
+            findText(text, request.what, static_cast<std::size_t>(from), request.options);
+        const auto there = editor.find(request.what, from, request.options);
+        if (here.has_value() != there.has_value() ||
+            (here && there->begin != static_cast<std::int32_t>(*here)))
+            return false;
+        if (!here)
+            return true;
+        from = there->begin + static_cast<std::int32_t>(request.what.size());
+    }
+}
+
+// Many replacements as one change of the Rich Text. Nothing where that does not pay, or would not
+// give what the control does; the document is then what it was.
+std::optional<Replaced> replaceByLoad(Editor& editor, const FindReplace::Request& request,
+                                      const std::function<bool()>& mayGoOn) {
+    if (hasControlCharacters(request.what) || hasControlCharacters(request.with))
+        return std::nullopt;
+    const Text text = editor.text().chars;
+    ReplacePlan plan(text);
+    const Replaced done = replaceAll(plan, request.what, request.with, request.options, mayGoOn);
+    if (!isWorthALoad(text, done.count) || !findsTheSame(editor, text, request))
+        return std::nullopt;
+    const std::string rtf = editor.rtf();
+    const std::optional<RtfMap> map = RtfMap::parse(rtf);
+    if (!map || map->text() != text ||
+        !loadRewritten(editor, rtf, text, map->rewrite(plan.parts(), {}), plan.text()))
+        return std::nullopt;
+    return done;
+}
 
 }  // namespace
 
@@ -95,12 +137,18 @@ void FindReplace::replaceEach(const Request& request, const std::function<void()
         busy_ = true;
         stop_ = false;
         editor_.select({0, 0});
-        EditorTarget target(editor_, focusEditor_);
+        const auto mayGoOn = [&] {
+            pump();
+            return !stop_;
+        };
         try {
-            done = replaceAll(target, request.what, request.with, request.options, [&] {
-                pump();
-                return !stop_;
-            });
+            const auto loaded = replaceByLoad(editor_, request, mayGoOn);
+            EditorTarget target(editor_);
+            done = loaded
+                       ? *loaded
+                       : replaceAll(target, request.what, request.with, request.options, mayGoOn);
+            if (done.count > 0)
+                focusEditor_();
         } catch (...) {
             // What was replaced already can be undone.
             busy_ = false;

@@ -8,6 +8,7 @@
 
 #include "app/LetterCase.h"
 #include "app/RecentFiles.h"
+#include "find/ReplacePlan.h"
 #include "find/TabExpansion.h"
 #include "find/TextSearch.h"
 
@@ -73,6 +74,85 @@ TEST(ReplaceLoop, OptionsAndStopping) {
     EXPECT_EQ(toUtf8(target.text()), "bbaa");
     EXPECT_FALSE(isSearchText(u"   "));
     EXPECT_TRUE(isSearchText(u"  a"));
+}
+
+// Every character of a generated song has a colour of three; a replacement has that of the first
+// character it replaces.
+struct ColouredText : FindTarget {
+    Text text;
+    std::vector<int> colours;
+
+    explicit ColouredText(TextView plain) : text(plain) {
+        for (std::size_t i = 0; i < text.size(); ++i)
+            colours.push_back(static_cast<int>((i * 7 + i / 5) % 3));
+    }
+    std::string rtf() const {
+        std::string source =
+            "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}}"
+            "{\\colortbl ;\\red10\\green0\\blue0;\\red20\\green0\\blue0;}\\pard\\f0 ";
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            source += "\\cf" + std::to_string(colours[i]);
+            source += text[i] == u'\r' ? std::string("\\par ") : " " + toUtf8(text.substr(i, 1));
+        }
+        return source + "}";
+    }
+    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
+        const auto start = findText(text, what, static_cast<std::size_t>(from), options);
+        if (!start)
+            return std::nullopt;
+        const auto begin = static_cast<std::int32_t>(*start);
+        return Selection{begin, begin + static_cast<std::int32_t>(what.size())};
+    }
+    void replace(Selection match, TextView with) override {
+        const auto begin = static_cast<std::size_t>(match.begin);
+        const auto size = static_cast<std::size_t>(match.end - match.begin);
+        const int colour = colours[begin];
+        text.replace(begin, size, with);
+        const auto at = colours.begin() + match.begin;
+        colours.insert(colours.erase(at, at + (match.end - match.begin)), with.size(), colour);
+    }
+};
+
+TEST(ReplacePlan, ChangesTheRichTextAsTheLoopDoes) {
+    std::mt19937 random(7);
+    const auto word = [&](std::size_t least, std::size_t most, TextView letters) {
+        Text text(std::uniform_int_distribution<std::size_t>(least, most)(random), u'a');
+        for (char16_t& c : text)
+            c = letters[random() % letters.size()];
+        return text;
+    };
+    int replaced = 0;
+    for (int round = 0; round < 5'000; ++round) {
+        const Text text = word(1, 40, u"aaabbb\r") + u"!";
+        const Text what = word(1, 3, u"ab");
+        const Text with = word(0, 4, u"abc");
+        const FindOptions options{random() % 2 == 0, random() % 4 == 0};
+        SCOPED_TRACE(toUtf8(text) + "/" + toUtf8(what) + "/" + toUtf8(with));
+        int asked = 0;
+        const int limit = random() % 4 == 0 ? 3 : 1000;
+        const auto mayGoOn = [&] { return asked++ < limit; };
+
+        ColouredText loop(text);
+        const std::string before = loop.rtf();
+        const Replaced done = replaceAll(loop, what, with, options, mayGoOn);
+        asked = 0;
+        ReplacePlan plan(text);
+        const Replaced planned = replaceAll(plan, what, with, options, mayGoOn);
+        ASSERT_EQ(planned.count, done.count);
+        EXPECT_EQ(planned.nextStart, done.nextStart);
+        ASSERT_EQ(plan.text(), loop.text);
+        const auto map = RtfMap::parse(before);
+        ASSERT_TRUE(map && map->text() == text);
+        const auto after = RtfMap::parse(map->rewrite(plan.parts(), {}));
+        ASSERT_TRUE(after);
+        ASSERT_EQ(after->text(), loop.text);
+        for (std::size_t i = 0; i < loop.text.size(); ++i) {
+            const std::optional<Rgb> colour = after->colourAt(i);
+            ASSERT_EQ(colour ? colour->red / 10 : 0, loop.colours[i]) << i;
+        }
+        replaced += done.count;
+    }
+    EXPECT_GT(replaced, 10'000);
 }
 
 // Against the C library's own tables, for every character that is covered.

@@ -1,4 +1,6 @@
 // The find window on the real editor.
+#include <random>
+
 #include "Scripted.h"
 
 namespace melvorin::testing {
@@ -165,6 +167,78 @@ TEST(Find, KeepsTheFormatsAroundTheMatches) {
     EXPECT_EQ(styleAt(0).bold, false);
     EXPECT_EQ(styleAt(6).bold, true);
     EXPECT_EQ(styleAt(14).italic, true);
+}
+
+// The control's own loop.
+class LoopTarget : public FindTarget {
+  public:
+    explicit LoopTarget(RichEdit& editor) : editor_(editor) {}
+    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
+        return editor_.find(what, from, options);
+    }
+    void replace(Selection match, TextView with) override {
+        editor_.select(match);
+        editor_.replaceSelection(with);
+    }
+
+  private:
+    RichEdit& editor_;
+};
+
+// Text, and what every character looks like.
+std::string looks(RichEdit& editor) {
+    std::string all;
+    const Text text = editor.text().chars;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size()); ++i) {
+        const Text character = text.substr(static_cast<std::size_t>(i), 1);
+        all += character == u"\r" ? "|" : toUtf8(character);
+        editor.select({i, i + 1});
+        const SelectionStyle style = editor.selectionStyle();
+        all += style.bold == true ? "b" : "";
+        all += style.italic == true ? "i" : "";
+        all += style.face == u"Arial" ? "A" : "";
+        all += std::to_string(style.colour ? style.colour->red / 10 : 9);
+    }
+    return all;
+}
+
+TEST(Find, OneLoadGivesWhatTheLoopGives) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    RichEdit& editor = program.editor();
+    std::mt19937 random(11);
+    const auto one = [&](auto... of) {
+        const std::string_view pick[] = {of...};
+        return std::string(pick[random() % std::size(pick)]);
+    };
+    int byLoad = 0;
+    for (int round = 0; round < 60; ++round) {
+        std::string rtf =
+            "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fcharset0 Lucida Console;}{\\f1\\fcharset0 "
+            "Arial;}}{\\colortbl ;\\red10\\green0\\blue0;\\red20\\green0\\blue0;}\\pard ";
+        for (int i = 0; i < 30; ++i) {
+            rtf += one("", "", "", "\\b ", "\\b0 ", "\\i ", "\\i0 ", "\\f1 ", "\\f0 ", "\\cf1 ",
+                       "\\cf2 ", "\\cf0 ");
+            rtf += one("a", "a", "b", "ab", "A", " ", "\\'e9", "\\par ");
+        }
+        rtf += "!}";
+        const FindReplace::Request request{fromUtf8(one("a", "ab", "b", "A", "aa", "\xC3\xA9")),
+                                           fromUtf8(one("", "x", "ba", "aab", "\xC3\xBC b")),
+                                           {random() % 2 == 0, random() % 3 == 0}};
+        SCOPED_TRACE(rtf + " " + shown(request.what) + "/" + shown(request.with));
+        ASSERT_TRUE(editor.loadRtf(rtf));
+        const HWND control = editor.handle();
+        FindReplace finder(
+            editor, program.messages, [] {}, [] {});
+        finder.replaceEach(request, [] {});
+        byLoad += control != editor.handle();
+        const std::string loaded = looks(editor);
+        ASSERT_TRUE(editor.loadRtf(rtf));
+        LoopTarget loop(editor);
+        replaceAll(loop, request.what, request.with, request.options, [] { return true; });
+        ASSERT_EQ(loaded, looks(editor));
+    }
+    EXPECT_GT(byLoad, 30);
 }
 
 // While it runs, Esc and Exit end it and everything else waits.
