@@ -153,6 +153,7 @@ class BenchClipboard : public Clipboard {
 
 class NoShell : public ShellOpener {
   public:
+    bool showHelp(TextView, TextView) override { return false; }
     Result<Done> open(TextView) override { return Result<Done>::failure({}); }
 };
 

@@ -73,11 +73,6 @@ def stage(build, listing, folder, version, seconds):
     for line in listing.read_text(encoding="utf-8").splitlines():
         if not line or line.startswith("#"):
             continue
-        if line.startswith("if "):
-            if not (TREE / line[3:]).exists():
-                print(f"make-package: without {line[3:]}, the rest of the list is left out")
-                break
-            continue
         place, _, text = line.partition(" < ")
         source = TREE / text if text else build / place
         target = folder / place

@@ -9,6 +9,7 @@ packages=(
     googletest clang clang-format clang-tidy libasan8 libubsan1
     wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick mandoc
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
+    fp-utils python3-markdown
     python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont
 )
 # Some distributors put npm into the package of Node.js itself.

@@ -253,6 +253,9 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CONTEXTMENU:
             onContextMenu(lParam);
             return 0;
+        case WM_HELP:
+            onHelp(*reinterpret_cast<const HELPINFO*>(lParam));
+            return TRUE;
         case WM_TIMER:
             if (wParam == kIdleTimer)
                 onIdleTimer();

@@ -88,6 +88,7 @@ class Form1 : public Window {
     bool onEditorCharacter(WPARAM character);
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);
+    void onHelp(const HELPINFO& info);
     void onIdleTimer();
     void onShown();
     void onClose();

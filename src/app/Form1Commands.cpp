@@ -230,17 +230,27 @@ void Form1::cleanRecent() {
 // A page that is missing does not keep the example from opening, nor the other way round.
 void Form1::openShipped(Command command) {
     const std::optional<ShippedPages> pages = pagesOf(command);
-    const Text folder = services_.program.folder();
     if (!pages->document.empty()) {
         if (!documents_.mayLeave())
             return;
-        documents_.openExample(joinPath(folder, pages->document));
+        documents_.openExample(joinPath(services_.program.folder(), pages->document));
     }
-    const Text page = joinPath(folder, pages->page);
-    const Result<Done> opened = services_.shell.open(page);
-    if (!opened)
-        reportFailure(services_.messages,
-                      u"Melvorin cannot open \"" + page + u"\".\r\n\r\n" + opened.cause);
+    showPage(services_, pages->help, pages->page);
+}
+
+// Every window of the program hands its F1 up to its owner, and so in the end to this one. The page
+// is that of the innermost window that has one.
+void Form1::onHelp(const HELPINFO& info) {
+    if (info.iContextType == HELPINFO_MENUITEM)
+        return showPage(services_, kHelpFile, kCommandsPage);
+    TextView page;
+    for (auto window = static_cast<HWND>(info.hItemHandle); window != nullptr && page.empty();
+         window = ::GetParent(window)) {
+        Text name(256, u'\0');
+        name.resize(static_cast<std::size_t>(::GetClassNameW(window, wideBuffer(name), 256)));
+        page = pageOfWindow(name);
+    }
+    showPage(services_, kHelpFile, page.empty() ? pageOfWindow(u"MelvorinForm1") : page);
 }
 
 void Form1::about() {

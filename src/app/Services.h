@@ -111,10 +111,13 @@ class Clipboard {
     virtual Result<Text> text(std::uint64_t limit) = 0;
 };
 
-// The programs that the system opens a file or page with.
+// The programs that the system shows a file or page with.
 class ShellOpener {
   public:
     virtual ~ShellOpener() = default;
+    // Shows a page of a compiled help file in the system's help viewer, in a window of its own.
+    // False where there is no viewer or it cannot show the file.
+    virtual bool showHelp(TextView file, TextView page) = 0;
     // Fails with a sentence.
     virtual Result<Done> open(TextView target) = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <commdlg.h>
 #include <mmsystem.h>
+#include <objbase.h>
 
 #include <algorithm>
 
@@ -313,6 +314,41 @@ Result<Text> Win32Clipboard::text(std::uint64_t limit) {
 }
 
 // ---- Shell ------------------------------------------------------------------------------------
+
+namespace {
+
+// The help viewer's commands.
+constexpr UINT kDisplayTopic = 0;
+constexpr UINT kCloseAll = 18;
+
+// The viewer shows its pages by the system's HTML engine; without one its window stays empty.
+bool showsPages() {
+    constexpr CLSID document = {
+        0x25336920, 0x03F9, 0x11CF, {0x8F, 0xDF, 0x00, 0xAA, 0x00, 0x68, 0x9D, 0xC9}};
+    const HRESULT begun = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    IUnknown* engine = nullptr;
+    const HRESULT made = ::CoCreateInstance(document, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                            reinterpret_cast<void**>(&engine));
+    if (engine != nullptr)
+        engine->Release();
+    if (SUCCEEDED(begun))
+        ::CoUninitialize();
+    return SUCCEEDED(made);
+}
+
+}  // namespace
+
+bool Win32ShellOpener::showHelp(TextView file, TextView page) {
+    if (htmlHelp_ == nullptr && showsPages())
+        htmlHelp_ = systemFunction<HtmlHelp>(L"hhctrl.ocx", "HtmlHelpW");
+    return htmlHelp_ != nullptr &&
+           htmlHelp_(nullptr, wide(Text(file) + u"::/" + Text(page)), kDisplayTopic, 0) != nullptr;
+}
+
+Win32ShellOpener::~Win32ShellOpener() {
+    if (htmlHelp_ != nullptr)
+        htmlHelp_(nullptr, nullptr, kCloseAll, 0);
+}
 
 Result<Done> Win32ShellOpener::open(TextView target) {
     const auto code = reinterpret_cast<INT_PTR>(

@@ -74,7 +74,17 @@ class Win32Clipboard : public Clipboard {
 
 class Win32ShellOpener : public ShellOpener {
   public:
+    Win32ShellOpener() = default;
+    Win32ShellOpener(const Win32ShellOpener&) = delete;
+    Win32ShellOpener& operator=(const Win32ShellOpener&) = delete;
+    // The viewer's windows live in this process; they close before it ends.
+    ~Win32ShellOpener() override;
+    bool showHelp(TextView file, TextView page) override;
     Result<Done> open(TextView target) override;
+
+  private:
+    using HtmlHelp = HWND(WINAPI*)(HWND caller, const wchar_t* file, UINT command, DWORD_PTR data);
+    HtmlHelp htmlHelp_ = nullptr;  // null until the viewer was asked for, and where there is none
 };
 
 class Win32Screen : public Screen {

@@ -67,6 +67,9 @@ LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CLOSE:
             callbacks_.returned();
             return 0;
+        case WM_HELP:
+            // On stage a slip beside F2 must not bring a window up.
+            return TRUE;
         case WM_SYSCOMMAND:
             return callbacks_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
         default:

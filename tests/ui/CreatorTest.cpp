@@ -101,6 +101,18 @@ SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
 
 constexpr TextView kSong = u"Intro: Am  Gmaj7\rLa [C7alt]la\rDad\r";
 
+TEST(Creator, HasAPageInTheHelp) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.program.present = {u"C:\\Program\\Melvorin.chm"};
+    CreatorRun(program, [&](Creator& creator) {
+        askForHelp(creator.control(Creator::kLines));
+        press(creator, IDCANCEL);
+    });
+    EXPECT_EQ(program.shell.helpShown,
+              std::vector<std::string>{"C:\\Program\\Melvorin.chm::creator.html"});
+}
+
 TEST(Creator, ShowsWhatItUnderstoodAndMakesTheChart) {
     Program program;
     program.profiles.write(u"Tela", u"Option", u"0", u"C:\\Program\\Melvorin.ini");

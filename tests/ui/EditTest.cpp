@@ -368,19 +368,65 @@ TEST(Examples, OpenUntitledAndTellWhatIsMissing) {
     ASSERT_EQ(program.messages.boxes.size(), 2U);
     EXPECT_NE(program.messages.boxes[1].text.find("Abc Song.mvt"), std::string::npos);
     EXPECT_EQ(program.text(), "x");
-    EXPECT_EQ(program.shell.opened,
-              std::vector<std::string>{"C:\\Program\\Examples\\Example1.chm"});
-    program.shell.opened.clear();
+    EXPECT_EQ(program.shell.opened, std::vector<std::string>{"C:\\Program\\Help\\example-1.html"});
 
     program.shell.works = false;
-    for (const Command page : {Command::mnuHlpTcs, Command::ExMovie1, Command::ExMovie4}) {
+    for (const auto& [page, missing] : {std::pair(Command::mnuHlpTcs, "Program\\Melvorin.chm"),
+                                        std::pair(Command::ExMovie1, "Help\\first-song.html"),
+                                        std::pair(Command::ExMovie4, "Help\\questions.html")}) {
         program.messages.boxes.clear();
         program.command(page);
         ASSERT_EQ(program.messages.boxes.size(), 1U);
-        EXPECT_NE(program.messages.boxes[0].text.find("The file was not found."),
-                  std::string::npos);
+        for (const char* const part : {"The file was not found.", missing})
+            EXPECT_NE(program.messages.boxes[0].text.find(part), std::string::npos) << part;
     }
-    EXPECT_EQ(program.shell.opened[0], "C:\\Program\\Melvorin.chm");
+}
+
+TEST(Help, OpensAtThePageOfTheWindow) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.program.present = {u"C:\\Program\\Melvorin.chm"};
+    std::vector<std::string>& shown = program.shell.helpShown;
+    const auto expectPage = [&](const std::string& page) {
+        ASSERT_EQ(shown.size(), 1U) << page;
+        EXPECT_EQ(shown[0], "C:\\Program\\Melvorin.chm::" + page);
+        shown.clear();
+    };
+    program.command(Command::mnuHlpTcs);
+    expectPage("index.html");
+    askForHelp(program.editor().handle());
+    expectPage("main-window.html");
+    askForHelp(program.editor().handle(), HELPINFO_MENUITEM);
+    expectPage("commands.html");
+
+    // In the control that has the focus.
+    const std::pair<Command, const char*> windows[] = {
+        {Command::mnuEditDic, "dictionary.html"}, {Command::mnuFind, "find.html"},
+        {Command::mnuFont, "font.html"},          {Command::mnuTab, "tablature.html"},
+        {Command::mnuDps, "tuner.html"},          {Command::mnuFullScreen, "on-stage.html"},
+    };
+    program.editor().replaceSelection(u"C\rla\rla");
+    for (const auto& [command, page] : windows) {
+        program.command(command);
+        program.waitUntil([] { return ::GetFocus() != nullptr; });
+        askForHelp(::GetFocus());
+        expectPage(page);
+    }
+    askForHelp(program.form->fullScreen().FSRTB().handle());
+    expectPage("on-stage.html");
+
+    // On the bar of a run F1 stands beside the keys that move the text.
+    frmFScreenB& panel = program.form->fullScreen().panel();
+    ::SendMessageW(panel.handle(), WM_COMMAND, frmFScreenB::Command4, 0);
+    ASSERT_TRUE(panel.bar().isOpen());
+    askForHelp(::GetDlgItem(panel.bar().handle(), Form3::Cmd));
+    EXPECT_TRUE(shown.empty());
+
+    // Without a viewer the same page is for the browser.
+    program.shell.hasViewer = false;
+    askForHelp(program.form->findWindow().handle());
+    EXPECT_EQ(program.shell.opened, std::vector<std::string>{"C:\\Program\\Help\\find.html"});
+    EXPECT_TRUE(program.messages.boxes.empty());
 }
 
 TEST(Examples, CannotBeOverwritten) {

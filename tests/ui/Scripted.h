@@ -194,6 +194,11 @@ class ScriptedClipboard : public Clipboard {
 
 class RecordedShell : public ShellOpener {
   public:
+    bool showHelp(TextView file, TextView page) override {
+        if (hasViewer)
+            helpShown.push_back(shown(file) + "::" + shown(page));
+        return hasViewer;
+    }
     Result<Done> open(TextView target) override {
         opened.push_back(shown(target));
         return works ? Result<Done>::success({})
@@ -201,7 +206,9 @@ class RecordedShell : public ShellOpener {
     }
 
     bool works = true;
+    bool hasViewer = true;
     std::vector<std::string> opened;
+    std::vector<std::string> helpShown;
 };
 
 class ScriptedScreen : public Screen {
@@ -434,5 +441,14 @@ class Program {
     std::unique_ptr<Form1> form;
     bool ended = false;
 };
+
+// As the system does where F1 goes down.
+inline void askForHelp(HWND window, int contextType = HELPINFO_WINDOW) {
+    HELPINFO info{};
+    info.cbSize = sizeof info;
+    info.iContextType = contextType;
+    info.hItemHandle = window;
+    ::SendMessageW(window, WM_HELP, 0, lparamOf(&info));
+}
 
 }  // namespace melvorin::testing
