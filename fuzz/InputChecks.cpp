@@ -162,7 +162,8 @@ void checkArguments(std::string_view bytes) {
                 const std::size_t equals = argument.find(u'=');
                 const TextView value =
                     equals == Text::npos ? argument : TextView(argument).substr(equals + 1);
-                return !value.empty() && (path.starts_with(argument) || path.starts_with(value));
+                return (!argument.empty() && path.starts_with(argument)) ||
+                       (!value.empty() && path.starts_with(value));
             });
         require(isNamed, "only what was named is written", path);
     }

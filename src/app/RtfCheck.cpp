@@ -393,14 +393,14 @@ bool Checker::word(const RtfToken& token) {
     const std::size_t length = (token.name == "bin" ? token.data : token.end) - token.begin;
     if (length > kMaxRtfWordLength)
         return malformed(u"A command of the document is too long.");
-    wordEnd_ = token.end;
-    keepDistance(token);
     if (token.name == "bin") {
         if (token.number < 0)
             return malformed(u"The length of binary data in the document is wrong.");
         rewriteBinary(token);
         return true;
     }
+    wordEnd_ = token.end;
+    keepDistance(token);
     if (level().started &&
         std::binary_search(kDestinations.begin(), kDestinations.end(), token.name))
         return malformed(kMisplaced);

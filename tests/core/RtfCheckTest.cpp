@@ -218,6 +218,7 @@ TEST(RtfCheck, GivesWhatEveryControlReads) {
          "{\\rtf1\\tx0 a\\fi31680 b\\li-31680 \\tx31680 c\\tx0 d}"},
         {"{\\rtf1{\\fonttbl\\f0\\fnil\t\tA;\\f1 \tB;}a}",
          "{\\rtf1{\\fonttbl\\f0\\fnil A;\\f1 B;}a}"},
+        {"{\\rtf1{\\fonttbl{\\f0 A;\\bin1 x\t}}a}", "{\\rtf1{\\fonttbl{\\f0 A;\r\n}}a}"},
         {"{\\rtf1{\\fonttbl{\\f0\\fcharset7 A;}{\\f1\\fcharset204 B;}}a}",
          "{\\rtf1{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fcharset204 B;}}a}"},
         {"{\\rtf1 a\\bin3 }}}b\\bin0 c}", "{\\rtf1 a\r\nb\r\nc}"},
