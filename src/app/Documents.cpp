@@ -2,6 +2,7 @@
 
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
+#include "app/RtfCheck.h"
 
 namespace melvorin {
 namespace {
@@ -30,6 +31,11 @@ std::vector<FileFilter> openFilters() {
     std::vector<FileFilter> filters = saveFilters();
     filters.push_back({u"Text Documents (*.txt)", u"*.txt"});
     return filters;
+}
+
+// Some controls write broken Rich Text where a symbol font has not got a character.
+bool isReadable(std::string_view rtf) {
+    return checkRtf(rtf).kind == RtfVerdict::Kind::Ok;
 }
 
 Text quoted(TextView path) {
@@ -217,8 +223,15 @@ std::optional<FileMark> Documents::showFile(TextView path) {
     if (*size.value > kLargeFile && !confirmLargeFile(path, *size.value))
         return std::nullopt;
 
+    // What the control takes but cannot write could never be saved.
+    const bool isDoubtful = content.value->rtf.find("\\fcharset2") != std::string::npos;
+    const std::string before = isDoubtful ? editor_.rtf() : std::string();
     if (!showContent(*content.value))
         return refuse(u"The editor does not take what the file holds.");
+    if (isDoubtful && !isReadable(editor_.rtf())) {
+        editor_.loadRtf(before);
+        return refuse(u"It has characters in a symbol font that the editor could not save again.");
+    }
     editor_.scrollCaretIntoView();
     return markOf(*bytes.value);
 }
@@ -247,10 +260,16 @@ bool Documents::writeTo(TextView path) {
     const bool isPlain = extension == u"txt" || extension == u"doc";
     const std::string bytes =
         isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf();
+    const auto refuse = [&](TextView cause) {
+        return fail(u"Melvorin cannot save", path,
+                    Text(cause) + u"\r\n\r\nThe song is still open, and the file is as it was.");
+    };
+    // A file that could not be opened again is worse than none.
+    if (!isPlain && !isReadable(bytes))
+        return refuse(u"It has characters in a symbol font that the editor cannot write.");
     const Result<Done> written = services_.files.replace(path, bytes);
     if (!written)
-        return fail(u"Melvorin cannot save", path,
-                    written.cause + u"\r\n\r\nThe song is still open, and the file is as it was.");
+        return refuse(written.cause);
     setPath(path, markOf(bytes));
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;
