@@ -18,21 +18,6 @@ void tell(MessageBoxes& messages, TextView text) {
     messages.show(text, kDefaultTitle, MessageIcon::None, MessageButtons::Ok);
 }
 
-class EditorTarget : public FindTarget {
-  public:
-    explicit EditorTarget(Editor& editor) : editor_(editor) {}
-    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
-        return editor_.find(what, from, options);
-    }
-    void replace(Selection match, TextView with) override {
-        editor_.select(match);
-        editor_.replaceSelection(with);
-    }
-
-  private:
-    Editor& editor_;
-};
-
 bool hasControlCharacters(TextView text) {
     return std::any_of(text.begin(), text.end(), [](char16_t c) { return c < u' '; });
 }

@@ -19,6 +19,22 @@ class FindTarget {
     virtual void replace(Selection match, TextView with) = 0;
 };
 
+// The editor, match by match.
+class EditorTarget : public FindTarget {
+  public:
+    explicit EditorTarget(Editor& editor) : editor_(editor) {}
+    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
+        return editor_.find(what, from, options);
+    }
+    void replace(Selection match, TextView with) override {
+        editor_.select(match);
+        editor_.replaceSelection(with);
+    }
+
+  private:
+    Editor& editor_;
+};
+
 struct Replaced {
     int count = 0;
     std::int32_t nextStart = 0;  // where a further search would begin

@@ -169,22 +169,6 @@ TEST(Find, KeepsTheFormatsAroundTheMatches) {
     EXPECT_EQ(styleAt(14).italic, true);
 }
 
-// The control's own loop.
-class LoopTarget : public FindTarget {
-  public:
-    explicit LoopTarget(RichEdit& editor) : editor_(editor) {}
-    std::optional<Selection> find(TextView what, std::int32_t from, FindOptions options) override {
-        return editor_.find(what, from, options);
-    }
-    void replace(Selection match, TextView with) override {
-        editor_.select(match);
-        editor_.replaceSelection(with);
-    }
-
-  private:
-    RichEdit& editor_;
-};
-
 // Text, and what every character looks like.
 std::string looks(RichEdit& editor) {
     std::string all;
@@ -234,7 +218,7 @@ TEST(Find, OneLoadGivesWhatTheLoopGives) {
         byLoad += control != editor.handle();
         const std::string loaded = looks(editor);
         ASSERT_TRUE(editor.loadRtf(rtf));
-        LoopTarget loop(editor);
+        EditorTarget loop(editor);
         replaceAll(loop, request.what, request.with, request.options, [] { return true; });
         ASSERT_EQ(loaded, looks(editor));
     }
