@@ -199,6 +199,32 @@ TEST_F(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
     }
 }
 
+// Keys that come in meanwhile wait; none is lost, and neither is a step.
+TEST_F(Recovery, ASlowDiskLosesNothing) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"song.txt", "C\r\n");
+    {
+        Program program;
+        program.files.delayMs = 60;
+        ASSERT_TRUE(program.start(path));
+        const int before = program.history().count();
+        for (const char16_t c : TextView(u"Am G7 "))
+            ::PostMessageW(program.editor().handle(), WM_CHAR, c, 1);
+        program.waitUntil([&] { return program.text() == "Am G7 C"; });
+        EXPECT_EQ(program.history().count(), before + 6);
+        program.command(Command::mnuFileSave);
+        EXPECT_EQ(folder.content(u"song.txt"), "Am G7 C\r\n");
+        EXPECT_TRUE(program.messages.boxes.empty());
+        program.type(u"x");
+        program.crash();
+    }
+    NextProgram program;
+    program.files.delayMs = 60;
+    program.messages.answer(Answer::Yes);
+    ASSERT_TRUE(program.start());
+    EXPECT_EQ(program.text(), "Am G7 xC");
+}
+
 TEST_F(Recovery, ARunWithoutAJournalGoesOn) {
     Program program;
     program.files.temporaryNames = false;

@@ -272,11 +272,17 @@ class RecordedMultimedia : public Multimedia {
 // The real files, with faults on request.
 class FaultyFiles : public Win32Files {
   public:
+    Result<std::string> read(TextView path) override {
+        ::Sleep(delayMs);
+        return Win32Files::read(path);
+    }
     Result<Done> write(TextView path, std::string_view bytes) override {
+        ::Sleep(delayMs);
         return diskFull ? Result<Done>::failure(u"The disk is full.")
                         : Win32Files::write(path, bytes);
     }
     Result<Done> replace(TextView path, std::string_view bytes) override {
+        ::Sleep(delayMs);
         return diskFull ? Result<Done>::failure(u"The disk is full.")
                         : Win32Files::replace(path, bytes);
     }
@@ -295,6 +301,7 @@ class FaultyFiles : public Win32Files {
     }
 
     bool offersRemains = false;
+    DWORD delayMs = 0;  // of every reading and writing, as over a bad network
     bool diskFull = false;
     bool temporaryNames = true;
 };
