@@ -154,15 +154,14 @@ std::size_t countGdiObjects() {
         std::count_if(table, table + 0x10000, [](const Entry& entry) { return entry.type != 0; }));
 }
 
-BOOL CALLBACK countWindow(HWND window, LPARAM count) {
+BOOL CALLBACK countChild(HWND, LPARAM count) {
     ++*reinterpret_cast<std::size_t*>(count);
-    ::EnumChildWindows(
-        window,
-        [](HWND, LPARAM children) -> BOOL {
-            ++*reinterpret_cast<std::size_t*>(children);
-            return TRUE;
-        },
-        count);
+    return TRUE;
+}
+
+BOOL CALLBACK countWindow(HWND window, LPARAM count) {
+    countChild(window, count);
+    ::EnumChildWindows(window, countChild, count);
     return TRUE;
 }
 
