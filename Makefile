@@ -47,7 +47,7 @@ package: win-x86
 # program there, and the package removed again. Needs root, and a few minutes the first time.
 test-x86: package native
 	@tools/setup.sh test-x86
-	@cmake --build --preset win-x86 --target ui_tests melvorin-driver
+	@cmake --build --preset win-x86 --target ui_tests melvorin-driver melvorin-faults planted
 	@tools/test-x86.sh
 
 setup:

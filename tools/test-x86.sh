@@ -54,13 +54,13 @@ MELVORIN_SETUP=$MELVORIN_SETUP "$run" setup_plain setup_associations setup_runni
 
 timeout 120 "$wine" "$MELVORIN_SETUP" /S
 installed=$(echo "$WINEPREFIX"/drive_c/users/*/AppData/Local/Programs/Melvorin)
-cp "$root/build/win-x86/melvorin-driver.exe" "$installed"
+cp "$root/build/win-x86/"{melvorin-driver.exe,melvorin-faults.exe,planted.dll} "$installed"
 MELVORIN_WIN_BUILD=$installed "$run" "$@" || failures=1
 if [ $# -eq 0 ]; then
     timeout 900 "$wine" "$root/build/win-x86/ui_tests.exe" --gtest_brief=1 || failures=1
 fi
 
-rm "$installed/melvorin-driver.exe"
+rm "$installed/"{melvorin-driver.exe,melvorin-faults.exe,planted.dll}
 timeout 60 "$wine" "$installed/Uninstall.exe" /S
 for _ in $(seq 300); do
     [ -e "$installed" ] || break

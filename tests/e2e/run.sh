@@ -479,7 +479,7 @@ planted_libraries() {
     cp -r "$win/Melvorin.exe" "$win/Msnds" "$work/planted"
     for name in winmm.dll msftedit.dll riched20.dll usp10.dll msacm32.dll dwmapi.dll mciseq.dll \
         hhctrl.ocx; do
-        cp "$win/planted.dll" "$work/planted/$name"
+        cp "$win/planted.dll" "$work/planted/$name" || fail "nothing to plant"
     done
     printf 'C  G\r\n' >"$work/planted/song.txt"
     cd "$work/planted" || fail "no folder"
