@@ -369,6 +369,15 @@ class Soak {
     Program program_;
 };
 
+void print(const Soak& soak, const Resources& resources) {
+    std::printf(
+        "%d commands, %d histories walked, the longest of %d steps: %zu GDI objects, %zu windows, "
+        "lowest free handle %zu, %zu MB\n",
+        soak.steps, soak.walks, soak.longestHistory, resources.gdiObjects, resources.windows,
+        resources.lowestFreeHandle, resources.memory / 1024);
+    std::fflush(stdout);
+}
+
 TEST(Endurance, HoursOfWorkLoseAndLeakNothing) {
     const unsigned seconds = setting("MELVORIN_SOAK_SECONDS", 0);
     const unsigned seed = setting("MELVORIN_SEED", 1);
@@ -383,16 +392,13 @@ TEST(Endurance, HoursOfWorkLoseAndLeakNothing) {
         soak.oneSong();
         if (soak.walks == kWarmUp)
             warm = resourcesInUse();
+        // A long run tells how it fares.
+        if (soak.walks == kWarmUp || soak.walks % 50 == 0)
+            print(soak, resourcesInUse());
     } while (!::testing::Test::HasFailure() &&
              (soak.walks < kWarmUp + 1 || ::GetTickCount64() - begin < seconds * 1000ULL));
     const Resources end = resourcesInUse();
-    std::printf(
-        "seed %u: %d commands, %d histories walked, the longest of %d steps\n"
-        "GDI objects %zu then %zu, windows %zu then %zu, lowest free handle %zu then %zu, "
-        "memory %zu MB then %zu MB\n",
-        seed, soak.steps, soak.walks, soak.longestHistory, warm.gdiObjects, end.gdiObjects,
-        warm.windows, end.windows, warm.lowestFreeHandle, end.lowestFreeHandle, warm.memory / 1024,
-        end.memory / 1024);
+    print(soak, end);
     // Room for what happens to be open or cached at the moment, not for a leak per song.
     EXPECT_LT(end.gdiObjects, warm.gdiObjects + 40);
     EXPECT_LT(end.windows, warm.windows + 40);
