@@ -54,13 +54,17 @@ COLORREF colourOf(const SourceLine& line) {
 
 // Tab and Escape are the dialog's also in the boxes, and Enter is theirs. The control is not asked:
 // its own answer would switch it into a mode where Enter presses the default button.
-LRESULT CALLBACK answerDialog(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                              DWORD_PTR) {
-    if (message != WM_GETDLGCODE)
-        return ::DefSubclassProc(window, message, wParam, lParam);
+LRESULT dialogCode(HWND window, WPARAM wParam) {
     const LRESULT own = DLGC_WANTARROWS | DLGC_WANTCHARS;
     const bool readOnly = (::GetWindowLongPtrW(window, GWL_STYLE) & ES_READONLY) != 0;
     return wParam == VK_RETURN && !readOnly ? own | DLGC_WANTMESSAGE : own;
+}
+
+LRESULT CALLBACK answerDialog(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                              DWORD_PTR) {
+    return message == WM_GETDLGCODE
+               ? dialogCode(window, wParam)
+               : subclassDefault(answerDialog, id, window, message, wParam, lParam);
 }
 
 // A text as chart lines, coloured by what the key change takes for chords.
@@ -386,8 +390,10 @@ LRESULT CALLBACK FrmCifraCreator::songBox(HWND window, UINT message, WPARAM wPar
     const bool isPaste = message == WM_PASTE ||
                          (message == WM_KEYDOWN && ((wParam == 'V' && control && !shift) ||
                                                     (wParam == VK_INSERT && shift && !control)));
+    if (message == WM_GETDLGCODE)
+        return dialogCode(window, wParam);
     if (!isPaste)
-        return answerDialog(window, message, wParam, lParam, id, self);
+        return subclassDefault(songBox, id, window, message, wParam, lParam);
     auto* creator = reinterpret_cast<FrmCifraCreator*>(self);
     try {
         creator->pasteAtCaret();

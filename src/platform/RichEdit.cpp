@@ -153,7 +153,7 @@ HWND RichEdit::createControl() {
 }
 
 LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                       UINT_PTR, DWORD_PTR self) {
+                                       UINT_PTR id, DWORD_PTR self) {
     const bool isInput = message == WM_KEYDOWN || message == WM_CHAR || message == WM_DROPFILES;
     if (isInput) {
         const RichEdit& editor = *reinterpret_cast<const RichEdit*>(self);
@@ -165,7 +165,7 @@ LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam,
             return 0;
         }
     }
-    return ::DefSubclassProc(window, message, wParam, lParam);
+    return subclassDefault(filterInput, id, window, message, wParam, lParam);
 }
 
 bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
@@ -238,7 +238,8 @@ void RichEdit::setZoom(int percent) {
     select(selected);
 }
 
-void RichEdit::show(bool visible) const {
+void RichEdit::show(bool visible) {
+    shown_ = visible;
     ::SetWindowPos(handle_, HWND_TOP, 0, 0, 0, 0,
                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE |
                        static_cast<UINT>(visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
@@ -492,6 +493,9 @@ void RichEdit::endWork() {
 
 void RichEdit::thaw() const {
     send(WM_SETREDRAW, TRUE);
+    // The message has brought it into view, whatever it was before.
+    if (!shown_)
+        ::ShowWindow(handle_, SW_HIDE);
     ::InvalidateRect(handle_, nullptr, TRUE);
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
 }

@@ -49,7 +49,7 @@ class RichEdit : public Editor {
     void setZoom(int percent);
     int zoom() const { return zoom_; }
     // Above its siblings, or out of sight.
-    void show(bool visible) const;
+    void show(bool visible);
 
     bool isEmpty() const override;
     EditorText text() const override;
@@ -135,6 +135,7 @@ class RichEdit : public Editor {
     std::optional<Rgb> background_;
     DWORD edge_ = WS_EX_CLIENTEDGE;
     int zoom_ = 100;
+    bool shown_ = true;
     int work_ = 0;
 };
 

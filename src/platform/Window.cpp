@@ -200,6 +200,13 @@ HWND createControl(HWND parent, const wchar_t* className, const wchar_t* text, D
     return control;
 }
 
+LRESULT subclassDefault(SUBCLASSPROC procedure, UINT_PTR id, HWND window, UINT message,
+                        WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCDESTROY)
+        ::RemoveWindowSubclass(window, procedure, id);
+    return ::DefSubclassProc(window, message, wParam, lParam);
+}
+
 Text windowText(HWND window) {
     Text text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, u'\0');
     text.resize(static_cast<std::size_t>(

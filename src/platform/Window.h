@@ -119,6 +119,11 @@ HFONT uiFont();
 HWND createControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int id,
                    const RECT& place, DWORD extendedStyle = 0);
 
+// What a procedure of SetWindowSubclass leaves to its control. The procedure goes with the control,
+// which nobody else takes care of.
+LRESULT subclassDefault(SUBCLASSPROC procedure, UINT_PTR id, HWND window, UINT message,
+                        WPARAM wParam, LPARAM lParam);
+
 // The whole text of a window or control.
 Text windowText(HWND window);
 

@@ -266,7 +266,7 @@ void frmFont::fillLists() {
 }
 
 LRESULT CALLBACK frmFont::pairProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR, DWORD_PTR self) {
+                                        UINT_PTR subclass, DWORD_PTR self) {
     const int id = ::GetDlgCtrlID(window);
     const bool isBox = id == kText2 || id == kT1;
     const int partner = id == kText2 ? kList1 : id == kT1 ? kList2 : id == kList1 ? kText2 : kT1;
@@ -279,7 +279,7 @@ LRESULT CALLBACK frmFont::pairProcedure(HWND window, UINT message, WPARAM wParam
         ::SendMessageW(other, EM_SETSEL, 0, -1);
         return ::SendMessageW(other, message, wParam, lParam);
     }
-    return ::DefSubclassProc(window, message, wParam, lParam);
+    return subclassDefault(pairProcedure, subclass, window, message, wParam, lParam);
 }
 
 // ---- The lists' rows ----------------------------------------------------------------------------

@@ -355,6 +355,8 @@ TEST_F(OnStage, WideLinesStayAtTheirBeginning) {
     pressWithCtrl(VK_ADD);
     pressWithCtrl(VK_OEM_PLUS);
     EXPECT_EQ(text().zoom(), 150);
+    EXPECT_TRUE(::IsWindowVisible(text().handle()));
+    EXPECT_FALSE(::IsWindowVisible(program.form->fullScreen().FSRTB2().handle()));
     EXPECT_EQ(text().lineCount(), lines);
     EXPECT_EQ(text().rtf(), viewRtf);
     EXPECT_EQ(topLine(), 6);
