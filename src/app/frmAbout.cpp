@@ -32,13 +32,10 @@ RECT placeOf(int left, int top, int width, int height) {
 }
 
 Text description() {
-    const TextView bits = sizeof(void*) == 4 ? u"32" : u"64";
     return u"An editor for chord charts: words with the chords above them.\r\n\r\n"
            u"You may use Melvorin free of charge, copy it, pass it on and change it. What you make "
            u"with it is yours.\r\n\r\n"
-           u"In this " +
-           Text(bits) +
-           u"-bit program are:\r\n"
+           u"In this program are:\r\n"
            u"SQLite " +
            sqliteVersion() +
            u", in the public domain\r\n"
