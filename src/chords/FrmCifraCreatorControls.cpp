@@ -4,6 +4,7 @@
 
 #include "chords/FrmCifraCreator.h"
 #include "platform/Handles.h"
+#include "platform/ResourceIds.h"
 
 namespace melvorin {
 namespace {
@@ -30,6 +31,7 @@ bool FrmCifraCreator::createWindow(HWND owner) {
     spec.width = std::min(scaled(kWidth), work.width);
     spec.height = std::min(scaled(kHeight), work.height);
     spec.parent = owner;
+    spec.iconResource = kProgramIcon;
     if (!create(spec))
         return false;
     createControls();

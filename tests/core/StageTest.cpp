@@ -2,6 +2,7 @@
 // its windows stand.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <random>
 
 #include "present/StageLayout.h"
@@ -144,6 +145,37 @@ TEST(StageRun, PlaysWholeSongs) {
         EXPECT_EQ(toUtf8(stage.run.passText()), c.passText);
         EXPECT_EQ(stage.run.passesToCome(), 0);
     }
+}
+
+// The rows on the page of the second example name lines of its song, which may change.
+TEST(StageRun, TheProgrammedExamplePlaysItsChorusAfterEveryVerse) {
+    const std::string data = MELVORIN_SOURCE_DIR "/data/";
+    Stage stage;
+    std::size_t row = 0;
+    std::ifstream page(data + "help/example-2.md");
+    for (std::string line; std::getline(page, line);) {
+        int number = 0, from = 0, to = 0, times = 0;
+        if (std::sscanf(line.c_str(), "| %d | %d | %d | %d |", &number, &from, &to, &times) == 4)
+            stage.settings.rows.at(row++) = jump(from, to, times);
+    }
+    std::vector<std::string> song;
+    std::ifstream chart(data + "examples/Greensleeves.chart");
+    for (std::string line; std::getline(chart, line);)
+        song.push_back(line);
+    stage.settings.secondsPerLine = 4;
+    ASSERT_TRUE(stage.start(static_cast<int>(song.size())));
+    for (int seconds = 0; stage.run.isRunning() && seconds < 1000; ++seconds)
+        stage.play(1);
+    std::string sung;
+    for (const int line : stage.surface.shown) {
+        const auto place = static_cast<std::size_t>(line - 1);
+        if (place < song.size() && song[place].starts_with("# "))
+            sung += song[place].substr(2) + "; ";
+    }
+    EXPECT_EQ(sung, "Verse 1; Chorus; Verse 2; Chorus; Verse 3; Chorus; ");
+    // As long as the page says.
+    EXPECT_GT(stage.surface.shown.size() * 4, 4 * 60U);
+    EXPECT_LT(stage.surface.shown.size() * 4, 5 * 60U);
 }
 
 TEST(StageRun, CountsOfAPass) {

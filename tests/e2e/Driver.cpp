@@ -15,6 +15,7 @@
 //   choose ID=ENTRY   chooses an entry (from 1) of a drop-down list there
 //   film              prints the caption of a run's bar each time it changes, until the bar goes
 //   message           prints the text of the message box in front
+//   place             prints where the window in front stands, as WIDTHxHEIGHT+LEFT+TOP
 //   close             closes the main window, without waiting
 //   wait-gone         until the main window is gone
 //
@@ -118,6 +119,15 @@ bool type(TextView text) {
                                  &result) != 0;
 }
 
+bool printPlace() {
+    RECT place{};
+    if (!::GetWindowRect(::GetForegroundWindow(), &place))
+        return false;
+    std::printf("%ldx%ld+%ld+%ld\n", place.right - place.left, place.bottom - place.top, place.left,
+                place.top);
+    return true;
+}
+
 // Posted: what a button begins may wait for an answer.
 bool click(TextView id) {
     const HWND button = ::GetDlgItem(::GetForegroundWindow(), std::stoi(toUtf8(id)));
@@ -184,6 +194,8 @@ bool runStep(TextView step, TextView argument) {
         return film();
     if (step == u"message")
         return printMessage();
+    if (step == u"place")
+        return printPlace();
     if (step == u"close")
         return ::PostMessageW(mainWindow(), WM_CLOSE, 0, 0) != 0;
     if (step == u"wait-gone")
@@ -193,7 +205,7 @@ bool runStep(TextView step, TextView argument) {
 
 bool takesArgument(TextView step) {
     return step != u"text" && step != u"film" && step != u"wait-menu" && step != u"message" &&
-           step != u"close" && step != u"wait-gone";
+           step != u"place" && step != u"close" && step != u"wait-gone";
 }
 
 }  // namespace
