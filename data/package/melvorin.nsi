@@ -46,7 +46,9 @@ VIAddVersionKey "LegalCopyright" "The authors of Melvorin"
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURES}/melvorin-installer.bmp"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
-!define MUI_FINISHPAGE_RUN "$INSTDIR\Melvorin.exe"
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_TEXT "Run Melvorin"
+!define MUI_FINISHPAGE_RUN_FUNCTION RunMelvorin
 !insertmacro MUI_PAGE_LICENSE "${CONTENT}/Licences/Melvorin.txt"
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
@@ -185,13 +187,21 @@ Section "Melvorin" Program
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoRepair" 1
 SectionEnd
 
+Function RunMelvorin
+  SetOutPath "$DOCUMENTS"
+  Exec '"$INSTDIR\Melvorin.exe"'
+FunctionEnd
+
 Section "Entries in the Start menu" StartMenu
+  ; Where the programs start, and so where a first song is saved: not in the program folder.
+  SetOutPath "$DOCUMENTS"
   CreateDirectory "$SMPROGRAMS\Melvorin"
   CreateShortcut "$SMPROGRAMS\Melvorin\Melvorin.lnk" "$INSTDIR\Melvorin.exe"
   CreateShortcut "$SMPROGRAMS\Melvorin\Uninstall Melvorin.lnk" "$INSTDIR\Uninstall.exe"
 SectionEnd
 
 Section /o "Shortcut on the desktop" Desktop
+  SetOutPath "$DOCUMENTS"
   CreateShortcut "$DESKTOP\Melvorin.lnk" "$INSTDIR\Melvorin.exe"
 SectionEnd
 
