@@ -26,6 +26,15 @@ void require(bool holds, const char* what, TextView text) {
     std::abort();
 }
 
+Text withoutTrailingBlanks(TextView chart) {
+    Text rest;
+    while (!chart.empty()) {
+        const TextLine line = takeLine(chart);
+        rest.append(trimmedRight(line.chars)).append(line.end);
+    }
+    return rest;
+}
+
 namespace {
 
 Text withoutBlanks(TextView text) {
@@ -33,15 +42,6 @@ Text withoutBlanks(TextView text) {
     for (const char16_t c : text) {
         if (!isAnyBlank(c))
             rest += c;
-    }
-    return rest;
-}
-
-Text withoutTrailingBlanks(TextView chart) {
-    Text rest;
-    while (!chart.empty()) {
-        const TextLine line = takeLine(chart);
-        rest.append(trimmedRight(line.chars)).append(line.end);
     }
     return rest;
 }

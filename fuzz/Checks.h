@@ -36,6 +36,8 @@ struct Subject {
 };
 std::span<const Subject> subjects();
 
+// What the export does not keep is a line's blanks at its end.
+Text withoutTrailingBlanks(TextView chart);
 // For checks: prints and aborts where something does not hold.
 void require(bool holds, const char* what, TextView text);
 

@@ -1,7 +1,6 @@
 #include "app/Form1.h"
 
 #include <exception>
-#include <new>
 #include <vector>
 
 #include "app/EnablingRules.h"
@@ -229,9 +228,7 @@ void Form1::onShown() {
 
 // What is left of the document stays in the editor.
 void Form1::onException(const std::exception& error) {
-    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
-    reportFailure(services_.messages, isMemory ? Text(u"There is not enough memory for this.")
-                                               : u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

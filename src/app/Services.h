@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -209,6 +211,13 @@ inline constexpr TextView kMessageTitle = u" Melvorin";
 // An error the user has to know of: critical icon, OK only.
 inline void reportFailure(MessageBoxes& messages, TextView text) {
     messages.show(text, kMessageTitle, MessageIcon::Critical, MessageButtons::Ok);
+}
+
+// The end of a command that could not be carried out, for a reason that nobody foresaw.
+inline void reportException(MessageBoxes& messages, const std::exception& error) {
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    reportFailure(messages, isMemory ? Text(u"There is not enough memory for this.")
+                                     : u"An internal error: " + fromUtf8(error.what()));
 }
 
 }  // namespace melvorin

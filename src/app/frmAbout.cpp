@@ -110,7 +110,7 @@ LRESULT frmAbout::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void frmAbout::onException(const std::exception& error) {
-    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 void frmAbout::onPaint() {

@@ -412,7 +412,7 @@ LRESULT DictionaryPanel::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void DictionaryPanel::onException(const std::exception& error) {
-    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 void DictionaryPanel::onCommand(int id) {

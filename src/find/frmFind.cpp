@@ -149,7 +149,7 @@ LRESULT frmFind::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void frmFind::onException(const std::exception& error) {
-    reportFailure(messages_, u"An internal error: " + fromUtf8(error.what()));
+    reportException(messages_, error);
 }
 
 void frmFind::onCommand(int control, int code) {

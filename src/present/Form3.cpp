@@ -23,7 +23,7 @@ bool Form3::open(HWND owner, const Area& screen) {
     if (!isOpen() && !createWindow(owner))
         return false;
     showPaused(false);
-    moveTo(screen);
+    moveBar(handle(), screen);
     bringForward();
     ::SetFocus(Cmd_.handle());
     return true;
@@ -43,13 +43,12 @@ bool Form3::createWindow(HWND owner) {
     return true;
 }
 
-void Form3::moveTo(const Area& screen) {
-    if (!isOpen())
-        return;
+void moveBar(HWND bar, const Area& screen) {
     RECT own{};
-    ::GetWindowRect(handle(), &own);
+    if (!::GetWindowRect(bar, &own))
+        return;
     const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
-    moveTopLeft(handle(), place.left, place.top);
+    moveTopLeft(bar, place.left, place.top);
 }
 
 void Form3::showPaused(bool paused) {

@@ -28,7 +28,6 @@ class Form3 : public ModelessDialog {
 
     // Shows the bar on a screen, the run going. False when Windows refuses.
     bool open(HWND owner, const Area& screen);
-    void moveTo(const Area& screen);
     // What `Cmd` offers.
     void showPaused(bool paused);
 
@@ -42,5 +41,8 @@ class Form3 : public ModelessDialog {
     TarnelButton Cmd_;
     TarnelButton Cmd2_;
 };
+
+// Moves a bar to its place on a screen. Nothing happens where it is not open.
+void moveBar(HWND bar, const Area& screen);
 
 }  // namespace melvorin

@@ -1,6 +1,6 @@
 #include "present/Form3b.h"
 
-#include "present/StageLayout.h"
+#include "present/Form3.h"
 
 namespace melvorin {
 namespace {
@@ -18,7 +18,7 @@ Form3b::Form3b(const Services& services, Callbacks callbacks)
 bool Form3b::open(HWND owner, const Area& screen) {
     if (!isOpen() && !createWindow(owner))
         return false;
-    moveTo(screen);
+    moveBar(handle(), screen);
     bringForward();
     ::SetFocus(Cmd3_.handle());
     return true;
@@ -32,15 +32,6 @@ bool Form3b::createWindow(HWND owner) {
                         {scaled(kMargin), scaled(kMargin), scaled(kMargin + kButtonWidth),
                          scaled(kMargin + kButtonHeight)},
                         u"Enlarge");
-}
-
-void Form3b::moveTo(const Area& screen) {
-    if (!isOpen())
-        return;
-    RECT own{};
-    ::GetWindowRect(handle(), &own);
-    const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
-    moveTopLeft(handle(), place.left, place.top);
 }
 
 LRESULT Form3b::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

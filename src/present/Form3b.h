@@ -22,7 +22,6 @@ class Form3b : public ModelessDialog {
 
     // Shows the bar on a screen. False when Windows refuses.
     bool open(HWND owner, const Area& screen);
-    void moveTo(const Area& screen);
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -151,7 +151,7 @@ void frmFScreen::placeTexts() {
 // ---- Messages ---------------------------------------------------------------------------------
 
 void frmFScreen::onException(const std::exception& error) {
-    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -227,8 +227,8 @@ void frmFScreenB::arrange() {
     if (!isOpen())
         return;
     moveToCorner();
-    form3_.moveTo(monitor().whole);
-    form3b_.moveTo(monitor().whole);
+    moveBar(form3_.handle(), monitor().whole);
+    moveBar(form3b_.handle(), monitor().whole);
 }
 
 // ---- Messages ---------------------------------------------------------------------------------

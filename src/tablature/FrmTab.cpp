@@ -195,7 +195,7 @@ LRESULT FrmTab::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void FrmTab::onException(const std::exception& error) {
-    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 // Enter inserts wherever the focus is, but for an open list and the button that says Exit.

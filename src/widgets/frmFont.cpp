@@ -71,7 +71,7 @@ bool frmFont::translate(MSG& message) {
 }
 
 void frmFont::onException(const std::exception& error) {
-    reportFailure(services_.messages, u"An internal error: " + fromUtf8(error.what()));
+    reportException(services_.messages, error);
 }
 
 LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -65,15 +65,6 @@ TEST(Import, SongsBecomeTheseCharts) {
     }
 }
 
-Text withoutTrailingBlanks(TextView chart) {
-    Text rest;
-    while (!chart.empty()) {
-        const TextLine line = takeLine(chart);
-        rest.append(trimmedRight(line.chars)).append(line.end);
-    }
-    return rest;
-}
-
 // A chart is a song too, and its own chart; and it comes back from ChordPro, where two lines that
 // become one leave only one line end. A grid keeps its bars, which a chart has not.
 TEST(Import, ChartsComeBack) {
@@ -86,7 +77,8 @@ TEST(Import, ChartsComeBack) {
         const Text back = toCrLf(importSong(exported).chart()).chars;
         if (isGrid)
             continue;
-        EXPECT_EQ(toUtf8(withoutTrailingBlanks(back)), toUtf8(withoutTrailingBlanks(chart)))
+        EXPECT_EQ(toUtf8(fuzz::withoutTrailingBlanks(back)),
+                  toUtf8(fuzz::withoutTrailingBlanks(chart)))
             << path << "\n"
             << toUtf8(exported);
     }
