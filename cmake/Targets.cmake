@@ -64,10 +64,7 @@ function(melvorin_test name)
   target_compile_options(${name} PRIVATE -O1)
   target_compile_definitions(${name} PRIVATE
     MELVORIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <algorithm> <functional> <map> <optional>
-    <random> <string> <vector>)
   if(WIN32)
-    target_precompile_headers(${name} PRIVATE <platform/Win.h>)
     add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tools/wine.sh $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
   else()

@@ -1,11 +1,22 @@
 #!/bin/bash
-# test.sh: runs every test that was built. Native tests run with the sanitizers; the windows and
-# the end-to-end runs share one private display and one Wine prefix.
+# test.sh: runs every test that was built. Native tests run with the sanitizers. The windows and the
+# end-to-end runs, which mostly wait, run beside each other, each on a private display and in a Wine
+# prefix of its own.
 set -eu
 . "$(dirname "$0")/wine-env.sh"
 
 ctest --test-dir "$root/build/native-asan" --output-on-failure --no-tests=error
 /usr/bin/python3 -m unittest discover -s "$root/tests/tools"
-"$root/tools/with-display.sh" --own bash -c '
-    "$1/tools/wine-prefix.sh"
-    ctest --test-dir "$1/build/win-x64" --output-on-failure --no-tests=error' - "$root"
+
+on_display() { # COMMAND...: where everything is ready for Wine
+    "$root/tools/with-display.sh" --own bash -c '"$0" && "$@"' "$root/tools/wine-prefix.sh" "$@"
+}
+runs=$(mktemp)
+MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.sh" >"$runs" 2>&1 &
+runs_process=$!
+result=0
+on_display ctest --test-dir "$root/build/win-x64" --output-on-failure --no-tests=error || result=1
+wait $runs_process || result=1
+cat "$runs"
+rm -f "$runs"
+exit $result
