@@ -235,7 +235,10 @@ void RichEdit::setZoom(int percent) {
         send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
     }
     bringToTop(top);
+    // A cursor out of sight would take the view along.
+    const ScrollPosition place = scrollPosition();
     select(selected);
+    scrollTo(place);
 }
 
 void RichEdit::show(bool visible) {

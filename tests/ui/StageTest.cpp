@@ -342,6 +342,11 @@ TEST_F(OnStage, WideLinesStayAtTheirBeginning) {
         EXPECT_EQ(topLine(), std::min(line + 1, highest)) << line;
         EXPECT_EQ(text().scrollPosition().x, 0) << line;
     }
+    // The line on top is kept wherever the cursor is.
+    const ScrollPosition place = text().scrollPosition();
+    const auto end = static_cast<std::int32_t>(text().text().chars.size());
+    text().select({end, end});
+    text().scrollTo(place);
     EXPECT_EQ(topLine(), 6);
     const std::string rtf = program.editor().rtf();
     const std::string viewRtf = text().rtf();
