@@ -468,10 +468,23 @@ void Documents::endRun() {
 
 // ---- After a run that ended without closing ---------------------------------------------------
 
+Text Documents::nameOf(const RunState& run) {
+    return quoted(run.path.empty() ? kUntitled : fileNamePart(run.path));
+}
+
 void Documents::recover() {
     if (state_.dirty)
         return;
     for (Remains& remains : remainsOf(services_.files)) {
+        if (remains.state.current == 0) {
+            services_.messages.show(u"Melvorin was not closed, and " + nameOf(remains.state) +
+                                        u" had changes that were not saved. Their copies in the "
+                                        u"temporary folder are gone or damaged, so they cannot "
+                                        u"be brought back.",
+                                    kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+            discard(services_.files, std::move(remains));
+            continue;
+        }
         if (!wants(remains)) {
             discard(services_.files, std::move(remains));
             continue;
@@ -492,9 +505,7 @@ void Documents::recover() {
 }
 
 bool Documents::wants(const Remains& remains) {
-    const Text& path = remains.state.path;
-    Text question = u"Melvorin was not closed, and " +
-                    quoted(path.empty() ? kUntitled : fileNamePart(path)) +
+    Text question = u"Melvorin was not closed, and " + nameOf(remains.state) +
                     u" had changes that were not saved. The last one: " +
                     remains.journal->lastWrittenInWords() +
                     u".\r\n\r\nBring it back? With No the changes are gone for good.";

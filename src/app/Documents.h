@@ -112,6 +112,7 @@ class Documents {
     void restore(const Snapshot& snapshot);
     bool showSnapshot(const Snapshot& snapshot);
     void keepJournal();
+    static Text nameOf(const RunState& run);
     bool wants(const Remains& remains);
     bool bringBack(RunState run);
     bool fail(TextView what, TextView path, TextView cause);

@@ -181,19 +181,19 @@ bool isWhole(Files& files, const Snapshot& snapshot) {
     return !snapshot.path.empty() && compare(files, snapshot.path, snapshot.mark) == Compared::Same;
 }
 
-// Steps back to the last state that can be read; false when there is none. Undone states whose
-// files were deleted for a change that was never finished are dropped.
-bool settle(Files& files, Remains& remains) {
+// Steps back to the last state that can be read. Undone states whose files were deleted for a
+// change that was never finished are dropped.
+void settle(Files& files, Remains& remains) {
     RunState& run = remains.state;
     while (static_cast<std::size_t>(run.current) + 1 < run.snapshots.size() &&
            !isWhole(files, run.snapshots.back()))
         run.snapshots.pop_back();
     for (; run.current >= run.floor; --run.current) {
         if (isWhole(files, run.snapshots[static_cast<std::size_t>(run.current)]))
-            return true;
+            return;
         remains.isLast = false;
     }
-    return false;
+    run.current = 0;
 }
 
 }  // namespace
@@ -260,10 +260,12 @@ std::vector<Remains> remainsOf(Files& files) {
         std::optional<RunState> run =
             bytes ? replayJournal(*bytes.value, folderPart(path)) : std::nullopt;
         Remains remains{std::move(journal), run ? *std::move(run) : RunState{}};
-        if (remains.state.dirty && settle(files, remains))
+        if (remains.state.dirty) {
+            settle(files, remains);
             found.push_back(std::move(remains));
-        else
+        } else {
             discard(files, std::move(remains));
+        }
     }
     std::sort(found.begin(), found.end(), [](const Remains& a, const Remains& b) {
         return a.journal->lastWritten() > b.journal->lastWritten();

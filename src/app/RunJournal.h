@@ -64,7 +64,7 @@ class RunJournal {
 // A run that ended without closing. While it is held, no other run can take it.
 struct Remains {
     std::unique_ptr<HeldFile> journal;
-    RunState state;      // `current` is the last state that can be read
+    RunState state;      // `current` is the last state that can be read, 0 where none can
     bool isLast = true;  // it is the one that the editor showed at the end
 };
 

@@ -238,6 +238,23 @@ TEST_F(Recovery, ARunWithoutAJournalGoesOn) {
     EXPECT_TRUE(next.messages.boxes.empty());
 }
 
+TEST_F(Recovery, TellsOfASongWhoseCopiesAreGone) {
+    const std::size_t before = temporaryFiles();
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"Am");
+    for (int index = 1; index <= program.history().count(); ++index)
+        ::DeleteFileW(wide(program.history().snapshot(index).path));
+    program.crash();
+    NextProgram next;
+    ASSERT_TRUE(next.start());
+    ASSERT_EQ(next.messages.boxes.size(), 1U);
+    EXPECT_NE(next.messages.boxes[0].text.find("cannot be brought back"), std::string::npos);
+    EXPECT_TRUE(next.text().empty());
+    next.close();
+    EXPECT_EQ(temporaryFiles(), before);
+}
+
 TEST(Save, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     struct Case {
         const char* change;  // to the file meanwhile; null: it is deleted
