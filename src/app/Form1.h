@@ -60,7 +60,6 @@ class Form1 : public Window {
     DictionaryPanel& dictionaryPanel() { return dictionary_; }
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
-    const RecentMenu& recentMenu() const { return recent_.menu(); }
     frmFind& findWindow() { return find_; }
     FrmTab& tabWindow() { return tab_; }
     FrmSong& songWindow() { return song_; }

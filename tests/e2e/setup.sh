@@ -68,6 +68,8 @@ setup_plain() {
     expect "size in KB" "$((($(cat_all "$MELVORIN_CONTENT" | wc -c) + 1023) / 1024))" \
         $(($(value "$entry" EstimatedSize)))
     expect "Start menu" "Melvorin.lnk Uninstall Melvorin.lnk" "$(ls "$start_menu" | xargs -d '\n')"
+    # Where a first song is offered to be saved.
+    tr -d '\0' <"$start_menu/Melvorin.lnk" | grep -q '\\Documents' || fail "no start in Documents"
     expect "desktop" "" "$(ls "$desktop" | grep Melvorin)"
     expect "associations" "none none" "$(value "$classes\\.mlv") $(value "$classes\\.mvt")"
     uninstall_silently
