@@ -97,11 +97,25 @@ bool writeAll(HANDLE file, std::string_view bytes) {
     return true;
 }
 
-// Writes and flushes a new or overwritten file; the last error tells why not.
-bool writeFile(const Text& path, std::string_view bytes, bool flush) {
+// Writes a new or overwritten file; the last error tells why not.
+bool writeFile(const Text& path, std::string_view bytes) {
     const UniqueFile file(::CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                         FILE_ATTRIBUTE_NORMAL, nullptr));
-    return file && writeAll(file.get(), bytes) && (!flush || ::FlushFileBuffers(file.get()));
+    return file && writeAll(file.get(), bytes);
+}
+
+// Whether the file goes when its handle is closed. False where the disk cannot do that.
+bool setGoesWithHandle(HANDLE file, bool goes) {
+    FILE_DISPOSITION_INFO disposition{goes};
+    return ::SetFileInformationByHandle(file, FileDispositionInfo, &disposition,
+                                        sizeof disposition) != 0;
+}
+
+// Fills a new file, which only then outlives its process, and brings it to the disk.
+bool fillForGood(HANDLE file, std::string_view bytes) {
+    const bool goes = setGoesWithHandle(file, true);
+    return writeAll(file, bytes) && ::FlushFileBuffers(file) &&
+           (!goes || setGoesWithHandle(file, false));
 }
 
 // What belongs to a document beside its content goes along, as far as this user may.
@@ -192,7 +206,7 @@ NewFile createNew(const Text& start) {
         char digits[16];
         std::snprintf(digits, sizeof digits, "%04lx.tmp", (seed + i) & 0xFFFFUL);
         Text name = start + fromUtf8(digits);
-        UniqueFile file(::CreateFileW(wide(name), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+        UniqueFile file(::CreateFileW(wide(name), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
                                       CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (file)
             return {std::move(name), std::move(file)};
@@ -202,10 +216,10 @@ NewFile createNew(const Text& start) {
     return {{}, UniqueFile(INVALID_HANDLE_VALUE)};
 }
 
-// An empty file with a new name in the folder of `path`, of any length; empty on failure.
-Text temporaryBeside(TextView path) {
+// An empty file with a new name in the folder of `path`, of any length.
+NewFile createBeside(TextView path) {
     const TextView folder = folderPart(path);
-    return createNew((folder.empty() ? Text() : Text(folder) + u"\\") + u"mlv").name;
+    return createNew((folder.empty() ? Text() : Text(folder) + u"\\") + u"mlv");
 }
 
 // With a separator at its end; empty on failure.
@@ -293,7 +307,7 @@ Result<std::string> Win32Files::read(TextView path) {
 Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
     if (const TextView why = whyNotAFile(path); !why.empty())
         return Result<Done>::failure(Text(why));
-    if (!writeFile(systemPath(path), bytes, false))
+    if (!writeFile(systemPath(path), bytes))
         return lastFailure<Done>();
     return Result<Done>::success({});
 }
@@ -302,13 +316,17 @@ Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
     if (const TextView why = whyNotAFile(path); !why.empty())
         return Result<Done>::failure(Text(why));
     const Text target = systemPath(path);
-    const Text temporary = temporaryBeside(target);
-    if (temporary.empty())
+    NewFile fresh = createBeside(target);
+    if (fresh.name.empty())
         return lastFailure<Done>();
-    if (writeFile(temporary, bytes, true) && putInPlace(temporary, target))
-        return Result<Done>::success({});
+    if (fillForGood(fresh.file.get(), bytes)) {
+        fresh.file.close();
+        if (putInPlace(fresh.name, target))
+            return Result<Done>::success({});
+    }
     const DWORD error = ::GetLastError();
-    ::DeleteFileW(wide(temporary));
+    fresh.file.close();
+    ::DeleteFileW(wide(fresh.name));
     return Result<Done>::failure(causeOf(error));
 }
 
