@@ -123,8 +123,12 @@ void checkJournal(std::string_view bytes) {
     auto held = files.createHeld(u"bbj");
     held->append(bytes);
     held.reset();
-    require(remainsOf(files).empty() && files.content.empty(),
-            "without its snapshots there is nothing to bring back", shown(bytes));
+    for (Remains& remains : remainsOf(files)) {
+        require(remains.state.dirty && remains.state.current == 0,
+                "without its snapshots a song can only be named", shown(bytes));
+        discard(files, std::move(remains));
+    }
+    require(files.content.empty(), "what is done with is gone", shown(bytes));
 }
 
 void checkRecent(std::string_view bytes) {
