@@ -574,6 +574,7 @@ void Checker::rewriteBinary(const RtfToken& token) {
     // The line end ends whatever word stands before, and is neither data nor text.
     std::string hex = "\r\n";
     if (level().place == Place::Data) {
+        level().started = level().started || token.data != token.end;
         constexpr std::string_view digits = "0123456789abcdef";
         for (const char c : bytes_.substr(token.data, token.end - token.data)) {
             const auto byte = static_cast<unsigned char>(c);

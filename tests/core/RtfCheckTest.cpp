@@ -111,6 +111,8 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1 a{\\*}b}", Kind::Malformed},
         {"{\\rtf1 a\\header b}", Kind::Malformed},
         {"{\\rtf1 {a\\*\\x b}}", Kind::Malformed},
+        {"{\\rtf1{\\pict{\\bin1 a\\*\\x b}}}", Kind::Malformed},
+        {"{\\rtf1{\\pict{\\bin0 \\*\\x b}}}", Kind::Ok},
         // Tables.
         {row(2, 2), Kind::Ok},
         {row(3, 1), Kind::Ok},
