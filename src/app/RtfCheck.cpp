@@ -321,7 +321,12 @@ void Checker::countStandIns(const RtfToken& token) {
         missing_ = level().skip;
     else if (missing_ > 0 && isStandIn)
         --missing_;
-    else if (token.kind != RtfToken::Kind::Break) {
+    else if (token.isWord("bin")) {
+        // What it becomes: line ends and, in a picture, two digits a byte.
+        if (level().place == Place::Data)
+            missing_ -= static_cast<std::int32_t>(
+                std::min(static_cast<std::size_t>(missing_), 2 * (token.end - token.data)));
+    } else if (token.kind != RtfToken::Kind::Break) {
         if (missing_ > 0 && token.kind == RtfToken::Kind::Open)
             edits_.push_back(
                 {token.begin, token.begin, std::string(static_cast<std::size_t>(missing_), '?')});

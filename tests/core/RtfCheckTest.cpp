@@ -224,6 +224,7 @@ TEST(RtfCheck, GivesWhatEveryControlReads) {
         {"{\\rtf1{\\fonttbl{\\f0\\fcharset7 A;}{\\f1\\fcharset204 B;}}a}",
          "{\\rtf1{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fcharset204 B;}}a}"},
         {"{\\rtf1 a\\bin3 }}}b\\bin0 c}", "{\\rtf1 a\r\nb\r\nc}"},
+        {"{\\rtf1 \\u233\\bin1 x{b}}", "{\\rtf1 \\u233\r\n?{b}}"},
         {"{\\rtf1 \\u233{\\b x}\\u233 ?{\\uc2\\u233{}}\\uc0\\u233{y}\\u233}",
          "{\\rtf1 \\u233?{\\b x}\\u233 ?{\\uc2\\u233??{}}\\uc0\\u233{y}\\u233}"},
     };
