@@ -4,6 +4,8 @@
 # prefix of its own.
 set -eu
 . "$(dirname "$0")/wine-env.sh"
+# Samples are in the code page that goes with this.
+export LC_ALL=C.UTF-8
 
 ctest --test-dir "$root/build/native-asan" --output-on-failure --no-tests=error
 /usr/bin/python3 -m unittest discover -s "$root/tests/tools"

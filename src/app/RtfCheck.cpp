@@ -8,6 +8,7 @@
 
 #include "app/PictureCheck.h"
 #include "app/RtfLexer.h"
+#include "app/RtfRows.h"
 
 namespace melvorin {
 namespace {
@@ -141,74 +142,6 @@ struct Level {
     std::int32_t skip = 1;  // stand-ins behind a \u
 };
 
-// The rows of the document's tables. A row that is not finished takes its text with it.
-class Rows {
-  public:
-    // False when the document must be refused.
-    bool word(const RtfToken& token);
-    void text() {
-        isBroken_ = isBroken_ || (isOpen_ && !inTable_);
-        isOpen_ = isOpen_ || inTable_;
-        hasText_ = true;
-    }
-    static bool isRowWord(std::string_view name) {
-        return name == "trowd" || name == "cellx" || name == "cell" || name == "row" ||
-               name == "intbl" || name == "itap";
-    }
-    bool finished() const { return !isOpen_ && !isBroken_; }
-
-  private:
-    bool endCell();
-    bool endRow();
-
-    bool inTable_ = false;   // paragraphs are in a table
-    bool isOpen_ = false;    // a row has begun and not ended
-    bool isBroken_ = false;  // text outside the table stands in the middle of a row
-    std::size_t defined_ = 0;
-    std::size_t used_ = 0;
-    bool hasText_ = false;  // since the last cell
-};
-
-bool Rows::word(const RtfToken& token) {
-    const std::string_view name = token.name;
-    if (name == "pard") {
-        inTable_ = false;
-    } else if (name == "intbl" || name == "itap") {
-        hasText_ = hasText_ && isOpen_;
-        inTable_ = name == "intbl" || token.number > 0;
-        isOpen_ = isOpen_ || inTable_;
-        return token.number <= 1;
-    } else if (name == "trowd") {
-        defined_ = 0;
-    } else if (name == "cellx") {
-        return ++defined_ <= kMaxRtfCells;
-    } else if (name == "cell") {
-        return endCell();
-    } else if (name == "row") {
-        return endRow();
-    } else if (name == "par" || name == "line" || name == "tab") {
-        text();
-    }
-    return name != "nestcell" && name != "nestrow" && name != "nesttableprops";
-}
-
-bool Rows::endCell() {
-    text();
-    hasText_ = false;
-    // Cells outside a table are no cells to a control.
-    return !isOpen_ || ++used_ <= defined_;
-}
-
-bool Rows::endRow() {
-    // Text behind the last cell would need one more.
-    const bool fits = !isOpen_ || used_ + (hasText_ ? 1 : 0) <= defined_;
-    // What follows stays in the table until \pard.
-    inTable_ = inTable_ || isOpen_;
-    isOpen_ = hasText_ = false;
-    used_ = 0;
-    return fits;
-}
-
 class Checker {
   public:
     Checker(std::string_view bytes, std::size_t start)
@@ -234,7 +167,7 @@ class Checker {
     bool text(const RtfToken& token);
     bool entryText(const RtfToken& token, TextView sentence);
     bool fontTableText(const RtfToken& token);
-    void rewriteBinary(const RtfToken& token);
+    void rewriteBinary(const RtfToken& raw);
     bool checkEnd(std::size_t end);
     std::string edited(std::size_t end) const;
 
@@ -258,7 +191,7 @@ class Checker {
     RtfLexer lexer_;
     std::array<Level, kMaxRtfDepth> levels_;
     std::size_t depth_ = 0;
-    Rows rows_;
+    RtfRows rows_;
     std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
     bool hasText_ = false;      // the document's text has begun
     std::size_t wordEnd_ = 0;   // where the last word ended
@@ -321,12 +254,7 @@ void Checker::countStandIns(const RtfToken& token) {
         missing_ = level().skip;
     else if (missing_ > 0 && isStandIn)
         --missing_;
-    else if (token.isWord("bin")) {
-        // What it becomes: line ends and, in a picture, two digits a byte.
-        if (level().place == Place::Data)
-            missing_ -= static_cast<std::int32_t>(
-                std::min(static_cast<std::size_t>(missing_), 2 * (token.end - token.data)));
-    } else if (token.kind != RtfToken::Kind::Break) {
+    else if (token.kind != RtfToken::Kind::Break && !token.isWord("bin")) {
         if (missing_ > 0 && token.kind == RtfToken::Kind::Open)
             edits_.push_back(
                 {token.begin, token.begin, std::string(static_cast<std::size_t>(missing_), '?')});
@@ -494,7 +422,8 @@ bool Checker::tableWord(const RtfToken& token) {
     if (contains(kAsides, token.name))
         here.place = Place::Skipped;
     // Some controls skip such a group, others go on with the text in the middle of it.
-    if ((here.place == Place::Starred || here.place == Place::Data) && Rows::isRowWord(token.name))
+    if ((here.place == Place::Starred || here.place == Place::Data) &&
+        RtfRows::isRowWord(token.name))
         return malformed(kBadTable);
     return here.place != Place::Body || rows_.word(token) || malformed(kBadTable);
 }
@@ -575,21 +504,24 @@ void Checker::takeData(char hexDigit) {
         data_ += hexDigit;
 }
 
-void Checker::rewriteBinary(const RtfToken& token) {
+// What is written instead is judged as if it had stood there.
+void Checker::rewriteBinary(const RtfToken& raw) {
     // The line end ends whatever word stands before, and is neither data nor text.
     std::string hex = "\r\n";
     if (level().place == Place::Data) {
-        level().started = level().started || token.data != token.end;
         constexpr std::string_view digits = "0123456789abcdef";
-        for (const char c : bytes_.substr(token.data, token.end - token.data)) {
+        RtfToken written;
+        written.kind = RtfToken::Kind::Byte;
+        for (const char c : bytes_.substr(raw.data, raw.end - raw.data)) {
             const auto byte = static_cast<unsigned char>(c);
             for (const char digit : {digits[byte >> 4U], digits[byte & 15U]}) {
                 hex += digit;
-                takeData(digit);
+                written.byte = static_cast<unsigned char>(digit);
+                token(written);
             }
         }
     }
-    edits_.push_back({token.begin, token.end, std::move(hex)});
+    edits_.push_back({raw.begin, raw.end, std::move(hex)});
 }
 
 bool Checker::checkEnd(std::size_t end) {

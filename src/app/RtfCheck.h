@@ -22,8 +22,6 @@ inline constexpr std::size_t kMaxRtfDepth = 30;
 inline constexpr std::size_t kMaxRtfWordLength = 250;
 // Bytes of a name in the font table or the style sheet; crashes above 1,040.
 inline constexpr std::size_t kMaxRtfNameLength = 250;
-// Cells of a table row; crashes at 65, loses a cell at 64.
-inline constexpr std::size_t kMaxRtfCells = 63;
 
 struct RtfVerdict {
     enum class Kind {

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "RtfSamples.h"
+#include "app/RtfRows.h"
 
 namespace melvorin {
 namespace {

@@ -5,6 +5,8 @@
 namespace melvorin::testing {
 namespace {
 
+constexpr UINT kSampleCodePage = 1252;
+
 // ---- Files ------------------------------------------------------------------------------------
 
 TEST(RealFiles, ReplacePutsTheNewFileInPlaceOfTheOld) {
@@ -285,8 +287,7 @@ TEST(RealProfiles, NewFileIsUnicodeAndKeepsPathsInAnyScript) {
 }
 
 TEST(RealProfiles, FileOfAnOlderProgramStaysAnsi) {
-    if (::GetACP() != 1252)
-        GTEST_SKIP() << "the sample file is in code page 1252";
+    ASSERT_EQ(::GetACP(), kSampleCodePage) << "run the tests with LC_ALL=C.UTF-8";
     const ScratchFolder folder;
     const Text file = folder.add(u"old.ini", "[Tela]\r\nOption=caf\xE9\r\nOther=1\r\n");
     Win32ProfileFiles profiles;
@@ -447,8 +448,7 @@ TEST(RealProgramFolder, TemplateIsTheOnlyCustomResource) {
 // ---- Code page --------------------------------------------------------------------------------
 
 TEST(RealCodePage, GivesBackWhatItTakesAndRefusesTheRest) {
-    if (::GetACP() != 1252)
-        GTEST_SKIP() << "the samples are in code page 1252";
+    ASSERT_EQ(::GetACP(), kSampleCodePage) << "run the tests with LC_ALL=C.UTF-8";
     struct Case {
         TextView text;
         std::optional<std::string> bytes;
@@ -480,8 +480,7 @@ TEST(RealCodePage, GivesBackWhatItTakesAndRefusesTheRest) {
 
 // Texts longer than one conversion call takes, with and without line ends to cut at.
 TEST(RealCodePage, ConvertsLargeTextsInPieces) {
-    if (::GetACP() != 1252)
-        GTEST_SKIP() << "the samples are in code page 1252";
+    ASSERT_EQ(::GetACP(), kSampleCodePage) << "run the tests with LC_ALL=C.UTF-8";
     constexpr std::size_t piece = 1u << 24;
     std::string bytes(piece + 1000, '\xE9');
     for (const std::size_t lineEnd : {std::size_t{0}, piece - 1, piece, piece + 999}) {

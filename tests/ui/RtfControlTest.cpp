@@ -11,6 +11,7 @@
 #include "../core/RtfSamples.h"
 #include "app/RtfCheck.h"
 #include "app/RtfMap.h"
+#include "app/RtfRows.h"
 
 namespace melvorin {
 namespace {
