@@ -1,3 +1,4 @@
+#include "CodePageSamples.h"
 #include "app/Text.h"
 
 #include <gtest/gtest.h>
@@ -174,6 +175,10 @@ TEST(TextCodec, SaysWhenAFileCannotBeRestored) {
     }
     EXPECT_TRUE(decodeText("\xB0", Forgetful()).lossy);
     EXPECT_FALSE(decodeText("plain", Forgetful()).lossy);
+}
+
+TEST(CodePages, ReadAndWriteTheSameOnEverySystem) {
+    checkCodePages();
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // The outside services as Windows gives them: the real disk, profile files, registry, resources.
+#include "../core/CodePageSamples.h"
 #include "Scripted.h"
 #include "platform/SystemLibrary.h"
 
@@ -496,6 +497,10 @@ TEST(RealCodePage, ConvertsLargeTextsInPieces) {
     unfit[piece - 1] = 0xD83C;
     unfit[piece] = 0xDFB8;
     EXPECT_EQ(systemAnsiCodec().encode(unfit), std::nullopt);
+}
+
+TEST(CodePages, ReadAndWriteTheSameOnEverySystem) {
+    checkCodePages();
 }
 
 }  // namespace
