@@ -130,6 +130,7 @@ class UntouchedSystem : public SystemSettings {
     std::optional<Text> registryString(TextView, TextView) override { return std::nullopt; }
     void setRegistryString(TextView, TextView, TextView) override {}
     void initCommonControls() override {}
+    Text documentsFolder() override { return {}; }
 };
 
 class UntouchedFolder : public Win32ProgramFolder {

@@ -1,5 +1,7 @@
 #include "app/Documents.h"
 
+#include "app/Contrast.h"
+#include "app/EditCommands.h"
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
 #include "app/RtfCheck.h"
@@ -13,6 +15,9 @@ constexpr TextView kVerifyPath =
     u"    Please verify that the correct path and file name are given.";
 constexpr TextView kApplication = u"Melvorin";
 constexpr int kTextFilter = 3;
+// Of text that has no colour of its own, and what it needs to be read on a page.
+constexpr Rgb kInk{0, 0, 0};
+constexpr double kLeastContrast = 3;
 
 int openFilterIndex(TextView extension) {
     const Text lower = lowerCase(extension);
@@ -36,6 +41,21 @@ std::vector<FileFilter> openFilters() {
 // Some controls write broken Rich Text where a symbol font has not got a character.
 bool isReadable(std::string_view rtf) {
     return checkRtf(rtf).kind == RtfVerdict::Kind::Ok;
+}
+
+// A "doc" ends as plain text too, and is written once, so that a failure leaves the old file.
+bool isSavedAsPlain(TextView path) {
+    const Text extension = lowerCase(extensionPart(path));
+    return extension == u"txt" || extension == u"doc";
+}
+
+// A path without its ending. What only looks like one belongs to the name: "St. Anne No. 1".
+Text songName(TextView path) {
+    const TextView ending = extensionPart(path);
+    const bool isOfName =
+        !ending.empty() &&
+        (ending.starts_with(u' ') || ending.find_first_not_of(u"0123456789") == TextView::npos);
+    return Text(isOfName ? path : withoutExtension(path));
 }
 
 Text quoted(TextView path) {
@@ -133,10 +153,13 @@ void Documents::newDocument() {
         return;
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
     setPath({}, {});
+    kindAgreed_ = false;
     showTitle();
+    keepLegible();
     record();
     startHistory();
     publish();
+    callbacks_.replaced();
 }
 
 void Documents::open() {
@@ -151,8 +174,18 @@ void Documents::open() {
                                                 openFilterIndex(lastUsed_.openedExtension),
                                                 lastUsed_.opened,
                                                 {}});
-    if (choice && load(choice->path))
+    if (choice && load(withItsEnding(choice->path)))
         callbacks_.used(path_);
+}
+
+// A name that was typed without its ending is tried as it stands and then with those of songs.
+Text Documents::withItsEnding(TextView path) {
+    for (const TextView ending : {u"", u".mlv", u".mvt", u".rtf", u".txt"}) {
+        const Text full = Text(path) + Text(ending);
+        if (services_.files.exists(full))
+            return full;
+    }
+    return Text(path);
 }
 
 bool Documents::openPath(TextView path, bool remember) {
@@ -182,24 +215,37 @@ bool Documents::load(TextView path) {
     if (!mark)
         return false;
     setPath(path, mark);
+    kindAgreed_ = false;
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;
     showTitle();
     record();
     startHistory();
     publish();
+    callbacks_.replaced();
     return true;
+}
+
+// A colour behind the text is the user's view, and stays; but not where the words of another song
+// cannot be read on it.
+void Documents::keepLegible() {
+    const std::optional<Rgb> background = editor_.background();
+    if (background && contrast(*background, kInk) < kLeastContrast)
+        editor_.setBackground(std::nullopt);
 }
 
 bool Documents::openExample(TextView path) {
     if (!showFile(path))
         return false;
     setPath({}, {});
+    kindAgreed_ = false;
     showTitle();
-    changed();
+    record();
+    markChanged();
     history_.setFloor();
     state_.undo = false;
     publish();
+    callbacks_.replaced();
     return true;
 }
 
@@ -232,6 +278,7 @@ std::optional<FileMark> Documents::showFile(TextView path) {
         editor_.loadRtf(before);
         return refuse(u"It has characters in a symbol font that the editor could not save again.");
     }
+    keepLegible();
     editor_.scrollCaretIntoView();
     return markOf(*bytes.value);
 }
@@ -239,7 +286,47 @@ std::optional<FileMark> Documents::showFile(TextView path) {
 bool Documents::save() {
     if (path_.empty())
         return saveAs();
-    return mayOverwrite() && writeTo(path_);
+    switch (askAboutKind()) {
+        case Answer::Yes:
+            return mayOverwrite() && writeTo(path_);
+        case Answer::No:
+            return saveAs();
+        default:
+            return false;
+    }
+}
+
+// A file that would become another kind of file, or lose something, is asked about once.
+Answer Documents::askAboutKind() {
+    if (kindAgreed_)
+        return Answer::Yes;
+    const Text change = changeOfKind();
+    if (change.empty())
+        return Answer::Yes;
+    const Answer answer = services_.messages.show(
+        change + u"\r\n\r\nSave it so? With No you choose another name or kind for the song.",
+        kMessageTitle, MessageIcon::Question, MessageButtons::YesNoCancel);
+    kindAgreed_ = answer == Answer::Yes;
+    return answer;
+}
+
+// What a Save would make of the file that is on disk, as a sentence; empty where it stays what it
+// is. The file itself is asked, as another program or an earlier run may have written it.
+Text Documents::changeOfKind() {
+    const Result<std::string> bytes = services_.files.read(path_);
+    if (!bytes || bytes.value->empty())
+        return {};
+    const bool isRich = looksLikeRtf(*bytes.value);
+    const Text name = quoted(fileNamePart(path_));
+    if (isSavedAsPlain(path_))
+        return isRich ? name +
+                            u" holds formatted text. With this ending it is saved as plain text: "
+                            u"fonts, colours and chord diagrams are lost."
+                      : Text();
+    return isRich ? Text()
+                  : name +
+                        u" is plain text. Saved from here it becomes Rich Text, which other "
+                        u"programs may not read as a song.";
 }
 
 // What another program wrote into the document's file is not overwritten unasked. A file that has
@@ -255,9 +342,7 @@ bool Documents::mayOverwrite() {
 }
 
 bool Documents::writeTo(TextView path) {
-    const Text extension = lowerCase(extensionPart(path));
-    // A "doc" ends as plain text too, and is written once, so that a failure leaves the old file.
-    const bool isPlain = extension == u"txt" || extension == u"doc";
+    const bool isPlain = isSavedAsPlain(path);
     const std::string bytes =
         isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf();
     const auto refuse = [&](TextView cause) {
@@ -270,6 +355,8 @@ bool Documents::writeTo(TextView path) {
     const Result<Done> written = services_.files.replace(path, bytes);
     if (!written)
         return refuse(written.cause);
+    if (path != path_)
+        kindAgreed_ = false;
     setPath(path, markOf(bytes));
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;
@@ -280,17 +367,16 @@ bool Documents::writeTo(TextView path) {
 std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
     FileDialogRequest request{u" Save As", saveFilters(), 1, {}, {}};
     request.filterIndex = lowerCase(extension_) == u"rtf" ? 2 : 1;
-    request.fileName =
-        path_.empty() ? Text(kUntitled) : Text(withoutExtension(fileNamePart(path_)));
-    request.initialFolder = folderPart(path_);
+    request.fileName = path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_));
+    request.initialFolder = path_.empty() ? services_.system.documentsFolder() : folderPart(path_);
     const auto choice = services_.dialogs.save(request);
     if (!choice)
         return std::nullopt;
     Text path = choice->path;
     if (choice->filterIndex == 1)
-        path = Text(withoutExtension(path)) + u".mlv";
+        path = songName(path) + u".mlv";
     else if (choice->filterIndex == 2)
-        path = Text(withoutExtension(path)) + u".rtf";
+        path = songName(path) + u".rtf";
     // The dialog asked about the name as it was typed; the changed one may be another file.
     if (lowerCase(path) != lowerCase(choice->path) && services_.files.exists(path) &&
         services_.messages.show(quoted(path) + u" already exists.\r\nDo you want to replace it?",
@@ -325,7 +411,13 @@ void Documents::showTitle() {
 void Documents::record() {
     // Until it is: the editor may fail to give its text.
     unrecorded_ = true;
-    switch (history_.record(editor_.rtf(), editor_.selection().begin, editor_.background())) {
+    record(editor_.rtf());
+}
+
+void Documents::record(const std::string& rtf) {
+    unrecorded_ = true;
+    recorded_ = markOf(rtf);
+    switch (history_.record(rtf, editor_.selection().begin, editor_.background())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
             unrecorded_ = false;
@@ -361,13 +453,28 @@ void Documents::startHistory() {
     state_.keyButtons = false;
 }
 
+bool Documents::isRecorded(const std::string& rtf) const {
+    return !unrecorded_ && !history_.currentSnapshot().path.empty() && recorded_ == markOf(rtf) &&
+           history_.currentSnapshot().background == editor_.background();
+}
+
 void Documents::changed() {
-    // Dirty first: while a message about the snapshot is open, the session may end.
-    state_.dirty = true;
-    state_.saveAs = !editor_.isEmpty();
-    state_.keyButtons = false;
+    // A control that cannot give its text may hold anything.
+    std::string rtf;
     try {
-        record();
+        rtf = editor_.rtf();
+    } catch (...) {
+        unrecorded_ = true;
+        markChanged();
+        publish();
+        throw;
+    }
+    if (isRecorded(rtf))
+        return;
+    // Dirty first: while a message about the snapshot is open, the session may end.
+    markChanged();
+    try {
+        record(rtf);
     } catch (...) {
         publish();
         throw;
@@ -376,14 +483,23 @@ void Documents::changed() {
     publish();
 }
 
-void Documents::restore(const Snapshot& snapshot) {
+void Documents::markChanged() {
+    state_.dirty = true;
+    state_.saveAs = !editor_.isEmpty();
+    state_.keyButtons = false;
+}
+
+// `changedAt` is where the step between the two states was made.
+void Documents::restore(const Snapshot& snapshot, std::int32_t changedAt) {
     const EditorWork work(editor_);
-    const ScrollPosition scroll = editor_.scrollPosition();
+    const ScrollPosition page = editor_.scrollPosition();
+    const Text before = editor_.text().chars;
     if (showSnapshot(snapshot)) {
-        // The page stays where it is, unless the change is elsewhere.
-        editor_.scrollTo(scroll);
-        editor_.scrollCaretIntoView();
+        showDifference(editor_, page, before, changedAt);
+        recorded_ = markOf(editor_.rtf());
     } else {
+        // What the editor shows is another state.
+        recorded_ = {};
         reportFailure(services_.messages,
                       u"This step could not be kept, so it cannot be shown; the text stays as it "
                       u"is. Undo and Redo go on from here.");
@@ -425,7 +541,7 @@ bool Documents::mayLeaveScreenText() {
 bool Documents::undo() {
     if (!state_.undo || !mayLeaveScreenText())
         return false;
-    restore(history_.previous());
+    restore(history_.previous(), history_.currentSnapshot().caret);
     history_.stepBack();
     state_.undo = history_.canUndo();
     state_.redo = true;
@@ -438,7 +554,7 @@ bool Documents::undo() {
 bool Documents::redo() {
     if (!state_.redo || !mayLeaveScreenText())
         return false;
-    restore(history_.next());
+    restore(history_.next(), history_.next().caret);
     history_.stepForward();
     state_.undo = true;
     state_.redo = history_.canRedo();
@@ -460,7 +576,14 @@ void Documents::disableKeyButtons() {
     publish();
 }
 
-void Documents::endRun() {
+void Documents::endRun(RunEnd how) {
+    if (state_.dirty && keepsChanges(how)) {
+        // The last of them may be in no snapshot yet.
+        if (unrecorded_ &&
+            history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()))
+            keepJournal();
+        return;
+    }
     journal_.close();
     history_.deleteAll();
     journal_.end();
@@ -530,12 +653,14 @@ bool Documents::bringBack(RunState run) {
     history_.adopt(std::move(run.snapshots), run.current, run.floor);
     journal_.keepAll(history_);
     unrecorded_ = false;
+    recorded_ = markOf(editor_.rtf());
     state_.dirty = true;
     state_.saveAs = !editor_.isEmpty();
     state_.undo = history_.canUndo();
     state_.redo = history_.canRedo();
     state_.keyButtons = false;
     publish();
+    callbacks_.replaced();
     return true;
 }
 

@@ -31,12 +31,26 @@ struct LastUsedPaths {
     Text openedExtension;
 };
 
+// How a run ends.
+enum class RunEnd {
+    Closed,           // by the close sequence, which has asked about unsaved changes
+    SessionAnswered,  // with the user's session, after the same question
+    SessionCut,       // with the user's session, and nobody could answer
+    Screen,           // because the screen is one that the program does not support
+};
+// Unsaved changes stay on disk, and the next start offers them.
+constexpr bool keepsChanges(RunEnd how) {
+    return how == RunEnd::SessionCut || how == RunEnd::Screen;
+}
+
 class Documents {
   public:
     struct Callbacks {
         std::function<void(const ShellState&)> stateChanged;
         // A document was opened or saved under a new name.
         std::function<void(TextView path)> used;
+        // Another document has taken the place of the one before.
+        std::function<void()> replaced;
     };
 
     // Everything given outlives the object.
@@ -74,7 +88,8 @@ class Documents {
 
     // --- Changes ---
     // The change notification: called once after every command that changed the document, and
-    // by the editor's own change event.
+    // by the editor's own change event. Where the document is what the current snapshot holds,
+    // nothing has changed and nothing is recorded.
     void changed();
     // False where nothing has changed.
     bool undo();
@@ -83,8 +98,9 @@ class Documents {
     void idle();
     // The key buttons are switched off while a key change is under way.
     void disableKeyButtons();
-    // Deletes what the run keeps on disk.
-    void endRun();
+    // Deletes what the run keeps on disk, or leaves it for the next start: the one place that
+    // decides about it.
+    void endRun(RunEnd how);
 
     const ShellState& state() const { return state_; }
     const Text& path() const { return path_; }
@@ -97,19 +113,26 @@ class Documents {
     };
 
     void publish();
+    void markChanged();
     void record();
+    void record(const std::string& rtf);
+    bool isRecorded(const std::string& rtf) const;
     void startHistory();
     void showTitle();
     void setPath(TextView path, const std::optional<FileMark>& mark);
     bool load(TextView path);
     std::optional<FileMark> showFile(TextView path);
+    void keepLegible();
     bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
+    Text withItsEnding(TextView path);
+    Answer askAboutKind();
+    Text changeOfKind();
     bool mayOverwrite();
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();
     bool mayLeaveScreenText();
-    void restore(const Snapshot& snapshot);
+    void restore(const Snapshot& snapshot, std::int32_t changedAt);
     bool showSnapshot(const Snapshot& snapshot);
     void keepJournal();
     static Text nameOf(const RunState& run);
@@ -125,9 +148,11 @@ class Documents {
     ShellState state_;
     Text path_;
     std::optional<FileMark> mark_;  // what the document's file held when it was read or written
+    bool kindAgreed_ = false;       // the user lets Save make the file another kind of file
     Text extension_;
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot
+    FileMark recorded_;             // of the Rich Text that the editor gives for the current one
     bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
     bool historyFull_ = false;
 };

@@ -44,6 +44,34 @@ void receive(Editor& editor, TextView face) {
     editor.sendUndo();
 }
 
+// The parts of a range that are no diagrams, from first to last. A part of one face is judged whole
+// and any other in two halves, so that the number of looks goes with the number of faces.
+void findWords(Editor& editor, Selection range, std::vector<Selection>& words) {
+    editor.select(range);
+    const std::optional<Text> face = editor.selectionFace();
+    if (!face && range.end - range.begin > 1) {
+        const std::int32_t middle = range.begin + (range.end - range.begin) / 2;
+        findWords(editor, {range.begin, middle}, words);
+        findWords(editor, {middle, range.end}, words);
+    } else if (!face || !isDiagramFace(*face)) {
+        if (!words.empty() && words.back().end == range.begin)
+            words.back().end = range.end;
+        else
+            words.push_back(range);
+    }
+}
+
+std::vector<Selection> rangesOfWords(Editor& editor, Selection range) {
+    const std::optional<Text> face = editor.selectionFace();
+    if (face)
+        return isDiagramFace(*face) ? std::vector<Selection>() : std::vector<Selection>{range};
+    std::vector<Selection> words;
+    const EditorWork work(editor);
+    findWords(editor, range, words);
+    editor.select(range);
+    return words;
+}
+
 // The selection replaced by Rich Text; where the control refuses it, the document is as it was.
 bool replaceByRtf(Editor& editor, TextView face, const std::string& rtf) {
     const std::string before = editor.rtf();
@@ -59,9 +87,35 @@ bool replaceByRtf(Editor& editor, TextView face, const std::string& rtf) {
 
 }  // namespace
 
+void setFace(Editor& editor, TextView face) {
+    const Selection selection = editor.selection();
+    const std::vector<Selection> words = rangesOfWords(editor, selection);
+    if (words.empty() || words.front() == selection)
+        return editor.setSelectionFace(face);
+    const EditorWork work(editor);
+    for (const Selection& range : words) {
+        editor.select(range);
+        editor.setSelectionFace(face);
+    }
+    editor.select(selection);
+}
+
 void setIncomingFormat(Editor& editor, TextView face) {
-    editor.setSelectionFont(face, kEditorFontPoints);
+    setFace(editor, face);
+    editor.setSelectionSize(2 * kEditorFontPoints);
     editor.setSelectionColour({0, 0, 0});
+}
+
+void showDifference(Editor& editor, ScrollPosition page, TextView before, std::int32_t otherwise) {
+    const Text after = editor.text().chars;
+    const auto [old, now] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const bool isAlike = old == before.end() && now == after.end();
+    const auto length = static_cast<std::int32_t>(after.size());
+    const std::int32_t place =
+        isAlike ? std::min(otherwise, length) : static_cast<std::int32_t>(now - after.begin());
+    editor.scrollTo(page);
+    if (!editor.isInView(place))
+        editor.centre(place);
 }
 
 std::size_t columnOfSelection(const Editor& editor) {
@@ -100,6 +154,11 @@ bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages
         editor.select(selection);
         receive(editor, face);
         editor.replaceSelection(*text);
+        // Over a diagram it would have come in as more of them.
+        const Selection caret = editor.selection();
+        editor.select({selection.begin, caret.end});
+        setIncomingFormat(editor, face);
+        editor.select(caret);
     }
     if (!richCause.empty())
         tell(messages,

@@ -9,9 +9,18 @@
 
 namespace melvorin {
 
+// Gives the selection a face. A chord diagram among other characters keeps its own, in which alone
+// it is a diagram; where only diagrams are selected they take it.
+void setFace(Editor& editor, TextView face);
+
 // Gives the selection, or what is typed next, the format of text that comes in: the editor's face,
-// its usual size, black.
+// its usual size, black. Diagrams keep their face, as above.
 void setIncomingFormat(Editor& editor, TextView face);
+
+// After the document was replaced by an earlier or later state of itself: the page is what it was,
+// if it shows where the two differ; else that stands in the middle. Where the texts are alike, only
+// formats differ, and `otherwise` is the place.
+void showDifference(Editor& editor, ScrollPosition page, TextView before, std::int32_t otherwise);
 
 // Characters between the start of the selection's line and the selection; a soft line break starts
 // a line too.

@@ -57,6 +57,10 @@ class Editor {
     virtual bool loadPlain(const EditorText& text, TextView face, int points) = 0;
     // Face and size of the selection, which is also what is typed next.
     virtual void setSelectionFont(TextView face, int points) = 0;
+    virtual void setSelectionFace(TextView face) = 0;
+    virtual void setSelectionSize(int halfPoints) = 0;
+    // The one face of the selection; nothing where it has several.
+    virtual std::optional<Text> selectionFace() const = 0;
     virtual void setSelectionColour(Rgb colour) = 0;
     // Replaces the selected text; the new text takes the format of the first replaced character.
     // The caret is behind it afterwards.
@@ -82,6 +86,10 @@ class Editor {
     virtual ScrollPosition scrollPosition() const = 0;
     virtual void scrollTo(ScrollPosition position) = 0;
     virtual void scrollCaretIntoView() = 0;
+    // A position that the view shows, and the view scrolled so that it stands in the middle, as far
+    // as the document allows.
+    virtual bool isInView(std::int32_t position) const = 0;
+    virtual void centre(std::int32_t position) = 0;
 
     // Nested: while the count is above zero nothing is drawn and no change event is sent, so
     // that a command is one visible step and one undo step.

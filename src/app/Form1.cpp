@@ -1,6 +1,7 @@
 #include "app/Form1.h"
 
 #include <exception>
+#include <utility>
 #include <vector>
 
 #include "app/EnablingRules.h"
@@ -101,7 +102,7 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
-                  [this](TextView path) { recent_.add(path); }}),
+                  [this](TextView path) { remember(path); }, [this] { find_.startOver(); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
       find_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
@@ -176,6 +177,7 @@ bool Form1::createParts() {
     rtftext_.setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
         return onEditorInput(message, wParam, lParam);
     });
+    rtftext_.setTypingRule([this](TextView face) { return typingFormat(face); });
     createAccelerators();
     showState(documents_.state());
     measureScreen();
@@ -220,7 +222,7 @@ void Form1::bringForward() {
 }
 
 void Form1::onShown() {
-    if (!isBusy())
+    if (mayBegin())
         documents_.recover();
 }
 
@@ -288,13 +290,9 @@ void Form1::onSize() {
     if (rtftext_.handle() == nullptr || ending_ || ::IsIconic(handle()))
         return;
     const ScreenSupport support = screenSupport(services_.screen.size(), J2_);
-    if (support == ScreenSupport::Unsupported) {
-        ending_ = true;
-        services_.messages.show(kUnsupportedScreen, kMessageTitle, MessageIcon::None,
-                                MessageButtons::Ok);
-        endProgram();
-        return;
-    }
+    screenFails_ = support == ScreenSupport::Unsupported;
+    if (screenFails_)
+        return endOnScreen();
     RECT client{};
     ::GetClientRect(handle(), &client);
     const MainLayout layout = layoutMainWindow(client.right, client.bottom, toolbar_.resize(),
@@ -304,6 +302,18 @@ void Form1::onSize() {
         {editor.left, editor.top, editor.left + editor.width, editor.top + editor.height});
     if (layout.panel.width > 0)
         dictionary_.place(layout.panel);
+}
+
+// A screen may turn at any moment: what is at work is finished first, and what was typed on stage
+// is in the song before it goes.
+void Form1::endOnScreen() {
+    if (isBusy())
+        return;
+    fullScreen_.keepEdits();
+    ending_ = true;
+    services_.messages.show(kUnsupportedScreen, kMessageTitle, MessageIcon::None,
+                            MessageButtons::Ok);
+    endProgram(RunEnd::Screen);
 }
 
 void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
@@ -339,6 +349,8 @@ LRESULT Form1::onNotify(LPARAM lParam) {
 }
 
 void Form1::onIdleTimer() {
+    if (screenFails_)
+        return onSize();
     if (loaded_ && !isBusy())
         documents_.idle();
 }
@@ -348,10 +360,14 @@ bool Form1::isBusy() const {
     return jobRuns_ || modal_.isOpen() || find_.isBusy();
 }
 
+// The door of everything that changes the document or puts another in its place. The view works on
+// the document that it was opened with, so it closes first.
+bool Form1::mayBegin() {
+    return !isBusy() && fullScreen_.close();
+}
+
 bool Form1::mayEnd() {
-    if (isBusy())
-        return false;
-    return fullScreen_.close() && documents_.mayClose();
+    return mayBegin() && documents_.mayClose();
 }
 
 LRESULT Form1::onQueryEndSession() {
@@ -361,19 +377,19 @@ LRESULT Form1::onQueryEndSession() {
 
 // Windows may end although nobody could answer; the next start then offers the song.
 void Form1::onEndSession(bool ends) {
-    if (ends && (sessionMayEnd_ || !documents_.state().dirty))
-        documents_.endRun();
+    if (ends)
+        documents_.endRun(sessionMayEnd_ ? RunEnd::SessionAnswered : RunEnd::SessionCut);
     sessionMayEnd_ = false;
 }
 
 void Form1::onClose() {
     if (mayEnd())
-        endProgram();
+        endProgram(RunEnd::Closed);
 }
 
-void Form1::endProgram() {
+void Form1::endProgram(RunEnd how) {
     ending_ = true;
-    documents_.endRun();
+    documents_.endRun(how);
     destroy();
     endProgram_();
 }
@@ -386,12 +402,11 @@ bool Form1::isEnabled(Command command) const {
 
 void Form1::run(Command command) {
     const Handler handler = handlerOf(command);
-    if (handler == nullptr || isBusy() || !isEnabled(command))
+    if (handler == nullptr || !isEnabled(command))
         return;
-    // The view works on the document that it was opened with.
-    if (command != Command::mnuFullScreen && !fullScreen_.close())
-        return;
-    (this->*handler)();
+    // An open view comes forward.
+    if (command == Command::mnuFullScreen ? !isBusy() : mayBegin())
+        (this->*handler)();
 }
 
 // Runs for every typed character, so it touches only what has changed.
@@ -419,6 +434,18 @@ void Form1::followSelection() {
     toolbar_.setChecked(kLeftButton, style.alignment == Alignment::Left);
     toolbar_.setChecked(kCenterButton, style.alignment == Alignment::Center);
     toolbar_.setChecked(kRightButton, style.alignment == Alignment::Right);
+}
+
+// A path that the list cannot hold is told once: the next song from that folder would bring the
+// same message.
+void Form1::remember(TextView path) {
+    if (recent_.add(path) || std::exchange(longPathTold_, true))
+        return;
+    services_.messages.show(
+        u"The song is open. Its path is too long for the list of recent files, so it is not "
+        u"listed there:\r\n\r\n" +
+            Text(path),
+        kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
 }
 
 void Form1::showRecent(const RecentMenu& menu) {
@@ -494,7 +521,7 @@ void Form1::toggleDictionary() {
 }
 
 void Form1::insertDiagram(TextView glyph, TextView face) {
-    if (isBusy())
+    if (!mayBegin())
         return;
     RichEditDiagrams editor(rtftext_);
     const DiagramStyle typing = melvorin::insertDiagram(editor, glyph, face);
@@ -525,8 +552,10 @@ void Form1::showSpellingMenu() {
     for (const Command item : {Command::mnuSus, Command::mnuBem})
         ::AppendMenuW(menu.get(), MF_STRING, idOf(item), wide(menuBar_.caption(item)));
     const RECT button = toolbar_.buttonOnScreen(kKeyDownButton);
+    toolbar_.showTips(false);
     ::TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN, button.left, button.bottom, 0,
                      handle(), nullptr);
+    toolbar_.showTips(true);
 }
 
 }  // namespace melvorin

@@ -52,7 +52,7 @@ class Form1 : public Window {
     // For tests and for windows that work on the document.
     RichEdit& rtftext() { return rtftext_; }
     // Deletes what the run keeps on disk, as its end does.
-    void endRun() { documents_.endRun(); }
+    void endRun() { documents_.endRun(RunEnd::Closed); }
     const Documents& documents() const { return documents_; }
     const Toolbar& toolbar() const { return toolbar_; }
     frmFont& fontWindow() { return font_; }
@@ -79,11 +79,12 @@ class Form1 : public Window {
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onException(const std::exception& error) override;
     void onSize();
+    void endOnScreen();
     void onCommand(WPARAM wParam, LPARAM lParam);
     LRESULT onNotify(LPARAM lParam);
     bool onEditorInput(UINT message, WPARAM wParam, LPARAM lParam);
     bool onEditorKey(WPARAM key);
-    void takeEditorFont();
+    std::optional<RichEdit::TypingFormat> typingFormat(TextView face);
     bool onEditorCharacter(WPARAM character);
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);
@@ -92,6 +93,7 @@ class Form1 : public Window {
     void onShown();
     void onClose();
     bool isBusy() const;
+    bool mayBegin();
     bool mayEnd();
     LRESULT onQueryEndSession();
     void onEndSession(bool ends);
@@ -99,6 +101,7 @@ class Form1 : public Window {
     bool createParts();
     void createAccelerators();
     void measureScreen();
+    void remember(TextView path);
     void showRecent(const RecentMenu& menu);
     void followSelection();
     void bringForward();
@@ -115,7 +118,7 @@ class Form1 : public Window {
         Form1& form_;
     };
     class Job;
-    void endProgram();
+    void endProgram(RunEnd how);
 
     void fileNew() { documents_.newDocument(); }
     void fileOpen() { documents_.open(); }
@@ -200,6 +203,8 @@ class Form1 : public Window {
     bool loaded_ = false;
     bool jobRuns_ = false;
     bool sessionMayEnd_ = false;
+    bool longPathTold_ = false;
+    bool screenFails_ = false;  // the program ends when the job that runs is done
     bool ending_ = false;
 };
 

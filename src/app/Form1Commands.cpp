@@ -7,7 +7,9 @@
 #include "app/ProgramSettings.h"
 #include "app/ShippedPages.h"
 #include "app/frmAbout.h"
+#include "chords/DocumentKey.h"
 #include "find/TabExpansion.h"
+#include "platform/RichEditDiagrams.h"
 
 namespace melvorin {
 
@@ -19,6 +21,9 @@ bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) try {
             return onEditorKey(wParam);
         case WM_CHAR:
             return onEditorCharacter(wParam);
+        case WM_LBUTTONDBLCLK:
+            return RichEditDiagrams(rtftext_).selectAt(
+                {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         default:
             ::SendMessageW(handle(), message, wParam, lParam);
             return true;
@@ -43,9 +48,6 @@ bool Form1::onEditorKey(WPARAM key) {
         return runs(Command::mnuEditPaste);
     if (key == VK_DELETE && shift)
         return runs(Command::mnuEditCut);
-    // Some controls begin a line here, others at the character.
-    if (key == VK_RETURN)
-        takeEditorFont();
     // These two come as characters too, which run the commands.
     return control && (key == 'A' || key == 'V');
 }
@@ -54,6 +56,7 @@ bool Form1::onEditorCharacter(WPARAM character) {
     constexpr WPARAM ctrlA = 1;
     constexpr WPARAM ctrlF = 6;
     constexpr WPARAM ctrlV = 22;
+    constexpr WPARAM ctrlBackspace = 0x7F;
     const auto runs = [&](Command command) {
         ::SendMessageW(handle(), WM_COMMAND, idOf(command), 0);
         return true;
@@ -65,36 +68,35 @@ bool Form1::onEditorCharacter(WPARAM character) {
             return runs(Command::mnuFind);
         case ctrlV:
             return runs(Command::mnuEditPaste);
+        case ctrlBackspace:
+            return true;
+        case u'\t':
+            typeTab();
+            return true;
         default:
-            break;
+            return false;
     }
-    const bool inserts = character >= u' ' || character == u'\r' || character == u'\t';
-    if (!inserts)
-        return false;
-    takeEditorFont();
-    if (character != u'\t')
-        return false;
-    typeTab();
-    return true;
 }
 
-// What is typed is in the editor's font, unless the user is at work with formatted text.
-void Form1::takeEditorFont() {
-    if (!services_.clipboard.hasRichText())
-        rtftext_.setTypingFormat(editorFontFace(services_), kEditorFontPoints);
+// What is typed is in the editor's font, unless the user is at work with formatted text; behind a
+// diagram always, or it would be another diagram.
+std::optional<RichEdit::TypingFormat> Form1::typingFormat(TextView face) {
+    if (services_.clipboard.hasRichText() && !isDiagramFace(face))
+        return std::nullopt;
+    return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
 }
 
 // A tab would move with the font; blanks keep chords over their words.
 void Form1::typeTab() {
     if (::GetKeyState(VK_SHIFT) >= 0)
-        rtftext_.replaceSelection(expandTabs(u"\t", columnOfSelection(rtftext_)));
+        rtftext_.type(expandTabs(u"\t", columnOfSelection(rtftext_)));
 }
 
 void Form1::onDrop(HDROP drop) {
     Text path(32768, u'\0');
     path.resize(::DragQueryFileW(drop, 0, wideBuffer(path), static_cast<UINT>(path.size())));
     ::DragFinish(drop);
-    if (!path.empty() && !isBusy())
+    if (!path.empty() && mayBegin())
         documents_.openPath(path, true);
 }
 
@@ -209,7 +211,7 @@ void Form1::guitarTuner() {
 // A change that another window makes of the document: one undo step, and none while a command
 // waits for an answer.
 void Form1::edit(const std::function<bool()>& change) {
-    if (isBusy())
+    if (!mayBegin())
         return;
     try {
         if (change())

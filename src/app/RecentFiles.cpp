@@ -45,10 +45,7 @@ void RecentFiles::hideEmpty() {
 }
 
 void RecentFiles::begin() {
-    load();
-    hideEmpty();
-    menu_.clean = !menu_.empty;
-    changed_(menu_);
+    reload();
 }
 
 bool RecentFiles::isListed(TextView path) const {
@@ -56,21 +53,30 @@ bool RecentFiles::isListed(TextView path) const {
                        [&](const RecentMenu::Entry& entry) { return entry.caption == path; });
 }
 
-void RecentFiles::add(TextView path) {
-    if (isListed(path))
-        return;
+void RecentFiles::reload() {
+    load();
+    hideEmpty();
+    menu_.clean = !menu_.empty;
+    changed_(menu_);
+}
+
+bool RecentFiles::add(TextView path) {
+    // One character of the buffer is the end of the text.
+    if (path.size() >= kCapacity)
+        return false;
+    if (isListed(path)) {
+        reload();
+        return true;
+    }
     // An unused slot is not copied, so what stands below a gap may come to stand in two.
     for (int slot = kSlots - 1; slot >= 1; --slot) {
         const Text value = read(slot);
         if (isFile(value) && !write(slot + 1, value))
-            return;  // else the newest entry would overwrite one that has no other place
+            return true;  // else the newest entry would overwrite one that has no other place
     }
-    if (!write(1, path))
-        return;
-    load();
-    hideEmpty();
-    menu_.clean = true;
-    changed_(menu_);
+    if (write(1, path))
+        reload();
+    return true;
 }
 
 bool RecentFiles::clean() {

@@ -34,9 +34,11 @@ class RecentFiles {
     void begin();
     // The comparison is exact: two spellings of a path are two files.
     bool isListed(TextView path) const;
-    // Puts a path on top, unless it is listed: the order tells when a file was first used. Where
-    // the INI file cannot be written the list stays as it is; the song is open all the same.
-    void add(TextView path);
+    // Puts a path on top, unless it is listed: the order tells when a file was first used. The menu
+    // then shows what the file holds, which another run may have written. Where the INI file cannot
+    // be written the list stays as it is; the song is open all the same. False for a path that is
+    // longer than what can be read again; it is not added.
+    bool add(TextView path);
     // Empties the list. False when the INI file cannot be written; the menu then still shows
     // what the file holds.
     bool clean();
@@ -48,6 +50,7 @@ class RecentFiles {
     bool write(int slot, TextView value);
     void load();
     void hideEmpty();
+    void reload();
 
     ProfileFiles& profiles_;
     std::function<void(const RecentMenu&)> changed_;

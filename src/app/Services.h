@@ -84,6 +84,8 @@ class SystemSettings {
     virtual std::optional<Text> registryString(TextView key, TextView name) = 0;
     virtual void setRegistryString(TextView key, TextView name, TextView value) = 0;
     virtual void initCommonControls() = 0;
+    // The user's folder for documents; empty where there is none.
+    virtual Text documentsFolder() = 0;
 };
 
 // The files of the program folder that need more than reading and writing.

@@ -79,7 +79,24 @@ Text fingeringEntry(std::size_t position) {
     return Text(isFiller(row, column) ? 2 : 1, kTable[row][column / kHalf][column % kHalf]);
 }
 
+bool selectDiagramBeside(DiagramEditor& editor) {
+    const Selection caret = editor.selection();
+    if (caret.end != caret.begin)
+        return false;
+    for (const Selection beside :
+         {Selection{caret.begin - 1, caret.begin}, Selection{caret.begin, caret.begin + 1}}) {
+        if (beside.begin < 0)
+            continue;
+        editor.select(beside);
+        if (isDiagramFace(editor.style().face) && editor.selectedText().size() == 1)
+            return true;
+    }
+    editor.select(caret);
+    return false;
+}
+
 bool Fingering::change(DiagramEditor& editor, MessageBoxes& messages) {
+    selectDiagramBeside(editor);
     const Selection selection = editor.selection();
     if (selection.end - selection.begin != 1)
         return askForDiagram(editor, messages);

@@ -21,6 +21,10 @@ inline constexpr std::size_t kFingeringRows = 6;
 // equals them.
 Text fingeringEntry(std::size_t position);
 
+// Where nothing is selected, selects the diagram that stands before the caret or else behind it.
+// False, and nothing is changed, where there is none.
+bool selectDiagramBeside(DiagramEditor& editor);
+
 class Fingering {
   public:
     // The command. True when the document was changed; the change notification is the caller's.

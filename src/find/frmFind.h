@@ -28,6 +28,8 @@ class frmFind : public Window {
     bool open(HWND owner, TextView what);
     // "Find Next"; where the window is not open yet, or has no text to search for, false.
     bool findNext();
+    // The next search begins at the top: another song is open.
+    void startOver() { finder_.reset(); }
     // Replace All runs: only this window's "Exit" and Esc take input.
     bool isBusy() const { return finder_.isBusy(); }
     // Keyboard navigation; true when the message is dealt with.

@@ -19,6 +19,7 @@ namespace {
 
 constexpr WPARAM kUnicode = 1200;
 constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
+constexpr int kLine = 14;   // and about the height of a line
 
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
@@ -101,6 +102,12 @@ bool streamIn(HWND control, WPARAM format, std::string_view bytes) {
     return stream.dwError == 0;
 }
 
+// Keys that put something into the text, as far as the control takes them.
+bool isTyping(UINT message, WPARAM wParam) {
+    return (message == WM_CHAR && (wParam >= u' ' || wParam == u'\r')) ||
+           (message == WM_KEYDOWN && wParam == VK_RETURN);
+}
+
 bool rtfHasText(std::string_view rtf) {
     const auto map = RtfMap::parse(rtf);
     return map && !map->text().empty();
@@ -154,18 +161,82 @@ HWND RichEdit::createControl() {
 
 LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                        UINT_PTR id, DWORD_PTR self) {
-    const bool isInput = message == WM_KEYDOWN || message == WM_CHAR || message == WM_DROPFILES;
+    const bool isInput = message == WM_KEYDOWN || message == WM_CHAR ||
+                         message == WM_LBUTTONDBLCLK || message == WM_DROPFILES;
     if (isInput) {
-        const RichEdit& editor = *reinterpret_cast<const RichEdit*>(self);
+        RichEdit& editor = *reinterpret_cast<RichEdit*>(self);
         // No exception may run through the control.
         try {
             if (editor.inputFilter_ && editor.inputFilter_(message, wParam, lParam))
                 return 0;
+            if (isTyping(message, wParam))
+                return editor.onTyped(window, message, wParam, lParam, id);
         } catch (const std::exception&) {
             return 0;
         }
     }
     return subclassDefault(filterInput, id, window, message, wParam, lParam);
+}
+
+// ---- Typing -----------------------------------------------------------------------------------
+
+// A character outside the first 65,536 comes in two halves and is one change.
+LRESULT RichEdit::onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id) {
+    const WPARAM first = std::exchange(firstHalf_, 0);
+    const bool isSecond = message == WM_CHAR && IS_LOW_SURROGATE(wParam);
+    if (message == WM_CHAR && IS_HIGH_SURROGATE(wParam)) {
+        firstHalf_ = wParam;
+        return 0;
+    }
+    if (isSecond && first == 0)
+        return 0;
+    typeBy([&] {
+        if (isSecond)
+            subclassDefault(filterInput, id, window, message, first, lParam);
+        subclassDefault(filterInput, id, window, message, wParam, lParam);
+    });
+    return 0;
+}
+
+void RichEdit::type(TextView text) {
+    typeBy([&] { replaceSelection(text); });
+}
+
+// The format is set at what has come in, not at what is selected before: many keys put nothing in
+// its place.
+void RichEdit::typeBy(const std::function<void()>& action) {
+    if (atWork())
+        return action();
+    const Selection before = selection();
+    const std::int32_t lengthBefore = length();
+    const LRESULT events = send(EM_SETEVENTMASK, 0, 0);
+    action();
+    const bool changed = selection() != before || length() != lengthBefore;
+    if (changed)
+        formatTyped(before.begin);
+    send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events));
+    if (!changed)
+        return;
+    ::SendMessageW(parent_, WM_COMMAND, MAKEWPARAM(id_, EN_CHANGE),
+                   reinterpret_cast<LPARAM>(handle_));
+    tellSelection();
+}
+
+void RichEdit::formatTyped(std::int32_t begin) {
+    // At the caret stands the format of what has just come in.
+    const SelectionStyle style = selectionStyle();
+    const auto wanted =
+        typingRule_ ? typingRule_(style.face.value_or(Text())) : std::optional<TypingFormat>();
+    if (!wanted || (style.face == wanted->face && style.halfPoints == wanted->points * 2 &&
+                    style.colour == Rgb{0, 0, 0}))
+        return;
+    const std::int32_t end = selection().end;
+    CHARFORMAT2W format = fontFormat(wanted->face, wanted->points);
+    format.dwMask |= CFM_COLOR;
+    format.crTextColor = RGB(0, 0, 0);
+    select({begin, end});
+    applyToSelection(format);
+    select({end, end});
 }
 
 bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
@@ -426,22 +497,19 @@ void RichEdit::clear() {
     send(WM_CLEAR);
 }
 
-void RichEdit::setTypingFormat(TextView face, int points) {
-    const SelectionStyle style = selectionStyle();
-    if (style.face == face && style.halfPoints == points * 2 && style.colour == Rgb{0, 0, 0})
-        return;
-    CHARFORMAT2W format = fontFormat(face, points);
-    format.dwMask |= CFM_COLOR;
-    format.crTextColor = RGB(0, 0, 0);
-    const LRESULT mask = send(EM_SETEVENTMASK, 0, 0);
-    applyToSelection(format);
-    send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(mask));
+std::int32_t RichEdit::positionAt(POINT point) const {
+    POINTL there{point.x, point.y};
+    return static_cast<std::int32_t>(send(EM_CHARFROMPOS, 0, lparamOf(&there)));
 }
 
 POINT RichEdit::pointOf(std::int32_t position) const {
     POINTL point{};
     send(EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&point), position);
     return {point.x, point.y};
+}
+
+std::optional<Text> RichEdit::selectionFace() const {
+    return selectionStyle().face;
 }
 
 Text RichEdit::faceAt(std::int32_t position) {
@@ -478,6 +546,25 @@ void RichEdit::scrollCaretIntoView() {
     send(EM_SCROLLCARET);
 }
 
+bool RichEdit::isInView(std::int32_t position) const {
+    const POINT point = pointOf(position);
+    RECT text{};
+    send(EM_GETRECT, 0, lparamOf(&text));
+    text.bottom -= scaled(kLine);
+    return ::PtInRect(&text, point) != FALSE;
+}
+
+void RichEdit::centre(std::int32_t position) {
+    const POINT point = pointOf(position);
+    RECT text{};
+    send(EM_GETRECT, 0, lparamOf(&text));
+    ScrollPosition place = scrollPosition();
+    place.y = std::max(0, place.y + static_cast<int>(point.y - (text.top + text.bottom) / 2));
+    if (point.x < text.left || point.x >= text.right)
+        place.x = std::max(0, place.x + static_cast<int>(point.x - (text.left + text.right) / 2));
+    scrollTo(place);
+}
+
 void RichEdit::beginWork() {
     if (work_++ > 0)
         return;
@@ -489,6 +576,10 @@ void RichEdit::endWork() {
     if (--work_ > 0)
         return;
     thaw();
+    tellSelection();
+}
+
+void RichEdit::tellSelection() const {
     SELCHANGE change{};
     change.nmhdr = {handle_, static_cast<UINT_PTR>(id_), EN_SELCHANGE};
     ::SendMessageW(parent_, WM_NOTIFY, static_cast<WPARAM>(id_), lparamOf(&change));
@@ -499,7 +590,8 @@ void RichEdit::thaw() const {
     // The message has brought it into view, whatever it was before.
     if (!shown_)
         ::ShowWindow(handle_, SW_HIDE);
-    ::InvalidateRect(handle_, nullptr, TRUE);
+    // With its frame: scroll bars that moved meanwhile were not drawn.
+    ::RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
 }
 

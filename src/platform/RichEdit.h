@@ -36,11 +36,19 @@ class RichEdit : public Editor {
     bool create(HWND parent, int id, TextView face, int points);
     // The control of the moment; ask again after a load.
     HWND handle() const { return handle_; }
-    // Gets key, character and drop messages before the control does; the control does not see
-    // those it returns true for. The parent hears EN_CHANGE as WM_COMMAND and EN_SELCHANGE as
-    // WM_NOTIFY, the latter also at the end of every piece of work.
+    // Gets key, character, double-click and drop messages before the control does; the control does
+    // not see those it returns true for. The parent hears EN_CHANGE as WM_COMMAND and EN_SELCHANGE
+    // as WM_NOTIFY, the latter also at the end of every piece of work.
     using InputFilter = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam)>;
     void setInputFilter(InputFilter filter) { inputFilter_ = std::move(filter); }
+    // The format that a typed character takes, given the face that it has otherwise; nothing where
+    // it keeps what it has.
+    struct TypingFormat {
+        Text face;
+        int points = 0;
+    };
+    using TypingRule = std::function<std::optional<TypingFormat>(TextView face)>;
+    void setTypingRule(TypingRule rule) { typingRule_ = std::move(rule); }
     void place(const RECT& rectangle);
     // Before `create`: no frame around the control.
     void setFrameless() { edge_ = 0; }
@@ -57,6 +65,9 @@ class RichEdit : public Editor {
     bool loadRtf(std::string_view rtf) override;
     bool loadPlain(const EditorText& text, TextView face, int points) override;
     void setSelectionFont(TextView face, int points) override;
+    void setSelectionFace(TextView face) override;
+    void setSelectionSize(int halfPoints) override;
+    std::optional<Text> selectionFace() const override;
     void setSelectionColour(Rgb colour) override;
     void replaceSelection(TextView text) override;
     bool replaceSelectionRtf(std::string_view rtf) override;
@@ -75,6 +86,8 @@ class RichEdit : public Editor {
     ScrollPosition scrollPosition() const override;
     void scrollTo(ScrollPosition position) override;
     void scrollCaretIntoView() override;
+    bool isInView(std::int32_t position) const override;
+    void centre(std::int32_t position) override;
     void beginWork() override;
     void endWork() override;
 
@@ -89,15 +102,16 @@ class RichEdit : public Editor {
     void cut();
     void copy();
     void clear();
-    // Face, size and black for what is typed next, with no change event for it.
-    void setTypingFormat(TextView face, int points);
+    // Puts text in place of the selection as if it was typed: in the format for that, with one
+    // change event.
+    void type(TextView text);
     // Where a character stands, in pixels of the control.
     POINT pointOf(std::int32_t position) const;
+    // The character at a place of the control, in pixels; the nearest one where there is none.
+    std::int32_t positionAt(POINT point) const;
     void setBold(bool on);
     void setItalic(bool on);
     void setUnderline(bool on);
-    void setSelectionFace(TextView face);
-    void setSelectionSize(int halfPoints);
     void setAlignment(Alignment alignment);
 
     std::int32_t lineCount() const;
@@ -121,12 +135,18 @@ class RichEdit : public Editor {
                                         UINT_PTR id, DWORD_PTR self);
     void applyPlace() const;
     void applyZoom(HWND control) const;
+    LRESULT onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
+    void typeBy(const std::function<void()>& action);
+    void formatTyped(std::int32_t begin);
+    void tellSelection() const;
     std::int32_t length() const;
     void thaw() const;
     // False when the control does not take the bytes; the old one then stays.
     bool fillFresh(WPARAM format, std::string_view bytes);
 
     InputFilter inputFilter_;
+    TypingRule typingRule_;
+    WPARAM firstHalf_ = 0;   // of a character of two units, until the second comes
     HWND handle_ = nullptr;  // owned by the parent window
     HWND parent_ = nullptr;
     int id_ = 0;

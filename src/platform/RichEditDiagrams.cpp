@@ -1,5 +1,7 @@
 #include "platform/RichEditDiagrams.h"
 
+#include "chords/DocumentKey.h"
+
 namespace melvorin {
 
 DiagramStyle RichEditDiagrams::style() const {
@@ -25,6 +27,18 @@ void RichEditDiagrams::put(TextView glyph, const DiagramStyle& style) {
     emphasise(false, false, false);
     editor_.select({end, end});
     emphasise(former.bold == true, former.italic == true, former.underline == true);
+}
+
+bool RichEditDiagrams::selectAt(POINT point) {
+    std::int32_t position = editor_.positionAt(point);
+    // The nearest place between two characters may be the one behind.
+    if (position > 0 && editor_.pointOf(position).x > point.x)
+        --position;
+    if (!isDiagramFace(editor_.faceAt(position)))
+        return false;
+    ::SetFocus(editor_.handle());
+    editor_.select({position, position + 1});
+    return true;
 }
 
 void RichEditDiagrams::typeIn(const DiagramStyle& style) {

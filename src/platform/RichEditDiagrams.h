@@ -16,6 +16,9 @@ class RichEditDiagrams : public DiagramEditor {
     Text selectedText() const override { return editor_.textBetween(editor_.selection()); }
     DiagramStyle style() const override;
     void put(TextView glyph, const DiagramStyle& style) override;
+    // Selects the diagram at a place of the control, in pixels: two side by side are two words.
+    // False where there is none.
+    bool selectAt(POINT point);
     // The style of what is typed next at the caret, until that moves.
     void typeIn(const DiagramStyle& style);
 

@@ -150,6 +150,11 @@ RECT Toolbar::buttonOnScreen(int number) const {
     return rectangle;
 }
 
+void Toolbar::showTips(bool show) {
+    const auto tips = reinterpret_cast<HWND>(send(TB_GETTOOLTIPS));
+    ::SendMessageW(tips, TTM_ACTIVATE, show ? TRUE : FALSE, 0);
+}
+
 int Toolbar::resize() {
     send(TB_AUTOSIZE);
     RECT rectangle{};

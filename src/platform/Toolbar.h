@@ -24,6 +24,8 @@ class Toolbar {
     // The rectangle of a button in screen coordinates, for its drop-down menu.
     RECT buttonOnScreen(int number) const;
 
+    // Whether tips show; while a menu is open they would cover it.
+    void showTips(bool show);
     // Follows its parent's width; the height it then has, in pixels.
     int resize();
     // Draws the pictures anew on the button face, after the system colours changed.

@@ -3,6 +3,7 @@
 #include <commdlg.h>
 #include <mmsystem.h>
 #include <objbase.h>
+#include <shlobj.h>
 
 #include <algorithm>
 
@@ -94,7 +95,8 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
 }
 
 std::optional<FileChoice> Win32FileDialogs::open(const FileDialogRequest& request) {
-    return runFileDialog(request, ownerWindow(owner_), OFN_FILEMUSTEXIST, ::GetOpenFileNameW);
+    // A name may be typed without its ending, so whoever asked looks whether the file exists.
+    return runFileDialog(request, ownerWindow(owner_), 0, ::GetOpenFileNameW);
 }
 
 std::optional<FileChoice> Win32FileDialogs::save(const FileDialogRequest& request) {
@@ -190,6 +192,15 @@ void Win32SystemSettings::setRegistryString(TextView key, TextView name, TextVie
     ::RegSetValueExW(created.get(), wide(Text(name)), 0, REG_SZ,
                      reinterpret_cast<const BYTE*>(stored.c_str()),
                      static_cast<DWORD>((stored.size() + 1) * sizeof(char16_t)));
+}
+
+Text Win32SystemSettings::documentsFolder() {
+    Text folder(MAX_PATH + 1, u'\0');
+    if (FAILED(::SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT,
+                                  wideBuffer(folder))))
+        return {};
+    folder.resize(folder.find(u'\0'));
+    return folder;
 }
 
 void Win32SystemSettings::initCommonControls() {

@@ -52,6 +52,7 @@ class Win32SystemSettings : public SystemSettings {
     std::optional<Text> registryString(TextView key, TextView name) override;
     void setRegistryString(TextView key, TextView name, TextView value) override;
     void initCommonControls() override;
+    Text documentsFolder() override;
 };
 
 class Win32ProgramFolder : public ProgramFolder {

@@ -5,8 +5,10 @@
 
 #include "app/EditCommands.h"
 #include "app/ProgramSettings.h"
+#include "chords/DocumentKey.h"
 #include "find/FrmTxt.h"
 #include "find/TabExpansion.h"
+#include "platform/RichEditDiagrams.h"
 
 namespace melvorin {
 namespace {
@@ -21,6 +23,17 @@ constexpr UINT kPauseMs = 400;
 
 bool isHeld(int key) {
     return ::GetKeyState(key) < 0;
+}
+
+// Keys that change a text or could: all characters, and of the others those that delete, cut, paste
+// or format.
+bool edits(UINT message, WPARAM wParam) {
+    if (message == WM_CHAR)
+        return true;
+    const bool isCommand = isHeld(VK_CONTROL) && !isHeld(VK_MENU) && wParam != 'C' &&
+                           wParam != VK_INSERT && wParam >= '0' && wParam <= 'Z';
+    return isCommand || wParam == VK_RETURN || wParam == VK_BACK || wParam == VK_DELETE ||
+           (wParam == VK_INSERT && isHeld(VK_SHIFT));
 }
 
 }  // namespace
@@ -43,13 +56,25 @@ bool frmFScreen::open(HWND owner) {
     }
     owner_ = owner;
     ::ShowOwnedPopups(owner, FALSE);
-    if (!createWindow(owner) || !panel_.open()) {
-        destroy();
-        ::ShowOwnedPopups(owner, TRUE);
+    bool opened = false;
+    try {
+        opened = createWindow(owner) && panel_.open();
+    } catch (...) {
+        giveUp();
+        throw;
+    }
+    if (!opened) {
+        giveUp();
         return false;
     }
     ::EnableWindow(owner, FALSE);
     return true;
+}
+
+// A view that could not be opened leaves the program as it was.
+void frmFScreen::giveUp() {
+    destroy();
+    ::ShowOwnedPopups(owner_, TRUE);
 }
 
 bool frmFScreen::createWindow(HWND owner) {
@@ -71,16 +96,29 @@ bool frmFScreen::createWindow(HWND owner) {
     if (!FSRTB_.create(handle(), kFSRTB, face, kEditorFontPoints) ||
         !FSRTB2_.create(handle(), kFSRTB2, face, kEditorFontPoints))
         return false;
-    for (RichEdit* const text : {&FSRTB_, &FSRTB2_})
+    for (RichEdit* const text : {&FSRTB_, &FSRTB2_}) {
+        text->setTypingRule([this](TextView former) -> std::optional<RichEdit::TypingFormat> {
+            if (!isDiagramFace(former))
+                return std::nullopt;
+            return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
+        });
         text->setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
             if (message == WM_DROPFILES)
                 ::DragFinish(reinterpret_cast<HDROP>(wParam));
-            (void)lParam;
+            if (message == WM_LBUTTONDBLCLK)
+                return RichEditDiagrams(shownText())
+                    .selectAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
             return onTextInput(message, wParam);
         });
+    }
     reduced_ = reducedEdited_ = unwritten_ = waits_ = writeFailed_ = false;
     writeMs_ = 0;
-    load();
+    if (!load()) {
+        reportFailure(services_.messages,
+                      u"The song cannot be shown on the full screen. It is as it was in the "
+                      u"editor.");
+        return false;
+    }
     ::ShowWindow(handle(), SW_SHOW);
     ::UpdateWindow(handle());
     return true;
@@ -88,11 +126,11 @@ bool frmFScreen::createWindow(HWND owner) {
 
 // The second text stays empty and out of sight until it is wanted: filled behind the first one it
 // would be seen by nobody, and opening would take twice as long.
-void frmFScreen::load() {
+bool frmFScreen::load() {
     FSRTB2_.show(false);
     takeBackground();
     placeTexts();
-    FSRTB_.loadRtf(rtftext_.rtf());
+    return FSRTB_.loadRtf(rtftext_.rtf());
 }
 
 void frmFScreen::takeBackground() {
@@ -300,6 +338,9 @@ void frmFScreen::setZoom(int percent) {
 bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (message == WM_DROPFILES)
         return true;
+    // A click into the text and a pedal that sends Enter must not write into the song.
+    if (panel_.run().isRunning())
+        return edits(message, wParam);
     if (message == WM_KEYDOWN) {
         const bool pastes = (wParam == VK_INSERT && isHeld(VK_SHIFT)) ||
                             (wParam == 'V' && isHeld(VK_CONTROL) && !isHeld(VK_MENU));
@@ -310,7 +351,7 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (wParam != u'\t')
         return false;
     if (!isHeld(VK_SHIFT))
-        shownText().replaceSelection(expandTabs(u"\t", columnOfSelection(shownText())));
+        shownText().type(expandTabs(u"\t", columnOfSelection(shownText())));
     return true;
 } catch (const std::exception& error) {
     onException(error);
@@ -394,7 +435,8 @@ void frmFScreen::restore(const std::function<bool()>& step) {
     takeBackground();
     RichEdit& text = shownText();
     const EditorWork work(text);
-    const ScrollPosition scroll = text.scrollPosition();
+    const ScrollPosition page = text.scrollPosition();
+    const Text before = text.text().chars;
     if (!text.loadRtf(rtftext_.rtf())) {
         // What it shows is no longer the song.
         reportFailure(services_.messages, u"This step cannot be shown here.");
@@ -402,8 +444,7 @@ void frmFScreen::restore(const std::function<bool()>& step) {
         return;
     }
     text.select(rtftext_.selection());
-    text.scrollTo(scroll);
-    text.scrollCaretIntoView();
+    showDifference(text, page, before, rtftext_.selection().begin);
     reducedEdited_ = reduced_;
 }
 
@@ -421,35 +462,41 @@ void frmFScreen::bringToTop(int line) {
     FSRTB_.bringToTop(shownLine(line, lineCount()) - 1);
 }
 
-void frmFScreen::reduce() {
-    const ScrollPosition scroll = FSRTB_.scrollPosition();
-    const Selection selection = FSRTB_.selection();
-    {
-        const EditorWork work(FSRTB2_);
-        FSRTB2_.loadRtf(FSRTB_.rtf());
-        FSRTB2_.select(selection);
-        FSRTB2_.scrollTo(scroll);
+// One of the texts takes over what the other shows. False, and the user is told, where it does not
+// take it: shown all the same, the next key would write what it has over the song.
+bool frmFScreen::takeOver(RichEdit& to, const RichEdit& from) {
+    const ScrollPosition scroll = from.scrollPosition();
+    const EditorWork work(to);
+    if (!to.loadRtf(from.rtf())) {
+        reportFailure(services_.messages,
+                      u"The view cannot change its size now. The song is as it was.");
+        return false;
     }
+    to.select(from.selection());
+    to.scrollTo(scroll);
+    return true;
+}
+
+bool frmFScreen::reduce() {
+    if (!takeOver(FSRTB2_, FSRTB_))
+        return false;
     reduced_ = true;
     reducedEdited_ = false;
     FSRTB2_.show(true);
     FSRTB_.show(false);
+    return true;
 }
 
-void frmFScreen::enlarge() {
+bool frmFScreen::enlarge() {
     if (!reduced_)
-        return;
+        return true;
     writeBack();
-    const ScrollPosition scroll = FSRTB2_.scrollPosition();
-    if (reducedEdited_) {
-        const EditorWork work(FSRTB_);
-        FSRTB_.loadRtf(FSRTB2_.rtf());
-        FSRTB_.select(FSRTB2_.selection());
-        FSRTB_.scrollTo(scroll);
-    }
+    if (reducedEdited_ && !takeOver(FSRTB_, FSRTB2_))
+        return false;
     reduced_ = reducedEdited_ = false;
     FSRTB_.show(true);
     FSRTB2_.show(false);
+    return true;
 }
 
 }  // namespace melvorin

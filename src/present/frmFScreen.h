@@ -32,6 +32,9 @@ class frmFScreen : public Window, private StageView {
     // Back to the editor, from whatever state. False, and the view stays, while it waits for
     // something, or where what was typed cannot go to the document and the user keeps it.
     bool close();
+    // What was typed is put into the document now, where there is something. False where that
+    // fails.
+    bool keepEdits() { return !isOpen() || writeBack(); }
     // Keys and wheel of the view and its panel; true when the message is dealt with.
     bool translate(MSG& message);
 
@@ -50,7 +53,9 @@ class frmFScreen : public Window, private StageView {
     bool onViewKey(const MSG& message);
 
     bool createWindow(HWND owner);
-    void load();
+    void giveUp();
+    bool load();
+    bool takeOver(RichEdit& to, const RichEdit& from);
     void takeBackground();
     void cover(const Area& screen);
     void placeTexts();
@@ -68,8 +73,8 @@ class frmFScreen : public Window, private StageView {
     int lineCount() const override { return static_cast<int>(FSRTB_.lineCount()); }
     void caretToEnd() override;
     void bringToTop(int line) override;
-    void reduce() override;
-    void enlarge() override;
+    bool reduce() override;
+    bool enlarge() override;
     void finishEdits() override { writeBack(); }
     bool takesKey(WPARAM key) override;
     void leave() override { close(); }

@@ -36,6 +36,13 @@ RECT box(int left, int top, int width, int height) {
     return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
 }
 
+bool isClosedList(HWND window) {
+    wchar_t name[16] = L"";
+    ::GetClassNameW(window, name, 16);
+    return ::lstrcmpiW(name, L"COMBOBOX") == 0 &&
+           ::SendMessageW(window, CB_GETDROPPEDSTATE, 0, 0) == FALSE;
+}
+
 int idAt(int base, std::size_t number) {
     return base + static_cast<int>(number);
 }
@@ -257,8 +264,11 @@ LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-// Where a list has the focus, it takes the keys of a pedal.
+// Where a list has the focus, it takes the keys of a pedal; and Enter there means the number, which
+// is chosen already, not the start of a run.
 bool frmFScreenB::onKeyDown(WPARAM key) {
+    if (key == VK_RETURN && isClosedList(::GetFocus()))
+        return true;
     const bool isPaging = key == VK_PRIOR || key == VK_NEXT;
     const LRESULT code = ::SendMessageW(::GetFocus(), WM_GETDLGCODE, 0, 0);
     return isPaging && !(code & DLGC_WANTARROWS) && view_.takesKey(key);
@@ -381,9 +391,12 @@ void frmFScreenB::update() {
 
 void frmFScreenB::reduce() {
     prepare();
-    if (!form3b_.open(handle(), monitor().whole))
+    if (!view_.reduce())
         return;
-    view_.reduce();
+    if (!form3b_.open(handle(), monitor().whole)) {
+        view_.enlarge();
+        return;
+    }
     ::ShowWindow(handle(), SW_HIDE);
 }
 
@@ -401,7 +414,9 @@ void frmFScreenB::showPanel() {
     run_.showPanel(settings());
     runClock(false);
     services_.screen.keepOn(false);
-    view_.enlarge();
+    // The text that stays has all that was typed; without the other there is no view to lead.
+    if (!view_.enlarge())
+        return view_.leave();
     ::ShowWindow(handle(), SW_SHOW);
     ::RedrawWindow(handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     form3_.hide();

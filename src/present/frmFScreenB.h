@@ -24,9 +24,10 @@ class StageView {
     // The caret to the end of the text, which stays where it is on the screen.
     virtual void caretToEnd() = 0;
     virtual void bringToTop(int line) = 0;
-    // The text alone, in the second control; and back.
-    virtual void reduce() = 0;
-    virtual void enlarge() = 0;
+    // The text alone, in the second control; and back. False where that fails: the view then stays
+    // as it is.
+    virtual bool reduce() = 0;
+    virtual bool enlarge() = 0;
     // What was typed goes to the document now: later it would hold up the clock.
     virtual void finishEdits() = 0;
     // A key that moves the view.

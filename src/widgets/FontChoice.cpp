@@ -1,8 +1,8 @@
 #include "widgets/FontChoice.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include "app/Contrast.h"
 #include "app/Paths.h"
 #include "chords/DocumentKey.h"
 
@@ -103,14 +103,9 @@ Text swatchTitle(const Swatch& swatch) {
 }
 
 Rgb inkOn(Rgb face) {
-    // Relative luminance as WCAG 2 has it; 0.179 is where black and white read equally well.
-    const auto linear = [](int part) {
-        const double c = part / 255.0;
-        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    const double luminance =
-        0.2126 * linear(face.red) + 0.7152 * linear(face.green) + 0.0722 * linear(face.blue);
-    return luminance > 0.179 ? Rgb{0, 0, 0} : Rgb{255, 255, 255};
+    constexpr Rgb black{0, 0, 0};
+    constexpr Rgb white{255, 255, 255};
+    return contrast(face, black) > contrast(face, white) ? black : white;
 }
 
 std::size_t neighbour(std::span<const Area> areas, std::size_t index, Arrow arrow) {

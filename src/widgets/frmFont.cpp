@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "app/EditCommands.h"
 #include "app/ProgramSettings.h"
 #include "widgets/frmFontParts.h"
 
@@ -15,6 +16,9 @@ constexpr UINT kTm1Ms = 200;
 constexpr UINT_PTR kTypingTimer = 2;
 // What is typed is taken when the typing pauses for so long: half a size is no size.
 constexpr UINT kTypingMs = 400;
+
+// Posted: a box must not come up while the focus moves.
+constexpr UINT kBadSize = WM_APP + 1;
 
 constexpr TextView kSettingsTitle = u" Melvorin     ";
 constexpr TextView kSettingsText = u"Your New Chord Notations will be created with the Font: ";
@@ -101,6 +105,9 @@ LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SYSCOLORCHANGE:
             showExample();
             return passOn(message, wParam, lParam);
+        case kBadSize:
+            tellBadSize();
+            return 0;
         case WM_CLOSE:
             takeTyped();
             destroy();
@@ -115,7 +122,8 @@ void frmFont::onCommand(int id, int code) {
         return;
     switch (id) {
         case IDOK:
-            takeTyped();
+            if (!tellBadSize())
+                takeTyped();
             return;
         case IDCANCEL:
             ::SendMessageW(handle(), WM_CLOSE, 0, 0);
@@ -125,7 +133,7 @@ void frmFont::onCommand(int id, int code) {
             if (code == EN_CHANGE)
                 onTyped(id);
             else if (code == EN_KILLFOCUS)
-                takeTyped();
+                onBoxLeft(id);
             return;
         case kList1:
             if (code == LBN_SELCHANGE)
@@ -190,7 +198,7 @@ void frmFont::apply(Change change) {
 
 void frmFont::applyFace(TextView face) {
     const Text chosen(face);
-    apply([&] { rtftext_.setSelectionFace(chosen); });
+    apply([&] { setFace(rtftext_, chosen); });
 }
 
 void frmFont::applySize(int halfPoints) {
@@ -214,6 +222,7 @@ void frmFont::onSizeChosen() {
 // The example shows at once what is typed; the editor gets it when the typing pauses.
 void frmFont::onTyped(int id) {
     typedIn_ = id;
+    typedSize_ = typedSize_ || id == kT1;
     ::SetTimer(handle(), kTypingTimer, kTypingMs, nullptr);
     const Text typed = windowText(control(id));
     if (id == kText2) {
@@ -240,6 +249,36 @@ void frmFont::takeTyped() {
         takeTypedSize();
 }
 
+// A size that is none is told when the user has done with the box, not while it is typed.
+void frmFont::onBoxLeft(int id) {
+    if (id == kT1 && isBadSize())
+        ::PostMessageW(handle(), kBadSize, 0, 0);
+    else
+        takeTyped();
+}
+
+bool frmFont::isBadSize() const {
+    const Text typed = windowText(control(kT1));
+    return typedSize_ && typed.find_first_not_of(u' ') != Text::npos && !parseFontSize(typed);
+}
+
+bool frmFont::tellBadSize() {
+    if (!isBadSize() || callbacks_.isBusy())
+        return false;
+    const Text typed = windowText(control(kT1));
+    typedSize_ = false;
+    typedIn_ = 0;
+    ::KillTimer(handle(), kTypingTimer);
+    services_.messages.show(u"\"" + typed +
+                                u"\" is no size of letters. Sizes go from 4 to 400 "
+                                u"points, in halves: 10 or 10.5.",
+                            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+    style_ = rtftext_.selectionStyle();
+    setText(control(kT1), {});
+    showStyle();
+    return true;
+}
+
 void frmFont::takeTypedFace() {
     const auto found = findFace(faces_, windowText(control(kText2)));
     if (found && faces_[*found] != style_.face)
@@ -253,6 +292,7 @@ void frmFont::takeTypedFace() {
 
 void frmFont::takeTypedSize() {
     const auto size = parseFontSize(windowText(control(kT1)));
+    typedSize_ = typedSize_ && !size;
     if (size && size != style_.halfPoints)
         applySize(*size);
     else
@@ -336,9 +376,21 @@ void frmFont::followSelection() {
     if (isSame)
         return;
     style_ = style;
+    firstColour_ = style.colour ? *style.colour : colourOfFirst(selection);
     selection_ = selection;
     background_ = rtftext_.background();
     showStyle();
+}
+
+// Where a selection has several colours the example has that of its first character.
+Rgb frmFont::colourOfFirst(Selection selection) {
+    const EditorWork work(rtftext_);
+    const ScrollPosition page = rtftext_.scrollPosition();
+    rtftext_.select({selection.begin, selection.begin + 1});
+    const Rgb colour = rtftext_.selectionStyle().colour.value_or(Rgb{});
+    rtftext_.select(selection);
+    rtftext_.scrollTo(page);
+    return colour;
 }
 
 void frmFont::showStyle() {
@@ -396,7 +448,7 @@ void frmFont::showExample() {
 }
 
 LRESULT frmFont::onLabelColour(HDC dc) const {
-    ::SetTextColor(dc, colourRef(style_.colour.value_or(inkOn(rtftext_.paper()))));
+    ::SetTextColor(dc, colourRef(style_.colour.value_or(firstColour_)));
     ::SetBkColor(dc, colourRef(rtftext_.paper()));
     return reinterpret_cast<LRESULT>(exampleBrush_.get());
 }

@@ -86,6 +86,9 @@ class frmFont : public Window {
     void takeTyped();
     void takeTypedFace();
     void takeTypedSize();
+    void onBoxLeft(int id);
+    bool isBadSize() const;
+    bool tellBadSize();
     void applyFace(TextView face);
     void applySize(int halfPoints);
     void onStyleClicked(int id);
@@ -96,6 +99,7 @@ class frmFont : public Window {
     void onSave();
 
     void followSelection();
+    Rgb colourOfFirst(Selection selection);
     void showStyle();
     void showExample();
     void markFace(TextView face);
@@ -122,9 +126,11 @@ class frmFont : public Window {
     UniqueFont exampleFont_;
     UniqueBrush exampleBrush_;
     SelectionStyle style_;  // what the controls show
+    Rgb firstColour_;
     std::optional<Rgb> background_;
     Selection selection_;
     int typedIn_ = 0;           // the box with text that the editor does not have yet
+    bool typedSize_ = false;    // what stands in T1 was typed and not taken yet
     HWND lastFocus_ = nullptr;  // while another window is active
     bool filling_ = false;      // the window itself changes its controls
 };

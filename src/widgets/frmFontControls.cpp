@@ -274,6 +274,12 @@ LRESULT CALLBACK frmFont::pairProcedure(HWND window, UINT message, WPARAM wParam
     if (isBox && message == WM_KEYDOWN &&
         (wParam == VK_UP || wParam == VK_DOWN || wParam == VK_PRIOR || wParam == VK_NEXT))
         return ::SendMessageW(other, message, wParam, lParam);
+    // What stands in a box is mostly to be replaced.
+    if (isBox && message == WM_LBUTTONDOWN && ::GetFocus() != window) {
+        ::SetFocus(window);
+        ::SendMessageW(window, EM_SETSEL, 0, -1);
+        return 0;
+    }
     if (!isBox && message == WM_CHAR && wParam > ' ') {
         ::SetFocus(other);
         ::SendMessageW(other, EM_SETSEL, 0, -1);

@@ -198,7 +198,7 @@ TEST(Keys, TypingFollowsTheClipboard) {
         program.editor().select({8, 8});  // behind a diagram
         const std::int16_t snapshots = program.history().count();
         program.type(u"z");
-        EXPECT_EQ(styleAt(program.editor(), 8).face, rich ? u"Melvorin 01" : u"Lucida Console");
+        EXPECT_EQ(styleAt(program.editor(), 8).face, u"Lucida Console") << "and no diagram";
         EXPECT_EQ(program.history().count(), snapshots + 1) << "one character, one step";
         EXPECT_EQ(styleAt(program.editor(), 7).face, u"Melvorin 01");
     }
@@ -335,6 +335,30 @@ TEST(Recent, TheMenuOpensWhatItLists) {
 }
 
 // The real profile functions: a new file is Unicode, an old one stays what it is.
+// Another run may have written the list, and a path may be longer than what is read again.
+TEST(Recent, TheMenuFollowsTheFileAndLongPathsAreToldOnce) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"a.txt", "A\n");
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.dialogs.otherwise = FileChoice{path, 3};
+    program.command(Command::mnuFileOpen);
+    program.profiles.write(u"Recent Files", u"RecentFile2", u"C:\\other.mlv", u"Melvorin.INI");
+    program.command(Command::mnuFileOpen);
+    EXPECT_EQ(visibleRecent(program), "a.txt|other.mlv||Clean List of Recent Files|");
+
+    const Text longName(255 - folder.path().size() - 5, u'n');
+    for (const auto& [name, messages] :
+         {std::pair{longName + u".mlv", 1U}, {longName + u"m.mlv", 1U}}) {
+        program.type(u"x");
+        program.dialogs.choose(FileChoice{folder.file(name), 1});
+        program.command(Command::mnuFileSaveAs);
+        EXPECT_FALSE(program.state().dirty);
+        EXPECT_EQ(program.messages.boxes.size(), messages);
+    }
+    EXPECT_EQ(visibleRecent(program), "a.txt|other.mlv||Clean List of Recent Files|");
+}
+
 TEST(Recent, TheIniFileKeepsItsEncoding) {
     const ScratchFolder folder;
     Win32ProfileFiles profiles;

@@ -42,6 +42,21 @@ class FindWindow {
     Program& program_;
 };
 
+TEST(Find, AnotherSongIsSearchedFromItsTop) {
+    const ScratchFolder folder;
+    const Text other = folder.add(u"b.txt", "G C\r\nC\r\n");
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(u"a.txt", "la la la C C\r\n")));
+    const FindWindow find(program);
+    find.enter(0, u"C");
+    find.click(L"Find Next");
+    EXPECT_EQ(program.editor().selection().begin, 9);
+    program.dialogs.choose(FileChoice{other, 3});
+    program.command(Command::mnuFileOpen);
+    find.click(L"Find Next");
+    EXPECT_EQ(program.editor().selection().begin, 2);
+}
+
 TEST(Find, WalksTheMatchesAndStartsAgain) {
     const ScratchFolder folder;
     Program program;

@@ -182,10 +182,23 @@ TEST_F(FontWindow, WhatIsTypedIsOneStepWhenTheTypingPauses) {
     ::SendMessageW(window().handle(), WM_COMMAND, IDOK, 0);
     EXPECT_EQ(style().halfPoints, 23);
     EXPECT_EQ(newSteps(), 1);
+    EXPECT_TRUE(program.messages.boxes.empty());
     typeInto(frmFont::kT1, u"2x");
     ::SetFocus(control(frmFont::kList2));
+    program.pump();
+    ASSERT_EQ(program.messages.boxes.size(), 1U);
+    EXPECT_TRUE(program.messages.boxes[0].text.starts_with("\"2x\" is no size of letters."));
+    EXPECT_EQ(textOfControl(frmFont::kT1), "11.5");
+    typeInto(frmFont::kT1, u"500");
+    ::SendMessageW(window().handle(), WM_COMMAND, IDOK, 0);
+    EXPECT_EQ(program.messages.boxes.size(), 2U);
     EXPECT_EQ(textOfControl(frmFont::kT1), "11.5");
     EXPECT_EQ(newSteps(), 0);
+    // A click into the box selects what stands there.
+    ::SetFocus(control(frmFont::kList2));
+    send(frmFont::kT1, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(4, 4));
+    send(frmFont::kT1, WM_LBUTTONUP, 0, MAKELPARAM(4, 4));
+    EXPECT_EQ(send(frmFont::kT1, EM_GETSEL), MAKELRESULT(0, 4));
 
     // A name is found by its beginning; letters typed in the list go to the box above it.
     ::SetFocus(control(frmFont::kList1));
@@ -204,6 +217,54 @@ TEST_F(FontWindow, WhatIsTypedIsOneStepWhenTheTypingPauses) {
     choose(frmFont::kList2, rowOf(frmFont::kList2, u"12"));
     send(frmFont::kT1, WM_KEYDOWN, VK_DOWN, 1);
     EXPECT_EQ(style().halfPoints, 28);
+}
+
+int framesDrawn = 0;
+LRESULT CALLBACK countFrames(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                             DWORD_PTR) {
+    framesDrawn += message == WM_NCPAINT ? 1 : 0;
+    return subclassDefault(countFrames, id, window, message, wParam, lParam);
+}
+
+// The bars know at once how far the letters reach.
+TEST_F(FontWindow, ScrollBarsFollowTheSizeOfTheLetters) {
+    RichEdit& editor = program.editor();
+    // Of a bar that is not to be seen: 0.
+    const auto reaches = [&] {
+        std::vector<int> both;
+        for (const auto& [bar, style] : {std::pair{SB_VERT, WS_VSCROLL}, {SB_HORZ, WS_HSCROLL}}) {
+            SCROLLINFO info{};
+            info.cbSize = sizeof info;
+            info.fMask = SIF_RANGE;
+            ::GetScrollInfo(editor.handle(), bar, &info);
+            const LONG_PTR styles = ::GetWindowLongPtrW(editor.handle(), GWL_STYLE);
+            both.push_back((styles & style) != 0 ? info.nMax : 0);
+        }
+        return both;
+    };
+    Text song(200, u'x');
+    for (int line = 0; line < 40; ++line)
+        song += u"\rC  G";
+    ASSERT_TRUE(editor.loadPlain({song}, u"Lucida Console", 10));
+    for (const int size : {36, 8, 20}) {
+        editor.select({0, static_cast<std::int32_t>(song.size())});
+        ::SetWindowSubclass(editor.handle(), countFrames, 78, 0);
+        framesDrawn = 0;
+        choose(frmFont::kList2, rowOf(frmFont::kList2, decimal(size)));
+        program.pump();
+        EXPECT_GT(framesDrawn, 0) << "and are drawn";
+        const std::vector<int> shown = reaches();
+        ASSERT_TRUE(editor.loadRtf(editor.rtf()));
+        program.pump();
+        EXPECT_EQ(shown, reaches()) << size;
+    }
+    for (const int zoom : {300, 50, 100}) {
+        editor.setZoom(zoom);
+        const std::vector<int> shown = reaches();
+        ASSERT_TRUE(editor.loadRtf(editor.rtf()));
+        program.pump();
+        EXPECT_EQ(shown, reaches()) << zoom;
+    }
 }
 
 TEST_F(FontWindow, AnEmptyDocumentTakesTheFocusAndTheNextLetterTheFormat) {

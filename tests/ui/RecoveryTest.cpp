@@ -173,30 +173,91 @@ TEST_F(Recovery, TheOneTakenIsShownAndTheOthersWait) {
     EXPECT_TRUE(program.messages.boxes.empty());
 }
 
-TEST_F(Recovery, WindowsEndsWithTheUsersLeaveOnly) {
-    struct Case {
-        std::optional<Answer> answer;  // to "Save changes?"; nothing: Windows does not ask
-        bool offered;
+// Whatever ends the run: unsaved changes are deleted only where the user was asked about them.
+TEST_F(Recovery, EveryWayToEndARun) {
+    const auto close = [](Program& program) { program.close(); };
+    const auto answered = [](Answer answer) {
+        return [answer](Program& program) {
+            program.messages.answer(answer);
+            ::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0);
+            ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
+        };
     };
-    for (const auto& [answer, offered] :
-         {Case{Answer::No, false}, Case{Answer::Cancel, true}, Case{std::nullopt, true}}) {
+    const auto session = [](Program& program) {
+        ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
+    };
+    const auto turnScreen = [](Program& program) {
+        program.screen.screen = program.screen.work = {768, 1366};
+        ::SendMessageW(program.form->handle(), WM_SIZE, SIZE_RESTORED, 0);
+        EXPECT_TRUE(program.ended);
+    };
+    struct Case {
+        const char* name;
+        TextView typed;
+        std::optional<Answer> answer;  // to "Save changes?" at the close
+        std::function<void(Program&)> end;
+        const char* offered;  // the text that the next start brings back; none where null
+    };
+    const Case cases[] = {
+        {"closed, nothing unsaved", u"", std::nullopt, close, nullptr},
+        {"closed and saved", u"C", Answer::Yes, close, nullptr},
+        {"closed and not saved", u"C", Answer::No, close, nullptr},
+        {"session, answered No", u"C", std::nullopt, answered(Answer::No), nullptr},
+        {"session, answered Cancel", u"C", std::nullopt, answered(Answer::Cancel), "C"},
+        {"session without a question", u"C", std::nullopt, session, "C"},
+        {"session, nothing unsaved", u"", std::nullopt, session, nullptr},
+        {"another screen", u"C", std::nullopt, turnScreen, "C"},
+        {"another screen, nothing unsaved", u"", std::nullopt, turnScreen, nullptr},
+        {"another screen, typed on stage", u"C", std::nullopt,
+         [&](Program& program) {
+             program.command(Command::mnuFullScreen);
+             ::SendMessageW(program.form->fullScreen().FSRTB().handle(), WM_CHAR, 'G', 1);
+             turnScreen(program);
+         },
+         "GC"},
+        {"a crash", u"C", std::nullopt, [](Program&) {}, "C"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::size_t before = temporaryFiles();
+        const ScratchFolder folder;
         {
             Program program;
-            ASSERT_TRUE(program.start());
-            program.type(u"C");
-            if (answer) {
-                program.messages.answer(*answer);
-                ::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0);
-            }
-            ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
+            ASSERT_TRUE(program.start(folder.add(u"song.txt", "")));
+            program.type(c.typed);
+            if (c.answer)
+                program.messages.answer(*c.answer);
+            c.end(program);
             program.crash();
         }
+        if (c.offered == nullptr) {
+            EXPECT_EQ(temporaryFiles(), before);
+            continue;
+        }
         NextProgram program;
-        if (offered)
-            program.messages.answer(Answer::No);
+        program.messages.answer(Answer::Yes);
         ASSERT_TRUE(program.start());
-        EXPECT_EQ(program.messages.boxes.size(), offered ? 1U : 0U);
+        EXPECT_EQ(program.text(), c.offered);
+        program.form->endRun();
     }
+}
+
+// A job that runs is not cut off: the program ends when it is done.
+TEST_F(Recovery, AnotherScreenWaitsForWhatIsAtWork) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    program.type(u"C");
+    program.dialogs.whileOpen = [&] {
+        program.screen.screen = program.screen.work = {768, 1366};
+        ::SendMessageW(program.form->handle(), WM_SIZE, SIZE_RESTORED, 0);
+        EXPECT_FALSE(program.ended);
+    };
+    program.dialogs.choose(std::nullopt);
+    program.command(Command::mnuFileSaveAs);
+    EXPECT_TRUE(program.messages.boxes.empty());
+    program.waitUntil([&] { return program.ended; });
+    EXPECT_EQ(program.messages.boxes.at(0).text,
+              "The Melvorin Editor doesn't work with this video settings  ");
 }
 
 // Keys that come in meanwhile wait; none is lost, and neither is a step.

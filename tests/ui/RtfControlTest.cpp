@@ -157,7 +157,7 @@ TEST(RtfControl, ShowsWhatTheMapRewrote) {
     Control control;
     ASSERT_TRUE(control.exists());
     samples::Random random(31);
-    for (int i = 0; i < 150 && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < 150 && ::testing::Test::HasFailure(); ++i) {
         samples::Sample sample = samples::randomSample(random);
         SCOPED_TRACE(sample.rtf);
         ASSERT_TRUE(control.load(sample.rtf));

@@ -143,6 +143,7 @@ class ScriptedSystem : public SystemSettings {
         calls.push_back("write " + shown(key) + "\\" + shown(name) + "=" + shown(value));
     }
     void initCommonControls() override { calls.push_back("init common controls"); }
+    Text documentsFolder() override { return u"C:\\Users\\me\\Documents"; }
 
     bool acceptsSmoothing = true;
     std::optional<Text> clearType;
@@ -447,6 +448,36 @@ class Program {
                       shell,  sounds,   colors,  multimedia,        clock};
     std::unique_ptr<Form1> form;
     bool ended = false;
+};
+
+// While it lives, rich-edit controls that are created take no text.
+class RefusingControls {
+  public:
+    RefusingControls()
+        : hook_(::SetWindowsHookExW(WH_CBT, onCreate, nullptr, ::GetCurrentThreadId())) {}
+    RefusingControls(const RefusingControls&) = delete;
+    RefusingControls& operator=(const RefusingControls&) = delete;
+    ~RefusingControls() { ::UnhookWindowsHookEx(hook_); }
+
+  private:
+    static LRESULT CALLBACK onCreate(int code, WPARAM wParam, LPARAM lParam) {
+        const auto window = reinterpret_cast<HWND>(wParam);
+        wchar_t name[32] = L"";
+        if (code == HCBT_CREATEWND)
+            ::GetClassNameW(window, name, 32);
+        if (::lstrcmpiW(name, MSFTEDIT_CLASS) == 0)
+            ::SetWindowSubclass(window, refuse, 77, 0);
+        return ::CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+    static LRESULT CALLBACK refuse(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                   UINT_PTR id, DWORD_PTR) {
+        if (message != EM_STREAMIN)
+            return subclassDefault(refuse, id, window, message, wParam, lParam);
+        reinterpret_cast<EDITSTREAM*>(lParam)->dwError = 1;
+        return 0;
+    }
+
+    HHOOK hook_;
 };
 
 // As the system does where F1 goes down.

@@ -246,7 +246,7 @@ TEST_F(OnStage, UndoShowsTheBackgroundOfItsStep) {
 // While a very long text is made ready, neither the panel nor the run takes the view away.
 TEST_F(OnStage, AVeryLongPasteIsNotDisturbed) {
     open(songOf(5));
-    program.clipboard.plain = Text(4u << 20, u'x');
+    program.clipboard.plain.emplace(4u << 20, u'x');
     const UINT_PTR timer = ::SetTimer(nullptr, 0, 1, disturb);
     disturbed = panel().handle();
     ::SetFocus(text().handle());
@@ -277,6 +277,80 @@ TEST_F(OnStage, ReducedTextIsTheDocumentToo) {
     EXPECT_TRUE(isShown(text().handle()));
     EXPECT_FALSE(isShown(view().FSRTB2().handle()));
     EXPECT_EQ(text().text().chars, program.editor().text().chars);
+}
+
+// One click into the text and an Enter from a pedal must not write into a song that runs.
+TEST_F(OnStage, ARunningSongTakesNoKeys) {
+    open(songOf(30));
+    click(item(frmFScreenB::Command4));
+    ASSERT_TRUE(panel().run().isRunning());
+    const auto typeAll = [&] {
+        ::SetFocus(text().handle());
+        text().select({0, 4});
+        for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_DELETE}, WPARAM{VK_BACK}}) {
+            ::SendMessageW(text().handle(), WM_KEYDOWN, key, 1);
+            ::SendMessageW(text().handle(), WM_CHAR, key == VK_DELETE ? 'b' : key, 1);
+        }
+        program.clipboard.plain = u"pasted";
+        pressWithCtrl('V');
+        pressWithCtrl('X');
+        program.pump();
+    };
+    typeAll();
+    EXPECT_EQ(program.text(), shown(songOf(30)));
+    EXPECT_FALSE(program.state().dirty);
+    click(onBar(Form3::Cmd));
+    ASSERT_TRUE(panel().run().isPaused());
+    typeAll();
+    EXPECT_NE(program.text(), shown(songOf(30))) << "during a pause the song can be edited";
+    EXPECT_TRUE(program.state().dirty);
+}
+
+TEST_F(OnStage, EnterInAListIsNoStart) {
+    open(songOf(30));
+    for (const int list : {int{frmFScreenB::Seconds}, int{frmFScreenB::Seconds2},
+                           frmFScreenB::CB + 1, frmFScreenB::CB + 11}) {
+        ::SetFocus(item(list));
+        press(VK_RETURN);
+        EXPECT_FALSE(panel().run().isRunning()) << list;
+    }
+    ::SetFocus(item(frmFScreenB::Command4));
+    press(VK_RETURN);
+    ::PostMessageW(::GetFocus(), WM_KEYUP, VK_RETURN, 1);
+    program.pump();
+    EXPECT_TRUE(panel().run().isRunning());
+}
+
+// A view that does not take the song is not shown, or its next key would write nothing over it.
+TEST_F(OnStage, ATextThatIsRefusedIsNotShown) {
+    const Text song = songOf(30);
+    ASSERT_TRUE(program.editor().loadPlain({song}, u"Lucida Console", 10));
+    {
+        const RefusingControls refusing;
+        program.command(Command::mnuFullScreen);
+    }
+    EXPECT_FALSE(view().isOpen());
+    EXPECT_EQ(program.messages.boxes.size(), 1U);
+    EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
+
+    open();
+    {
+        const RefusingControls refusing;
+        click(item(frmFScreenB::Command8));
+    }
+    EXPECT_EQ(program.messages.boxes.size(), 2U);
+    EXPECT_TRUE(isShown(text().handle()) && isShown(panel().handle()));
+
+    click(item(frmFScreenB::Command8));
+    view().FSRTB2().select({0, 0});
+    ::SendMessageW(view().FSRTB2().handle(), WM_CHAR, 'X', 1);
+    {
+        const RefusingControls refusing;
+        ::SendMessageW(panel().smallBar().handle(), WM_COMMAND, Form3b::Cmd3, 0);
+    }
+    EXPECT_EQ(program.messages.boxes.size(), 3U);
+    EXPECT_FALSE(view().isOpen()) << "back to the editor, which has the song";
+    EXPECT_EQ(program.text(), "X" + shown(song));
 }
 
 TEST_F(OnStage, KeysOfARun) {
