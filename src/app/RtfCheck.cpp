@@ -10,6 +10,7 @@
 #include "app/RtfDiagrams.h"
 #include "app/RtfLexer.h"
 #include "app/RtfRows.h"
+#include "app/RtfSureCharacters.h"
 #include "app/RtfUnfold.h"
 #include "app/RtfWords.h"
 
@@ -533,7 +534,8 @@ bool looksLikeRtf(std::string_view bytes) {
 RtfVerdict checkRtf(std::string_view bytes) {
     if (!looksLikeRtf(bytes))
         return {Kind::NotRtf, u"The file holds no Rich Text.", {}, false};
-    const std::string plain = withPlainDiagrams(unfoldRtf(bytes.substr(documentStart(bytes))));
+    const std::string plain =
+        withSureCharacters(withPlainDiagrams(unfoldRtf(bytes.substr(documentStart(bytes)))));
     return Checker(plain).run();
 }
 

@@ -42,8 +42,9 @@ struct RtfVerdict {
     // stand-in character between \uN and a brace is added, and an unknown word behind an object;
     // a character set that there is not becomes the machine's own, and a distance beyond 22 inches
     // or a tab stop left of the text the nearest one that can be (without a number, 0). Fields,
-    // objects and more become what they show (unfoldRtf), and chord diagrams in symbol fonts the
-    // characters they mean (withPlainDiagrams).
+    // objects and more become what they show (unfoldRtf), chord diagrams in symbol fonts the
+    // characters they mean (withPlainDiagrams), and bytes in code pages that a control may not know
+    // Unicode (withSureCharacters).
     std::string document;
     // Behind the document's last brace is more than blanks, NULs and braces, which no program
     // shows.

@@ -6,6 +6,8 @@
 namespace melvorin {
 namespace {
 
+constexpr unsigned kLatin = 1252;
+
 struct CharsetPage {
     std::int32_t charset;
     unsigned codePage;
@@ -24,6 +26,52 @@ std::optional<unsigned> codePageOfCharset(std::int32_t charset) {
         std::find_if(kPages.begin(), kPages.end(),
                      [&](const CharsetPage& page) { return page.charset == charset; });
     return found == kPages.end() ? std::nullopt : std::optional(found->codePage);
+}
+
+void RtfFonts::tableWord(const RtfToken& token) {
+    constexpr std::int32_t symbols = 2;
+    constexpr std::int32_t firstOfOtherSystems = 77;
+    constexpr std::int32_t lastOfOtherSystems = 89;
+    if (token.name == "f") {
+        newFont_ = token.number;
+    } else if (token.name == "fcharset") {
+        // Symbols have no code page: any that gives each byte a character will do.
+        const auto page =
+            token.number == symbols ? std::optional(kLatin) : codePageOfCharset(token.number);
+        if (page)
+            fonts_[newFont_] = {
+                *page, token.number < firstOfOtherSystems || token.number > lastOfOtherSystems};
+    } else if (token.name == "cpg" && token.number > 0) {
+        fonts_[newFont_] = {static_cast<unsigned>(token.number), false};
+    }
+}
+
+void RtfFonts::word(const RtfToken& token) {
+    if (token.name == "deff")
+        defaultFont_ = token.number;
+    else if (token.name == "ansicpg" && token.number > 0)
+        document_ = static_cast<unsigned>(token.number);
+    else if (token.name == "mac")
+        document_ = 10000;
+    else if (token.name == "pc")
+        document_ = 437;
+    else if (token.name == "pca")
+        document_ = 850;
+}
+
+const RtfFonts::Font* RtfFonts::find(std::int32_t font) const {
+    const auto found = fonts_.find(font < 0 ? defaultFont_ : font);
+    return found == fonts_.end() ? nullptr : &found->second;
+}
+
+unsigned RtfFonts::codePage(std::int32_t font) const {
+    const Font* const found = find(font);
+    return found != nullptr ? found->codePage : document_;
+}
+
+bool RtfFonts::isSure(std::int32_t font) const {
+    const Font* const found = find(font);
+    return found != nullptr ? found->isSure : document_ == kLatin;
 }
 
 }  // namespace melvorin

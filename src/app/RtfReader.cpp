@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <string>
 
 #include "app/CodePages.h"
@@ -126,12 +125,10 @@ class Reader {
     void begin(std::string_view name);
     void take(const Destination& destination);
     void formatting(const RtfToken& token);
-    void font(const RtfToken& token);
     void symbol(const RtfToken& token);
     void byte(int value);
     void character(char16_t c);
     void flush();
-    unsigned codePageNow() const;
     bool isBehind() const;
 
     State& state() { return states_.back(); }
@@ -142,10 +139,7 @@ class Reader {
     RtfContents contents_;
     std::string pending_;  // bytes of the body whose characters are not read yet
     unsigned pendingPage_ = kLatin;
-    std::map<std::int32_t, unsigned> fonts_;  // code pages
-    std::int32_t newFont_ = -1;               // of the font table
-    std::int32_t defaultFont_ = 0;
-    unsigned ansi_ = kLatin;
+    RtfFonts fonts_;
     std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
     bool inTable_ = false;
     bool isTable_ = false;  // rows have begun and no text outside came since
@@ -226,8 +220,6 @@ void Reader::close() {
             ++contents_.links;
         instruction_.clear();
     }
-    if (closed.part == Part::Fonts)
-        newFont_ = -1;
 }
 
 void Reader::word(const RtfToken& token) {
@@ -238,7 +230,7 @@ void Reader::word(const RtfToken& token) {
     if (isFirst)
         begin(token.name);
     if (here.part == Part::Fonts)
-        return font(token);
+        return fonts_.tableWord(token);
     if (token.name == "u" && token.hasNumber) {
         character(static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU));
         missing_ = here.skip;
@@ -301,29 +293,8 @@ void Reader::formatting(const RtfToken& token) {
         inTable_ = inTable_ && here.part != Part::Body;
     } else if (token.name == "intbl" || token.name == "itap") {
         inTable_ = token.name == "intbl" || token.number > 0;
-    } else if (token.name == "deff") {
-        defaultFont_ = token.number;
-    } else if (token.name == "ansicpg" && token.number > 0) {
-        ansi_ = static_cast<unsigned>(token.number);
-    } else if (token.name == "mac") {
-        ansi_ = 10000;
-    } else if (token.name == "pc") {
-        ansi_ = 437;
-    } else if (token.name == "pca") {
-        ansi_ = 850;
-    }
-}
-
-void Reader::font(const RtfToken& token) {
-    if (token.name == "f") {
-        newFont_ = token.number;
-    } else if (token.name == "fcharset") {
-        if (const auto page = codePageOfCharset(token.number))
-            fonts_[newFont_] = *page;
-        else if (token.number == 2)
-            fonts_[newFont_] = kLatin;
-    } else if (token.name == "cpg" && token.number > 0) {
-        fonts_[newFont_] = static_cast<unsigned>(token.number);
+    } else {
+        fonts_.word(token);
     }
 }
 
@@ -353,12 +324,6 @@ void Reader::symbol(const RtfToken& token) {
     }
 }
 
-unsigned Reader::codePageNow() const {
-    const std::int32_t number = states_.back().font;
-    const auto found = fonts_.find(number < 0 ? defaultFont_ : number);
-    return found == fonts_.end() ? ansi_ : found->second;
-}
-
 void Reader::byte(int value) {
     State& here = state();
     here.started = true;
@@ -368,7 +333,7 @@ void Reader::byte(int value) {
         return character(static_cast<char16_t>(value));
     if (here.part != Part::Body || here.isHidden)
         return;
-    const unsigned page = codePageNow();
+    const unsigned page = fonts_.codePage(here.font);
     if (page != pendingPage_)
         flush();
     pendingPage_ = page;

@@ -103,6 +103,32 @@ TEST(RtfUnfold, DropsWhatIsBehindTheEndButSaysSo) {
     }
 }
 
+TEST(RtfSureCharacters, AreUnicodeWhereACodePageIsNotKnown) {
+    const auto document = [](const std::string& page, const std::string& body) {
+        return "{\\rtf1\\ansi\\ansicpg" + page +
+               "{\\fonttbl{\\f0\\fcharset0 A;}{\\f1 B;}{\\f2\\fcharset204 C;}{\\f3\\fcharset78 D;}"
+               "{\\f4\\fcharset77 E;}}{\\info{\\title \\'8e}}" +
+               body + "}";
+    };
+    const struct {
+        const char* page;
+        std::string body;
+        std::string expected;
+    } cases[] = {
+        {"10000", "\\f1 caf\\'8e \\f0 caf\\'e9", "\\f1 caf\\u233? \\f0 caf\\'e9"},
+        {"10000", "\\f1\\uc2 \\'8e\\'8ex{\\uc0 \\'8e}",
+         "\\f1\\uc2 \\u233??\\u233??x{\\uc0 \\u233 }"},
+        {"10000", "\\f1 \\u233\\'8e\\'8e\\{", "\\f1 \\u233\\'8e\\u233?\\{"},
+        {"1251", "{\\f1 \\'ef{\\b\\'e5}\\f2 \\'ef}", "{\\f1 \\u1087?{\\b\\u1077?}\\f2 \\'ef}"},
+        {"1252", "\\f1 \\'e9\\f3 \\'83\\'52\\'81[C\\f4 \\'8e",
+         "\\f1 \\'e9\\f3 \\u12467?\\u12540?C\\f4 \\u233?"},
+    };
+    for (const auto& [page, body, expected] : cases) {
+        EXPECT_EQ(checkRtf(document(page, body)).document, document(page, expected));
+        EXPECT_EQ(checkRtf(document(page, expected)).document, document(page, expected));
+    }
+}
+
 TEST(RtfDiagrams, AreWrittenAsTheCharactersTheyMean) {
     const auto document = [](const std::string& charset, const std::string& body) {
         return "{\\rtf1\\deff0{\\fonttbl{\\f0\\fcharset0 Arial;}{\\f1\\fnil" + charset +
