@@ -133,19 +133,7 @@ void DiagramWriter::character(const RtfToken& token) {
     const std::uint32_t unit = static_cast<std::uint32_t>(token.number) & 0xFFFFU;
     if (unit < 0xF020 || unit > 0xF0FF || !isDiagram())
         return;
-    std::size_t end = token.end;
-    for (std::int32_t left = states_.back().skip; left > 0;) {
-        RtfLexer ahead = lexer_;
-        const RtfToken next = ahead.next();
-        const bool isStandIn = next.kind == RtfToken::Kind::Byte ||
-                               next.kind == RtfToken::Kind::Hex ||
-                               next.kind == RtfToken::Kind::Symbol;
-        if (!isStandIn && next.kind != RtfToken::Kind::Break)
-            break;
-        lexer_ = ahead;
-        end = next.end;
-        left -= isStandIn ? 1 : 0;
-    }
+    const std::size_t end = takeStandIns(lexer_, states_.back().skip);
     constexpr std::string_view digits = "0123456789abcdef";
     replace(token.begin, end, {'\\', '\'', digits[unit >> 4U & 15U], digits[unit & 15U]});
 }

@@ -151,9 +151,7 @@ RtfContents Reader::read() {
         const RtfToken token = lexer_.next();
         if (token.kind == RtfToken::Kind::End)
             break;
-        const bool isCharacter = token.kind == RtfToken::Kind::Byte ||
-                                 token.kind == RtfToken::Kind::Hex ||
-                                 token.kind == RtfToken::Kind::Symbol;
+        const bool isCharacter = token.isCharacter();
         if (isCharacter && missing_ > 0) {
             --missing_;
             continue;
@@ -232,16 +230,17 @@ void Reader::word(const RtfToken& token) {
     if (here.part == Part::Fonts)
         return fonts_.tableWord(token);
     if (token.name == "u" && token.hasNumber) {
-        character(static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU));
+        const auto unit = static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU);
+        character(unit == u'\u2028' || unit == u'\u2029' ? u'\v' : unit);
         missing_ = here.skip;
         return;
     }
     formatting(token);
-    if (here.part == Part::Body && token.name == "row") {
+    if (here.part == Part::Body && inTable_ && token.name == "row") {
         if (!isTable_)
             ++contents_.tables;
         ++contents_.tableRows;
-        isTable_ = inTable_ = true;
+        isTable_ = true;
     }
     for (const Spelling& spelling : kCharacters) {
         if (token.name == spelling.word)

@@ -61,9 +61,7 @@ std::string SureWriter::run() {
             break;
         if (token.kind == RtfToken::Kind::Break)
             continue;
-        const bool isCharacter = token.kind == RtfToken::Kind::Byte ||
-                                 token.kind == RtfToken::Kind::Hex ||
-                                 token.kind == RtfToken::Kind::Symbol;
+        const bool isCharacter = token.isCharacter();
         if (isCharacter && missing_ > 0) {
             --missing_;
         } else if (isByte(token) && !states_.empty()) {

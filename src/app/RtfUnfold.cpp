@@ -41,6 +41,7 @@ struct Group {
     bool hasResult = false;  // of a field or object
     bool isOfList = false;   // of a Pn: belongs to a list table
     bool isOdd = false;      // holds what such a group does not
+    std::int32_t skip = 1;   // stand-ins behind a \u
     std::size_t children = 0;
     std::size_t keptBegin = 0;  // of an Upr and Ud: the group that stays
     std::size_t keptEnd = 0;
@@ -59,6 +60,7 @@ class Unfolder {
     void closeInto(const Group& closed, Group& outer, std::size_t end);
     void word(const RtfToken& token);
     bool begin(const RtfToken& token);
+    void character(const RtfToken& token);
     void text();
     void tableWord(const RtfToken& token);
     void outsideTable();
@@ -129,6 +131,7 @@ void Unfolder::open(const RtfToken& token) {
         ++outer.children;
         inner.isText = outer.isText;
         inner.inObject = outer.inObject;
+        inner.skip = outer.skip;
         // What is in a label is part of it.
         inner.kind = outer.kind == Kind::Label || outer.kind == Kind::Pn ? outer.kind : Kind::Text;
     }
@@ -247,12 +250,25 @@ void Unfolder::word(const RtfToken& token) {
         (isWithin && (name == "pard" || RtfRows::isRowWord(name)))) {
         edits_.push_back(gone);
     } else if (name == "u") {
-        text();
+        character(token);
     } else {
+        if (name == "uc")
+            here.skip = token.hasNumber ? token.number : 1;
         if ((name == "line" || name == "column") && here.kind != Kind::Label)
             edits_.push_back({token.begin, token.end, "\\par "});
         tableWord(token);
     }
+}
+
+void Unfolder::character(const RtfToken& token) {
+    constexpr std::int32_t lineSeparator = 0x2028;
+    constexpr std::int32_t paragraphSeparator = 0x2029;
+    text();
+    if ((token.number != lineSeparator && token.number != paragraphSeparator) ||
+        group().kind == Kind::Label)
+        return;
+    const std::size_t end = takeStandIns(lexer_, group().skip);
+    edits_.push_back({token.begin, end, "\\par "});
 }
 
 void Unfolder::text() {

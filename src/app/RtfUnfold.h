@@ -14,7 +14,8 @@ inline constexpr std::string_view kNoWord = "\\nop ";
 // - fields are their results, and objects of other programs too, where they have one;
 // - what is there twice, with and without Unicode, is there once;
 // - bullets and numbers of list tables are text (older ones, \pntext, every control makes itself);
-// - a line break ends the paragraph, for a chord line is a line; so does a column break;
+// - a line break ends the paragraph, for a chord line is a line; so does a column break,
+//   and the characters that Unicode has for both;
 // - a paragraph behind a table is outside of it, and a row whose paragraphs do not say that they
 //   are in a table does.
 // `rtf` begins at the document's first brace; what is behind its last one stays. A document that

@@ -105,6 +105,7 @@ TEST(DocumentLoss, IsToldInWords) {
         {"one two three", u"one two three", "one", "2 words"},
         {"caf\\'e9", u"caf?", "caf?", "1 word"},
         {table, u"\r\nC\tla\t\r\n", "C\\par la", "1 table"},
+        {table, u"C\tla", "\\trowd\\cellx9\\cellx99 C\\cell la\\cell\\row", "1 table"},
         {table + table, u"C\tla\rC\tla", table, "2 words, 1 row of a table"},
         {table + "\\pard and\\par", u"Cla and", table + "\\pard and", ""},
         {"{\\pict 00}a{\\pict 00}{\\header H}", u"a", "a", "2 pictures, 1 page header or footer"},

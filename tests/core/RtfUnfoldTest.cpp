@@ -53,6 +53,7 @@ TEST(RtfUnfold, WritesWhatPartsShow) {
         {"{\\*\\listtable{\\list\\ls1}}a", "{\\*\\listtable{\\list\\ls1}}a"},
         // Line breaks.
         {"\\qc C\\line\\b la\\column x", "\\qc C\\par \\b la\\par x"},
+        {"a\\u8232?b{\\uc0\\u8233 c}\\u8231?", "a\\par b{\\uc0\\par c}\\u8231?"},
         {"{\\footnote a\\line b}c", "{\\footnote a\\line b}c"},
         // Words about tables where none can be.
         {"{\\*\\defpap\\itap0 }{\\*\\intbl}a", "{\\*\\defpap\\nop }{\\*\\nop }a"},
