@@ -70,7 +70,7 @@ class Page:
             self.lines += [words, "capo 2"]
         elif kind == 1:
             self.parts.append(f'<p>See <a href="http://songs.example/x">{words}</a>!</p>')
-            self.lines.append(f"See {words} !")
+            self.lines.append(f"See {words}!")
         elif kind == 2:
             self.parts.append(f"<table border=1><tr><td>{words}</td><td>G7</td></tr>"
                               f"<tr><td>again</td><td>x</td></tr></table>")

@@ -1,6 +1,7 @@
 #include "app/RtfUnfold.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -33,7 +34,8 @@ enum class Kind {
 struct Group {
     Kind kind = Kind::Text;
     std::size_t begin = 0;
-    bool started = false;  // something but an opening \* was seen
+    std::size_t starBegin = 0;  // of the opening \*
+    bool started = false;       // something but an opening \* was seen
     bool starred = false;
     bool isText = true;      // read as the document's text
     bool inObject = false;   // in the result of an object
@@ -48,11 +50,28 @@ struct Group {
     std::vector<Edit> edits;  // for when the group turns out to be as expected
 };
 
+constexpr std::string_view kInTable = "\\intbl ";
+
+// Bullets are characters of symbol fonts, which the text around them does not have.
+constexpr std::string_view kBullet = "\\bullet ";
+bool isBullet(int byte) {
+    constexpr std::array<int, 5> bullets{0x76, 0xA7, 0xB7, 0xD8, 0xFC};
+    return std::find(bullets.begin(), bullets.end(), byte) != bullets.end();
+}
+bool isSymbol(std::uint32_t number) {
+    return (number & 0xFFFFU) >= 0xF000 && (number & 0xFFFFU) <= 0xF0FF;
+}
+
 class Unfolder {
   public:
     explicit Unfolder(std::string_view rtf) : rtf_(rtf), lexer_(rtf) {}
 
     std::string run();
+    // Nothing but the words that rows lack.
+    std::string markRows() {
+        marksOnly_ = true;
+        return run();
+    }
 
   private:
     void open(const RtfToken& token);
@@ -77,6 +96,7 @@ class Unfolder {
     RtfLexer lexer_;
     std::vector<Group> groups_;
     std::vector<Edit> edits_;
+    bool marksOnly_ = false;
 
     // Behind a row: where \pard would go, and what was put there as long as it is not sure.
     std::optional<std::size_t> rowGap_;
@@ -108,12 +128,16 @@ std::string Unfolder::run() {
             case RtfToken::Kind::Symbol:
                 if (token.byte == '*' && !group().started) {
                     group().starred = true;
+                    group().starBegin = token.begin;
                     break;
                 }
                 text();
                 break;
-            case RtfToken::Kind::Byte:
             case RtfToken::Kind::Hex:
+                if (group().kind == Kind::Label && isBullet(token.byte))
+                    edits_.push_back({token.begin, token.end, kBullet});
+                [[fallthrough]];
+            case RtfToken::Kind::Byte:
                 text();
                 break;
             case RtfToken::Kind::Break:
@@ -206,6 +230,13 @@ bool Unfolder::begin(const RtfToken& token) {
         here.kind = here.starred ? Kind::Ud : Kind::Inert;
     } else if (name == "pn") {
         here.kind = Kind::Pn;
+    } else if (name == "fldrslt" || (name == "result" && around == Kind::Object)) {
+        here.kind = Kind::Result;
+        here.inObject = here.inObject || around == Kind::Object;
+        // One that may be passed over is not for that less of a result.
+        edits_.push_back({here.starred ? here.starBegin : token.begin, token.end, kNoWord});
+        if (groups_.size() > 1)
+            groups_[groups_.size() - 2].hasResult = true;
     } else if (here.starred || (isDestination(name) && !isTextDestination(name))) {
         here.kind = name == "listtext" && !here.starred ? Kind::Label : Kind::Inert;
         if (here.kind == Kind::Label)
@@ -213,12 +244,6 @@ bool Unfolder::begin(const RtfToken& token) {
     } else if (name == "field" || name == "object") {
         here.kind = name == "field" ? Kind::Field : Kind::Object;
         here.edits.push_back(gone);
-    } else if (name == "fldrslt" || (name == "result" && around == Kind::Object)) {
-        here.kind = Kind::Result;
-        here.inObject = here.inObject || around == Kind::Object;
-        edits_.push_back(gone);
-        if (groups_.size() > 1)
-            groups_[groups_.size() - 2].hasResult = true;
     } else if (name == "upr") {
         here.kind = Kind::Upr;
     }
@@ -246,7 +271,7 @@ void Unfolder::word(const RtfToken& token) {
     }
     // An object stands within a paragraph, which it does not change; nor does a label.
     const bool isWithin = here.inObject || here.kind == Kind::Label;
-    if (name == "ls" || name == "ilvl" ||
+    if (name == "ls" || name == "ilvl" || (name == "f" && here.kind == Kind::Label) ||
         (isWithin && (name == "pard" || RtfRows::isRowWord(name)))) {
         edits_.push_back(gone);
     } else if (name == "u") {
@@ -264,6 +289,10 @@ void Unfolder::character(const RtfToken& token) {
     constexpr std::int32_t lineSeparator = 0x2028;
     constexpr std::int32_t paragraphSeparator = 0x2029;
     text();
+    if (group().kind == Kind::Label && isSymbol(static_cast<std::uint32_t>(token.number))) {
+        edits_.push_back({token.begin, takeStandIns(lexer_, group().skip), kBullet});
+        return;
+    }
     if ((token.number != lineSeparator && token.number != paragraphSeparator) ||
         group().kind == Kind::Label)
         return;
@@ -318,7 +347,7 @@ void Unfolder::tableWord(const RtfToken& token) {
 void Unfolder::endRow() {
     // Some controls write rows without it, and read them as loose words then.
     if (!inTable_ && definitionEnd_ && used_ > 0 && used_ <= defined_ && defined_ <= kMaxRtfCells) {
-        edits_.push_back({*definitionEnd_, *definitionEnd_, "\\intbl "});
+        edits_.push_back({*definitionEnd_, *definitionEnd_, kInTable});
         inTable_ = true;
     }
     definitionEnd_.reset();
@@ -337,6 +366,8 @@ void Unfolder::outsideTable() {
 }
 
 std::string Unfolder::edited() {
+    if (marksOnly_)
+        std::erase_if(edits_, [](const Edit& edit) { return edit.replacement != kInTable; });
     std::stable_sort(edits_.begin(), edits_.end(), [](const Edit& a, const Edit& b) {
         return std::pair(a.begin, a.begin != a.end) < std::pair(b.begin, b.begin != b.end);
     });
@@ -357,6 +388,10 @@ std::string Unfolder::edited() {
 
 std::string unfoldRtf(std::string_view rtf) {
     return Unfolder(rtf).run();
+}
+
+std::string withTableRows(std::string rtf) {
+    return rtf.find("\\trowd") == std::string::npos ? rtf : Unfolder(rtf).markRows();
 }
 
 }  // namespace melvorin

@@ -32,6 +32,7 @@ TEST(RtfUnfold, WritesWhatPartsShow) {
          "{\\nop {}{\\nop a}}"},
         {"{\\field{\\*\\fldinst T}{\\fldrslt 1{\\field{\\*\\fldinst P}{\\fldrslt 2}}\\par 3}}",
          "{\\nop {}{\\nop 1{\\nop {}{\\nop 2}}\\par 3}}"},
+        {"{\\field{\\*\\fldinst P}{\\*\\fldrslt{a}}}", "{\\nop {}{\\nop {a}}}"},
         {"{\\field{\\*\\fldinst PAGE}}", "{\\field{\\*\\fldinst PAGE}}"},
         {"{\\header{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}}",
          "{\\header{\\field{\\*\\fldinst PAGE}{\\fldrslt 1}}}"},
@@ -46,7 +47,9 @@ TEST(RtfUnfold, WritesWhatPartsShow) {
         {"{\\upr{a}{\\*\\ud b}}", "{\\upr{a}{\\*\\ud b}}"},
         // Lists.
         {"{\\listtext\\pard\\plain\\f1 2.\\tab}\\ls1\\ilvl0 a",
-         "{\\nop \\nop \\plain\\f1 2.\\tab}\\nop \\nop a"},
+         "{\\nop \\nop \\plain\\nop 2.\\tab}\\nop \\nop a"},
+        {"{\\listtext\\f3 \\'b7\\tab}{\\listtext\\f3\\u-3913 ?\\tab}\\'b7",
+         "{\\nop \\nop \\bullet \\tab}{\\nop \\nop \\bullet \\tab}\\'b7"},
         {"{\\listtext\\tab}{\\*\\pn\\pnlvlblt\\ls1{\\pntxtb *}}a", "{}{}a"},
         {"{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody}a\\line b",
          "{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody}a\\par b"},
@@ -86,6 +89,19 @@ TEST(RtfUnfold, EndsTablesWhereTheyEnd) {
          "\\trowd\\cellx9\\intbl a\\par b\\cell\\row\\pard"},
     };
     expectWritten(cases, "{\\rtf1");
+}
+
+TEST(RtfUnfold, MarksTheRowsThatAControlWrote) {
+    const std::string rows =
+        "{\\rtf1 a\\line b\\par\r\n\\trowd\\trgaph10\\cellx9\\cellx99\\b one\\cell two\\cell "
+        "\\row\r\n"
+        "\\trowd\\cellx9three\\cell \\row\r\n\\pard end\\par}";
+    EXPECT_EQ(
+        withTableRows(rows),
+        "{\\rtf1 a\\line b\\par\r\n\\trowd\\trgaph10\\cellx9\\cellx99\\intbl \\b one\\cell two"
+        "\\cell \\row\r\n\\trowd\\cellx9three\\cell \\row\r\n\\pard end\\par}");
+    EXPECT_EQ(readRtf(withTableRows(rows)).tableRows, 2U);
+    EXPECT_EQ(readRtf(rows).tableRows, 0U);
 }
 
 TEST(RtfUnfold, DropsWhatIsBehindTheEndButSaysSo) {

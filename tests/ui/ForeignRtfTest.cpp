@@ -248,9 +248,11 @@ void examine(Program& program, const ScratchFolder& folder, const Document& docu
     moveAnOctave(program.editor(), Direction::Down);
     expectSameChords(chordLinesOf(text), chordLinesOf(program.editor().text().chars), tally);
     const Text moved = program.editor().text().chars;
+    const RtfContents kept = readRtf(program.editor().rtf());
     ASSERT_TRUE(documents.save());
     ASSERT_TRUE(documents.openPath(path, false));
     EXPECT_EQ(missing(moved, program.editor().text().chars), "");
+    EXPECT_EQ(shown(lossInWords(kept, program.editor().text().chars, program.editor().rtf())), "");
 }
 
 TEST(ForeignRtf, SurvivesOpeningTwelveKeysSavingAndOpeningAgain) {
