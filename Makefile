@@ -26,10 +26,13 @@ faults: win-x64 native
 	@cmake --build --preset win-x64 --target melvorin-faults melvorin-driver ui_tests
 	@tools/faults.sh
 
-# Damaged documents, MELVORIN_CORPUS of them, opened by the real program.
+# Documents by LibreOffice and AbiWord, MELVORIN_FOREIGN by each, opened, saved and transposed, and
+# MELVORIN_CORPUS damaged ones opened, all by the real program.
 rtf-corpus: export MELVORIN_CORPUS ?= 10000
 rtf-corpus: win-x64
 	@cmake --build --preset win-x64 --target ui_tests
+	@tools/setup.sh corpus
+	@tools/rtf-corpus.sh
 	@tools/endure.sh 'Endurance.DamagedDocuments*'
 
 # Random commands for MELVORIN_SOAK_SECONDS, the history walked and the resources counted.

@@ -1,5 +1,5 @@
 #!/bin/bash
-# setup.sh [package|test-x86]: installs what building and testing need on Debian 12, or what these
+# setup.sh [package|test-x86|corpus]: installs what building and testing need on Debian 12, or what these
 # targets need besides. Does nothing, quickly, when all is there.
 set -eu
 
@@ -18,6 +18,7 @@ command -v npm >/dev/null || packages+=(npm)
 case ${1:-} in
     package) packages=(nsis) ;;
     test-x86) packages=(debootstrap) ;;
+    corpus) packages=(libreoffice-writer abiword python3) ;;
 esac
 
 missing=()

@@ -30,8 +30,10 @@ Result<DocumentContent> readPlain(std::string_view bytes, const AnsiCodec& ansi)
     return Result<DocumentContent>::success({false, {}, toEditorText(text)});
 }
 
-Result<DocumentContent> readRich(std::string_view bytes) {
+Result<DocumentContent> readRich(std::string_view bytes, bool asWhole) {
     RtfVerdict verdict = checkRtf(bytes);
+    if (asWhole && verdict.textBehind)
+        return Result<DocumentContent>::failure(u"There is more behind the Rich Text.");
     if (verdict.kind != RtfVerdict::Kind::Ok)
         return Result<DocumentContent>::failure(verdict.sentence);
     return Result<DocumentContent>::success({true, std::move(verdict.document), {}});
@@ -47,7 +49,7 @@ Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
     if (!looksLikeRtf(bytes))
         return readPlain(bytes, ansi);
     // A text file may quote Rich Text; only a whole document is one.
-    Result<DocumentContent> rich = readRich(bytes);
+    Result<DocumentContent> rich = readRich(bytes, isTextFile);
     return rich || !isTextFile ? rich : readPlain(bytes, ansi);
 }
 

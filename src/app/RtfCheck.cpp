@@ -7,8 +7,12 @@
 #include <vector>
 
 #include "app/PictureCheck.h"
+#include "app/RtfDiagrams.h"
 #include "app/RtfLexer.h"
 #include "app/RtfRows.h"
+#include "app/RtfSureCharacters.h"
+#include "app/RtfUnfold.h"
+#include "app/RtfWords.h"
 
 namespace melvorin {
 namespace {
@@ -23,39 +27,12 @@ constexpr TextView kBadEncoding = u"The character encoding of the document is da
 constexpr TextView kMisplaced = u"A part of the document is not where it belongs.";
 constexpr std::int32_t kMaxSkip = 16;
 
-// Words whose group is something apart from the text around it. In the middle of a group they
-// make a control take the rest of the group, or of the document, for that.
-// (By hand: one word a line would fill screens.)
-// clang-format off
-constexpr auto kDestinations = std::to_array<std::string_view>({
-    "aftncn", "aftnsep", "aftnsepc", "annotation", "atnauthor", "atnicn", "atnid", "atnparent",
-    "atnref", "atntime", "atrfend", "atrfstart", "author", "background", "bkmkend", "bkmkstart",
-    "blipuid", "buptim", "category", "colortbl", "comment", "company", "creatim", "datafield",
-    "docvar", "falt", "field", "file", "filetbl", "fldinst", "fldrslt", "fldtype", "fname",
-    "fontemb", "fontfile", "fonttbl", "footer", "footerf", "footerl", "footerr", "footnote",
-    "formfield", "ftncn", "ftnsep", "ftnsepc", "generator", "header", "headerf", "headerl",
-    "headerr", "info", "keycode", "keywords", "leveltext", "list", "listlevel", "listname",
-    "listoverride", "listoverridetable", "listtable", "listtext", "manager", "nesttableprops",
-    "nextfile", "nonesttables", "nonshppict", "objalias", "objclass", "objdata", "object",
-    "objname", "objsect", "objtime", "operator", "panose", "password", "picprop", "pict", "pn",
-    "pnseclvl", "pntext", "pntxta", "pntxtb", "printim", "private", "propname", "result",
-    "revtbl", "rsidtbl", "rxe", "shp", "shpgrp", "shpinst", "shppict", "shprslt", "shptxt",
-    "sn", "sp", "staticval", "stylesheet", "subject", "sv", "tc", "template", "title", "txe",
-    "ud", "upr", "userprops", "xe"});
-// clang-format on
-static_assert(std::is_sorted(kDestinations.begin(), kDestinations.end()));
-
-// Those of them that are no part of the text: a table in one is complete in itself, or it does
-// not count.
-constexpr auto kAsides = std::to_array<std::string_view>(
-    {"annotation", "fldinst", "fldrslt", "footer", "footerf", "footerl", "footerr", "footnote",
-     "header", "headerf", "headerl", "headerr", "info", "listtext", "nonshppict", "pntext"});
-
 // Code pages that every control knows; with an unknown one a control reads nothing at all.
 constexpr auto kCodePages = std::to_array<std::int32_t>(
-    {0,    437,  737,  775,  850,  852,  855,  857,  860,  861,   862,
-     863,  864,  865,  866,  869,  874,  932,  936,  949,  950,   1250,
-     1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 1361, 10000, 65001});
+    {0,     437,   708,   720,   737,   775,   850,   852,   855,   857,   860,   861,   862,
+     863,   864,   865,   866,   869,   874,   932,   936,   949,   950,   1250,  1251,  1252,
+     1253,  1254,  1255,  1256,  1257,  1258,  1361,  10000, 10001, 10002, 10003, 10004, 10005,
+     10006, 10007, 10008, 10010, 10017, 10021, 10029, 10079, 10081, 10082, 20866, 21866, 65001});
 
 // Character sets of fonts that have a code page. In a font of any other, a control reads characters
 // that it cannot write.
@@ -111,7 +88,7 @@ std::size_t documentStart(std::string_view bytes) {
 }
 
 bool isFiller(char c) {
-    return isBlank(c) || c == '\0' || c == '\x1A';
+    return isBlank(c) || c == '\0' || c == '\x1A' || c == '{' || c == '}';
 }
 
 // What a group is, as far as the check is concerned.
@@ -144,8 +121,7 @@ struct Level {
 
 class Checker {
   public:
-    Checker(std::string_view bytes, std::size_t start)
-        : bytes_(bytes), start_(start), lexer_(bytes, start) {}
+    explicit Checker(std::string_view bytes) : bytes_(bytes), lexer_(bytes) {}
 
     RtfVerdict run();
 
@@ -173,7 +149,7 @@ class Checker {
 
     Level& level() { return levels_[depth_ - 1]; }
     bool fail(Kind kind, TextView sentence) {
-        verdict_ = {kind, Text(sentence), {}};
+        verdict_ = {kind, Text(sentence), {}, false};
         return false;
     }
     bool malformed(TextView sentence) { return fail(Kind::Malformed, sentence); }
@@ -187,7 +163,6 @@ class Checker {
     void takeData(char hexDigit);
 
     std::string_view bytes_;
-    std::size_t start_;
     RtfLexer lexer_;
     std::array<Level, kMaxRtfDepth> levels_;
     std::size_t depth_ = 0;
@@ -314,10 +289,9 @@ bool Checker::close(std::size_t end) {
     if (closed.place == Place::Data && picture_ != PictureKind::Other &&
         !isSoundPicture(std::exchange(picture_, PictureKind::Other), bytesOfHex(data_)))
         return malformed(u"A picture of the document is damaged.");
-    // A control swallows what comes next, were it a brace; an unknown word means nothing to any.
-    constexpr std::string_view sacrifice = "\\nop ";
-    if (closed.isObject && !bytes_.substr(end).starts_with(sacrifice))
-        edits_.push_back({end, end, std::string(sacrifice)});
+    // A control swallows what comes next, were it a brace.
+    if (closed.isObject && !bytes_.substr(end).starts_with(kNoWord))
+        edits_.push_back({end, end, std::string(kNoWord)});
     --depth_;
     return true;
 }
@@ -334,8 +308,7 @@ bool Checker::word(const RtfToken& token) {
     }
     wordEnd_ = token.end;
     keepDistance(token);
-    if (level().started &&
-        std::binary_search(kDestinations.begin(), kDestinations.end(), token.name))
+    if (level().started && isDestination(token.name))
         return malformed(kMisplaced);
     if ((token.name == "ansicpg" || token.name == "cpg") &&
         (!token.hasNumber || !contains(kCodePages, token.number)))
@@ -419,12 +392,13 @@ bool Checker::tableWord(const RtfToken& token) {
     } else if (here.place == Place::Data && picture_ == PictureKind::Other) {
         picture_ = pictureKind(token.name);
     }
-    if (contains(kAsides, token.name))
+    if (isAside(token.name))
         here.place = Place::Skipped;
-    // Some controls skip such a group, others go on with the text in the middle of it.
+    // No table is in such a group, though word processors say of every paragraph that it is in
+    // none; some controls would go on with the text in the middle of it.
     if ((here.place == Place::Starred || here.place == Place::Data) &&
         RtfRows::isRowWord(token.name))
-        return malformed(kBadTable);
+        edits_.push_back({token.begin, token.end, std::string(kNoWord)});
     return here.place != Place::Body || rows_.word(token) || malformed(kBadTable);
 }
 
@@ -525,15 +499,15 @@ void Checker::rewriteBinary(const RtfToken& raw) {
 }
 
 bool Checker::checkEnd(std::size_t end) {
-    if (!std::all_of(bytes_.begin() + static_cast<std::ptrdiff_t>(end), bytes_.end(), isFiller))
-        return fail(Kind::TextAfterEnd, u"There is more in the file behind the document's end.");
+    verdict_.textBehind =
+        !std::all_of(bytes_.begin() + static_cast<std::ptrdiff_t>(end), bytes_.end(), isFiller);
     return rows_.finished() || malformed(kBadTable);
 }
 
 std::string Checker::edited(std::size_t end) const {
     std::string document;
-    document.reserve(end - start_);
-    std::size_t copied = start_;
+    document.reserve(end);
+    std::size_t copied = 0;
     for (const Edit& edit : edits_) {
         document.append(bytes_.substr(copied, edit.begin - copied)).append(edit.replacement);
         copied = edit.end;
@@ -559,8 +533,10 @@ bool looksLikeRtf(std::string_view bytes) {
 
 RtfVerdict checkRtf(std::string_view bytes) {
     if (!looksLikeRtf(bytes))
-        return {Kind::NotRtf, u"The file holds no Rich Text.", {}};
-    return Checker(bytes, documentStart(bytes)).run();
+        return {Kind::NotRtf, u"The file holds no Rich Text.", {}, false};
+    const std::string plain =
+        withSureCharacters(withPlainDiagrams(unfoldRtf(bytes.substr(documentStart(bytes)))));
+    return Checker(plain).run();
 }
 
 bool looksBinary(std::string_view bytes) {

@@ -105,4 +105,16 @@ bool RtfLexer::isDigitAt(std::size_t offset) const {
     return offset < source_.size() && source_[offset] >= '0' && source_[offset] <= '9';
 }
 
+std::size_t takeStandIns(RtfLexer& lexer, std::int32_t count) {
+    while (count > 0) {
+        RtfLexer ahead = lexer;
+        const RtfToken next = ahead.next();
+        if (next.kind != RtfToken::Kind::Break && !next.isCharacter())
+            break;
+        lexer = ahead;
+        count -= next.isCharacter() ? 1 : 0;
+    }
+    return lexer.offset();
+}
+
 }  // namespace melvorin

@@ -34,6 +34,10 @@ struct RtfToken {
     std::size_t data = 0;     // of \binN: where its raw bytes begin; they reach to `end`
     bool cut = false;         // the source ends inside this token
 
+    // What may be a stand-in for a character of a \u.
+    bool isCharacter() const {
+        return kind == Kind::Byte || kind == Kind::Hex || kind == Kind::Symbol;
+    }
     bool isWord(std::string_view wanted) const { return kind == Kind::Word && name == wanted; }
     bool isSymbol(char wanted) const { return kind == Kind::Symbol && byte == wanted; }
 };
@@ -59,5 +63,9 @@ class RtfLexer {
     std::string_view source_;
     std::size_t at_;
 };
+
+// Takes the stand-ins behind a \u, at most `count`, from the lexer, which has just given the \u. The
+// offset behind them.
+std::size_t takeStandIns(RtfLexer& lexer, std::int32_t count);
 
 }  // namespace melvorin

@@ -9,8 +9,8 @@ namespace melvorin {
 
 // Some controls write a look-alike ("O") for a character outside Windows-1252 ("Ω"). Returns
 // `rtf`, which a control has written for `text` (its own text, line ends as CR), with such
-// characters put right; formatting stays. Unchanged where nothing is lost, or where the source
-// cannot be mapped to the text exactly.
+// characters put right; formatting stays. Unchanged where nothing is lost, or where the source does
+// not go together with the text.
 std::string withLostCharacters(std::string rtf, TextView text);
 
 }  // namespace melvorin

@@ -10,6 +10,7 @@
 #include "app/RtfCheck.h"
 #include "app/RtfMap.h"
 #include "app/RtfRepair.h"
+#include "app/RtfUnfold.h"
 #include "platform/Handles.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"
@@ -355,11 +356,12 @@ std::string RichEdit::streamOut(WPARAM format) const {
 }
 
 std::string RichEdit::rtf() const {
-    return withLostCharacters(streamOut(SF_RTF), text().chars);
+    return withTableRows(withLostCharacters(streamOut(SF_RTF), text().chars));
 }
 
 std::string RichEdit::selectionRtf() const {
-    return withLostCharacters(streamOut(SF_RTF | SFF_SELECTION), textBetween(selection()));
+    return withTableRows(
+        withLostCharacters(streamOut(SF_RTF | SFF_SELECTION), textBetween(selection())));
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {

@@ -116,6 +116,29 @@ TEST(RtfRepair, GivesBackWhatAControlLost) {
     }
 }
 
+TEST(RtfRepair, PutsCharactersRightWhereThereIsNoMap) {
+    const std::string head =
+        "{\\rtf1\\ansi\\uc1{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset204 B;}{\\f2\\fcharset2 "
+        "S;}}";
+    const struct {
+        std::string body;
+        TextView text;
+        std::string expected;
+    } cases[] = {
+        {"\\trowd\\cellx9 a\\cell O\\cell\\row\\pard c\\par}", u"\r\na\t\u010D\t\r\nc",
+         "\\trowd\\cellx9 a\\cell \\u269?\\cell\\row\\pard c\\par}"},
+        {"{\\pntext 1.\\tab}{\\*\\pn{\\pntxta.}}Tat\\'edc\\line g}", u"Tat\u00EDč \u011F",
+         "{\\pntext 1.\\tab}{\\*\\pn{\\pntxta.}}Tat\\'ed\\u269?\\line \\u287?}"},
+        {"\\cell\\uc0 {c}\\u269 -x\\f1 \\'ef\\f2 \\'b7}", u"\t\u010D\u010D\u2011x\u043F\uF0B7",
+         "\\cell\\uc0 {\\u269 }\\u269 \\u8209 x\\f1 \\'ef\\f2 \\'b7}"},
+        {"\\cell c}", u"\u010Dd", "\\cell c}"},  // not this text
+        {"\\cell cd}", u"\u010D", "\\cell cd}"},
+        {"\\cell cd}", u"\u010De", "\\cell cd}"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(withLostCharacters(head + c.body, c.text), head + c.expected);
+}
+
 TEST(SnapshotHistory, StepsBackForthAndBranches) {
     MemoryFiles files;
     SnapshotHistory history(files);

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "RtfSamples.h"
+#include "app/RtfReader.h"
 #include "app/RtfRows.h"
 
 namespace melvorin {
@@ -58,8 +59,8 @@ TEST(RtfCheck, JudgesDocuments) {
         // Behind the end.
         {"{\\rtf1 a}\r\n\0\0"s, Kind::Ok},
         {"{\\rtf1 a}\x1A", Kind::Ok},
-        {"{\\rtf1 a}b}", Kind::TextAfterEnd},
-        {"{\\rtf1 a}{\\rtf1 b}", Kind::TextAfterEnd},
+        {"{\\rtf1 a}b}", Kind::Ok},
+        {"{\\rtf1 a}{\\rtf1 b}", Kind::Ok},
         // Codes and lengths.
         {"{\\rtf1 \\'zz}", Kind::Malformed},
         {"{\\rtf1{\\info{\\author \\'4\r\n1}}}", Kind::Malformed},
@@ -69,6 +70,8 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1 \\uc-1 a}", Kind::Malformed},
         {"{\\rtf1 \\u x}", Kind::Malformed},
         {"{\\rtf1\\ansicpg99999 a}", Kind::Malformed},
+        {"{\\rtf1\\mac\\ansicpg10001 a}", Kind::Ok},
+        {"{\\rtf1\\ansicpg10007 a}", Kind::Ok},
         {"{\\rtf1" + word250 + " a}", Kind::Ok},
         {"{\\rtf1" + word250 + "qq a}", Kind::Malformed},
         {"{\\rtf1\\fs" + std::string(kMaxRtfWordLength, '1') + " a}", Kind::Malformed},
@@ -125,13 +128,16 @@ TEST(RtfCheck, JudgesDocuments) {
          Kind::Ok},
         {"{\\rtf1{\\header\\trowd\\cellx9\\intbl a\\cell b\\cell\\row}c}", Kind::Ok},
         {"{\\rtf1\\intbl a\\par\\pard b}", Kind::Malformed},
-        {"{\\rtf1\\trowd\\cellx9\\intbl a\\cell\\row b}", Kind::Malformed},
+        {"{\\rtf1\\trowd\\cellx9\\intbl a\\cell\\row b}", Kind::Ok},
         {"{\\rtf1\\trowd\\cellx9\\intbl a\\cell b\\row\\pard c}", Kind::Malformed},
         {"{\\rtf1\\trowd\\cellx9\\cellx99\\intbl a\\cell\\trowd\\cellx9 b\\cell\\row\\pard c}",
          Kind::Malformed},
         {"{\\rtf1\\trowd\\cellx9\\cellx99\\intbl a\\cell\\pard b\\row\\pard c}", Kind::Malformed},
-        {"{\\rtf1{\\*\\s1\\intbl\\row\\par b}}", Kind::Malformed},
-        {"{\\rtf1{\\pict\\pngblip 00\\intbl a\\cell}b}", Kind::Malformed},
+        {"{\\rtf1{\\*\\s1\\intbl\\row\\par b}}", Kind::Ok},
+        {"{\\rtf1{\\*\\defpap \\itap0 "
+         "}{\\*\\pgptbl{\\pgp\\itap0}}{\\*\\ftnsep\\itap0{\\chftnsep\\par}}b}",
+         Kind::Ok},
+        {"{\\rtf1{\\pict\\pngblip 00\\intbl a\\cell}b}", Kind::Ok},
         {"{\\rtf1\\itap2 a\\pard}", Kind::Malformed},
         {"{\\rtf1 a\\nestcell b}", Kind::Malformed},
         // Depth.
@@ -261,6 +267,13 @@ TEST(RtfCheck, TellsTextFromBinary) {
         EXPECT_EQ(looksBinary(bytes), expected) << testing::PrintToString(bytes.substr(0, 20));
 }
 
+// Without blanks and line ends.
+std::string wordsIn(const std::string& rtf) {
+    Text text = readRtf(rtf).text;
+    std::erase_if(text, [](char16_t c) { return c <= u' '; });
+    return toUtf8(text);
+}
+
 TEST(RtfCheck, JudgesDamageWithoutHarm) {
     samples::Random random(20);
     std::size_t accepted = 0;
@@ -274,6 +287,8 @@ TEST(RtfCheck, JudgesDamageWithoutHarm) {
         const RtfVerdict again = checkRtf(verdict.document);
         EXPECT_EQ(again.kind, Kind::Ok);
         EXPECT_EQ(again.document, verdict.document);
+        // What is written differently says the same.
+        EXPECT_EQ(wordsIn(verdict.document), wordsIn(rtf)) << rtf << "\n" << verdict.document;
     }
     EXPECT_GT(accepted, 400u);
     EXPECT_LT(accepted, 3600u);
