@@ -3,14 +3,31 @@
 #include <algorithm>
 #include <numeric>
 
+#include "app/RtfCharacters.h"
 #include "app/RtfMap.h"
-#include "app/TextCodec.h"
 
 namespace melvorin {
 namespace {
 
-bool isAtRisk(char16_t c) {
-    return c > 0xFF && !windows1252().encode(TextView(&c, 1));
+// Whether a control may have written something else for `text`: it knows the characters of each
+// font's code page, and takes a look-alike for others. Windows-1252 is what most fonts have.
+bool mayHaveLost(std::string_view rtf, TextView text) {
+    const auto isStrange = [](char16_t c) { return c > 0xFF && latinByte(c) < 0; };
+    if (std::any_of(text.begin(), text.end(), isStrange))
+        return true;
+    const bool isAsciiOnly =
+        std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
+    constexpr std::string_view word = "\\fcharset";
+    for (std::size_t at = rtf.find(word); at != std::string_view::npos; at = rtf.find(word, at)) {
+        at += word.size();
+        const std::string_view number = rtf.substr(at, 2);
+        const bool isSymbol =
+            number.starts_with('2') && (number.size() < 2 || number[1] < '0' || number[1] > '9');
+        const bool isWestern = number.starts_with('0');
+        if (isSymbol || (!isWestern && !isAsciiOnly))
+            return true;
+    }
+    return false;
 }
 
 // A part of the line that stays as it is but for its characters.
@@ -25,12 +42,16 @@ LineRewrite respelled(std::size_t start, TextView text) {
 }  // namespace
 
 std::string withLostCharacters(std::string rtf, TextView text) {
-    if (std::none_of(text.begin(), text.end(), isAtRisk))
+    if (!mayHaveLost(rtf, text))
         return rtf;
-    const auto map = RtfMap::parse(rtf);
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
     if (!map || map->text().size() != text.size())
         return rtf;
+    map->takeBlanks(text);
     const TextView written = map->text();
+    const auto isAtRisk = [&](std::size_t i) {
+        return text[i] >= 0x80 || (text[i] >= 0x20 && map->isSymbolAt(i));
+    };
     std::vector<LineRewrite> parts;
     for (std::size_t i = 0; i < text.size();) {
         if (written[i] == text[i]) {
@@ -39,7 +60,7 @@ std::string withLostCharacters(std::string rtf, TextView text) {
         }
         // A difference elsewhere means that this map is not of this text.
         std::size_t end = i;
-        while (end < text.size() && written[end] != text[end] && isAtRisk(text[end]))
+        while (end < text.size() && written[end] != text[end] && isAtRisk(end))
             ++end;
         if (end == i)
             return rtf;
