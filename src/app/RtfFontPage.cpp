@@ -77,7 +77,8 @@ std::optional<char16_t> RtfFontPage::character(int byte) const {
 }
 
 std::optional<char16_t> RtfFontPage::character(int lead, int trail) const {
-    char16_t& known = known_[static_cast<std::size_t>(lead * 0x100 + trail)];
+    char16_t& known =
+        known_[static_cast<std::size_t>(lead) * 0x100 + static_cast<std::size_t>(trail)];
     if (known == 0)
         known = lookedUp(*codec_, {static_cast<char>(lead), static_cast<char>(trail)});
     return known == kNone ? std::nullopt : std::optional(known);

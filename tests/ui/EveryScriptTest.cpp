@@ -70,12 +70,14 @@ TEST(EveryScript, LosesNoCharacterOnWriting) {
     const Text odd =
         u"\u00E9 \u00A5 \u2011 \u03A9 \u2122 \u044F \u0159 \u65E5 \uAC00 \u05E9 \u0301";
     for (const charts::Script& script : charts::scripts()) {
-        for (const int charset : {script.charset, 2}) {
+        // Also where nothing but the font is out of the ordinary.
+        for (const auto& [charset, words] : {std::pair(script.charset, odd + Text(script.words)),
+                                             std::pair(script.charset, Text(u"caf\u00E9")),
+                                             std::pair(2, odd), std::pair(2, Text(u"Am"))}) {
             std::string rtf =
                 "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fcharset0 Courier New;}"
                 "{\\f1\\fcharset" +
                 std::to_string(charset) + " Courier New;}}\\f1 ";
-            const Text words = odd + Text(script.words);
             for (const char16_t c : words)
                 rtf += "\\u" + std::to_string(c > 0x7FFF ? c - 0x10000 : c) + "?";
             ASSERT_TRUE(load(editor, rtf + "\\f0 end}"));
