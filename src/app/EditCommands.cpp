@@ -122,7 +122,7 @@ std::size_t columnOfSelection(const Editor& editor) {
     const auto begin = static_cast<std::size_t>(editor.selection().begin);
     const Text text = editor.text().chars;
     const TextView before = TextView(text).substr(0, std::min(begin, text.size()));
-    const std::size_t lineEnd = before.find_last_of(u"\r\v");
+    const std::size_t lineEnd = before.find_last_of(u"\r\n\v");
     return lineEnd == TextView::npos ? before.size() : before.size() - lineEnd - 1;
 }
 

@@ -5,6 +5,8 @@
 #include <limits>
 
 #include "app/RtfCharacters.h"
+#include "app/RtfCodePages.h"
+#include "app/RtfFormatWords.h"
 #include "app/RtfLexer.h"
 
 namespace melvorin {
@@ -12,61 +14,8 @@ namespace {
 
 constexpr std::size_t kMaxDepth = 64;
 constexpr std::size_t kMaxColours = 0xFFFE;
-
-// Words that change how text looks, or what is around it, and never what it is. Sorted.
-// (By hand: one word a line would fill screens.)
-// clang-format off
-constexpr auto kFormatWords = std::to_array<std::string_view>({
-    "ansi", "b", "caps", "cb", "charscalex", "chcbpat", "deflang", "deflangfe", "deftab", "dn",
-    "embo", "expnd", "expndtw", "fbidis", "fi", "fs", "highlight", "horzdoc", "i", "impr",
-    "keep", "keepn", "kerning", "lang", "langfe", "langfenp", "langnp", "li", "lin", "lisa",
-    "lisb", "ltrch", "ltrpar", "margb", "margl", "margr", "margt", "nofeaturethrottle",
-    "noproof", "nosupersub", "nouicompat", "nowidctlpar", "outl", "paperh", "paperw", "pard",
-    "protect", "qc", "qj", "ql", "qr", "ri", "rin", "sa", "saauto", "sb", "sbauto", "scaps",
-    "shad", "sl", "slmult", "strike", "striked", "sub", "super", "tb", "tldot", "tleq",
-    "tlhyph", "tlth", "tlul", "tqc", "tqdec", "tqr", "tx", "ul", "uld", "uldash", "uldashd",
-    "uldashdd", "uldb", "ulhair", "ulhwave", "ulldash", "ulnone", "ulth", "ulthd", "ulthdash",
-    "ulthdashd", "ulthdashdd", "ulthldash", "ululdbwave", "ulw", "ulwave", "up", "viewkind",
-    "viewscale", "widctlpar"});
-// clang-format on
-static_assert(std::is_sorted(kFormatWords.begin(), kFormatWords.end()));
-
-// Words that are one character.
-struct WordCharacter {
-    std::string_view word;
-    char16_t character;
-};
-constexpr auto kCharacterWords = std::to_array<WordCharacter>({
-    {"par", u'\r'},
-    {"line", u'\v'},
-    {"tab", u'\t'},
-    {"emdash", u'\u2014'},
-    {"endash", u'\u2013'},
-    {"lquote", u'\u2018'},
-    {"rquote", u'\u2019'},
-    {"ldblquote", u'\u201C'},
-    {"rdblquote", u'\u201D'},
-    {"bullet", u'\u2022'},
-    {"zwj", u'\u200D'},
-    {"zwnj", u'\u200C'},
-    {"ltrmark", u'\u200E'},
-    {"rtlmark", u'\u200F'},
-});
-
-// Destinations without any text of the document.
-constexpr auto kSilentGroups =
-    std::to_array<std::string_view>({"footer", "footerf", "footerl", "footerr", "header", "headerf",
-                                     "headerl", "headerr", "info", "stylesheet"});
-// Starred destinations that every control skips. Others may hold words that some control obeys.
-constexpr auto kSkippedGroups = std::to_array<std::string_view>(
-    {"bkmkend", "bkmkstart", "colorschememapping", "datastore", "generator", "latentstyles",
-     "listoverridetable", "listtable", "mmathPr", "pgptbl", "revtbl", "rsidtbl", "themedata",
-     "xmlnstbl"});
-
-template <class Range, class Value>
-bool contains(const Range& range, const Value& value) {
-    return std::find(range.begin(), range.end(), value) != range.end();
-}
+// The bytes of a symbol font are characters of the private area from here on.
+constexpr int kSymbols = 0xF000;
 
 std::uint8_t colourPart(std::int32_t number) {
     return static_cast<std::uint8_t>(std::clamp<std::int32_t>(number, 0, 255));
@@ -95,6 +44,7 @@ class RtfMapParser {
     bool token(const RtfToken& token);
     bool open(const RtfToken& brace);
     bool skipGroup(RtfToken token);
+    bool picture(const RtfToken& brace, const RtfToken& word);
     bool close(const RtfToken& brace);
     bool word(const RtfToken& token);
     bool colourWord(const RtfToken& token);
@@ -103,11 +53,15 @@ class RtfMapParser {
     bool symbol(const RtfToken& token);
     bool unicode(const RtfToken& token);
     bool encoded(const RtfToken& token);
+    const RtfFontPage* pageOf(const RtfMap::Font& font) const;
+    std::optional<char16_t> character(const RtfFontPage& page, RtfToken& token);
     bool add(char16_t unit, const RtfToken& token);
 
     bool fontTable();
     bool fontEntry(RtfToken token, bool isGroup);
     bool fontEntryWord(const RtfToken& token, RtfMap::Font& font);
+    void faceByte(RtfToken token, RtfMap::Font& font);
+    bool faceUnicode(const RtfToken& token, RtfMap::Font& font);
     bool colourTable();
     bool tail(std::size_t begin) const;
     void finish(std::size_t end);
@@ -131,7 +85,7 @@ class RtfMapParser {
     std::vector<State> outer_;
     std::int32_t defaultFont_ = 0;
     std::uint16_t defaultIndex_ = RtfMap::kNoFont;
-    bool isWestern_ = true;  // characters of the machine's default charset are Windows-1252
+    const RtfFontPage* ansiPage_ = RtfFontPage::of(1252);  // of the machine's default charset
     RtfToken last_;
 };
 
@@ -185,12 +139,16 @@ bool RtfMapParser::open(const RtfToken& brace) {
         return isHeader && map_.bodyStart_ == 0 && fontTable();
     if (first.isWord("colortbl"))
         return isHeader && !map_.coloursClose_ && colourTable();
-    if (first.kind == Kind::Word && contains(kSilentGroups, first.name))
+    if (first.kind == Kind::Word && isRtfSilentGroup(first.name))
         return skipGroup(first);
     if (first.isSymbol('*')) {
         first = next();
-        return first.kind == Kind::Word && contains(kSkippedGroups, first.name) && skipGroup(first);
+        if (first.isWord("shppict"))
+            return picture(brace, first);
+        return first.kind == Kind::Word && isRtfSkippedGroup(first.name) && skipGroup(first);
     }
+    if (first.isWord("pict"))
+        return picture(brace, first);
     if (outer_.size() >= kMaxDepth || map_.bodyStart_ == 0)
         return false;
     lexer_ = RtfLexer(map_.source_, content);
@@ -213,6 +171,15 @@ bool RtfMapParser::skipGroup(RtfToken token) {
     }
 }
 
+// A picture is one character; some controls show it as a blank.
+bool RtfMapParser::picture(const RtfToken& brace, const RtfToken& word) {
+    if (!skipGroup(word))
+        return false;
+    RtfToken whole = brace;
+    whole.end = lexer_.offset();
+    return add(u'\uFFFC', whole);
+}
+
 bool RtfMapParser::close(const RtfToken& brace) {
     if (outer_.size() > 1) {
         state_ = outer_.back();
@@ -225,13 +192,10 @@ bool RtfMapParser::close(const RtfToken& brace) {
 bool RtfMapParser::word(const RtfToken& token) {
     if (token.overflow)
         return false;
-    if (std::binary_search(kFormatWords.begin(), kFormatWords.end(), token.name))
+    if (isRtfFormatWord(token.name))
         return true;
-    const auto* const character =
-        std::find_if(kCharacterWords.begin(), kCharacterWords.end(),
-                     [&](const WordCharacter& known) { return known.word == token.name; });
-    if (character != kCharacterWords.end())
-        return !token.hasNumber && add(character->character, token);
+    if (const auto character = rtfWordCharacter(token.name))
+        return !token.hasNumber && add(*character, token);
     if (token.name == "cf")
         return colourWord(token);
     if (token.name == "f" || token.name == "deff")
@@ -245,10 +209,10 @@ bool RtfMapParser::word(const RtfToken& token) {
         return token.hasNumber && token.number >= 0 && token.number <= 16;
     }
     if (token.name == "ansicpg") {
-        isWestern_ = token.number == 1252;
+        ansiPage_ = RtfFontPage::of(static_cast<unsigned>(token.number));
         return map_.bodyStart_ == 0;
     }
-    return token.name == "v" && token.hasNumber && token.number == 0;
+    return token.name == "itap" && token.hasNumber && token.number == 0;
 }
 
 bool RtfMapParser::colourWord(const RtfToken& token) {
@@ -322,26 +286,51 @@ bool RtfMapParser::encoded(const RtfToken& token) {
         return false;
     if (token.byte == '\t' && token.kind == Kind::Byte)
         return add(u'\t', token);
-    if (token.byte < 0x20 || state_.font == RtfMap::kNoFont)
+    if (state_.font == RtfMap::kNoFont)
         return false;
-    const RtfMap::Charset charset = map_.fonts_[state_.font].charset;
-    const bool isLatin =
-        charset == RtfMap::Charset::Latin || (charset == RtfMap::Charset::Unknown && isWestern_);
-    if (charset == RtfMap::Charset::Symbol || (token.byte >= 0x80 && !isLatin))
+    const RtfMap::Font& font = map_.fonts_[state_.font];
+    // A control has written NUL where its symbol font lacks a character.
+    const bool isSymbol = font.charset == RtfMap::Charset::Symbol;
+    if (token.byte < 0x20 && !(isSymbol && token.byte == 0 && token.kind == Kind::Byte))
         return false;
-    return add(latinCharacter(static_cast<unsigned char>(token.byte)), token);
+    if (isSymbol)
+        return add(static_cast<char16_t>(kSymbols + token.byte), token);
+    if (font.charset == RtfMap::Charset::Latin)
+        return add(latinCharacter(static_cast<unsigned char>(token.byte)), token);
+    if (token.byte < 0x80)
+        return add(static_cast<char16_t>(token.byte), token);
+    const RtfFontPage* const page = pageOf(font);
+    RtfToken whole = token;
+    const auto c = page == nullptr ? std::nullopt : character(*page, whole);
+    return c && add(*c, whole);
+}
+
+const RtfFontPage* RtfMapParser::pageOf(const RtfMap::Font& font) const {
+    return font.charset == RtfMap::Charset::Default ? ansiPage_ : font.page;
+}
+
+// The character that begins with the byte of `token`, which is made to reach to its end.
+std::optional<char16_t> RtfMapParser::character(const RtfFontPage& page, RtfToken& token) {
+    if (!page.isLead(token.byte))
+        return page.character(token.byte);
+    const RtfToken trail = lexer_.next();
+    if ((trail.kind != Kind::Byte && trail.kind != Kind::Hex) || trail.byte < 0x20)
+        return std::nullopt;
+    token.end = trail.end;
+    return page.character(token.byte, trail.byte);
 }
 
 bool RtfMapParser::add(char16_t unit, const RtfToken& token) {
     if (map_.bodyStart_ == 0)
         return false;
     const bool isLineEnd = unit == u'\r' || unit == u'\v';
-    if (!isLineEnd && (state_.font == RtfMap::kNoFont || !map_.fonts_[state_.font].isExact))
+    if (!isLineEnd && state_.font == RtfMap::kNoFont)
         return false;
     const bool endsOpen = token.kind == Kind::Word && isAlphanumeric(map_.source_[token.end - 1]);
+    const bool isWhole = unit == u'\uFFFC' && token.kind == Kind::Open;
     map_.chars_.push_back({static_cast<std::uint32_t>(token.begin),
                            static_cast<std::uint32_t>(token.end), state_.font, state_.colour,
-                           state_.skip, endsOpen});
+                           state_.skip, endsOpen, isWhole});
     map_.text_.push_back(unit);
     return true;
 }
@@ -384,6 +373,9 @@ bool RtfMapParser::fontEntry(RtfToken token, bool isGroup) {
         if (token.kind == Kind::Open) {
             if (!skipGroup(next()))
                 return false;
+        } else if (token.isWord("u")) {
+            if (ended || !faceUnicode(token, font))
+                return false;
         } else if (token.kind == Kind::Word) {
             if (ended || !fontEntryWord(token, font))
                 return false;
@@ -393,9 +385,7 @@ bool RtfMapParser::fontEntry(RtfToken token, bool isGroup) {
             if (ended && !isGroup)
                 break;
             if (!ended)
-                font.face += latinCharacter(static_cast<unsigned char>(token.byte));
-            font.isExact =
-                font.isExact && (token.byte < 0x80 || font.charset == RtfMap::Charset::Latin);
+                faceByte(token, font);
         } else {
             return false;
         }
@@ -407,26 +397,68 @@ bool RtfMapParser::fontEntry(RtfToken token, bool isGroup) {
     return isNew;
 }
 
+// A name that cannot be read exactly is that of no font in particular: it has a substitute.
+void RtfMapParser::faceByte(RtfToken token, RtfMap::Font& font) {
+    const bool isLatin = font.charset == RtfMap::Charset::Latin || token.byte < 0x80;
+    const RtfFontPage* const page = isLatin ? nullptr : pageOf(font);
+    const std::size_t behind = lexer_.offset();
+    std::optional<char16_t> c;
+    if (isLatin)
+        c = latinCharacter(static_cast<unsigned char>(token.byte));
+    else if (page != nullptr)
+        c = character(*page, token);
+    if (!c)
+        lexer_ = RtfLexer(map_.source_, behind);
+    font.face += c.value_or(u'\uFFFD');
+}
+
+bool RtfMapParser::faceUnicode(const RtfToken& token, RtfMap::Font& font) {
+    if (!token.hasNumber || token.number < -0x8000 || token.number > 0xFFFF)
+        return false;
+    font.face += static_cast<char16_t>(token.number & 0xFFFF);
+    // Stand-ins, as far as there are any.
+    for (int i = 0; i < state_.skip; ++i) {
+        const std::size_t behind = lexer_.offset();
+        const RtfToken skipped = lexer_.next();
+        const bool isByte = skipped.kind == Kind::Byte && skipped.byte != ';';
+        if (!isByte && skipped.kind != Kind::Hex) {
+            lexer_ = RtfLexer(map_.source_, behind);
+            break;
+        }
+    }
+    return true;
+}
+
 bool RtfMapParser::fontEntryWord(const RtfToken& token, RtfMap::Font& font) {
     static constexpr auto known = std::to_array<std::string_view>(
-        {"fnil", "froman", "fswiss", "fmodern", "fscript", "fdecor", "ftech", "fbidi", "fprq"});
+        {"fnil", "froman", "fswiss", "fmodern", "fscript", "fdecor", "ftech", "fbidi", "fprq",
+         "fbias", "flomajor", "fhimajor", "fdbmajor", "fbimajor", "flominor", "fhiminor",
+         "fdbminor", "fbiminor"});
     if (token.overflow || !font.face.empty())
         return false;
     if (token.name == "f") {
         font.number = token.number;
         return token.hasNumber;
     }
+    if (token.name == "cpg" && token.hasNumber && token.number > 0) {
+        font.charset = RtfMap::Charset::Other;
+        font.page = RtfFontPage::of(static_cast<unsigned>(token.number));
+        return true;
+    }
     if (token.name != "fcharset")
-        return contains(known, token.name);
+        return std::find(known.begin(), known.end(), token.name) != known.end();
     // Controls do not agree which of two counts.
-    if (font.charset != RtfMap::Charset::Unknown)
+    if (font.charset != RtfMap::Charset::Default)
         return false;
-    if (token.number == 0)
+    if (token.number == 0) {
         font.charset = RtfMap::Charset::Latin;
-    else if (token.number == 2)
+    } else if (token.number == 2) {
         font.charset = RtfMap::Charset::Symbol;
-    else if (token.number != 1)
-        font.charset = RtfMap::Charset::OtherAscii;
+    } else if (token.number != 1) {
+        font.charset = RtfMap::Charset::Other;
+        const std::optional<unsigned> page = codePageOfCharset(token.number);
+        font.page = page ? RtfFontPage::of(*page) : nullptr;
+    }
     return token.hasNumber;
 }
 
@@ -474,11 +506,27 @@ void RtfMapParser::finish(std::size_t end) {
         return;
     }
     const auto offset = static_cast<std::uint32_t>(end);
-    map_.chars_.push_back({offset, offset, state_.font, state_.colour, state_.skip, false});
+    map_.chars_.push_back({offset, offset, state_.font, state_.colour, state_.skip, false, false});
 }
 
 std::optional<RtfMap> RtfMap::parse(std::string_view rtf) {
     return RtfMapParser(rtf).parse();
+}
+
+void RtfMap::takeBlanks(TextView shown) {
+    if (shown.size() != text_.size())
+        return;
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        if (shown[i] != u' ' || (text_[i] != u'\v' && !chars_[i].isWhole))
+            continue;
+        text_[i] = u' ';
+        chars_[i].isWhole = true;
+    }
+}
+
+bool RtfMap::isSymbolAt(std::size_t position) const {
+    const std::uint16_t font = chars_[position].font;
+    return font != kNoFont && fonts_[font].charset == Charset::Symbol;
 }
 
 TextView RtfMap::fontNameAt(std::size_t position) const {

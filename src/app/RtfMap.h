@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "app/Editor.h"
+#include "app/RtfFontPage.h"
 #include "app/Text.h"
 
 namespace melvorin {
@@ -35,16 +36,27 @@ struct LineRewrite {
 class RtfMap {
   public:
     // Reads the source of a whole document as a rich-edit control writes it. Nothing where the
-    // text does not follow exactly from the source: tables, pictures, objects, fields, bullets,
-    // styles in use, hidden text, page and section breaks, characters above 0x7F in a font that
-    // is not Windows-1252, any text in a symbol font, words that are not known here, and
-    // malformed source. Compare text() with the control's own before relying on the map: some
-    // controls have their own idea of \- and \line.
+    // text does not follow exactly from the source: tables, objects, page and section breaks,
+    // bytes that no code page of this machine explains, words that are not known here, and
+    // malformed source. Compare text() with the control's own before relying on the map: controls
+    // have their own idea of \-, of hidden text and of what a field shows. Call it from one thread.
     static std::optional<RtfMap> parse(std::string_view rtf);
 
-    // The text as the control has it: U+000D for \par, U+000B for \line, and nothing for a last
-    // \par, which only ends the last paragraph.
+    // The text as the control has it: U+000D for \par, U+000B for \line, U+FFFC for a picture,
+    // and nothing for a last \par, which only ends the last paragraph.
     TextView text() const { return text_; }
+
+    // Some controls show a blank for a soft line break or a picture. Where `shown`, the control's
+    // own text, does, text() does too from now on; rewritten, such a blank stays what it is in the
+    // source. Without effect where the two differ in length.
+    void takeBlanks(TextView shown);
+
+    // Whether the character at `position` is a picture, or a blank of takeBlanks: its source goes
+    // over into a rewritten line whole, or not at all.
+    bool isWholeAt(std::size_t position) const { return chars_[position].isWhole; }
+
+    // Whether the character at `position` is in a symbol font, whose bytes mean U+F020 and up.
+    bool isSymbolAt(std::size_t position) const;
 
     // Face name of the character at `position` (less than text().size()); lives as long as the
     // map.
@@ -64,17 +76,17 @@ class RtfMap {
     friend class RtfRewriter;
 
     enum class Charset : std::uint8_t {
-        Latin,       // Windows-1252
-        Unknown,     // the machine's default, read as Windows-1252 where the document says so
-        OtherAscii,  // only ASCII is sure
+        Latin,    // Windows-1252
+        Default,  // the machine's, whose code page the document says
+        Other,    // of the font's own code page
         Symbol
     };
 
     struct Font {
         std::int32_t number = 0;
         Text face;
-        bool isExact = true;  // the face name could be read
-        Charset charset = Charset::Unknown;
+        Charset charset = Charset::Default;
+        const RtfFontPage* page = nullptr;  // of Other; without one only ASCII is sure
     };
 
     static constexpr std::uint16_t kNoFont = 0xFFFF;
@@ -87,6 +99,7 @@ class RtfMap {
         std::uint16_t colour = 0;      // index into colours_
         std::uint8_t skip = 1;         // characters to skip behind a \u
         bool endsOpen = false;         // its source is a control word without the blank behind
+        bool isWhole = false;          // its source is no spelling of a character
     };
 
     // What matters to colours between two characters.

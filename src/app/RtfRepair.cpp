@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <numeric>
-
+#include <optional>
 #include <vector>
 
 #include "app/CodePages.h"
+#include "app/RtfCharacters.h"
 #include "app/RtfCodePages.h"
 #include "app/RtfLexer.h"
 #include "app/RtfMap.h"
@@ -15,8 +16,25 @@
 namespace melvorin {
 namespace {
 
-bool isAtRisk(char16_t c) {
-    return c > 0xFF && !windows1252().encode(TextView(&c, 1));
+// Whether a control may have written something else for `text`: it knows the characters of each
+// font's code page, and takes a look-alike for others. Windows-1252 is what most fonts have.
+bool mayHaveLost(std::string_view rtf, TextView text) {
+    const auto isStrange = [](char16_t c) { return c > 0xFF && latinByte(c) < 0; };
+    if (std::any_of(text.begin(), text.end(), isStrange))
+        return true;
+    const bool isAsciiOnly =
+        std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
+    constexpr std::string_view word = "\\fcharset";
+    for (std::size_t at = rtf.find(word); at != std::string_view::npos; at = rtf.find(word, at)) {
+        at += word.size();
+        const std::string_view number = rtf.substr(at, 2);
+        const bool isSymbol =
+            number.starts_with('2') && (number.size() < 2 || number[1] < '0' || number[1] > '9');
+        const bool isWestern = number.starts_with('0');
+        if (isSymbol || (!isWestern && !isAsciiOnly))
+            return true;
+    }
+    return false;
 }
 
 // A part of the line that stays as it is but for its characters.
@@ -154,7 +172,7 @@ bool SideBySide::byte(const RtfToken& token) {
     const bool isSymbol = wanted == (0xF000 | token.byte);
     if (isSymbol || wanted == decoded(token.byte))
         return true;
-    if (!isAtRisk(wanted) || here.skip < 0 || here.skip > 16)
+    if (wanted < 0x80 || here.skip < 0 || here.skip > 16)
         return false;
     out_.append(rtf_, copied_, token.begin - copied_);
     out_ += "\\u" + std::to_string(static_cast<std::int16_t>(wanted));
@@ -175,12 +193,16 @@ char16_t SideBySide::decoded(int byte) const {
 }  // namespace
 
 std::string withLostCharacters(std::string rtf, TextView text) {
-    if (std::none_of(text.begin(), text.end(), isAtRisk))
+    if (!mayHaveLost(rtf, text))
         return rtf;
-    const auto map = RtfMap::parse(rtf);
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
     if (!map || map->text().size() != text.size())
         return SideBySide(rtf, text).run();
+    map->takeBlanks(text);
     const TextView written = map->text();
+    const auto isAtRisk = [&](std::size_t i) {
+        return text[i] >= 0x80 || (text[i] >= 0x20 && map->isSymbolAt(i));
+    };
     std::vector<LineRewrite> parts;
     for (std::size_t i = 0; i < text.size();) {
         if (written[i] == text[i]) {
@@ -189,7 +211,7 @@ std::string withLostCharacters(std::string rtf, TextView text) {
         }
         // A difference elsewhere means that this map is not of this text.
         std::size_t end = i;
-        while (end < text.size() && written[end] != text[end] && isAtRisk(text[end]))
+        while (end < text.size() && written[end] != text[end] && isAtRisk(end))
             ++end;
         if (end == i)
             return rtf;

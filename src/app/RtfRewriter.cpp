@@ -35,6 +35,7 @@ class RtfRewriter {
     void controlsUntil(std::size_t offset);
     void controls(std::size_t begin, std::size_t end);
     void setColour(std::uint16_t colour);
+    void whole(const Char& old);
     void character(char16_t c, const Char& format);
     void escaped(char16_t c, const Char& format);
     void number(std::int32_t value);
@@ -136,7 +137,12 @@ void RtfRewriter::part(const LineRewrite& line) {
         controlsFor(from);
         const bool keeps = !line.keepColour.empty() && line.keepColour[i];
         setColour(keeps ? old[from].colour : newColour_);
-        character(line.text[i], old[from]);
+        const bool isWhole = old[from].isWhole && line.text[i] == map_.text_[line.start + from] &&
+                             (i == 0 || line.source[i - 1] != from);
+        if (isWhole)
+            whole(old[from]);
+        else
+            character(line.text[i], old[from]);
     }
     controlsFor(line.length);
     setColour(old[line.length].colour);
@@ -178,6 +184,12 @@ void RtfRewriter::setColour(std::uint16_t colour) {
     out_ += ' ';
     isOpen_ = false;
     colourNow_ = colour;
+}
+
+// Takes the source of a character as it is.
+void RtfRewriter::whole(const Char& old) {
+    out_.append(source_.substr(old.begin, old.end - old.begin));
+    isOpen_ = old.endsOpen;
 }
 
 void RtfRewriter::character(char16_t c, const Char& format) {

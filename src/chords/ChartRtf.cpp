@@ -23,8 +23,9 @@ void putCharacter(char16_t c, std::string& rtf) {
     }
 }
 
+// A control character is nothing to see; a blank keeps what is behind it in its column.
 char16_t printable(char16_t c) {
-    return c < u' ' || c == 0x7F ? u'\uFFFD' : c;
+    return c < u' ' || (c >= 0x7F && c < 0xA0) ? u' ' : c;
 }
 
 }  // namespace

@@ -11,8 +11,8 @@ namespace melvorin {
 
 // The lines as a Rich Text document in one face at `points` size, black, and lines of chords in
 // the colour of chords. Lines are separated, not ended, so that inserting the document into another
-// one does not begin a line of its own. Characters that no text has (a NUL among them) become
-// U+FFFD.
+// one does not begin a line of its own. Control characters become blanks, so tabs are expanded
+// before.
 std::string chartRtf(const std::vector<ImportedLine>& lines, TextView face, int points);
 
 // The same lines as the control counts them.

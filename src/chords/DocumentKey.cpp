@@ -1,7 +1,10 @@
 #include "chords/DocumentKey.h"
 
 #include <algorithm>
+#include <stdexcept>
 
+#include "app/EditCommands.h"
+#include "app/EditorLine.h"
 #include "app/RtfMap.h"
 #include "chords/ChordLine.h"
 
@@ -10,7 +13,7 @@ namespace {
 
 constexpr TextView kDiagramFace = u"Melvorin ";
 
-// A chord line of the document and what becomes of it.
+// A chord line of the document and what becomes of it. Pictures are diagrams and real pictures.
 struct ChordLine {
     std::size_t start;  // position of its first character
     std::size_t length;
@@ -18,16 +21,11 @@ struct ChordLine {
     MovedLine moved;
 };
 
-// A line of the document: a soft line break ends one as much as a paragraph end does.
-TextView lineAt(TextView text, std::size_t start) {
-    return text.substr(start, text.find_first_of(u"\r\v", start) - start);
-}
-
-template <class FaceAt>
-std::vector<ColumnRange> diagramsOf(std::size_t start, std::size_t length, FaceAt faceAt) {
+template <class IsPicture>
+std::vector<ColumnRange> picturesOf(std::size_t start, std::size_t length, IsPicture isPicture) {
     std::vector<ColumnRange> ranges;
     for (std::size_t column = 0; column < length; ++column) {
-        if (!isDiagramFace(faceAt(start + column)))
+        if (!isPicture(start + column))
             continue;
         if (!ranges.empty() && ranges.back().column + ranges.back().length == column)
             ++ranges.back().length;
@@ -37,22 +35,22 @@ std::vector<ColumnRange> diagramsOf(std::size_t start, std::size_t length, FaceA
     return ranges;
 }
 
-template <class FaceAt>
-std::vector<ChordLine> moveLines(TextView text, const KeyChange& change, bool hasDiagrams,
-                                 FaceAt faceAt, const std::function<void()>& lineDone) {
+template <class IsPicture>
+std::vector<ChordLine> moveLines(TextView text, const KeyChange& change, IsPicture isPicture,
+                                 const std::function<void()>& lineDone) {
     std::vector<ChordLine> lines;
-    for (std::size_t start = 0; start <= text.size();) {
-        const TextView line = lineAt(text, start);
-        if (!line.empty() && IsChordLine(line)) {
-            auto pictures =
-                hasDiagrams ? diagramsOf(start, line.size(), faceAt) : std::vector<ColumnRange>();
-            MovedLine moved = change.moveLine(line, pictures);
-            lines.push_back({start, line.size(), std::move(pictures), std::move(moved)});
+    for (TextView rest = text;;) {
+        const std::size_t start = text.size() - rest.size();
+        const TextLine line = takeEditorLine(rest);
+        if (!line.chars.empty() && IsChordLine(line.chars)) {
+            auto pictures = picturesOf(start, line.chars.size(), isPicture);
+            MovedLine moved = change.moveLine(line.chars, pictures);
+            lines.push_back({start, line.chars.size(), std::move(pictures), std::move(moved)});
         }
         lineDone();
-        start += line.size() + 1;
+        if (line.end.empty())
+            return lines;
     }
-    return lines;
 }
 
 Text textAfter(TextView before, const std::vector<ChordLine>& lines) {
@@ -155,6 +153,13 @@ std::string rewritten(const RtfMap& map, const std::vector<ChordLine>& lines) {
     return map.rewrite(rewrites, kChordColour);
 }
 
+std::optional<RtfMap> mapOf(const std::string& rtf, TextView text) {
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
+    if (map)
+        map->takeBlanks(text);
+    return map && map->text() == text ? std::move(map) : std::nullopt;
+}
+
 // Follows a position from the text before to the text after: same line, same column.
 std::int32_t followed(std::int32_t position, const std::vector<ChordLine>& lines) {
     std::ptrdiff_t shift = 0;
@@ -189,37 +194,30 @@ void changeDocumentKey(Editor& editor, const KeyChange& change,
                        const std::function<void()>& lineDone) {
     const EditorText before = editor.text();
     const std::string rtf = editor.rtf();
-    const bool hasDiagrams = rtf.find("Melvorin ") != std::string::npos;
-    std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (map && map->text() != before.chars)
-        map.reset();
+    std::optional<RtfMap> map = mapOf(rtf, before.chars);
 
     const EditorWork work(editor);
     const Selection selection = editor.selection();
     const ScrollPosition scroll = editor.scrollPosition();
-    const std::vector<ChordLine> lines =
-        map ? moveLines(
-                  before.chars, change, hasDiagrams,
-                  [&](std::size_t position) { return map->fontNameAt(position); }, lineDone)
-            : moveLines(
-                  before.chars, change, hasDiagrams,
-                  [&](std::size_t position) {
-                      return editor.faceAt(static_cast<std::int32_t>(position));
-                  },
-                  lineDone);
+    const bool hasDiagrams = rtf.find("Melvorin ") != std::string::npos;
+    const auto isPicture = [&](std::size_t position) {
+        if (map)
+            return map->isWholeAt(position) || isDiagramFace(map->fontNameAt(position));
+        return hasDiagrams && isDiagramFace(editor.faceAt(static_cast<std::int32_t>(position)));
+    };
+    const std::vector<ChordLine> lines = moveLines(before.chars, change, isPicture, lineDone);
     if (lines.empty())
         return;
     const Text after = textAfter(before.chars, lines);
-    const bool loaded =
-        map && editor.loadRtf(rewritten(*map, lines)) && editor.text().chars == after;
-    if (!loaded) {
-        // Whatever the control made of the rewritten text, the edits start from what was there.
-        if (map)
-            editor.loadRtf(rtf);
+    if (!map || !loadRewritten(editor, rtf, before.chars, rewritten(*map, lines), after)) {
         try {
             editLines(editor, lines);
+            if (editor.text().chars != after)
+                throw std::runtime_error("the editor makes another text of it");
         } catch (...) {
             editor.loadRtf(rtf);
+            editor.select(selection);
+            editor.scrollTo(scroll);
             throw;
         }
     }

@@ -10,6 +10,7 @@
 #include "chords/ChartRtf.h"
 #include "chords/ChordLine.h"
 #include "chords/SuffixNormaliser.h"
+#include "find/TabExpansion.h"
 #include "platform/Handles.h"
 
 namespace melvorin {
@@ -458,8 +459,9 @@ void FrmCifraCreator::refresh() {
 }
 
 void FrmCifraCreator::showChart() {
-    result_ = {converted_ ? linesOf(normaliseSuffixes(sourceText())) : draft_.song().lines, face_,
-               kFontPoints};
+    result_ = {
+        converted_ ? linesOf(normaliseSuffixes(expandTabs(sourceText()))) : draft_.song().lines,
+        face_, kFontPoints};
     const EditorWork work(RTB2_);
     const ScrollPosition scroll = RTB2_.scrollPosition();
     const bool isShort = result_.lines.size() <= kMostRichLines;

@@ -178,6 +178,9 @@ Text Normaliser::normalise(TextView text) const {
             appendRewritten(rest.substr(0, length), result);
         rest.remove_prefix(std::max<std::size_t>(length, 1));
     }
+    // A row that took the marker's blank leaves the rest of it, which is still the last character.
+    if (!result.ends_with(kSuffixEndMarker))
+        result.pop_back();
     return ReplaceAll(result, kSuffixEndMarker, u"");
 }
 

@@ -6,7 +6,8 @@
 namespace melvorin {
 
 // The text after every row of `suffixRows`, in their order, has replaced what it finds, with the
-// end marker behind the text meanwhile; it is then taken out wherever it stands. The rows look at
+// end marker behind the text meanwhile; it is then taken out wherever it stands, and behind the
+// text also where a row took its blank. The rows look at
 // neither lines nor words: lyrics that read like a suffix are rewritten too.
 //
 // The result is the one of running the rows over the whole text one after the other, but the work

@@ -6,9 +6,9 @@
 namespace melvorin {
 namespace {
 
-// A line of the control also ends at a soft line break.
+// A line of the control also ends at a soft line break, and a table's row in CR LF.
 bool endsLine(char16_t c) {
-    return c == u'\r' || c == u'\v';
+    return c == u'\r' || c == u'\n' || c == u'\v';
 }
 
 bool isOnEmptyLine(TextView chars, std::size_t caret) {

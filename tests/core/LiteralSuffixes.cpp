@@ -108,6 +108,9 @@ Text normaliseSuffixes(Text text) {
         if (replacement.find(find) == Text::npos)
             replaceAll(text, find, replacement);
     });
+    const bool isHalf = text[text.size() - 2] != u' ';
+    if (isHalf)
+        text.erase(text.size() - 1);
     replaceAll(text, u" \u00A7", u"");
     return text;
 }

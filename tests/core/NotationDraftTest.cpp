@@ -71,7 +71,7 @@ TEST(ChartRtf, IsTheChartInTheFaceWithColouredChords) {
     const auto map = RtfMap::parse(rtf);
     ASSERT_TRUE(map);
     EXPECT_EQ(toUtf8(map->text()), toUtf8(chartText(imported.lines).chars));
-    EXPECT_NE(map->text().find(u'\uFFFD'), Text::npos);
+    EXPECT_NE(map->text().find(u"\U0001F3B5 \r"), Text::npos);
     EXPECT_EQ(map->fontNameAt(0), u"Lucida Console");
     EXPECT_NE(rtf.find("\\cf2 C\\'b0"), std::string::npos);
     EXPECT_NE(rtf.find("\\cf1 w\\'f6rds"), std::string::npos);

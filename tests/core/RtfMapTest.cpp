@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "RtfCharts.h"
 #include "RtfSamples.h"
 
 namespace melvorin {
@@ -13,7 +14,8 @@ namespace {
 const std::string kHeader =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fcharset0 Courier New;}"
     "{\\f1\\fnil\\fcharset0 Melvorin 01{\\*\\falt M};}{\\f2\\fcharset2 Symbol;}"
-    "{\\f3\\fcharset204 Arial;}{\\f4 Tahoma ;}}"
+    "{\\f3\\fcharset204 Arial;}{\\f4 Tahoma ;}{\\f5\\fcharset128 \\'82\\'6c\\'82r;}"
+    "{\\f6\\fcharset250 Odd;}{\\f7\\fcharset0\\cpg1253 Melvorin 02;}{\\f8 \\'cc\\u1055?\\u8364;}}"
     "{\\colortbl;\\red192\\green0\\blue0;\\red0\\green0\\blue255;}";
 
 std::string document(const std::string& body) {
@@ -44,17 +46,42 @@ TEST(RtfMap, FollowsTheText) {
         {"\\b  a\\b0\\fs20\\cf1  b\\plain c\\v0 d", u" a bcd"},
         {"{\\*\\generator X;}{\\info{\\author me}}{\\header h}\\pard\\ql a", u"a"},
         {"\\f3 ascii\\f0\\'e9\\f4 \\'e9", u"ascii\u00E9\u00E9"},
+        // The bytes of a font's own code page.
+        {"\\f3 \\'cf\\'f0\xE8\\f7 \\'e1\\f0\\'e1", u"\u041F\u0440\u0438\u03B1\u00E1"},
+        {"\\f5 \\'83\\'7b\\'83R\x83\x52\\'b1a\\\\",
+         u"\u30DC\u30B3\u30B3\uFF71"
+         u"a\\"},
+        {"\\f5 \\uc2\\u12508\\'83\\'7b-\\par", u"\u30DC-"},
+        {"\\f2 a\\'b7\\u97?",
+         u"\uF061\uF0B7"
+         u"a"},
+        {"\\f6 abc", u"abc"},
+        // What stands beside the text, and what it looks like.
+        {"{\\pntext\\f2\\'b7\\tab}{\\*\\pn\\pnlvlblt{\\pntxtb\\'b7}}\\fi-360 a", u"a"},
+        {"a{\\field{\\*\\fldinst HYPERLINK x}{\\fldrslt{\\ul b}}}c", u"abc"},
+        {"\\s1\\cs2\\hyphpar0\\itap0\\rtlch\\fcs1\\af0\\ltrch\\fcs0\\insrsid12 a{\\v b}c", u"abc"},
+        {"a{\\pict\\wmetafile8 0100}{\\*\\shppict{\\pict\\emfblip 01\n02}}b", u"a\uFFFC\uFFFCb"},
     };
     for (const auto& [body, text] : cases) {
         const auto map = RtfMap::parse(document(body) + "\r\n" + '\0');
         ASSERT_TRUE(map) << body;
         EXPECT_EQ(map->text(), text) << body;
     }
+    const std::string lacking = "\\f2 a" + std::string(1, '\0') + "b";
+    const auto symbols = RtfMap::parse(document(lacking));
+    ASSERT_TRUE(symbols);
+    EXPECT_EQ(symbols->text(), u"\uF061\uF000\uF062");
+    EXPECT_FALSE(RtfMap::parse(document("\\f0 " + lacking.substr(4))));
     const auto fonts = RtfMap::parse(document("a\\f1\\cf2 b{\\f4\\cf0 c}d"));
     ASSERT_TRUE(fonts);
     EXPECT_EQ(fonts->fontNameAt(0), u"Courier New");
     EXPECT_EQ(fonts->fontNameAt(1), u"Melvorin 01");
     EXPECT_EQ(fonts->fontNameAt(2), u"Tahoma");
+    const auto faces = RtfMap::parse(document("\\f5 a\\f7 b\\f8 c"));
+    ASSERT_TRUE(faces);
+    EXPECT_EQ(faces->fontNameAt(0), u"\uFF2D\uFF33");
+    EXPECT_EQ(faces->fontNameAt(1), u"Melvorin 02");
+    EXPECT_EQ(faces->fontNameAt(2), u"\u00CC\u041F\u20AC");
     EXPECT_EQ(fonts->fontNameAt(3), u"Melvorin 01");
     EXPECT_EQ(fonts->colourAt(2), std::nullopt);
     EXPECT_EQ(fonts->colourAt(3), (Rgb{0, 0, 255}));
@@ -62,16 +89,20 @@ TEST(RtfMap, FollowsTheText) {
 
 TEST(RtfMap, RefusesWhatIsNotExact) {
     for (const std::string body : {"a\\trowd\\cellx9\\intbl b\\cell\\row",
-                                   "a{\\pict 00}",
+                                   "a{\\pict\\bin2 ab}",
                                    "a{\\object{\\result R}}",
-                                   "{\\field{\\*\\fldinst X}{\\fldrslt Y}}",
-                                   "{\\pntext x}a",
-                                   "\\v a",
+                                   "{\\field{\\fldinst X}{\\fldrslt Y}}",
+                                   "{\\listtext x}a",
+                                   "\\itap1 a",
                                    "a\\page b",
                                    "a\\sect b",
-                                   "\\s1 a",
-                                   "\\f2 a",
-                                   "\\f3 \\'e9",
+                                   "\\f6 \\'e9",
+                                   "\\f5 \\'83",
+                                   "\\f5 \\'83\\b\\'7b",
+                                   "\\f5 \\'83{\\'7b}",
+                                   "\\f5 \\'83\\'20",
+                                   "\\f5 \\'fd",
+                                   "\\f7 \\'d2",
                                    "\\f9 a",
                                    "\\cf3 a",
                                    "\\cf a",
@@ -85,7 +116,6 @@ TEST(RtfMap, RefusesWhatIsNotExact) {
                                    "\\'00",
                                    "\x01",
                                    "{\\*\\unknown a}b",
-                                   "{\\*\\shppict{\\pict 00}}a",
                                    "\\bin1 xa",
                                    "\\f1 a\\plain b",
                                    "{a",
@@ -139,11 +169,49 @@ TEST(RtfMap, RewritesAndKeepsTheRest) {
         {"A\\b B\\par", {0, 2, u"", {}, {}}, "\\b \\par"},
         {"A\\b\\cf2 BC", {0, 1, u"", {}, {}}, "\\b\\cf2 BC"},
         {"A B C", {2, 1, u"X", {0}, {}}, "A \\cf1 X\\cf0  C"},
+        // Only a western font has bytes for what is not ASCII.
+        {"\\f5 A\\'83\\'7b\\par",
+         {0, 2, u"B\u30DC\u00E9", {0, 1, 1}, {}},
+         "\\f5 \\cf1 B\\u12508?\\u233?\\cf0 \\par"},
+        // A picture is taken over once, as it is, and what is in its place is a character.
+        {"A{\\pict 01}B\\par",
+         {0, 3, u"A#\uFFFC\uFFFCC", {0, 0, 1, 1, 2}, {}},
+         "\\cf1 A#{\\pict 01}\\u-4?C\\cf0 \\par"},
+        {"A{\\pict 01}B\\par", {0, 3, u"A-C", {0, 1, 2}, {}}, "\\cf1 A-C\\cf0 \\par"},
     };
     for (const auto& [body, line, expected] : cases) {
         const auto map = RtfMap::parse(document(body));
         ASSERT_TRUE(map) << body;
         EXPECT_EQ(map->rewrite(std::span(&line, 1), {192, 0, 0}), document(expected)) << body;
+    }
+}
+
+TEST(RtfMap, TakesTheBlanksThatAControlShows) {
+    auto map = RtfMap::parse(document("C \\line G{\\pict 01}A\\tab "));
+    ASSERT_TRUE(map);
+    EXPECT_EQ(map->text(), u"C \vG\uFFFCA\t");
+    map->takeBlanks(u"C  G A");
+    EXPECT_EQ(map->text(), u"C \vG\uFFFCA\t");
+    map->takeBlanks(u"C  G A ");
+    EXPECT_EQ(map->text(), u"C  G A\t");
+    for (std::size_t i = 0; i < map->text().size(); ++i)
+        EXPECT_EQ(map->isWholeAt(i), i == 2 || i == 4) << i;
+    const LineRewrite line{0, 6, u"D  A  B", {0, 1, 2, 3, 4, 4, 5}, {}};
+    EXPECT_EQ(map->rewrite(std::span(&line, 1), {192, 0, 0}),
+              document("\\cf1 D \\line A{\\pict 01} B\\cf0 \\tab "));
+}
+
+// Bytes of charts in many scripts, as many programs write them: the text is known.
+TEST(RtfMap, ReadsEveryScript) {
+    for (const charts::Chart& chart : charts::all()) {
+        if (chart.name.ends_with("table"))
+            continue;
+        const auto map = RtfMap::parse(chart.rtf);
+        ASSERT_TRUE(map) << chart.name;
+        Text text;
+        for (const Text& line : chart.lines)
+            text.append(text.empty() ? u"" : u"\r").append(line);
+        EXPECT_EQ(toUtf8(map->text()), toUtf8(text)) << chart.name;
     }
 }
 

@@ -40,6 +40,14 @@ TEST(Suffixes, OneSpellingForEveryChord) {
         {u"Am/F#  G", u"Am/F#  G"},  // no room
         {u"The Cb radio 7M of A-ha", u"The B radio 7+ of Amha"},
         {u"C/E \u00A7 4", u"C/E 4"},  // the marker is never text
+        // The blank of the marker goes to the chord; nothing of the marker stays.
+        {u"Cm7  G (", u"Cm7  G  ("},
+        {u"Am7 ( ", u"Am7  ("},
+        {u"Bb (\r\nG (", u"Bb (\r\nG  ("},
+        // What the text itself ends with is no marker.
+        {u"Cm7  G (\u00A7", u"Cm7  G (\u00A7"},
+        {u"G\u00A7", u"G\u00A7"},
+        {u"\u00A7", u"\u00A7"},
     };
     for (const auto& example : cases) {
         EXPECT_EQ(normaliseSuffixes(example.text), example.result) << toUtf8(example.text);

@@ -92,10 +92,10 @@ TEST(Tablature, StandsOnLinesOfItsOwn) {
         TextView text;
         std::size_t caret;
         bool breaks;
-    } cases[] = {{u"", 0, false},         {u"ab", 0, true},        {u"ab", 1, true},
-                 {u"ab", 2, true},        {u"ab\r", 3, false},     {u"ab\r\rcd", 3, false},
-                 {u"ab\r\rcd", 4, true},  {u"\rab", 0, false},     {u"ab\v", 3, false},
-                 {u"ab\r \rcd", 3, true}, {u"ab\r\v\rc", 3, false}};
+    } cases[] = {{u"", 0, false},         {u"ab", 0, true},         {u"ab", 1, true},
+                 {u"ab", 2, true},        {u"ab\r", 3, false},      {u"ab\r\rcd", 3, false},
+                 {u"ab\r\rcd", 4, true},  {u"\rab", 0, false},      {u"ab\v", 3, false},
+                 {u"ab\r \rcd", 3, true}, {u"ab\r\v\rc", 3, false}, {u"x\t\r\n\rab", 4, false}};
     TabWriter writer;
     for (const auto& example : cases) {
         const auto text = writer.insertion({0, kHigh, 4}, u"1280", example.text, example.caret);

@@ -199,6 +199,20 @@ TEST(Creator, ConverterTextoRewritesTheSuffixesAndNothingElse) {
     EXPECT_EQ(program.text(), "Am7  C7+  x2\r[G]B Cmaj7");
 }
 
+// Tabs keep their columns, and what nobody sees in the song is not to be seen in the chart.
+TEST(Creator, ConverterTextoShowsNoControlCharacters) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const CreatorRun run(program, [&](Creator& creator) {
+        fill(program, creator, u"C7M\tG\u0001A-\rla\t\tla\u0085");
+        const std::string chart = "C7+     G Am\rla              la ";
+        press(creator, Creator::kCmd1);
+        EXPECT_EQ(shown(creator.rtb2().text().chars), chart);
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text(), "C7+     G Am\rla              la ");
+}
+
 // The chart goes where the caret is, on lines of its own; Cancel, Esc and a close change nothing.
 TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
     const ScratchFolder folder;

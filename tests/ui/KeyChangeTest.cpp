@@ -1,4 +1,5 @@
 // The key change on the real editor, through the real window.
+#include "../core/RtfCharts.h"
 #include "Scripted.h"
 #include "chords/DocumentKey.h"
 
@@ -171,6 +172,49 @@ TEST(KeyChange, KeepsFormattingAndDiagrams) {
             EXPECT_EQ(got[i], expected[i])
                 << i << " " << shown(got[i].face) << " " << shown(Text(1, got[i].c));
     }
+}
+
+// The row of a table ends in CR LF, which is one line end and two positions.
+TEST(KeyChange, FindsTheChordLineBehindATable) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(
+        u"song.rtf", R"({\rtf1\ansi\deff0{\fonttbl{\f0\fcharset0 Courier New;}}\pard la\par)"
+                     R"(\trowd\cellx2000\cellx4000\pard\intbl x\cell y\cell\row)"
+                     R"(\pard C  G/B\par by the river\par})")));
+    const auto position = [&](TextView what) {
+        return static_cast<std::int32_t>(program.editor().text().chars.find(what));
+    };
+    const std::int32_t begin = position(u"river");
+    ASSERT_GT(begin, 0);
+    program.editor().select({begin, begin + 5});
+    program.command(Command::mnuUp);
+    EXPECT_NE(program.text().find("\nC# G#/C\rby the river"), std::string::npos) << program.text();
+    EXPECT_EQ(shown(program.editor().textBetween(program.editor().selection())), "river");
+    EXPECT_EQ(colourAt(program.editor(), position(u"G#")), kChordColour);
+    EXPECT_EQ(colourAt(program.editor(), position(u"y\t")), kBlack);
+}
+
+// A picture among the chords is no blank that a longer name may take.
+TEST(KeyChange, KeepsThePicturesBetweenChords) {
+    const ScratchFolder folder;
+    Program program;
+    ASSERT_TRUE(program.start(folder.add(
+        u"song.rtf", R"({\rtf1\ansi\deff0{\fonttbl{\f0\fcharset0 Courier New;}}\pard C )" +
+                         std::string(charts::kPicture) + R"( G\par by the river\par})")));
+    const auto pictures = [&] {
+        const std::string rtf = program.editor().rtf();
+        std::size_t count = 0;
+        for (std::size_t at = rtf.find("{\\pict"); at != std::string::npos;
+             at = rtf.find("{\\pict", at + 1))
+            ++count;
+        return count;
+    };
+    ASSERT_EQ(pictures(), 1u);
+    for (int i = 0; i < 13; ++i)
+        program.command(Command::mnuUp);
+    EXPECT_EQ(pictures(), 1u);
+    EXPECT_EQ(program.text().substr(0, 2), "C#");
 }
 
 TEST(KeyChange, UpAndDownAgainAndAgainComesBack) {
