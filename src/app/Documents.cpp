@@ -1,6 +1,7 @@
 #include "app/Documents.h"
 
 #include "app/Contrast.h"
+#include "app/DocumentLoss.h"
 #include "app/EditCommands.h"
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
@@ -154,6 +155,7 @@ void Documents::newDocument() {
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
     setPath({}, {});
     kindAgreed_ = false;
+    loss_.clear();
     showTitle();
     keepLegible();
     record();
@@ -278,6 +280,14 @@ std::optional<FileMark> Documents::showFile(TextView path) {
         editor_.loadRtf(before);
         return refuse(u"It has characters in a symbol font that the editor could not save again.");
     }
+    loss_ = content.value->isRichText
+                ? lossInWords(readRtf(*bytes.value), editor_.text().chars, editor_.rtf())
+                : Text();
+    if (!loss_.empty())
+        services_.messages.show(
+            quoted(fileNamePart(path)) + u" holds more than Melvorin can show: " + loss_ +
+                u".\r\n\r\nThe file has all of it until you save over it; Save asks first.",
+            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
     keepLegible();
     editor_.scrollCaretIntoView();
     return markOf(*bytes.value);
@@ -318,6 +328,9 @@ Text Documents::changeOfKind() {
         return {};
     const bool isRich = looksLikeRtf(*bytes.value);
     const Text name = quoted(fileNamePart(path_));
+    if (!loss_.empty())
+        return name + u" holds more than Melvorin can keep: " + loss_ +
+               u". Saved from here the file loses that.";
     if (isSavedAsPlain(path_))
         return isRich ? name +
                             u" holds formatted text. With this ending it is saved as plain text: "
@@ -357,6 +370,7 @@ bool Documents::writeTo(TextView path) {
         return refuse(written.cause);
     if (path != path_)
         kindAgreed_ = false;
+    loss_.clear();
     setPath(path, markOf(bytes));
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;

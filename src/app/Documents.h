@@ -148,6 +148,7 @@ class Documents {
     ShellState state_;
     Text path_;
     std::optional<FileMark> mark_;  // what the document's file held when it was read or written
+    Text loss_;                     // what of the file the editor does not have, in words
     bool kindAgreed_ = false;       // the user lets Save make the file another kind of file
     Text extension_;
     LastUsedPaths lastUsed_;

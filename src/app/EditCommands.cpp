@@ -236,9 +236,7 @@ void convertCase(Editor& editor, LetterCase to) {
     const Text text = editor.text().chars;
     std::vector<Letter> letters = lettersToChange(text, selection, to);
     const std::string rtf = editor.rtf();
-    std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (map && map->text() != text)
-        map.reset();
+    const std::optional<RtfMap> map = RtfMap::matching(rtf, text);
 
     const EditorWork work(editor);
     const ScrollPosition scroll = editor.scrollPosition();

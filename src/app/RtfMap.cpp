@@ -513,6 +513,13 @@ std::optional<RtfMap> RtfMap::parse(std::string_view rtf) {
     return RtfMapParser(rtf).parse();
 }
 
+std::optional<RtfMap> RtfMap::matching(std::string_view rtf, TextView shown) {
+    std::optional<RtfMap> map = parse(rtf);
+    if (map)
+        map->takeBlanks(shown);
+    return map && map->text() == shown ? std::move(map) : std::nullopt;
+}
+
 void RtfMap::takeBlanks(TextView shown) {
     if (shown.size() != text_.size())
         return;

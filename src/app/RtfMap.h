@@ -41,6 +41,9 @@ class RtfMap {
     // malformed source. Compare text() with the control's own before relying on the map: controls
     // have their own idea of \-, of hidden text and of what a field shows. Call it from one thread.
     static std::optional<RtfMap> parse(std::string_view rtf);
+    // The same for source whose text the control shows as `shown`; nothing where the two differ in
+    // more than what some controls show as blanks.
+    static std::optional<RtfMap> matching(std::string_view rtf, TextView shown);
 
     // The text as the control has it: U+000D for \par, U+000B for \line, U+FFFC for a picture,
     // and nothing for a last \par, which only ends the last paragraph.

@@ -153,13 +153,6 @@ std::string rewritten(const RtfMap& map, const std::vector<ChordLine>& lines) {
     return map.rewrite(rewrites, kChordColour);
 }
 
-std::optional<RtfMap> mapOf(const std::string& rtf, TextView text) {
-    std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (map)
-        map->takeBlanks(text);
-    return map && map->text() == text ? std::move(map) : std::nullopt;
-}
-
 // Follows a position from the text before to the text after: same line, same column.
 std::int32_t followed(std::int32_t position, const std::vector<ChordLine>& lines) {
     std::ptrdiff_t shift = 0;
@@ -194,7 +187,7 @@ void changeDocumentKey(Editor& editor, const KeyChange& change,
                        const std::function<void()>& lineDone) {
     const EditorText before = editor.text();
     const std::string rtf = editor.rtf();
-    std::optional<RtfMap> map = mapOf(rtf, before.chars);
+    const std::optional<RtfMap> map = RtfMap::matching(rtf, before.chars);
 
     const EditorWork work(editor);
     const Selection selection = editor.selection();

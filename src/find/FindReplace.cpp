@@ -56,9 +56,8 @@ std::optional<Replaced> replaceByLoad(Editor& editor, const FindReplace::Request
     if (!isWorthALoad(text, done.count) || !findsTheSame(editor, text, request))
         return std::nullopt;
     const std::string rtf = editor.rtf();
-    const std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (!map || map->text() != text ||
-        !loadRewritten(editor, rtf, text, map->rewrite(plan.parts(), {}), plan.text()))
+    const std::optional<RtfMap> map = RtfMap::matching(rtf, text);
+    if (!map || !loadRewritten(editor, rtf, text, map->rewrite(plan.parts(), {}), plan.text()))
         return std::nullopt;
     return done;
 }
