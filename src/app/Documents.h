@@ -37,6 +37,10 @@ class Documents {
         std::function<void(const ShellState&)> stateChanged;
         // A document was opened or saved under a new name.
         std::function<void(TextView path)> used;
+        // The user says in which way a text file is to be read; nothing to leave it alone.
+        std::function<std::optional<std::size_t>(TextView path,
+                                                 const std::vector<CodePageReading>& readings)>
+            chooseReading;
     };
 
     // Everything given outlives the object.
@@ -105,6 +109,8 @@ class Documents {
     std::optional<FileMark> showFile(TextView path);
     bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
+    void tellDamage();
+    void tellNewEncoding();
     bool mayOverwrite();
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();
@@ -125,6 +131,7 @@ class Documents {
     ShellState state_;
     Text path_;
     std::optional<FileMark> mark_;  // what the document's file held when it was read or written
+    TextFormat format_;             // how the document is written as plain text
     Text extension_;
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot
