@@ -364,9 +364,9 @@ std::vector<unsigned> likelyCyrillicPages(std::string_view bytes) {
             found.emplace_back(count.inWords.commonness, page.number);
     }
     std::sort(found.rbegin(), found.rend());
-    std::vector<unsigned> likely;
-    for (const auto& [commonness, number] : found)
-        likely.push_back(number);
+    std::vector<unsigned> likely(found.size());
+    std::transform(found.begin(), found.end(), likely.begin(),
+                   [](const auto& page) { return page.second; });
     return likely;
 }
 

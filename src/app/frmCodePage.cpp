@@ -11,7 +11,7 @@ constexpr int kGap = 8;
 constexpr int kTextHeight = 36;
 constexpr int kLabelHeight = 18;
 constexpr int kListWidth = 190;
-constexpr int kPreviewWidth = 430;
+constexpr int kPreviewWidth = 390;
 constexpr int kListHeight = 230;
 constexpr int kButtonWidth = 88;
 constexpr int kButtonHeight = 26;
@@ -45,9 +45,10 @@ bool frmCodePage::createWindow(HWND owner, TextView fileName) {
     if (!create(smallWindow(L"MelvorinfrmCodePage", L"Open Text", scaled(kWidth), scaled(kHeight),
                             owner)))
         return false;
-    const Text question = u"\"" + Text(fileName) +
-                          u"\" does not tell in which encoding it was written. Choose the one in "
-                          u"which its words can be read; it is saved in that again.";
+    const Text question =
+        u"\"" + Text(fileName) +
+        u"\" does not tell its encoding. Choose the one in which the words can be "
+        u"read; it is kept when you save.";
     createControl(handle(), L"STATIC", wide(question), SS_LEFT | SS_NOPREFIX, -1,
                   placeOf(kMargin, kMargin, kWidth - 2 * kMargin, kTextHeight));
 
@@ -89,6 +90,15 @@ LRESULT frmCodePage::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             onCommand(LOWORD(wParam), HIWORD(wParam));
             return 0;
+        case WM_CTLCOLORSTATIC: {
+            // The text stands on paper, as it will in the editor.
+            if (::GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) != kPreview)
+                return passOn(message, wParam, lParam);
+            const HDC dc = reinterpret_cast<HDC>(wParam);
+            ::SetTextColor(dc, ::GetSysColor(COLOR_WINDOWTEXT));
+            ::SetBkColor(dc, ::GetSysColor(COLOR_WINDOW));
+            return reinterpret_cast<LRESULT>(::GetSysColorBrush(COLOR_WINDOW));
+        }
         case DM_GETDEFID:
             return MAKELRESULT(kOpen, DC_HASDEFID);
         case WM_CLOSE:
