@@ -1,12 +1,18 @@
 // What stands in a document file, told apart and checked before the editor sees any of it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "app/Files.h"
 #include "app/Text.h"
 #include "app/TextCodec.h"
+#include "app/TextFormat.h"
+#include "app/TextGuess.h"
 
 namespace melvorin {
 
@@ -16,7 +22,14 @@ struct DocumentContent {
     bool isRichText = false;
     std::string rtf;
     EditorText text;
+    // Of plain text: how to write it again.
+    TextFormat format;
 };
+
+// Asks the user in which way a text is to be read, the likeliest first; its index, or nothing to
+// leave the file alone.
+using ReadingChooser =
+    std::function<std::optional<std::size_t>(const std::vector<CodePageReading>& readings)>;
 
 // A document above this many bytes takes the control noticeable time, so the user is asked first.
 inline constexpr std::uint64_t kLargeFile = 8u << 20;
@@ -26,13 +39,21 @@ inline constexpr std::uint64_t kLargestFile = 64u << 20;
 
 // Decides by content: bytes that begin as Rich Text are Rich Text, anything else must be text.
 // Fails with a sentence for broken Rich Text, for binary content, and for an empty file that
-// should hold Rich Text by its extension.
+// should hold Rich Text by its extension. A text whose code page is in doubt is read as `choose`
+// says, without it as `ansi` has it; the cause is empty where `choose` left the file alone.
 Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
-                                     const AnsiCodec& ansi);
+                                     const AnsiCodec& ansi, const ReadingChooser& choose = {});
 
-// The bytes of a plain-text save: the text and one final line end, in the machine's code page if
-// every character fits, else UTF-8 with a byte-order mark.
-std::string plainDocument(const EditorText& text, const AnsiCodec& ansi);
+// The bytes of a plain-text save, and how they are written.
+struct PlainFile {
+    std::string bytes;
+    TextFormat format;
+};
+
+// The text in the format it came in. Where that has no place for a character, or would be read as
+// another text, it becomes UTF-8 with a byte-order mark; halves of surrogate pairs, which UTF-8
+// cannot hold, make it UTF-16.
+PlainFile plainDocument(const EditorText& text, const TextFormat& format, const AnsiCodec& ansi);
 
 // "8.3 MB", for messages.
 Text sizeInWords(std::uint64_t bytes);

@@ -78,7 +78,7 @@ void Documents::publish() {
 }
 
 void Documents::keepJournal() {
-    journal_.keep(path_, mark_, history_, state_.dirty);
+    journal_.keep(path_, mark_, format_, history_, state_.dirty);
 }
 
 bool Documents::fail(TextView what, TextView path, TextView cause) {
@@ -156,6 +156,7 @@ void Documents::newDocument() {
     setPath({}, {});
     kindAgreed_ = false;
     loss_.clear();
+    format_ = {};
     showTitle();
     keepLegible();
     record();
@@ -225,6 +226,7 @@ bool Documents::load(TextView path) {
     startHistory();
     publish();
     callbacks_.replaced();
+    tellDamage();
     return true;
 }
 
@@ -265,7 +267,12 @@ std::optional<FileMark> Documents::showFile(TextView path) {
     const Result<std::string> bytes = services_.files.read(path);
     if (!bytes)
         return refuse(bytes.cause);
-    const auto content = readDocument(*bytes.value, extensionPart(path), services_.ansi);
+    const auto content = readDocument(*bytes.value, extensionPart(path), services_.ansi,
+                                      [&](const std::vector<CodePageReading>& readings) {
+                                          return callbacks_.chooseReading(path, readings);
+                                      });
+    if (!content && content.cause.empty())
+        return std::nullopt;
     if (!content)
         return refuse(content.cause);
     if (*size.value > kLargeFile && !confirmLargeFile(path, *size.value))
@@ -290,7 +297,36 @@ std::optional<FileMark> Documents::showFile(TextView path) {
             kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
     keepLegible();
     editor_.scrollCaretIntoView();
+    format_ = content.value->format;
     return markOf(*bytes.value);
+}
+
+// Of a text file in UTF-16; nothing else can hold such halves.
+void Documents::tellDamage() {
+    if (format_.encoding != TextEncoding::Utf16LeWithBom &&
+        format_.encoding != TextEncoding::Utf16BeWithBom)
+        return;
+    const std::size_t damaged = loneSurrogates(editor_.text().chars);
+    if (damaged > 0)
+        services_.messages.show(
+            quoted(path_) + u" has " + decimal(static_cast<std::int64_t>(damaged)) +
+                (damaged == 1
+                     ? u" damaged character, of which only one half is there. It is "
+                     : u" damaged characters, of which only one half is there. They are ") +
+                u"shown as they are, and Save keeps them so.",
+            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+}
+
+void Documents::tellNewEncoding() {
+    const bool isUtf8 = format_.encoding == TextEncoding::Utf8WithBom;
+    services_.messages.show(
+        quoted(path_) +
+            (isUtf8
+                 ? u" is saved as UTF-8 now. In its former encoding some of its characters would "
+                   u"have been lost; nothing is."
+                 : u" is saved as UTF-16 now. Some of its characters are damaged, and no other "
+                   u"encoding would keep them as they are."),
+        kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
 }
 
 bool Documents::save() {
@@ -356,8 +392,9 @@ bool Documents::mayOverwrite() {
 
 bool Documents::writeTo(TextView path) {
     const bool isPlain = isSavedAsPlain(path);
-    const std::string bytes =
-        isPlain ? plainDocument(editor_.text(), services_.ansi) : editor_.rtf();
+    const PlainFile plain = isPlain ? plainDocument(editor_.text(), format_, services_.ansi)
+                                    : PlainFile{editor_.rtf(), format_};
+    const std::string& bytes = plain.bytes;
     const auto refuse = [&](TextView cause) {
         return fail(u"Melvorin cannot save", path,
                     Text(cause) + u"\r\n\r\nThe song is still open, and the file is as it was.");
@@ -374,7 +411,11 @@ bool Documents::writeTo(TextView path) {
     setPath(path, markOf(bytes));
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;
+    const bool isNewEncoding = plain.format != format_;
+    format_ = plain.format;
     publish();
+    if (isNewEncoding)
+        tellNewEncoding();
     return true;
 }
 
@@ -661,6 +702,7 @@ bool Documents::bringBack(RunState run) {
         editor_.scrollCaretIntoView();
     }
     setPath(run.path, run.mark);
+    format_ = run.format;
     lastUsed_.opened = folderPart(path_);
     lastUsed_.openedExtension = extension_;
     showTitle();

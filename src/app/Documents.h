@@ -51,6 +51,10 @@ class Documents {
         std::function<void(TextView path)> used;
         // Another document has taken the place of the one before.
         std::function<void()> replaced;
+        // The user says in which way a text file is to be read; nothing to leave it alone.
+        std::function<std::optional<std::size_t>(TextView path,
+                                                 const std::vector<CodePageReading>& readings)>
+            chooseReading;
     };
 
     // Everything given outlives the object.
@@ -128,6 +132,8 @@ class Documents {
     Text withItsEnding(TextView path);
     Answer askAboutKind();
     Text changeOfKind();
+    void tellDamage();
+    void tellNewEncoding();
     bool mayOverwrite();
     bool writeTo(TextView path);
     std::optional<SaveTarget> askSaveTarget();
@@ -150,6 +156,7 @@ class Documents {
     std::optional<FileMark> mark_;  // what the document's file held when it was read or written
     Text loss_;                     // what of the file the editor does not have, in words
     bool kindAgreed_ = false;       // the user lets Save make the file another kind of file
+    TextFormat format_;             // how the document is written as plain text
     Text extension_;
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot

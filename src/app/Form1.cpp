@@ -102,7 +102,10 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
-                  [this](TextView path) { remember(path); }, [this] { find_.startOver(); }}),
+                  [this](TextView path) { remember(path); }, [this] { find_.startOver(); },
+                  [this](TextView path, const std::vector<CodePageReading>& readings) {
+                      return chooseReading(path, readings);
+                  }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
       find_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),

@@ -158,6 +158,8 @@ class Form1 : public Window {
     }
     void openShipped(Command command);
     void about();
+    std::optional<std::size_t> chooseReading(TextView path,
+                                             const std::vector<CodePageReading>& readings);
     void openFullScreen() { fullScreen_.open(handle()); }
     void openFont() { font_.open(handle()); }
     void keyDown() { changeKey(Direction::Down); }

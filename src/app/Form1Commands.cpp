@@ -7,6 +7,7 @@
 #include "app/ProgramSettings.h"
 #include "app/ShippedPages.h"
 #include "app/frmAbout.h"
+#include "app/frmCodePage.h"
 #include "chords/DocumentKey.h"
 #include "find/TabExpansion.h"
 #include "platform/RichEditDiagrams.h"
@@ -258,6 +259,12 @@ void Form1::onHelp(const HELPINFO& info) {
 void Form1::about() {
     const Busy busy(*this);
     frmAbout(services_).show(handle());
+}
+
+std::optional<std::size_t> Form1::chooseReading(TextView path,
+                                                const std::vector<CodePageReading>& readings) {
+    const Busy busy(*this);
+    return frmCodePage(services_).ask(handle(), fileNamePart(path), readings);
 }
 
 }  // namespace melvorin

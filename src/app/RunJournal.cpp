@@ -32,6 +32,13 @@ std::string markLine(const FileMark& mark) {
     return std::to_string(mark.size) + " " + std::to_string(mark.hash);
 }
 
+std::string formatLine(const TextFormat& format) {
+    return "format " + std::to_string(static_cast<int>(format.encoding)) + " " +
+           std::to_string(format.codePage) + " " +
+           std::to_string(static_cast<int>(format.lineEnd)) + " " +
+           std::to_string(static_cast<int>(format.finalLineEnd)) + "\n";
+}
+
 std::string snapshotLine(int index, const Snapshot& snapshot) {
     std::string background(kNone);
     if (snapshot.background) {
@@ -127,6 +134,8 @@ class Replay {
         const std::string_view kind = words.word();
         if (kind == "document")
             document(words);
+        else if (kind == "format")
+            format(words);
         else if (kind == "snapshot")
             snapshot(words);
         else if (kind == "state")
@@ -144,6 +153,17 @@ class Replay {
             return;
         run_.mark = path.empty() ? std::nullopt : std::optional(mark);
         run_.path = std::move(path);
+    }
+    void format(Words words) {
+        TextFormat format;
+        format.encoding = static_cast<TextEncoding>(
+            words.number<int>(0, static_cast<int>(TextEncoding::Utf16BeWithBom)));
+        format.codePage = words.number<unsigned>(0, 65535);
+        format.lineEnd = static_cast<LineEnd>(words.number<int>(0, static_cast<int>(LineEnd::Cr)));
+        format.finalLineEnd = static_cast<FinalLineEnd>(
+            words.number<int>(0, static_cast<int>(FinalLineEnd::WithText)));
+        if (words.end())
+            run_.format = format;
     }
     void snapshot(Words words) {
         const auto index = words.number<std::int16_t>(1, kMost);
@@ -219,7 +239,7 @@ void RunJournal::append(const std::string& lines) {
         file_.reset();
 }
 
-void RunJournal::keep(TextView path, const std::optional<FileMark>& mark,
+void RunJournal::keep(TextView path, const std::optional<FileMark>& mark, const TextFormat& format,
                       const SnapshotHistory& history, bool dirty) {
     if (!file_ || history.count() == 0)
         return;
@@ -229,6 +249,7 @@ void RunJournal::keep(TextView path, const std::optional<FileMark>& mark,
             changes += last = std::move(line);
     };
     add(document_, "document " + markLine(mark.value_or(FileMark{})) + " " + hexOf(path) + "\n");
+    add(format_, formatLine(format));
     add(snapshot_, snapshotLine(history.current(), history.currentSnapshot()));
     add(state_, "state " + std::to_string(history.current()) + " " +
                     std::to_string(history.count()) + " " + std::to_string(history.floor()) + " " +

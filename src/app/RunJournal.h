@@ -4,6 +4,8 @@
 //
 // A text file that only grows. Its lines, each ended by LF, after the first one:
 //   document SIZE HASH PATH         the open document; 0 0 without a file, the path empty
+//   format ENCODING CODEPAGE LINEEND FINAL   how it is written as plain text, each a number as
+//                                   TextFormat has them; without it, as a new file
 //   snapshot INDEX FILE CARET BACKGROUND SIZE HASH
 //   state CURRENT COUNT FLOOR DIRTY
 // A later line replaces an earlier one of its kind (and index). A line that is incomplete or makes
@@ -17,6 +19,7 @@
 
 #include "app/FileMark.h"
 #include "app/SnapshotHistory.h"
+#include "app/TextFormat.h"
 
 namespace melvorin {
 
@@ -28,6 +31,7 @@ struct RunState {
     std::int16_t current = 0;
     std::int16_t floor = 1;
     bool dirty = false;
+    TextFormat format;
 };
 
 // Nothing where the bytes are no journal. The snapshots' paths all lie in `folder`, whatever the
@@ -42,8 +46,8 @@ class RunJournal {
     // Begins the file. Where it cannot be had the run goes on without one.
     void begin();
     // Writes what has changed since the last call. Of the snapshots it looks at the current one.
-    void keep(TextView path, const std::optional<FileMark>& mark, const SnapshotHistory& history,
-              bool dirty);
+    void keep(TextView path, const std::optional<FileMark>& mark, const TextFormat& format,
+              const SnapshotHistory& history, bool dirty);
     // Writes all snapshots of a history that came from elsewhere.
     void keepAll(const SnapshotHistory& history);
     // The run ends in order; until `end`, which deletes the file, nothing of it is to be restored.
@@ -57,6 +61,7 @@ class RunJournal {
     std::unique_ptr<HeldFile> file_;  // null before begin and where writing has failed
     // The last line of each kind.
     std::string document_;
+    std::string format_;
     std::string snapshot_;
     std::string state_;
 };

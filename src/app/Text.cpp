@@ -245,6 +245,18 @@ std::string toUtf8(TextView text) {
     return result;
 }
 
+std::size_t loneSurrogates(TextView text) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] < 0xD800 || text[at] > 0xDFFF)
+            continue;
+        const Sequence sequence = takeCodePoint(text.substr(at));
+        count += sequence.valid ? 0U : 1U;
+        at += sequence.length - 1;
+    }
+    return count;
+}
+
 Text decimal(std::int64_t number) {
     return fromUtf8(std::to_string(number));
 }

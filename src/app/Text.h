@@ -5,6 +5,7 @@
 // units.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -52,6 +53,9 @@ std::vector<TextView> splitLines(Text&&) = delete;
 // surrogate likewise; nothing throws.
 Text fromUtf8(std::string_view bytes);
 std::string toUtf8(TextView text);
+
+// How many halves of surrogate pairs stand alone: no encoding but UTF-16 can keep them.
+std::size_t loneSurrogates(TextView text);
 
 // "-12".
 Text decimal(std::int64_t number);

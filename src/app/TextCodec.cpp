@@ -105,7 +105,7 @@ TextEncoding detectEncoding(std::string_view bytes) {
             return marked;
         }
     }
-    return !isAscii(bytes) && isValidUtf8(bytes) ? TextEncoding::Utf8 : TextEncoding::Ansi;
+    return isValidUtf8(bytes) ? TextEncoding::Utf8 : TextEncoding::Ansi;
 }
 
 std::string_view byteOrderMark(TextEncoding encoding) {
@@ -153,7 +153,10 @@ std::optional<std::string> encodePart(TextView text, TextEncoding encoding, cons
     if (isUtf16(encoding)) {
         return encodeUtf16(text, encoding);
     }
-    return encoding == TextEncoding::Ansi ? ansi.encode(text) : toUtf8(text);
+    if (encoding == TextEncoding::Ansi) {
+        return ansi.encode(text);
+    }
+    return loneSurrogates(text) == 0 ? std::optional(toUtf8(text)) : std::nullopt;
 }
 
 std::size_t partLength(std::string_view bytes, TextEncoding encoding, std::size_t wanted) {

@@ -25,8 +25,8 @@ class AnsiCodec {
 // does, so that every file survives a round trip.
 const AnsiCodec& windows1252();
 
-// By byte-order mark, then by being valid UTF-8 (pure ASCII counts as Ansi, which is the same
-// bytes), else Ansi.
+// By byte-order mark, then by being valid UTF-8, else Ansi. Pure ASCII is UTF-8 too, so that what
+// is added to it always fits.
 TextEncoding detectEncoding(std::string_view bytes);
 
 // The bytes with which every file of the encoding begins; often none.
@@ -45,7 +45,8 @@ struct DecodedText {
 DecodedText decodeText(std::string_view bytes, const AnsiCodec& ansi);
 
 // The bytes of a file with this text, byte-order mark included where the encoding has one. Nothing
-// when the text does not fit the encoding (only Ansi can fail).
+// when the text does not fit the encoding: Ansi has few characters, and UTF-8 no halves of
+// surrogate pairs.
 std::optional<std::string> encodeText(TextView text, TextEncoding encoding, const AnsiCodec& ansi);
 
 // The same for a part of a file, without byte-order mark. Parts begin and end at characters.

@@ -20,25 +20,32 @@ constexpr std::string_view helpText =
     "melvorin-cli - chord charts in plain text, moved to another key\n"
     "\n"
     "  melvorin-cli transpose (--up | --down) [--steps N] (--sharps | --flats)\n"
-    "                         [--output FILE | --output-dir DIR] [FILE...]\n"
-    "  melvorin-cli lines [FILE]\n"
-    "  melvorin-cli expand-tabs [FILE]\n"
-    "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case] [FILE]\n"
-    "  melvorin-cli normalize [FILE]\n"
-    "  melvorin-cli import [--verdicts] [FILE]\n"
-    "  melvorin-cli export-chordpro [FILE]\n"
-    "  melvorin-cli chord [--database FILE] (NAME... | --list)\n"
+    "                         [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli lines [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli expand-tabs [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case]\n"
+    "                       [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli normalize [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli import [--verdicts] [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli export-chordpro [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli chord [--database FILE] [--output FILE] (NAME... | --list)\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
+    "\n"
+    "Text options, the same for all of them:\n"
+    "  --output FILE       write to FILE instead of the standard output\n"
+    "  --output-dir DIR    write every result to DIR, under the name of its FILE;\n"
+    "                      needed with more than one FILE. DIR must exist.\n"
+    "  --encoding NAME     what the text is in, and is written in again: utf-8,\n"
+    "                      utf-8-bom, utf-16le, utf-16be, shift-jis, euc-jp, euc-kr,\n"
+    "                      gbk, big5, koi8-r, windows-1251, iso-8859-2 or the number\n"
+    "                      of a code page\n"
     "\n"
     "transpose moves the chords of every chord line N half steps (1 to 11, or 1\n"
     "without --steps) and keeps each chord in its column. Encoding, byte-order mark\n"
     "and line ends stay as they are.\n"
     "  --up, --down        the direction\n"
     "  --sharps, --flats   how new accidentals are written\n"
-    "  --output FILE       write to FILE instead of the standard output\n"
-    "  --output-dir DIR    write every file to DIR, under its own name; needed with\n"
-    "                      more than one FILE. DIR must exist.\n"
     "\n"
     "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
     "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
@@ -57,7 +64,6 @@ constexpr std::string_view helpText =
     "of 8. replace replaces TEXT as the editor's Replace All does:\n"
     "  --word              only where neither a letter nor a digit stands beside it\n"
     "  --case              only with the same capitals\n"
-    "They all write to the standard output.\n"
     "\n"
     "chord prints a line for every diagram of each chord, which is named by its symbol\n"
     "(C7) or by its name (C Seventh): symbol, name, number of the diagram font,\n"
@@ -65,9 +71,9 @@ constexpr std::string_view helpText =
     "prints every row of the chord database, which lies in Dbase beside the tool, or\n"
     "is FILE.\n"
     "\n"
-    "Without FILE the chart is read from the standard input. Text is UTF-8, UTF-16\n"
-    "with a byte-order mark, or else in the ANSI code page of the machine. A file may\n"
-    "be its own output. -- ends the options.\n"
+    "Without FILE the text is read from the standard input. Without --encoding it is\n"
+    "UTF-8, UTF-16 with a byte-order mark, or else in the ANSI code page of the\n"
+    "machine. A file may be its own output. -- ends the options.\n"
     "\n"
     "Exit code: 0 done, 1 a file could not be read or written, 2 wrong arguments.\n";
 
@@ -83,23 +89,51 @@ TextView whyNotAChart(const DecodedText& decoded) {
     return zeros == 0 ? u"" : u"It is not a text file.";
 }
 
+constexpr TextView kDoesNotFit =
+    u"In the encoding of the text there is no place for a new character.";
+
+// How the bytes of a text are read, and written again.
+struct Coding {
+    TextEncoding encoding;
+    const AnsiCodec& codec;
+    std::string_view mark;     // at the start of the text, not part of it
+    std::string_view newMark;  // at the start of what is written
+};
+
+Result<Coding> codingOf(std::string_view bytes, const AnsiCodec& ansi, const NamedEncoding* named) {
+    const TextEncoding found = detectEncoding(bytes);
+    const std::string_view mark = byteOrderMark(found);
+    if (named == nullptr) {
+        return Result<Coding>::success({found, ansi, mark, mark});
+    }
+    const bool isUtf8 = named->encoding == TextEncoding::Utf8;
+    const std::string_view ownMark =
+        byteOrderMark(isUtf8 ? TextEncoding::Utf8WithBom : named->encoding);
+    // A code page has letters that look like a mark.
+    if (named->encoding != TextEncoding::Ansi && !mark.empty() && mark != ownMark) {
+        return Result<Coding>::failure(u"Its byte-order mark is that of another encoding.");
+    }
+    const std::string_view kept = named->encoding == TextEncoding::Ansi ? "" : mark;
+    return Result<Coding>::success({named->encoding, named->codec ? *named->codec : ansi, kept,
+                                    named->wantsMark ? ownMark : kept});
+}
+
 // Hands the text of a file to `take` in parts of whole lines, so that what is worked on stays small
 // however large the file is. Ends with a failure where a part cannot be worked on, or where `take`
 // returns false.
 template <class Take>
-Result<Done> forEachPart(std::string_view bytes, TextEncoding encoding, const AnsiCodec& ansi,
-                         Take take) {
+Result<Done> forEachPart(std::string_view bytes, const Coding& coding, Take take) {
     // Small enough for the caches, large enough for the cost of a round not to count.
     constexpr std::size_t wanted = 1 << 15;
-    bytes.remove_prefix(byteOrderMark(encoding).size());
+    bytes.remove_prefix(coding.mark.size());
     while (!bytes.empty()) {
-        const std::size_t length = partLength(bytes, encoding, wanted);
-        DecodedText part = decodePart(bytes.substr(0, length), encoding, ansi);
+        const std::size_t length = partLength(bytes, coding.encoding, wanted);
+        DecodedText part = decodePart(bytes.substr(0, length), coding.encoding, coding.codec);
         if (const TextView trouble = whyNotAChart(part); !trouble.empty()) {
             return Result<Done>::failure(Text(trouble));
         }
         if (!take(std::move(part.text))) {
-            return Result<Done>::failure(u"It does not fit its own encoding any more.");
+            return Result<Done>::failure(Text(kDoesNotFit));
         }
         bytes.remove_prefix(length);
     }
@@ -140,14 +174,20 @@ Text importedChart(TextView song, bool verdicts) {
 
 // The bytes of a whole file rewritten in its own encoding.
 Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
+                                 const NamedEncoding* named,
                                  const std::function<Text(TextView)>& edit) {
-    const DecodedText decoded = decodeText(bytes, ansi);
+    const Result<Coding> coding = codingOf(bytes, ansi, named);
+    if (!coding) {
+        return Result<std::string>::failure(coding.cause);
+    }
+    const auto& [encoding, codec, mark, newMark] = *coding.value;
+    const DecodedText decoded = decodePart(bytes.substr(mark.size()), encoding, codec);
     if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
         return Result<std::string>::failure(Text(trouble));
     }
-    std::optional<std::string> edited = encodeText(edit(decoded.text), decoded.encoding, ansi);
-    return edited ? Result<std::string>::success(std::move(*edited))
-                  : Result<std::string>::failure(u"It does not fit its own encoding any more.");
+    const std::optional<std::string> edited = encodePart(edit(decoded.text), encoding, codec);
+    return edited ? Result<std::string>::success(std::string(newMark) + *edited)
+                  : Result<std::string>::failure(Text(kDoesNotFit));
 }
 
 // One run of the tool, with its arguments understood.
@@ -156,7 +196,12 @@ class Run {
     Run(CliRequest request, Files& files, CliPorts& ports, const AnsiCodec& ansi)
         : request_(std::move(request)), files_(files), ports_(ports), ansi_(ansi) {}
 
-    bool transposeAll();
+    // What each command does with the bytes of one text.
+    using Rewrite = std::function<Result<std::string>(std::string_view bytes)>;
+    // Works on all files, or on the standard input.
+    bool rewriteAll(const Rewrite& rewrite);
+
+    bool transpose();
     bool lines();
     bool expandTabs();
     bool replace();
@@ -169,12 +214,10 @@ class Run {
     bool print(std::string_view bytes);
 
   private:
-    template <class Rewrite>
-    bool rewriteOne(Rewrite rewrite);
-    bool transposeOne(const KeyChange& change, const Text* file);
+    bool rewriteOne(const Rewrite& rewrite, const Text* file);
+    const NamedEncoding* named() const { return request_.encoding ? &*request_.encoding : nullptr; }
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
-    bool cannotRead(const Text* file, TextView cause);
     bool fail(TextView what, TextView name, TextView cause);
 
     CliRequest request_;
@@ -183,52 +226,66 @@ class Run {
     const AnsiCodec& ansi_;
 };
 
-bool Run::transposeAll() {
-    const KeyChange change(*request_.direction, *request_.spelling, request_.steps);
+bool Run::rewriteAll(const Rewrite& rewrite) {
     if (request_.files.empty()) {
-        return transposeOne(change, nullptr);
+        return rewriteOne(rewrite, nullptr);
     }
     bool all = true;
     for (const Text& file : request_.files) {
-        all = transposeOne(change, &file) && all;
+        all = rewriteOne(rewrite, &file) && all;
     }
     return all;
 }
 
 // No `file` is the standard input, here and below.
-bool Run::transposeOne(const KeyChange& change, const Text* file) {
-    Result<std::string> chart = read(file);
-    if (chart) {
-        chart = transposeBytes(*chart.value, change, ansi_);
+bool Run::rewriteOne(const Rewrite& rewrite, const Text* file) {
+    const TextView name = file ? TextView(*file) : u"the standard input";
+    const Result<std::string> bytes = read(file);
+    if (!bytes) {
+        return fail(u"cannot read ", name, bytes.cause);
     }
-    if (!chart) {
-        return cannotRead(file, chart.cause);
+    const Result<std::string> result = rewrite(*bytes.value);
+    if (!result) {
+        const bool isRead = result.cause == kDoesNotFit;
+        return fail(isRead ? u"cannot rewrite " : u"cannot read ", name, result.cause);
     }
-    return write(file, *chart.value);
+    return write(file, *result.value);
+}
+
+bool Run::transpose() {
+    const KeyChange change(*request_.direction, *request_.spelling, request_.steps);
+    return rewriteAll(
+        [&](std::string_view bytes) { return transposeBytes(bytes, change, ansi_, named()); });
 }
 
 bool Run::lines() {
-    const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
-    const Result<std::string> bytes = read(file);
-    if (!bytes) {
-        return cannotRead(file, bytes.cause);
-    }
-    std::string report;
-    const TextEncoding encoding = detectEncoding(*bytes.value);
-    const Result<Done> described =
-        forEachPart(*bytes.value, encoding, ansi_, [&report](const Text& part) {
-            describeLines(part, report);
-            return true;
-        });
-    return described ? print(report) : cannotRead(file, described.cause);
+    return rewriteAll([this](std::string_view bytes) {
+        const Result<Coding> coding = codingOf(bytes, ansi_, named());
+        if (!coding) {
+            return Result<std::string>::failure(coding.cause);
+        }
+        std::string report;
+        const Result<Done> described =
+            forEachPart(bytes, *coding.value, [&report](const Text& part) {
+                describeLines(part, report);
+                return true;
+            });
+        return described ? Result<std::string>::success(std::move(report))
+                         : Result<std::string>::failure(described.cause);
+    });
 }
 
 bool Run::expandTabs() {
-    TabExpander expander;
-    return rewriteParts([&](const Text& part) {
-        Text expanded;
-        expander.append(part, expanded);
-        return expanded;
+    return rewriteAll([this](std::string_view bytes) {
+        TabExpander expander;
+        return rewriteBytes(
+            bytes, ansi_,
+            [&](const Text& part) {
+                Text expanded;
+                expander.append(part, expanded);
+                return expanded;
+            },
+            named());
     });
 }
 
@@ -245,23 +302,14 @@ bool Run::normalize() {
     return rewriteParts([](const Text& part) { return normaliseSuffixes(part); });
 }
 
-// For the commands that write one text to the standard output.
-template <class Rewrite>
-bool Run::rewriteOne(Rewrite rewrite) {
-    const Text* const file = request_.files.empty() ? nullptr : request_.files.data();
-    Result<std::string> text = read(file);
-    if (text) {
-        text = rewrite(*text.value);
-    }
-    return text ? print(*text.value) : cannotRead(file, text.cause);
-}
-
 bool Run::rewriteParts(const std::function<Text(Text)>& edit) {
-    return rewriteOne([&](std::string_view bytes) { return rewriteBytes(bytes, ansi_, edit); });
+    return rewriteAll(
+        [&](std::string_view bytes) { return rewriteBytes(bytes, ansi_, edit, named()); });
 }
 
 bool Run::rewriteSong(const std::function<Text(TextView)>& edit) {
-    return rewriteOne([&](std::string_view bytes) { return rewriteWhole(bytes, ansi_, edit); });
+    return rewriteAll(
+        [&](std::string_view bytes) { return rewriteWhole(bytes, ansi_, named(), edit); });
 }
 
 bool Run::import() {
@@ -284,11 +332,7 @@ bool Run::chords() {
         const Result<Done> described = book.describe(chord, report);
         all = (described || fail(u"cannot find the chord ", chord, described.cause)) && all;
     }
-    return print(report) && all;
-}
-
-bool Run::cannotRead(const Text* file, TextView cause) {
-    return fail(u"cannot read ", file ? TextView(*file) : u"the standard input", cause);
+    return write(nullptr, report) && all;
 }
 
 Result<std::string> Run::read(const Text* file) {
@@ -320,12 +364,17 @@ bool Run::fail(TextView what, TextView name, TextView cause) {
 }  // namespace
 
 Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
-                                 const std::function<Text(Text)>& edit) {
-    const TextEncoding encoding = detectEncoding(bytes);
-    std::string result(byteOrderMark(encoding));
+                                 const std::function<Text(Text)>& edit,
+                                 const NamedEncoding* named) {
+    const Result<Coding> coding = codingOf(bytes, ansi, named);
+    if (!coding) {
+        return Result<std::string>::failure(coding.cause);
+    }
+    std::string result(coding.value->newMark);
     result.reserve(bytes.size() + bytes.size() / 16);
-    const Result<Done> rewritten = forEachPart(bytes, encoding, ansi, [&](Text part) {
-        const std::optional<std::string> edited = encodePart(edit(std::move(part)), encoding, ansi);
+    const Result<Done> rewritten = forEachPart(bytes, *coding.value, [&](Text part) {
+        const std::optional<std::string> edited =
+            encodePart(edit(std::move(part)), coding.value->encoding, coding.value->codec);
         result += edited.value_or(std::string());
         return edited.has_value();
     });
@@ -334,9 +383,9 @@ Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
 }
 
 Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
-                                   const AnsiCodec& ansi) {
-    return rewriteBytes(bytes, ansi,
-                        [&change](const Text& part) { return transposeChart(part, change); });
+                                   const AnsiCodec& ansi, const NamedEncoding* named) {
+    return rewriteBytes(
+        bytes, ansi, [&change](const Text& part) { return transposeChart(part, change); }, named);
 }
 
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
@@ -357,7 +406,7 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             done = run.print("melvorin-cli " MELVORIN_VERSION "\n");
             break;
         case Command::Transpose:
-            done = run.transposeAll();
+            done = run.transpose();
             break;
         case Command::Lines:
             done = run.lines();

@@ -11,6 +11,7 @@
 #include "app/Text.h"
 #include "app/TextCodec.h"
 #include "chords/Transpose.h"
+#include "cli/NamedEncoding.h"
 
 namespace melvorin {
 
@@ -35,15 +36,18 @@ class CliPorts {
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi);
 
+// Both work in `named` where it is given, else in the encoding that the bytes seem to have.
+
 // The bytes of a plain-text file after `edit` has been at its text, in the same encoding and with
 // the same byte-order mark. `edit` gets the text in parts of whole lines, so that what is worked on
 // stays small however large the file is. Fails for bytes that are not text, or that are not
 // well-formed in the encoding they claim, since they could not be written back as they were.
 Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
-                                 const std::function<Text(Text)>& edit);
+                                 const std::function<Text(Text)>& edit,
+                                 const NamedEncoding* named = nullptr);
 
 // The same with the chords moved to another key as the edit.
 Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
-                                   const AnsiCodec& ansi);
+                                   const AnsiCodec& ansi, const NamedEncoding* named = nullptr);
 
 }  // namespace melvorin

@@ -53,6 +53,9 @@ class ArgumentParser {
     bool takeOption(const Text& argument);
     bool takeTransposeOption(const Text& name);
     bool takeReplaceOption(const Text& name);
+    // The options of several commands; nothing where it is none of them, or not of this one.
+    std::optional<bool> takeCommonOption(const Text& name);
+    bool takeEncoding();
     bool takeSteps();
     // For the options that stand for a value: fails where another one has been given.
     template <class Value>
@@ -60,7 +63,7 @@ class ArgumentParser {
     // For the options that are followed by one, in the same argument behind "=" or in the next.
     bool takeValue(std::optional<Text>& place, const Text& name, bool mayBeEmpty = false);
     bool complete();
-    bool completeTranspose();
+    bool completeOutput();
     bool distinctNames();
     bool fail(Text cause);
 
@@ -68,6 +71,7 @@ class ArgumentParser {
     std::size_t next_ = 0;
     std::optional<Text> inlineValue_;
     std::optional<Text> steps_;
+    std::optional<Text> encoding_;
     CliRequest request_;
     Text cause_;
 };
@@ -136,6 +140,8 @@ bool ArgumentParser::takeOption(const Text& argument) {
     }
     if (name == u"--help" || name == u"--version") {
         request_.command = name == u"--help" ? Command::Help : Command::Version;
+    } else if (const std::optional<bool> taken = takeCommonOption(name)) {
+        return *taken;
     } else if (request_.command == Command::Import && name == u"--verdicts") {
         request_.verdicts = true;
     } else if (request_.command == Command::Chord && name == u"--list") {
@@ -173,13 +179,30 @@ bool ArgumentParser::takeTransposeOption(const Text& name) {
     if (name == u"--steps") {
         return takeSteps();
     }
+    return fail(quoted(name) + u" is not an option of transpose");
+}
+
+std::optional<bool> ArgumentParser::takeCommonOption(const Text& name) {
     if (name == u"--output") {
         return takeValue(request_.output, name);
+    }
+    if (request_.command == Command::Chord) {
+        return std::nullopt;
     }
     if (name == u"--output-dir") {
         return takeValue(request_.outputFolder, name);
     }
-    return fail(quoted(name) + u" is not an option of transpose");
+    return name == u"--encoding" ? std::optional(takeEncoding()) : std::nullopt;
+}
+
+bool ArgumentParser::takeEncoding() {
+    if (!takeValue(encoding_, u"--encoding")) {
+        return false;
+    }
+    request_.encoding = encodingNamed(*encoding_);
+    return request_.encoding
+               ? true
+               : fail(u"--encoding " + quoted(*encoding_) + u" is not known; " + knownEncodings());
 }
 
 bool ArgumentParser::takeReplaceOption(const Text& name) {
@@ -240,40 +263,38 @@ bool ArgumentParser::takeSteps() {
 
 bool ArgumentParser::complete() {
     switch (request_.command) {
+        case Command::Help:
+        case Command::Version:
+            return true;
+        case Command::Chord:
+            return request_.list == request_.files.empty()
+                       ? true
+                       : fail(u"chord needs either the names of chords or --list");
         case Command::Transpose:
-            return completeTranspose();
+            if (!request_.direction) {
+                return fail(u"transpose needs --up or --down");
+            }
+            if (!request_.spelling) {
+                return fail(u"transpose needs --sharps or --flats");
+            }
+            break;
         case Command::Replace:
             if (!request_.find || !request_.with) {
                 return fail(u"replace needs --find and --with");
             }
-            [[fallthrough]];
+            break;
         case Command::Lines:
         case Command::ExpandTabs:
         case Command::Normalize:
         case Command::Import:
         case Command::ExportChordPro:
-            return request_.files.size() < 2 ? true
-                                             : fail(quoted(request_.files[1]) + u": " +
-                                                    arguments_[0] + u" takes one file");
-        case Command::Chord:
-            return request_.list == request_.files.empty()
-                       ? true
-                       : fail(u"chord needs either the names of chords or --list");
-        case Command::Help:
-        case Command::Version:
             break;
     }
-    return true;
+    return completeOutput();
 }
 
-bool ArgumentParser::completeTranspose() {
+bool ArgumentParser::completeOutput() {
     const std::vector<Text>& files = request_.files;
-    if (!request_.direction) {
-        return fail(u"transpose needs --up or --down");
-    }
-    if (!request_.spelling) {
-        return fail(u"transpose needs --sharps or --flats");
-    }
     if (request_.output && request_.outputFolder) {
         return fail(u"--output and --output-dir exclude each other");
     }

@@ -8,6 +8,7 @@
 #include "app/Files.h"
 #include "app/Text.h"
 #include "chords/Transpose.h"
+#include "cli/NamedEncoding.h"
 
 namespace melvorin {
 
@@ -37,6 +38,8 @@ struct CliRequest {
     FindOptions findOptions;
     // `import --verdicts`.
     bool verdicts = false;
+    // What texts are in, where the user says so.
+    std::optional<NamedEncoding> encoding;
     // At most one of the two. With more than one file it is `outputFolder`.
     std::optional<Text> output;
     std::optional<Text> outputFolder;

@@ -20,6 +20,8 @@ constexpr auto kNames = std::to_array<Name>({{10000, "MACINTOSH"},
                                              {10001, "CP932"},
                                              {10007, "MAC-CYRILLIC"},
                                              {20866, "KOI8-R"},
+                                             {20932, "EUC-JP-MS"},
+                                             {21866, "KOI8-U"},
                                              {65001, "UTF-8"}});
 
 std::string nameOf(unsigned number) {
@@ -27,6 +29,9 @@ std::string nameOf(unsigned number) {
         if (known.number == number)
             return known.name;
     }
+    constexpr unsigned isoBase = 28590;
+    if (number > isoBase && number <= isoBase + 16)
+        return "ISO-8859-" + std::to_string(number - isoBase);
     return "CP" + std::to_string(number);
 }
 

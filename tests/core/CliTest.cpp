@@ -114,6 +114,16 @@ TEST_F(Cli, RefusesArgumentsThatMakeNoSense) {
          u"\"a/x\" and \"c/x\""},
         {{u"lines", u"song", u"tune"}, u"\"tune\""},
         {{u"lines", u"--up"}, u"\"--up\""},
+        {{u"normalize", u"song", u"tune"}, u"several files need --output-dir"},
+        {{u"import", u"--output-dir", u"keys"}, u"the standard input has no name"},
+        {{u"replace", u"--find=a", u"--with=b", u"--output=x", u"--output-dir=y", u"song"},
+         u"exclude each other"},
+        {{u"expand-tabs", u"--output-dir=k", u"a/x", u"c/x"}, u"\"a/x\" and \"c/x\""},
+        {{u"chord", u"--output-dir", u"keys", u"C"}, u"\"--output-dir\""},
+        {{u"chord", u"--encoding", u"utf-8", u"C"}, u"\"--encoding\""},
+        {{u"lines", u"--encoding", u"klingon"}, u"utf-16le, utf-16be, shift-jis"},
+        {{u"lines", u"--encoding="}, u"\"--encoding\" needs a value"},
+        {{u"lines", u"--encoding", u"1200"}, u"\"1200\" is not known"},
     };
     files.contents = {{u"song", "C"}, {u"tune", "G"}};
     const auto before = files.contents;
@@ -235,6 +245,106 @@ TEST_F(Cli, ReportsTroubleAndCarriesOn) {
     ports.inputBroken = true;
     EXPECT_EQ(run({u"lines"}), 1);
     EXPECT_EQ(ports.errors, u"melvorin-cli: cannot read the standard input: Broken.\n");
+}
+
+// Every command that writes a text, on two files, on one and on the standard input.
+TEST_F(Cli, EveryCommandWritesWhereItIsTold) {
+    const struct {
+        std::vector<Text> command;
+        std::string song;
+        std::string written;
+    } cases[] = {
+        {{u"transpose", u"--up", u"--flats"}, "C7+  D\nla\tla\n", "Db7+ Eb\nla\tla\n"},
+        {{u"expand-tabs"}, "C7+  D\nla\tla\n", "C7+  D\nla      la\n"},
+        {{u"replace", u"--find=D", u"--with=Em"}, "C7+  D\n", "C7+  Em\n"},
+        {{u"normalize"}, "C7M  D\n", "C7+  D\n"},
+        {{u"import"}, "[C7M]la [D]la\n", "C7+ D\nla  la\n"},
+        {{u"export-chordpro"}, "C7+  D\nlala la\n", "[C7+]lala [D]la\n"},
+        {{u"lines"}, "C7+  D\nla\n", "C\t0:C7+\t5:D\nL\n"},
+    };
+    for (const auto& c : cases) {
+        const auto with = [&](const std::vector<Text>& more) {
+            std::vector<Text> arguments = c.command;
+            arguments.insert(arguments.end(), more.begin(), more.end());
+            files.contents = {{u"a/song", c.song}, {u"tune", c.song}};
+            ports.input = c.song;
+            EXPECT_EQ(run(arguments), 0) << toUtf8(ports.errors);
+        };
+        with({u"a/song"});
+        const std::string written = ports.output;
+        EXPECT_EQ(written, c.written);
+        with({u"--output", u"x"});
+        EXPECT_EQ(files.contents[u"x"], written);
+        EXPECT_EQ(ports.output, "");
+        with({u"--output-dir=new", u"a/song", u"tune"});
+        EXPECT_EQ(files.contents[u"new/song"], written);
+        EXPECT_EQ(files.contents[u"new/tune"], written);
+        EXPECT_EQ(files.contents[u"tune"], c.song);
+        EXPECT_EQ(ports.output, "");
+    }
+}
+
+TEST_F(Cli, ReadsAndWritesTheEncodingItIsTold) {
+    const struct {
+        TextView encoding;
+        std::string input;
+        TextView find, with;
+        std::string output;
+        int code;
+    } cases[] = {
+        // ASCII takes everything.
+        {u"", "a", u"a", u"á", "\xC3\xA1", 0},
+        {u"", "a", u"a", u"中", "\xE4\xB8\xAD", 0},
+        {u"", "a\xE9", u"a", u"á", "\xE1\xE9", 0},
+        {u"", "a\xE9", u"a", u"中", "", 1},
+        {u"Windows-1251", "\xEF\xE5", u"п", u"Я", "\xDF\xE5", 0},
+        {u"1251", "\xEF\xE5", u"п", u"Я", "\xDF\xE5", 0},
+        {u"1251", "a", u"a", u"中", "", 1},
+        {u"KOI8-R", "\xD0\xC5", u"п", u"Я", "\xF1\xC5", 0},
+        {u"shift-jis", "\x8Ft", u"春", u"歌", "\x89\xCC", 0},
+        {u"shift-jis", "\x8Ft\x8F", u"春", u"歌", "", 1},
+        {u"euc-jp", "\xBD\xD5", u"春", u"歌", "\xB2\xCE", 0},
+        {u"big5", "\xAC\x4B", u"春", u"a", "a", 0},
+        {u"iso-8859-2", "\xB1", u"ą", u"č", "\xE8", 0},
+        // What looks like UTF-8, or like a mark, is letters here.
+        {u"1252", "\xC3\xA9", u"Ã", u"x", "x\xA9", 0},
+        {u"1252", "\xFF\xFE", u"ÿ", u"x", "x\xFE", 0},
+        {u"utf-8", "\xC3\xA9", u"é", u"中", "\xE4\xB8\xAD", 0},
+        {u"utf-8", "\xE9", u"é", u"e", "", 1},
+        {u"utf-8",
+         "\xEF\xBB\xBF"
+         "a",
+         u"a", u"b",
+         "\xEF\xBB\xBF"
+         "b",
+         0},
+        {u"utf-8-bom", "a", u"a", u"b",
+         "\xEF\xBB\xBF"
+         "b",
+         0},
+        {u"utf-16le", std::string("a\0", 2), u"a", u"中", "\x2D\x4E", 0},
+        {u"utf-16be", std::string("\xFE\xFF\0a", 4), u"a", u"中", "\xFE\xFF\x4E\x2D", 0},
+        {u"utf-16be", "\xFF\xFE\x2D\x4E", u"中", u"a", "", 1},
+    };
+    for (const auto& c : cases) {
+        ports.input = c.input;
+        std::vector<Text> arguments = {u"replace", u"--find", Text(c.find), u"--with",
+                                       Text(c.with)};
+        if (!c.encoding.empty()) {
+            arguments.insert(arguments.end(), {u"--encoding", Text(c.encoding)});
+        }
+        EXPECT_EQ(run(arguments), c.code) << toUtf8(c.encoding) << toUtf8(ports.errors);
+        EXPECT_EQ(ports.output, c.output) << toUtf8(c.encoding);
+    }
+    ports.input = "a\xE9";
+    EXPECT_EQ(run({u"replace", u"--find=a", u"--with=中"}), 1);
+    EXPECT_EQ(toUtf8(ports.errors),
+              "melvorin-cli: cannot rewrite the standard input: In the encoding of the text there "
+              "is no place for a new character.\n");
+    // Parts of a text are read in it too.
+    ports.input = "C\n\xEF\xE5\xF1\xED\xFF\n";
+    EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--encoding=1251"}), 0);
+    EXPECT_EQ(ports.output, "Db\n\xEF\xE5\xF1\xED\xFF\n");
 }
 
 TEST_F(Cli, NormalizesSuffixes) {

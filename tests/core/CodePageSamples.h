@@ -29,6 +29,9 @@ inline void checkCodePages() {
         {1255, "\xF9\xE9\xF8", u"שיר"},
         {10000, "\x8E\xA5", u"é•"},
         {10007, "\xEF\xE5\xF1\xED\xDF", u"песня"},
+        {20932, "\xB2\xCE\xA1\xA2\x8E\xB1", u"歌、ｱ"},
+        {21866, "\xA6\xC4\xC1", u"іда"},
+        {28592, "\xB1\xE8", u"ąč"},
         {20866, "\xD0\xC5\xD3\xCE\xD1", u"песня"},
     };
     for (const auto& sample : samples) {

@@ -25,6 +25,7 @@ void expectEqual(const RunState& a, const RunState& b) {
     EXPECT_EQ(a.current, b.current);
     EXPECT_EQ(a.floor, b.floor);
     EXPECT_EQ(a.dirty, b.dirty);
+    EXPECT_EQ(a.format, b.format);
     ASSERT_EQ(a.snapshots.size(), b.snapshots.size());
     for (std::size_t i = 1; i < a.snapshots.size(); ++i) {
         EXPECT_EQ(a.snapshots[i].path, b.snapshots[i].path) << i;
@@ -55,6 +56,9 @@ class RandomRun {
                     history.stepForward();
                 break;
             case 2:
+                format = {static_cast<TextEncoding>(random_() % 5), random_() % 2 ? 932U : 0U,
+                          static_cast<LineEnd>(random_() % 3),
+                          static_cast<FinalLineEnd>(random_() % 3)};
                 path = random_() % 3 == 0 ? Text() : Text(u"C:\\S\u00F6nge\\\xD800 1.mvt");
                 mark = path.empty() ? std::nullopt : std::optional(markOf("a file"));
                 dirty = false;
@@ -73,9 +77,9 @@ class RandomRun {
         }
         keep();
     }
-    void keep() { journal.keep(path, mark, history, dirty); }
+    void keep() { journal.keep(path, mark, format, history, dirty); }
     RunState state() const {
-        RunState run{path, mark, {}, history.current(), history.floor(), dirty};
+        RunState run{path, mark, {}, history.current(), history.floor(), dirty, format};
         run.snapshots.emplace_back();
         for (int i = 1; i <= history.count(); ++i)
             run.snapshots.push_back(history.snapshot(i));
@@ -89,6 +93,7 @@ class RandomRun {
     Text path;
     std::optional<FileMark> mark;
     bool dirty = false;
+    TextFormat format;
 
   private:
     std::mt19937 random_;
@@ -112,7 +117,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
         journal.begin();
         history.adopt(whole.snapshots, whole.current, whole.floor);
         journal.keepAll(history);
-        journal.keep(run.path, run.mark, history, run.dirty);
+        journal.keep(run.path, run.mark, run.format, history, run.dirty);
         expectEqual(replayJournal(other.content.at(u"C:\\Temp\\bbj1.tmp"), u"C:\\Temp").value(),
                     whole);
     }
@@ -193,11 +198,11 @@ void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
     journal.begin();
     for (int i = 0; i <= changes; ++i) {
         history.record("{\\rtf1 " + toUtf8(path) + std::to_string(i) + "}", i);
-        journal.keep(path, markOf("x"), history, i > 0);
+        journal.keep(path, markOf("x"), {}, history, i > 0);
     }
     for (int i = 0; i < undone; ++i)
         history.stepBack();
-    journal.keep(path, markOf("x"), history, changes > 0);
+    journal.keep(path, markOf("x"), {}, history, changes > 0);
 }
 
 TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
@@ -211,7 +216,7 @@ TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
     RunJournal livingJournal(disk);
     livingJournal.begin();
     livingHistory.record("{\\rtf1 alive}", 0);
-    livingJournal.keep({}, {}, livingHistory, true);
+    livingJournal.keep({}, {}, {}, livingHistory, true);
 
     std::vector<Remains> remains = remainsOf(disk);
     ASSERT_EQ(remains.size(), 2U);

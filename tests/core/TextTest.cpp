@@ -139,8 +139,8 @@ TEST(TextCodec, DetectsAndRestores) {
         TextView text;
         TextEncoding encoding;
     } cases[] = {
-        {"", u"", TextEncoding::Ansi},
-        {"Am\r\n", u"Am\r\n", TextEncoding::Ansi},
+        {"", u"", TextEncoding::Utf8},
+        {"Am\r\n", u"Am\r\n", TextEncoding::Utf8},
         {"B\xB0", u"B\u00B0", TextEncoding::Ansi},
         {"B\xC2\xB0", u"B\u00B0", TextEncoding::Utf8},
         {"\xEF\xBB\xBF"
@@ -161,6 +161,11 @@ TEST(TextCodec, DetectsAndRestores) {
         EXPECT_EQ(encodeText(decoded.text, decoded.encoding, windows1252()), example.bytes);
     }
     EXPECT_EQ(encodeText(u"\u2603", TextEncoding::Ansi, windows1252()), std::nullopt);
+    EXPECT_EQ(encodeText({u"a\xD83C", 2}, TextEncoding::Utf8, windows1252()), std::nullopt);
+    EXPECT_EQ(loneSurrogates({u"\xDC00\xD83C\xDFB8\xD800"
+                              u"a\xD83C",
+                              6}),
+              3U);
 }
 
 TEST(TextCodec, SaysWhenAFileCannotBeRestored) {

@@ -73,6 +73,21 @@ check "chord: list" "0 1 8" "$code $(grep -c '^C	C Major	09	a	A	' .out) \
 $(awk -F '\t' 'NF != 8 { bad++ } END { print bad ? "bad" : NF }' .out)"
 check "chord: list is whole" "whole" "$([ "$(wc -l <.out)" -gt 1580 ] && echo whole)"
 
+cli chord --output chords.txt Am
+check "chord: to a file" "0  x02210" "$code $out $(head -n 1 chords.txt | cut -f 5)"
+
+# Encodings, and results of other commands in a folder.
+mkdir new
+printf 'Am7\n\360\305\323\316\321\n' >koi.txt
+printf 'C7M\n' >plain.txt
+cli normalize --encoding koi8-r --output-dir new koi.txt plain.txt
+check "encoding" "0 $(od -c <koi.txt)" "$code $(od -c <new/koi.txt)"
+check "normalize: folder" "C7+" "$(cat new/plain.txt)"
+cli replace --find 7 --with á plain.txt
+check "ASCII is UTF-8" "0 CáM" "$code $out"
+cli lines --encoding klingon koi.txt
+check "unknown encoding" "2 1" "$code $(grep -c 'shift-jis' .err)"
+
 # Names with blanks, quotes, other letters, and bytes that are not UTF-8.
 mkdir out
 for name in "two  words" "it's \"it\"" "песня" "$(printf 'caf\351')"; do
