@@ -176,9 +176,17 @@ TEST_F(DictionaryTest, GridAndDataControlShowTheSameRecord) {
     ::SendMessageW(panel().part(dtaDel), WM_CHAR, u'F', 1);
     EXPECT_EQ(cell(selectedRow(), 0), "F");
     EXPECT_EQ(text(LB), "F Major");
-    // An exact row comes before the next that begins so ("A#" stands behind "A").
-    ::SendMessageW(panel().part(dtaDel), WM_CHAR, u'A', 1);
-    EXPECT_EQ(cell(selectedRow(), 0), "A");
+    // An exact row comes before the next that begins so, as "A7/9" behind "A7" does.
+    for (const wchar_t* typed : {L"a", L"A7", L"F#m"}) {
+        LVFINDINFOW wanted{};
+        wanted.flags = LVFI_STRING | LVFI_PARTIAL | LVFI_WRAP;
+        wanted.psz = typed;
+        const int from = selectedRow();
+        const auto row = ::SendMessageW(panel().part(dtaDel), LVM_FINDITEMW,
+                                        static_cast<WPARAM>(from), lparamOf(&wanted));
+        EXPECT_TRUE(equalWithoutCase(fromUtf8(cell(static_cast<int>(row), 0)), textOf(typed)));
+        ListView_SetItemState(panel().part(dtaDel), row, LVIS_SELECTED, LVIS_SELECTED);
+    }
     panel().press(GB7);
     panel().choose(SearchField::Symbol);
     find(u"Bb");
