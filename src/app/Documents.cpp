@@ -11,7 +11,6 @@ namespace melvorin {
 namespace {
 
 constexpr TextView kTitleEnd = u" - Melvorin";
-constexpr TextView kUntitled = u"Chord Notation";
 constexpr TextView kVerifyPath =
     u"    Please verify that the correct path and file name are given.";
 constexpr TextView kApplication = u"Melvorin";
@@ -59,10 +58,6 @@ Text songName(TextView path) {
     return Text(isOfName ? path : withoutExtension(path));
 }
 
-Text quoted(TextView path) {
-    return u"\"" + Text(path) + u"\"";
-}
-
 }  // namespace
 
 Documents::Documents(const Services& services, Editor& editor, Callbacks callbacks)
@@ -78,7 +73,7 @@ void Documents::publish() {
 }
 
 void Documents::keepJournal() {
-    journal_.keep(path_, mark_, format_, history_, state_.dirty);
+    journal_.keep(origin_, history_, state_.dirty);
 }
 
 bool Documents::fail(TextView what, TextView path, TextView cause) {
@@ -127,7 +122,7 @@ void Documents::openFromCommandLine(TextView commandLine) {
 bool Documents::mayLeave() {
     if (!state_.dirty)
         return true;
-    const Text name = path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_));
+    const Text name = origin_.path.empty() ? Text(kUntitled) : Text(fileNamePart(origin_.path));
     switch (services_.messages.show(u"Save changes to " + name + u"?", kMessageTitle,
                                     MessageIcon::Question, MessageButtons::YesNoCancel)) {
         case Answer::Yes:
@@ -153,10 +148,7 @@ void Documents::newDocument() {
     if (!mayLeave())
         return;
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
-    setPath({}, {});
-    kindAgreed_ = false;
-    loss_.clear();
-    format_ = {};
+    setOrigin({});
     showTitle();
     keepLegible();
     record();
@@ -178,7 +170,7 @@ void Documents::open() {
                                                 lastUsed_.opened,
                                                 {}});
     if (choice && load(withItsEnding(choice->path)))
-        callbacks_.used(path_);
+        callbacks_.used(origin_.path);
 }
 
 // A name that was typed without its ending is tried as it stands and then with those of songs.
@@ -195,7 +187,7 @@ bool Documents::openPath(TextView path, bool remember) {
     if (!mayLeave() || !load(path))
         return false;
     if (remember)
-        callbacks_.used(path_);
+        callbacks_.used(origin_.path);
     return true;
 }
 
@@ -214,11 +206,10 @@ bool Documents::showContent(const DocumentContent& content) {
 }
 
 bool Documents::load(TextView path) {
-    const std::optional<FileMark> mark = showFile(path);
-    if (!mark)
+    std::optional<DocumentOrigin> origin = showFile(path);
+    if (!origin)
         return false;
-    setPath(path, mark);
-    kindAgreed_ = false;
+    setOrigin(*std::move(origin));
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;
     showTitle();
@@ -226,6 +217,7 @@ bool Documents::load(TextView path) {
     startHistory();
     publish();
     callbacks_.replaced();
+    tellLoss();
     tellDamage();
     return true;
 }
@@ -241,8 +233,7 @@ void Documents::keepLegible() {
 bool Documents::openExample(TextView path) {
     if (!showFile(path))
         return false;
-    setPath({}, {});
-    kindAgreed_ = false;
+    setOrigin({});
     showTitle();
     record();
     markChanged();
@@ -254,7 +245,7 @@ bool Documents::openExample(TextView path) {
 }
 
 // Puts a file's content into the editor; on failure the editor is as it was.
-std::optional<FileMark> Documents::showFile(TextView path) {
+std::optional<DocumentOrigin> Documents::showFile(TextView path) {
     const auto refuse = [&](TextView cause) {
         fail(u"Melvorin cannot open", path, Text(cause) + u"\r\n\r\n" + Text(kVerifyPath));
         return std::nullopt;
@@ -287,29 +278,31 @@ std::optional<FileMark> Documents::showFile(TextView path) {
         editor_.loadRtf(before);
         return refuse(u"It has characters in a symbol font that the editor could not save again.");
     }
-    loss_ = content.value->isRichText
-                ? lossInWords(readRtf(*bytes.value), editor_.text().chars, editor_.rtf())
-                : Text();
-    if (!loss_.empty())
-        services_.messages.show(
-            quoted(fileNamePart(path)) + u" holds more than Melvorin can show: " + loss_ +
-                u".\r\n\r\nThe file has all of it until you save over it; Save asks first.",
-            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+    DocumentOrigin origin{Text(path), markOf(*bytes.value), content.value->format, {}};
+    if (content.value->isRichText)
+        origin.loss = lossInWords(readRtf(*bytes.value), editor_.text().chars, editor_.rtf());
     keepLegible();
     editor_.scrollCaretIntoView();
-    format_ = content.value->format;
-    return markOf(*bytes.value);
+    return origin;
 }
 
-// Of a text file in UTF-16; nothing else can hold such halves.
+void Documents::tellLoss() {
+    if (!origin_.loss.empty())
+        services_.messages.show(
+            quoted(fileNamePart(origin_.path)) + u" holds more than Melvorin can show: " +
+                origin_.loss +
+                u".\r\n\r\nThe file has all of it until you save over it; Save asks first.",
+            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+}
+
 void Documents::tellDamage() {
-    if (format_.encoding != TextEncoding::Utf16LeWithBom &&
-        format_.encoding != TextEncoding::Utf16BeWithBom)
+    if (origin_.format.encoding != TextEncoding::Utf16LeWithBom &&
+        origin_.format.encoding != TextEncoding::Utf16BeWithBom)
         return;
     const std::size_t damaged = loneSurrogates(editor_.text().chars);
     if (damaged > 0)
         services_.messages.show(
-            quoted(path_) + u" has " + decimal(static_cast<std::int64_t>(damaged)) +
+            quoted(origin_.path) + u" has " + decimal(static_cast<std::int64_t>(damaged)) +
                 (damaged == 1
                      ? u" damaged character, of which only one half is there. It is "
                      : u" damaged characters, of which only one half is there. They are ") +
@@ -318,9 +311,9 @@ void Documents::tellDamage() {
 }
 
 void Documents::tellNewEncoding() {
-    const bool isUtf8 = format_.encoding == TextEncoding::Utf8WithBom;
+    const bool isUtf8 = origin_.format.encoding == TextEncoding::Utf8WithBom;
     services_.messages.show(
-        quoted(path_) +
+        quoted(origin_.path) +
             (isUtf8
                  ? u" is saved as UTF-8 now. In its former encoding some of its characters would "
                    u"have been lost; nothing is."
@@ -330,11 +323,11 @@ void Documents::tellNewEncoding() {
 }
 
 bool Documents::save() {
-    if (path_.empty())
+    if (origin_.path.empty())
         return saveAs();
     switch (askAboutKind()) {
         case Answer::Yes:
-            return mayOverwrite() && writeTo(path_);
+            return mayOverwrite() && writeTo(origin_.path);
         case Answer::No:
             return saveAs();
         default:
@@ -359,15 +352,15 @@ Answer Documents::askAboutKind() {
 // What a Save would make of the file that is on disk, as a sentence; empty where it stays what it
 // is. The file itself is asked, as another program or an earlier run may have written it.
 Text Documents::changeOfKind() {
-    const Result<std::string> bytes = services_.files.read(path_);
+    const Result<std::string> bytes = services_.files.read(origin_.path);
     if (!bytes || bytes.value->empty())
         return {};
     const bool isRich = looksLikeRtf(*bytes.value);
-    const Text name = quoted(fileNamePart(path_));
-    if (!loss_.empty())
-        return name + u" holds more than Melvorin can keep: " + loss_ +
+    const Text name = quoted(fileNamePart(origin_.path));
+    if (!origin_.loss.empty())
+        return name + u" holds more than Melvorin can keep: " + origin_.loss +
                u". Saved from here the file loses that.";
-    if (isSavedAsPlain(path_))
+    if (isSavedAsPlain(origin_.path))
         return isRich ? name +
                             u" holds formatted text. With this ending it is saved as plain text: "
                             u"fonts, colours and chord diagrams are lost."
@@ -381,10 +374,10 @@ Text Documents::changeOfKind() {
 // What another program wrote into the document's file is not overwritten unasked. A file that has
 // gone is written anew.
 bool Documents::mayOverwrite() {
-    if (!mark_ || compare(services_.files, path_, *mark_) != Compared::Other)
+    if (!origin_.mark || compare(services_.files, origin_.path, *origin_.mark) != Compared::Other)
         return true;
     return services_.messages.show(
-               quoted(path_) +
+               quoted(origin_.path) +
                    u" was changed by another program since it was opened here.\r\n\r\n"
                    u"Replace it with the song as it is in the editor? (Save As can keep both.)",
                kMessageTitle, MessageIcon::Question, MessageButtons::YesNo) == Answer::Yes;
@@ -392,8 +385,8 @@ bool Documents::mayOverwrite() {
 
 bool Documents::writeTo(TextView path) {
     const bool isPlain = isSavedAsPlain(path);
-    const PlainFile plain = isPlain ? plainDocument(editor_.text(), format_, services_.ansi)
-                                    : PlainFile{editor_.rtf(), format_};
+    const PlainFile plain = isPlain ? plainDocument(editor_.text(), origin_.format, services_.ansi)
+                                    : PlainFile{editor_.rtf(), origin_.format};
     const std::string& bytes = plain.bytes;
     const auto refuse = [&](TextView cause) {
         return fail(u"Melvorin cannot save", path,
@@ -405,14 +398,12 @@ bool Documents::writeTo(TextView path) {
     const Result<Done> written = services_.files.replace(path, bytes);
     if (!written)
         return refuse(written.cause);
-    if (path != path_)
-        kindAgreed_ = false;
-    loss_.clear();
-    setPath(path, markOf(bytes));
+    const bool isNewEncoding = plain.format != origin_.format;
+    const bool agreed = kindAgreed_ && path == origin_.path;
+    setOrigin({Text(path), markOf(bytes), plain.format, {}});
+    kindAgreed_ = agreed;
     lastUsed_.saved = folderPart(path);
     state_.dirty = false;
-    const bool isNewEncoding = plain.format != format_;
-    format_ = plain.format;
     publish();
     if (isNewEncoding)
         tellNewEncoding();
@@ -422,8 +413,9 @@ bool Documents::writeTo(TextView path) {
 std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
     FileDialogRequest request{u" Save As", saveFilters(), 1, {}, {}};
     request.filterIndex = lowerCase(extension_) == u"rtf" ? 2 : 1;
-    request.fileName = path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_));
-    request.initialFolder = path_.empty() ? services_.system.documentsFolder() : folderPart(path_);
+    request.fileName = origin_.path.empty() ? Text(kUntitled) : Text(fileNamePart(origin_.path));
+    request.initialFolder =
+        origin_.path.empty() ? services_.system.documentsFolder() : folderPart(origin_.path);
     const auto choice = services_.dialogs.save(request);
     if (!choice)
         return std::nullopt;
@@ -447,277 +439,19 @@ bool Documents::saveAs() {
         return false;
     showTitle();
     publish();
-    callbacks_.used(path_);
+    callbacks_.used(origin_.path);
     return true;
 }
 
-void Documents::setPath(TextView path, const std::optional<FileMark>& mark) {
-    path_ = path;
-    mark_ = mark;
-    extension_ = extensionPart(path_);
+void Documents::setOrigin(DocumentOrigin origin) {
+    origin_ = std::move(origin);
+    kindAgreed_ = false;
+    extension_ = extensionPart(origin_.path);
 }
 
 void Documents::showTitle() {
-    state_.title = (path_.empty() ? Text(kUntitled) : Text(fileNamePart(path_))) + Text(kTitleEnd);
-}
-
-// ---- Changes ----------------------------------------------------------------------------------
-
-void Documents::record() {
-    // Until it is: the editor may fail to give its text.
-    unrecorded_ = true;
-    record(editor_.rtf());
-}
-
-void Documents::record(const std::string& rtf) {
-    unrecorded_ = true;
-    recorded_ = markOf(rtf);
-    switch (history_.record(rtf, editor_.selection().begin, editor_.background())) {
-        case SnapshotHistory::Outcome::Recorded:
-            recordingFailed_ = false;
-            unrecorded_ = false;
-            break;
-        case SnapshotHistory::Outcome::NotWritten:
-            // Once is enough: the next key would bring the same message.
-            if (!recordingFailed_)
-                reportFailure(services_.messages,
-                              u"Melvorin cannot keep a copy of this change for Undo.\r\n\r\n" +
-                                  history_.lastFailure() +
-                                  u"\r\n\r\nThe text in the editor is safe; please save it.");
-            recordingFailed_ = true;
-            break;
-        case SnapshotHistory::Outcome::Full:
-            if (!historyFull_)
-                reportFailure(services_.messages,
-                              u"So many changes were made that no more can be kept for Undo."
-                              u"\r\n\r\nThe text in the editor is safe; please save it and "
-                              u"start Melvorin again.");
-            historyFull_ = true;
-            break;
-    }
-    state_.redo = history_.canRedo();
-}
-
-// The document as it stands is where undo ends, and it is clean.
-void Documents::startHistory() {
-    history_.setFloor();
-    state_.undo = false;
-    state_.redo = false;
-    state_.dirty = false;
-    state_.saveAs = !editor_.isEmpty();
-    state_.keyButtons = false;
-}
-
-bool Documents::isRecorded(const std::string& rtf) const {
-    return !unrecorded_ && !history_.currentSnapshot().path.empty() && recorded_ == markOf(rtf) &&
-           history_.currentSnapshot().background == editor_.background();
-}
-
-void Documents::changed() {
-    // A control that cannot give its text may hold anything.
-    std::string rtf;
-    try {
-        rtf = editor_.rtf();
-    } catch (...) {
-        unrecorded_ = true;
-        markChanged();
-        publish();
-        throw;
-    }
-    if (isRecorded(rtf))
-        return;
-    // Dirty first: while a message about the snapshot is open, the session may end.
-    markChanged();
-    try {
-        record(rtf);
-    } catch (...) {
-        publish();
-        throw;
-    }
-    state_.undo = history_.canUndo();
-    publish();
-}
-
-void Documents::markChanged() {
-    state_.dirty = true;
-    state_.saveAs = !editor_.isEmpty();
-    state_.keyButtons = false;
-}
-
-// `changedAt` is where the step between the two states was made.
-void Documents::restore(const Snapshot& snapshot, std::int32_t changedAt) {
-    const EditorWork work(editor_);
-    const ScrollPosition page = editor_.scrollPosition();
-    const Text before = editor_.text().chars;
-    if (showSnapshot(snapshot)) {
-        showDifference(editor_, page, before, changedAt);
-        recorded_ = markOf(editor_.rtf());
-    } else {
-        // What the editor shows is another state.
-        recorded_ = {};
-        reportFailure(services_.messages,
-                      u"This step could not be kept, so it cannot be shown; the text stays as it "
-                      u"is. Undo and Redo go on from here.");
-    }
-}
-
-// On failure the editor is as it was. The file has been open to other programs, maybe since an
-// earlier run, so it is checked as any other document is.
-bool Documents::showSnapshot(const Snapshot& snapshot) {
-    if (snapshot.path.empty())
-        return false;
-    const Result<std::string> bytes = services_.files.read(snapshot.path);
-    if (!bytes)
-        return false;
-    const auto content = readDocument(*bytes.value, u"rtf", services_.ansi);
-    if (!content || !content.value->isRichText || !editor_.loadRtf(content.value->rtf))
-        return false;
-    editor_.setBackground(snapshot.background);
-    editor_.select({snapshot.caret, snapshot.caret});
-    return true;
-}
-
-// Text that no snapshot holds would be gone after a step, so it is written now or asked about.
-bool Documents::mayLeaveScreenText() {
-    if (!unrecorded_)
-        return true;
-    if (history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()) ||
-        services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
-                                u"brought back.\r\n\r\nLeave it all the same?",
-                                kMessageTitle, MessageIcon::Question,
-                                MessageButtons::YesNo) == Answer::Yes) {
-        unrecorded_ = false;
-        keepJournal();
-        return true;
-    }
-    return false;
-}
-
-bool Documents::undo() {
-    if (!state_.undo || !mayLeaveScreenText())
-        return false;
-    restore(history_.previous(), history_.currentSnapshot().caret);
-    history_.stepBack();
-    state_.undo = history_.canUndo();
-    state_.redo = true;
-    state_.dirty = true;
-    state_.keyButtons = false;
-    publish();
-    return true;
-}
-
-bool Documents::redo() {
-    if (!state_.redo || !mayLeaveScreenText())
-        return false;
-    restore(history_.next(), history_.next().caret);
-    history_.stepForward();
-    state_.undo = true;
-    state_.redo = history_.canRedo();
-    state_.dirty = true;
-    publish();
-    return true;
-}
-
-void Documents::idle() {
-    const bool wanted = !editor_.isEmpty();
-    if (state_.keyButtons == wanted)
-        return;
-    state_.keyButtons = wanted;
-    publish();
-}
-
-void Documents::disableKeyButtons() {
-    state_.keyButtons = false;
-    publish();
-}
-
-void Documents::endRun(RunEnd how) {
-    if (state_.dirty && keepsChanges(how)) {
-        // The last of them may be in no snapshot yet.
-        if (unrecorded_ &&
-            history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()))
-            keepJournal();
-        return;
-    }
-    journal_.close();
-    history_.deleteAll();
-    journal_.end();
-}
-
-// ---- After a run that ended without closing ---------------------------------------------------
-
-Text Documents::nameOf(const RunState& run) {
-    return quoted(run.path.empty() ? kUntitled : fileNamePart(run.path));
-}
-
-void Documents::recover() {
-    if (state_.dirty)
-        return;
-    for (Remains& remains : remainsOf(services_.files)) {
-        if (remains.state.current == 0) {
-            services_.messages.show(u"Melvorin was not closed, and " + nameOf(remains.state) +
-                                        u" had changes that were not saved. Their copies in the "
-                                        u"temporary folder are gone or damaged, so they cannot "
-                                        u"be brought back.",
-                                    kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
-            discard(services_.files, std::move(remains));
-            continue;
-        }
-        if (!wants(remains)) {
-            discard(services_.files, std::move(remains));
-            continue;
-        }
-        if (!bringBack(std::move(remains.state))) {
-            reportFailure(services_.messages, u"The song could not be brought back.");
-            continue;
-        }
-        // From here on the snapshots are this run's.
-        remains.journal->remove();
-        if (!remains.isLast)
-            services_.messages.show(
-                u"The last change could not be read, so the song is as it was "
-                u"before. Redo may have more.",
-                kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
-        return;
-    }
-}
-
-bool Documents::wants(const Remains& remains) {
-    Text question = u"Melvorin was not closed, and " + nameOf(remains.state) +
-                    u" had changes that were not saved. The last one: " +
-                    remains.journal->lastWrittenInWords() +
-                    u".\r\n\r\nBring it back? With No the changes are gone for good.";
-    if (!path_.empty())
-        question += u"\r\n\r\nWith Yes it takes the place of " + quoted(fileNamePart(path_)) +
-                    u", which is not changed.";
-    return services_.messages.show(question, kMessageTitle, MessageIcon::Question,
-                                   MessageButtons::YesNo) == Answer::Yes;
-}
-
-bool Documents::bringBack(RunState run) {
-    {
-        const EditorWork work(editor_);
-        if (!showSnapshot(run.snapshots[static_cast<std::size_t>(run.current)]))
-            return false;
-        editor_.scrollCaretIntoView();
-    }
-    setPath(run.path, run.mark);
-    format_ = run.format;
-    lastUsed_.opened = folderPart(path_);
-    lastUsed_.openedExtension = extension_;
-    showTitle();
-    history_.adopt(std::move(run.snapshots), run.current, run.floor);
-    journal_.keepAll(history_);
-    unrecorded_ = false;
-    recorded_ = markOf(editor_.rtf());
-    state_.dirty = true;
-    state_.saveAs = !editor_.isEmpty();
-    state_.undo = history_.canUndo();
-    state_.redo = history_.canRedo();
-    state_.keyButtons = false;
-    publish();
-    callbacks_.replaced();
-    return true;
+    state_.title = (origin_.path.empty() ? Text(kUntitled) : Text(fileNamePart(origin_.path))) +
+                   Text(kTitleEnd);
 }
 
 }  // namespace melvorin

@@ -107,10 +107,12 @@ class Documents {
     void endRun(RunEnd how);
 
     const ShellState& state() const { return state_; }
-    const Text& path() const { return path_; }
+    const Text& path() const { return origin_.path; }
     const SnapshotHistory& history() const { return history_; }
 
   private:
+    static constexpr TextView kUntitled = u"Chord Notation";
+
     struct SaveTarget {
         Text path;
         int filterIndex;
@@ -123,15 +125,16 @@ class Documents {
     bool isRecorded(const std::string& rtf) const;
     void startHistory();
     void showTitle();
-    void setPath(TextView path, const std::optional<FileMark>& mark);
+    void setOrigin(DocumentOrigin origin);
     bool load(TextView path);
-    std::optional<FileMark> showFile(TextView path);
+    std::optional<DocumentOrigin> showFile(TextView path);
     void keepLegible();
     bool confirmLargeFile(TextView path, std::uint64_t size);
     bool showContent(const DocumentContent& content);
     Text withItsEnding(TextView path);
     Answer askAboutKind();
     Text changeOfKind();
+    void tellLoss();
     void tellDamage();
     void tellNewEncoding();
     bool mayOverwrite();
@@ -152,11 +155,8 @@ class Documents {
     SnapshotHistory history_;
     RunJournal journal_;
     ShellState state_;
-    Text path_;
-    std::optional<FileMark> mark_;  // what the document's file held when it was read or written
-    Text loss_;                     // what of the file the editor does not have, in words
-    bool kindAgreed_ = false;       // the user lets Save make the file another kind of file
-    TextFormat format_;             // how the document is written as plain text
+    DocumentOrigin origin_;
+    bool kindAgreed_ = false;  // the user lets Save make the file another kind of file
     Text extension_;
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot

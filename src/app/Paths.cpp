@@ -105,6 +105,10 @@ Text withoutLengthLimit(TextView fullPath) {
     return Text(fullPath);
 }
 
+Text quoted(TextView name) {
+    return u"\"" + Text(name) + u"\"";
+}
+
 Text pathFromCommandLine(TextView commandLine) {
     const auto trim = [](TextView text) {
         const std::size_t first = text.find_first_not_of(u" \t");

@@ -26,6 +26,9 @@ TextView whyNotAFile(TextView path);
 // given back as it is.
 Text withoutLengthLimit(TextView fullPath);
 
+// A name in quotation marks, for messages.
+Text quoted(TextView name);
+
 // The document named by the rest of a command line: blanks and one pair of double quotes around
 // it are taken away. Empty when none is named.
 Text pathFromCommandLine(TextView commandLine);

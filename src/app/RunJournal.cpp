@@ -136,6 +136,8 @@ class Replay {
             document(words);
         else if (kind == "format")
             format(words);
+        else if (kind == "loss")
+            loss(words);
         else if (kind == "snapshot")
             snapshot(words);
         else if (kind == "state")
@@ -151,8 +153,8 @@ class Replay {
         Text path = words.text();
         if (!words.end())
             return;
-        run_.mark = path.empty() ? std::nullopt : std::optional(mark);
-        run_.path = std::move(path);
+        run_.origin.mark = path.empty() ? std::nullopt : std::optional(mark);
+        run_.origin.path = std::move(path);
     }
     void format(Words words) {
         TextFormat format;
@@ -163,7 +165,12 @@ class Replay {
         format.finalLineEnd = static_cast<FinalLineEnd>(
             words.number<int>(0, static_cast<int>(FinalLineEnd::WithText)));
         if (words.end())
-            run_.format = format;
+            run_.origin.format = format;
+    }
+    void loss(Words words) {
+        Text loss = words.text();
+        if (words.end())
+            run_.origin.loss = std::move(loss);
     }
     void snapshot(Words words) {
         const auto index = words.number<std::int16_t>(1, kMost);
@@ -239,8 +246,7 @@ void RunJournal::append(const std::string& lines) {
         file_.reset();
 }
 
-void RunJournal::keep(TextView path, const std::optional<FileMark>& mark, const TextFormat& format,
-                      const SnapshotHistory& history, bool dirty) {
+void RunJournal::keep(const DocumentOrigin& origin, const SnapshotHistory& history, bool dirty) {
     if (!file_ || history.count() == 0)
         return;
     std::string changes;
@@ -248,8 +254,10 @@ void RunJournal::keep(TextView path, const std::optional<FileMark>& mark, const 
         if (line != last)
             changes += last = std::move(line);
     };
-    add(document_, "document " + markLine(mark.value_or(FileMark{})) + " " + hexOf(path) + "\n");
-    add(format_, formatLine(format));
+    add(document_,
+        "document " + markLine(origin.mark.value_or(FileMark{})) + " " + hexOf(origin.path) + "\n");
+    add(format_, formatLine(origin.format));
+    add(loss_, "loss " + hexOf(origin.loss) + "\n");
     add(snapshot_, snapshotLine(history.current(), history.currentSnapshot()));
     add(state_, "state " + std::to_string(history.current()) + " " +
                     std::to_string(history.count()) + " " + std::to_string(history.floor()) + " " +

@@ -6,6 +6,7 @@
 //   document SIZE HASH PATH         the open document; 0 0 without a file, the path empty
 //   format ENCODING CODEPAGE LINEEND FINAL   how it is written as plain text, each a number as
 //                                   TextFormat has them; without it, as a new file
+//   loss TEXT                       what of the document's file the editor does not have
 //   snapshot INDEX FILE CARET BACKGROUND SIZE HASH
 //   state CURRENT COUNT FLOOR DIRTY
 // A later line replaces an earlier one of its kind (and index). A line that is incomplete or makes
@@ -17,21 +18,18 @@
 #include <string>
 #include <vector>
 
-#include "app/FileMark.h"
+#include "app/DocumentOrigin.h"
 #include "app/SnapshotHistory.h"
-#include "app/TextFormat.h"
 
 namespace melvorin {
 
 // What a journal tells of its run.
 struct RunState {
-    Text path;                           // of the document; empty for an untitled one
-    std::optional<FileMark> mark;        // what the document's file held, as far as known
+    DocumentOrigin origin;
     std::vector<Snapshot> snapshots{1};  // as SnapshotHistory has them
     std::int16_t current = 0;
     std::int16_t floor = 1;
     bool dirty = false;
-    TextFormat format;
 };
 
 // Nothing where the bytes are no journal. The snapshots' paths all lie in `folder`, whatever the
@@ -46,8 +44,7 @@ class RunJournal {
     // Begins the file. Where it cannot be had the run goes on without one.
     void begin();
     // Writes what has changed since the last call. Of the snapshots it looks at the current one.
-    void keep(TextView path, const std::optional<FileMark>& mark, const TextFormat& format,
-              const SnapshotHistory& history, bool dirty);
+    void keep(const DocumentOrigin& origin, const SnapshotHistory& history, bool dirty);
     // Writes all snapshots of a history that came from elsewhere.
     void keepAll(const SnapshotHistory& history);
     // The run ends in order; until `end`, which deletes the file, nothing of it is to be restored.
@@ -55,6 +52,8 @@ class RunJournal {
     void end();
 
   private:
+    static constexpr const char* kNoLoss = "loss -\n";
+
     void append(const std::string& lines);
 
     Files& files_;
@@ -62,6 +61,7 @@ class RunJournal {
     // The last line of each kind.
     std::string document_;
     std::string format_;
+    std::string loss_ = kNoLoss;
     std::string snapshot_;
     std::string state_;
 };

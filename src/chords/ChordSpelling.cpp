@@ -295,6 +295,9 @@ bool SuffixReader::takeAdded() {
     }
     if (!takeAny({u"add", u"Add", u"ADD", u"ad", u"Ad"}))
         return false;
+    // An added fourth leaves the third in its place: it is an eleventh.
+    if (!suspended_ && takeAny({u"4"}))
+        return add(11, u' ');
     if (takeAny({u"b"}))
         return takeNumber(u'b');
     return takeNumber(takeAny({u"#"}) ? u'#' : u' ');

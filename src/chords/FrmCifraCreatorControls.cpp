@@ -63,7 +63,7 @@ void FrmCifraCreator::createControls() {
         buttons_.emplace_back(sounds_).create(handle(), id, {}, text, WS_TABSTOP | style);
     };
     const auto label = [&](const wchar_t* text) {
-        labels_.push_back(addControl(L"STATIC", text, SS_LEFTNOWORDWRAP, -1));
+        labels_.push_back(addControl(L"STATIC", text, SS_ENDELLIPSIS, -1));
     };
     const auto list = [&](int id) {
         addControl(L"LISTBOX", L"", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, id,
@@ -94,7 +94,7 @@ void FrmCifraCreator::createControls() {
     list(kFound);
     label(L"Chords &not found");
     list(kNotFound);
-    addControl(L"STATIC", L"", SS_LEFTNOWORDWRAP | SS_NOPREFIX, kSummary);
+    addControl(L"STATIC", L"", SS_ENDELLIPSIS | SS_NOPREFIX, kSummary);
     button(u"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON);
     button(u"Cancel", IDCANCEL);
 }

@@ -43,7 +43,10 @@ Result<Done> ChordReport::open(TextView databasePath) {
 }
 
 Result<Done> ChordReport::describe(TextView chord, std::string& report) {
-    const Text text = searchText(chord, normaliseSuffixes);
+    Text text = searchText(chord, normaliseSuffixes);
+    // A search compares without case; here nobody sees which of two chords was found.
+    if (const std::optional<Text> major = majorSymbol(text))
+        text = *major;
     Result<bool> found = Result<bool>::success(false);
     for (const SearchField field : {SearchField::Symbol, SearchField::Name}) {
         if (text.empty() || !found || *found.value)

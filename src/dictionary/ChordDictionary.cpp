@@ -25,6 +25,20 @@ Text trimmed(TextView text) {
     return Text(text.substr(first, text.find_last_not_of(u' ') - first + 1));
 }
 
+// What is behind the note that a symbol or a name begins with.
+TextView behindRoot(TextView text) {
+    const std::size_t accidental = text.find_first_not_of(u"#b", 1);
+    return text.substr(std::min(accidental, text.size()));
+}
+
+// "C Major Seventh over E" as part of a sentence: "Major seventh over E".
+Text kindOf(TextView name) {
+    Text kind(behindRoot(name));
+    kind.erase(0, kind.find_first_not_of(u' '));
+    const std::size_t bass = std::min(kind.rfind(u" over "), kind.size());
+    return kind.substr(0, 1) + toLowerCase(kind.substr(1, bass - 1)) + kind.substr(bass);
+}
+
 }  // namespace
 
 Text searchText(TextView typed, const Normalise& normalise) {
@@ -45,6 +59,18 @@ Result<bool> findChord(Recordset& records, SearchField field, TextView searchTex
         return found;
     records.moveFirst();
     return records.find(searchCriterion(field, *spelled));
+}
+
+std::optional<Text> majorSymbol(TextView searchText) {
+    if (searchText.empty())
+        return std::nullopt;
+    const TextView suffix = behindRoot(searchText);
+    const bool major =
+        suffix.starts_with(u'M') && !suffix.starts_with(u"Mi") && !suffix.starts_with(u"MI");
+    if (!major)
+        return std::nullopt;
+    // The root may have been typed small.
+    return houseSpelling(toUpperCase(searchText.substr(0, 1)) + Text(searchText.substr(1)));
 }
 
 Text jetConnection(TextView programFolder) {
@@ -99,8 +125,12 @@ Result<Done> ChordDictionary::open(TextView programFolder, Files& files) {
 
 Text ChordDictionary::find(TextView typed, SearchField field) {
     Text text = searchText(typed, normalise_);
-    if (!text.empty())
-        search(text, field);
+    if (text.empty())
+        return text;
+    otherReading_.reset();
+    search(text, field);
+    if (field == SearchField::Symbol)
+        readOtherwise(text);
     return text;
 }
 
@@ -126,12 +156,29 @@ void ChordDictionary::search(TextView text, SearchField field) {
     }
 }
 
+void ChordDictionary::readOtherwise(TextView text) {
+    const auto found = records_.position();
+    const std::optional<Text> major = majorSymbol(text);
+    if (!found || !major)
+        return;
+    records_.moveFirst();
+    const Result<bool> there = findChord(records_, SearchField::Symbol, *major);
+    const std::optional<Text> symbol = records_.field(u"Fname");
+    const std::optional<Text> name = records_.field(u"Course");
+    // Two symbols may be the same chord.
+    if (there && *there.value && symbol && name && *name != shown_.LB)
+        otherReading_ = {*symbol, kindOf(*name) + u": " + *symbol};
+    records_.moveTo(*found);
+}
+
 void ChordDictionary::moveFirst() {
+    otherReading_.reset();
     records_.moveFirst();
     showEntry(records_, shown_);
 }
 
 void ChordDictionary::movePrevious() {
+    otherReading_.reset();
     records_.movePrevious();
     if (records_.bof())
         records_.moveFirst();
@@ -139,6 +186,7 @@ void ChordDictionary::movePrevious() {
 }
 
 void ChordDictionary::moveNext() {
+    otherReading_.reset();
     records_.moveNext();
     if (records_.eof())
         records_.moveLast();
@@ -146,11 +194,13 @@ void ChordDictionary::moveNext() {
 }
 
 void ChordDictionary::moveLast() {
+    otherReading_.reset();
     records_.moveLast();
     showEntry(records_, shown_);
 }
 
 void ChordDictionary::moveTo(std::size_t row) {
+    otherReading_.reset();
     records_.moveTo(row);
     showEntry(records_, shown_);
 }

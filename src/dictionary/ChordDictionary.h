@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "app/Services.h"
 #include "dictionary/DiagramEditor.h"
@@ -50,6 +51,16 @@ struct ShownEntry {
     std::array<bool, kDiagramButtons> visible{true, true, true, true, true, true};
 };
 
+// A chord that is found beside another one.
+struct OtherReading {
+    Text symbol;   // as the dictionary has it: "C7+"
+    Text caption;  // for the user: "Major seventh: C7+"
+};
+
+// The symbol of the chord that is meant by a capital M behind the root ("CM7", "C#M9/E", not
+// "CMin"): a search compares without case and takes "CM7" for "Cm7". Nothing for other texts.
+std::optional<Text> majorSymbol(TextView searchText);
+
 // Shows the current record. What cannot be read stays as it was.
 void showEntry(const Recordset& records, ShownEntry& shown);
 
@@ -68,6 +79,9 @@ class ChordDictionary {
     // Looks a chord up and returns the text that the search box then has. Where the entry is not
     // found or the text breaks the search, a message box says so and the shown entry stays.
     Text find(TextView typed, SearchField field);
+    // The major chord that the text of the last search means by its capital M, where the search
+    // led to another chord. Gone with the next move.
+    const std::optional<OtherReading>& otherReading() const { return otherReading_; }
     // The data control's moves: they stop at the first and last record. Each shows the record.
     void moveFirst();
     void movePrevious();
@@ -80,12 +94,14 @@ class ChordDictionary {
 
   private:
     void search(TextView text, SearchField field);
+    void readOtherwise(TextView text);
 
     MessageBoxes& messages_;
     MakeSource makeJet_;
     Normalise normalise_;
     Recordset records_;
     ShownEntry shown_;
+    std::optional<OtherReading> otherReading_;
 };
 
 // Puts a diagram in the place of the selection, blue. A diagram beside others has their size, any

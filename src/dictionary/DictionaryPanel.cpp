@@ -44,6 +44,7 @@ constexpr TextView kSearchTip = u"Show the window of search again";
 constexpr TextView kGridTip = u"Show the table of all chords";
 constexpr ButtonText kButtons[] = {
     {Command1, u"Find Chord", u"Look the chord up (Enter)"},
+    {Other, u"", u"Look this chord up instead"},
     {GB1, u"", kInsertTip},
     {GB2, u"", kInsertTip},
     {GB3, u"", kInsertTip},
@@ -239,6 +240,7 @@ void DictionaryPanel::showRecords() {
 // The labels, the diagrams, the data control and the grid, all of the current record.
 void DictionaryPanel::showCurrent() {
     setText(LB, dictionary_.shown().LB);
+    showOther();
     const auto position = dictionary_.records().position();
     const std::size_t count = dictionary_.records().count();
     setText(Record, position ? decimal(static_cast<std::int64_t>(*position + 1)) + u" of " +
@@ -246,6 +248,18 @@ void DictionaryPanel::showCurrent() {
                              : u"- of " + decimal(static_cast<std::int64_t>(count)));
     showGridRow();
     showEntryButtons();
+}
+
+// The room is there only while there is something in it.
+void DictionaryPanel::showOther() {
+    const auto& other = dictionary_.otherReading();
+    setText(Other, other ? other->caption : Text());
+    const bool wanted = other && view_ != PanelView::Grid;
+    if (wanted == (layout_[Other].width > 0) || !shown_)
+        return;
+    if (::GetFocus() == part(Other))
+        ::SetFocus(part(TS1));
+    layOutParts();
 }
 
 void DictionaryPanel::showEntryButtons() {
@@ -311,6 +325,17 @@ void DictionaryPanel::findChord() {
     showRecords();
 }
 
+// The keyboard goes back to the search box: the line is gone.
+void DictionaryPanel::findOther() {
+    const auto other = dictionary_.otherReading();
+    if (!other)
+        return;
+    ::SetFocus(part(TS1));
+    choose(SearchField::Symbol);
+    setText(TS1, other->symbol);
+    findChord();
+}
+
 void DictionaryPanel::insertDiagram(std::size_t index) {
     const ShownEntry& entry = dictionary_.shown();
     if (!entry.captions[index].empty())
@@ -365,7 +390,8 @@ void DictionaryPanel::place(const Area& area) {
 void DictionaryPanel::layOutParts() {
     RECT client{};
     ::GetClientRect(handle(), &client);
-    layout_ = layoutPanel(view_, notice(), static_cast<int>(client.right),
+    const bool other = dictionary_.otherReading().has_value();
+    layout_ = layoutPanel(view_, notice(), other, static_cast<int>(client.right),
                           static_cast<int>(client.bottom), systemDpi());
     for (std::size_t i = 0; i < kParts; ++i) {
         const Area& area = layout_.areas[i];
@@ -424,6 +450,8 @@ void DictionaryPanel::onCommand(int id) {
     switch (partOfId(id)) {
         case Command1:
             return findChord();
+        case Other:
+            return findOther();
         case GB1:
         case GB2:
         case GB3:

@@ -72,6 +72,7 @@ class DictionaryPanel : public Window {
                        DWORD extendedStyle = 0);
     TarnelButton& button(PanelPart part);
 
+    void findOther();
     void insertDiagram(std::size_t index);
     void switchTo(PanelView view);
     void move(void (ChordDictionary::*where)());
@@ -79,6 +80,7 @@ class DictionaryPanel : public Window {
     void layOutParts();
     void showRecords();
     void showCurrent();
+    void showOther();
     void showEntryButtons();
     void showGridRow();
     void fitDiagramFont();

@@ -124,7 +124,7 @@ void placeDiagrams(PanelLayout& layout, const Room& room, int most) {
     layout[Neck] = {last.left, last.top + last.height, last.width, caption};
 }
 
-void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, PanelView view) {
+void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, bool other, PanelView view) {
     if (notice == PanelNotice::Page) {
         layout[Notice] = room.rest();
         return;
@@ -133,6 +133,8 @@ void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, PanelView v
     if (notice == PanelNotice::Strip)
         layout[Notice] = room.top(kNotice);
     layout[LB] = room.top(kName);
+    if (other && view != PanelView::Grid)
+        layout[Other] = room.top(kBox);
     if (view == PanelView::Search)
         return placeDiagrams(layout, room, kLargestDiagram);
     if (view == PanelView::Diagrams)
@@ -145,7 +147,8 @@ void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, PanelView v
 
 }  // namespace
 
-PanelLayout layoutPanel(PanelView view, PanelNotice notice, int width, int height, int dpi) {
+PanelLayout layoutPanel(PanelView view, PanelNotice notice, bool other, int width, int height,
+                        int dpi) {
     PanelLayout layout{};
     Room room(width, height, dpi);
     switch (view) {
@@ -163,7 +166,7 @@ PanelLayout layoutPanel(PanelView view, PanelNotice notice, int width, int heigh
     }
     if (view != PanelView::Grid)
         placeSearch(layout, room);
-    placeEntry(layout, room, notice, view);
+    placeEntry(layout, room, notice, other, view);
     return layout;
 }
 

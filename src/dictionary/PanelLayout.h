@@ -17,6 +17,7 @@ enum class PanelPart : std::size_t {
     Command1,  // "Find Chord"
     Notice,    // what is wrong with the dictionary
     LB,        // name of the shown chord
+    Other,     // another chord that the search text may mean
     GB1,       // the diagrams
     GB2,
     GB3,
@@ -61,6 +62,8 @@ constexpr PanelWidth widthOf(PanelView view) {
     return view == PanelView::Search ? PanelWidth::Normal : PanelWidth::Expanded;
 }
 
-PanelLayout layoutPanel(PanelView view, PanelNotice notice, int width, int height, int dpi);
+// `other` tells that there is another chord to offer; the table does not.
+PanelLayout layoutPanel(PanelView view, PanelNotice notice, bool other, int width, int height,
+                        int dpi);
 
 }  // namespace melvorin

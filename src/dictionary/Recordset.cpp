@@ -131,13 +131,18 @@ std::optional<std::size_t> Recordset::columnOf(TextView name) const {
 
 std::optional<std::size_t> Recordset::rowBeginningWith(TextView text, std::size_t column,
                                                        std::size_t from) const {
+    std::optional<std::size_t> found;
     for (std::size_t i = 0; i < count(); ++i) {
         const std::size_t row = (from + i) % count();
         const std::optional<Text>& value = cell(row, column);
-        if (value && equalWithoutCase(TextView(*value).substr(0, text.size()), text))
+        if (!value || !equalWithoutCase(TextView(*value).substr(0, text.size()), text))
+            continue;
+        if (value->size() == text.size())
             return row;
+        if (!found)
+            found = row;
     }
-    return std::nullopt;
+    return found;
 }
 
 }  // namespace melvorin

@@ -84,8 +84,8 @@ class Recordset {
     const std::vector<Text>& fields() const { return table_.fields; }
     // The number of a field, its name in any case.
     std::optional<std::size_t> columnOf(TextView name) const;
-    // The first row from `from` on, and then from the first row on, whose text in the column
-    // begins so, in any case.
+    // The first row from `from` on, and then from the first row on, whose text in the column is
+    // this one, in any case; where there is none, the first that begins so.
     std::optional<std::size_t> rowBeginningWith(TextView text, std::size_t column,
                                                 std::size_t from) const;
 

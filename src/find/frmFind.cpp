@@ -10,7 +10,7 @@ enum ControlId { kFindme = 101, kReplaceme, kChWord, kChCase, kFindNext, kReplac
 // Pixels at 96 dpi: one spacing for everything.
 constexpr int kMargin = 12;
 constexpr int kGap = 8;
-constexpr int kLabelWidth = 84;
+constexpr int kLabelWidth = 92;
 constexpr int kBoxWidth = 270;
 constexpr int kBoxHeight = 24;
 constexpr int kListHeight = 200;

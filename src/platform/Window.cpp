@@ -179,14 +179,26 @@ LRESULT ModelessDialog::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
     return Window::passOn(message, wParam, lParam);
 }
 
-HFONT uiFont() {
-    static const HFONT font = [] {
+namespace {
+
+HFONT& currentUiFont() {
+    static HFONT font = [] {
         NONCLIENTMETRICSW metrics{};
         metrics.cbSize = sizeof metrics;
         ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
         return ::CreateFontIndirectW(&metrics.lfMessageFont);
     }();
     return font;
+}
+
+}  // namespace
+
+HFONT uiFont() {
+    return currentUiFont();
+}
+
+HFONT exchangeUiFont(HFONT font) {
+    return std::exchange(currentUiFont(), font);
 }
 
 HWND createControl(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, int id,

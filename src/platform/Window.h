@@ -113,6 +113,9 @@ class ModelessDialog : public Window {
 
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
+// Gives windows that are created from now on another font, which the caller owns and keeps alive
+// until it has put the former one, which is returned, back.
+HFONT exchangeUiFont(HFONT font);
 
 // A visible control in the program's font, at `place` in device pixels of its parent, which owns
 // it. Null when Windows refuses.

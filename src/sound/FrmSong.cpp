@@ -123,7 +123,8 @@ LRESULT FrmSong::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-// Enter plays wherever the focus is, so a folder is opened by the space bar.
+// Enter plays wherever the focus is, so a folder is opened by the space bar; on a file it plays
+// too.
 bool FrmSong::onKeyDown(WPARAM key) {
     if (key == VK_RETURN) {
         play();
@@ -131,6 +132,10 @@ bool FrmSong::onKeyDown(WPARAM key) {
     }
     if (key == VK_SPACE && ::GetFocus() == item(Dir)) {
         openChosenFolder();
+        return true;
+    }
+    if (key == VK_SPACE && ::GetFocus() == item(Files)) {
+        play();
         return true;
     }
     return false;
@@ -207,6 +212,13 @@ void FrmSong::chooseFile() {
     showPath(Path2_);
 }
 
+void FrmSong::chooseFirstFile() {
+    if (chosen(Files) || names_.empty())
+        return;
+    ::SendMessageW(item(Files), LB_SETCURSEL, 0, 0);
+    chooseFile();
+}
+
 void FrmSong::showPath(const Text& path) {
     Path_ = path;
     ::SetWindowTextW(item(Path), wide(path));
@@ -215,6 +227,7 @@ void FrmSong::showPath(const Text& path) {
 // ---- Play and stop ----------------------------------------------------------------------------
 
 void FrmSong::play() {
+    chooseFirstFile();
     // The focus goes first: a control that is disabled while it has it would keep the keys.
     Stopcmd_.setEnabled(true);
     if (::IsWindowVisible(handle())) {

@@ -53,6 +53,8 @@ class FrmSong : public ModelessDialog {
     void showFolder(const Text& folder);
     void openChosenFolder();
     void chooseFile();
+    // Where none is chosen.
+    void chooseFirstFile();
     void showPath(const Text& path);
     void play();
     void stop();

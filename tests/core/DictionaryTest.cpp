@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "TestDiagrams.h"
+#include "cli/ChordReport.h"
 #include "cli/NativeFiles.h"
 #include "dictionary/BookLookup.h"
 #include "dictionary/ChordDictionary.h"
@@ -204,14 +205,113 @@ TEST(ChordDictionary, FindsAndShows) {
     }
 }
 
+TEST(MajorSymbol, IsForACapitalMBehindTheRoot) {
+    const struct {
+        TextView typed;
+        const char* symbol;  // empty for none
+    } cases[] = {
+        {u"CM", "C"},      {u"CM7", "C7+"},   {u"C#M7", "C#7+"},    {u"BbM7", "Bb7+"},
+        {u"CM9", "C7+/9"}, {u"cM7", "C7+"},   {u"CM7/E", "C7+/E"},  {u"CM/G", "C/G"},
+        {u"CMaj7", "C7+"}, {u"CMAJ7", "C7+"}, {u"AM7#5", "A7+/5#"}, {u"FM7(#11)", "F7+/11#"},
+        {u"Cm7", ""},      {u"cm7", ""},      {u"CmM7", ""},        {u"CMin7", ""},
+        {u"CMIN7", ""},    {u"C7M", ""},      {u"C", ""},           {u"", ""},
+        {u"C Major", ""},  {u"CMx", ""},      {u"M7", ""},          {u"##", ""},
+    };
+    for (const auto& [typed, symbol] : cases)
+        EXPECT_EQ(toUtf8(majorSymbol(typed).value_or(Text())), symbol) << toUtf8(typed);
+}
+
+// Each chord of the book in its own row; "CM7" finds Cm7, as the database compares without case.
+constexpr const char* kMinors =
+    "create table Borrower(Fname text, Course text, Mname text, Refum text, Refdois text,"
+    " Reftres text, Refquatro text, Refcinco text);"
+    "create table Diagram(Font text, Character text, Frets text, Fingers text);"
+    "insert into Borrower values"
+    " ('C','C Major','09','a','A','§','§','§'), ('Cm','C Minor','09','d','D','§','§','§'),"
+    " ('Cm7','C Minor Seventh','09','3','Ø','§','§','§'),"
+    " ('C7+','C Major Seventh','09','5','ç','§','§','§'),"
+    " ('Cmaj7','C Major Seventh','09','5','ç','§','§','§'),"
+    " ('Cm/G','C Minor over G','10','5','ç','§','§','§'),"
+    " ('C/G','C Major over G','10','3','Ø','§','§','§'),"
+    " ('Gm','G Minor','31','d','D','§','§','§'), ('G4','G Fourth','31','4','Ù','§','§','§'),"
+    " ('G11','G Added Eleventh','31','ä','Ä','§','§','§');"
+    "insert into Diagram values ('09','5','x32000','-32---'), ('09','3','x35343','-13121'),"
+    " ('31','ä','320013','32--14')";
+
+TEST(ChordDictionary, OffersTheMajorChordThatACapitalMMeans) {
+    Folder folder;
+    folder.run(kMinors);
+    Dictionary panel;
+    ChordDictionary& dictionary = panel.dictionary;
+    ASSERT_TRUE(dictionary.open(folder.path(), panel.files));
+    const struct {
+        TextView search;
+        const char* found;
+        const char* offered;  // symbol|caption
+    } cases[] = {
+        {u"CM7", "C Minor Seventh", "C7+|Major seventh: C7+"},
+        {u"CM", "C Minor", "C|Major: C"},
+        {u"CM/G", "C Minor over G", "C/G|Major over G: C/G"},
+        {u"Cm7", "C Minor Seventh", ""},
+        {u"CMaj7", "C Major Seventh", ""},  // found already
+        {u"GM", "G Minor", ""},             // this book has no G major
+        {u"CM9", "G Minor", ""},            // not found at all
+        {u"Gadd4", "G Added Eleventh", ""},
+        {u"Gsus4", "G Fourth", ""},
+    };
+    const auto offered = [&] {
+        const auto& other = dictionary.otherReading();
+        return other ? toUtf8(other->symbol + u"|" + other->caption) : "";
+    };
+    for (const auto& [search, found, expected] : cases) {
+        dictionary.find(search, SearchField::Symbol);
+        EXPECT_EQ(toUtf8(dictionary.shown().LB), found) << toUtf8(search);
+        EXPECT_EQ(offered(), expected) << toUtf8(search);
+        const std::optional<std::size_t> row = dictionary.records().position();
+        if (row) {
+            EXPECT_EQ(dictionary.records().field(u"Course"), dictionary.shown().LB);
+        }
+    }
+    dictionary.find(u"CM7", SearchField::Symbol);
+    dictionary.moveNext();
+    EXPECT_EQ(offered(), "") << "the search is over";
+    dictionary.find(u"CM7", SearchField::Name);
+    EXPECT_EQ(offered(), "") << "a name has no such sign";
+}
+
+TEST(ChordReport, ReadsACapitalMAsMajor) {
+    Folder folder;
+    folder.run(kMinors);
+    ChordReport book;
+    ASSERT_TRUE(book.open(fromUtf8(folder.file())));
+    const struct {
+        TextView chord;
+        const char* begin;  // of the report; empty where there is no such chord
+    } cases[] = {
+        {u"CM7", "C7+\tC Major Seventh\t09\t5\tx32000\t-32---\n"},
+        {u"cm7", "Cm7\tC Minor Seventh\t09\t3\tx35343\t-13121\n"},
+        {u"CM", "C\tC Major\t"},
+        {u"c minor", "Cm\tC Minor\t"},
+        {u"GM", ""},  // and not its minor chord
+        {u"Gadd4", "G11\tG Added Eleventh\t31\tä\t320013\t32--14\n"},
+    };
+    for (const auto& [chord, begin] : cases) {
+        std::string report;
+        EXPECT_EQ(static_cast<bool>(book.describe(chord, report)), *begin != '\0');
+        EXPECT_EQ(report.substr(0, std::string(begin).size()), begin);
+        EXPECT_EQ(report.empty(), *begin == '\0');
+    }
+}
+
 TEST(Recordset, FindsWhatBeginsSo) {
     const Recordset records =
-        recordsOf({{u"Name"}, {{u"C"}, {u"Dm"}, {std::nullopt}, {u"dm7"}, {u"E"}}});
+        recordsOf({{u"Name"}, {{u"C"}, {u"Dm"}, {std::nullopt}, {u"dm7"}, {u"E7"}, {u"E"}}});
     const struct {
         TextView text;
         std::size_t from;
         std::optional<std::size_t> row;
-    } cases[] = {{u"d", 0, 1}, {u"DM", 2, 3}, {u"d", 4, 1}, {u"e", 7, 4}, {u"x", 0, {}}};
+    } cases[] = {{u"d", 0, 1}, {u"d", 2, 3},  {u"d", 4, 1}, {u"DM", 2, 1},
+                 {u"e", 1, 5}, {u"e7", 5, 4}, {u"x", 0, {}}};  // an exact row comes first
     for (const auto& [text, from, row] : cases)
         EXPECT_EQ(records.rowBeginningWith(text, 0, from), row) << toUtf8(text) << from;
     EXPECT_EQ(Recordset().rowBeginningWith(u"C", 0, 0), std::nullopt);
@@ -407,23 +507,28 @@ TEST(PanelLayout, PartsNeitherOverlapNorLeaveThePanel) {
         for (const PanelView view : {PanelView::Search, PanelView::Diagrams, PanelView::Grid}) {
             for (const PanelNotice notice :
                  {PanelNotice::None, PanelNotice::Strip, PanelNotice::Page}) {
-                const PanelLayout layout = layoutPanel(view, notice, width, height, dpi);
-                std::vector<Area> placed;
-                for (const Area& area : layout.areas) {
-                    if (area.width <= 0 || area.height <= 0)
+                for (const bool other : {false, true}) {
+                    const PanelLayout layout = layoutPanel(view, notice, other, width, height, dpi);
+                    std::vector<Area> placed;
+                    for (const Area& area : layout.areas) {
+                        if (area.width <= 0 || area.height <= 0)
+                            continue;
+                        EXPECT_TRUE(area.left >= 0 && area.top >= 0 &&
+                                    area.left + area.width <= width &&
+                                    area.top + area.height <= height)
+                            << width << "x" << height;
+                        for (const Area& former : placed)
+                            EXPECT_FALSE(overlap(area, former)) << width << "x" << height;
+                        placed.push_back(area);
+                    }
+                    if (!isUsual || notice == PanelNotice::Page)
                         continue;
-                    EXPECT_TRUE(area.left >= 0 && area.top >= 0 &&
-                                area.left + area.width <= width && area.top + area.height <= height)
-                        << width << "x" << height;
-                    for (const Area& other : placed)
-                        EXPECT_FALSE(overlap(area, other)) << width << "x" << height;
-                    placed.push_back(area);
+                    EXPECT_GE(layout[PanelPart::GB6].width, 34 * dpi / 96);
+                    EXPECT_GE(layout[PanelPart::GB6].height, 45 * dpi / 96);
+                    EXPECT_EQ(layout[PanelPart::dtaDel].height > 0, view == PanelView::Grid);
+                    EXPECT_EQ(layout[PanelPart::Other].height > 0,
+                              other && view != PanelView::Grid);
                 }
-                if (!isUsual || notice == PanelNotice::Page)
-                    continue;
-                EXPECT_GE(layout[PanelPart::GB6].width, 34 * dpi / 96);
-                EXPECT_GE(layout[PanelPart::GB6].height, 45 * dpi / 96);
-                EXPECT_EQ(layout[PanelPart::dtaDel].height > 0, view == PanelView::Grid);
             }
         }
     }

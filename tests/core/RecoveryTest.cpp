@@ -20,12 +20,13 @@ std::string hex(std::string_view name) {
 }
 
 void expectEqual(const RunState& a, const RunState& b) {
-    EXPECT_EQ(a.path, b.path);
-    EXPECT_EQ(a.mark, b.mark);
+    EXPECT_EQ(a.origin.path, b.origin.path);
+    EXPECT_EQ(a.origin.mark, b.origin.mark);
+    EXPECT_EQ(a.origin.format, b.origin.format);
+    EXPECT_EQ(a.origin.loss, b.origin.loss);
     EXPECT_EQ(a.current, b.current);
     EXPECT_EQ(a.floor, b.floor);
     EXPECT_EQ(a.dirty, b.dirty);
-    EXPECT_EQ(a.format, b.format);
     ASSERT_EQ(a.snapshots.size(), b.snapshots.size());
     for (std::size_t i = 1; i < a.snapshots.size(); ++i) {
         EXPECT_EQ(a.snapshots[i].path, b.snapshots[i].path) << i;
@@ -56,11 +57,12 @@ class RandomRun {
                     history.stepForward();
                 break;
             case 2:
-                format = {static_cast<TextEncoding>(random_() % 5), random_() % 2 ? 932U : 0U,
-                          static_cast<LineEnd>(random_() % 3),
-                          static_cast<FinalLineEnd>(random_() % 3)};
-                path = random_() % 3 == 0 ? Text() : Text(u"C:\\S\u00F6nge\\\xD800 1.mvt");
-                mark = path.empty() ? std::nullopt : std::optional(markOf("a file"));
+                origin.format = {static_cast<TextEncoding>(random_() % 5),
+                                 random_() % 2 ? 932U : 0U, static_cast<LineEnd>(random_() % 3),
+                                 static_cast<FinalLineEnd>(random_() % 3)};
+                origin.loss = random_() % 2 ? u"1 table" : u"";
+                origin.path = random_() % 3 == 0 ? Text() : Text(u"C:\\S\u00F6nge\\\xD800 1.mvt");
+                origin.mark = origin.path.empty() ? std::nullopt : std::optional(markOf("a file"));
                 dirty = false;
                 history.setFloor();
                 break;
@@ -77,9 +79,9 @@ class RandomRun {
         }
         keep();
     }
-    void keep() { journal.keep(path, mark, format, history, dirty); }
+    void keep() { journal.keep(origin, history, dirty); }
     RunState state() const {
-        RunState run{path, mark, {}, history.current(), history.floor(), dirty, format};
+        RunState run{origin, {}, history.current(), history.floor(), dirty};
         run.snapshots.emplace_back();
         for (int i = 1; i <= history.count(); ++i)
             run.snapshots.push_back(history.snapshot(i));
@@ -90,10 +92,8 @@ class RandomRun {
     MemoryFiles disk;
     SnapshotHistory history{disk};
     RunJournal journal{disk};
-    Text path;
-    std::optional<FileMark> mark;
+    DocumentOrigin origin;
     bool dirty = false;
-    TextFormat format;
 
   private:
     std::mt19937 random_;
@@ -117,7 +117,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
         journal.begin();
         history.adopt(whole.snapshots, whole.current, whole.floor);
         journal.keepAll(history);
-        journal.keep(run.path, run.mark, run.format, history, run.dirty);
+        journal.keep(run.origin, history, run.dirty);
         expectEqual(replayJournal(other.content.at(u"C:\\Temp\\bbj1.tmp"), u"C:\\Temp").value(),
                     whole);
     }
@@ -198,11 +198,11 @@ void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
     journal.begin();
     for (int i = 0; i <= changes; ++i) {
         history.record("{\\rtf1 " + toUtf8(path) + std::to_string(i) + "}", i);
-        journal.keep(path, markOf("x"), {}, history, i > 0);
+        journal.keep({path, markOf("x"), {}, {}}, history, i > 0);
     }
     for (int i = 0; i < undone; ++i)
         history.stepBack();
-    journal.keep(path, markOf("x"), {}, history, changes > 0);
+    journal.keep({path, markOf("x"), {}, {}}, history, changes > 0);
 }
 
 TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
@@ -216,12 +216,12 @@ TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
     RunJournal livingJournal(disk);
     livingJournal.begin();
     livingHistory.record("{\\rtf1 alive}", 0);
-    livingJournal.keep({}, {}, {}, livingHistory, true);
+    livingJournal.keep({}, livingHistory, true);
 
     std::vector<Remains> remains = remainsOf(disk);
     ASSERT_EQ(remains.size(), 2U);
-    EXPECT_EQ(remains[0].state.path, u"second");
-    EXPECT_EQ(remains[1].state.path, u"first");
+    EXPECT_EQ(remains[0].state.origin.path, u"second");
+    EXPECT_EQ(remains[1].state.origin.path, u"first");
     EXPECT_EQ(remains[1].state.current, 3);
     EXPECT_EQ(remains[1].state.snapshots.size(), 5U);
     EXPECT_TRUE(remains[1].isLast);

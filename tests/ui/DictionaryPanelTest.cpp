@@ -111,6 +111,46 @@ TEST_F(DictionaryTest, FindsBySymbolAndByName) {
     EXPECT_EQ(program.messages.boxes.size(), 2U);
 }
 
+// "CM7" finds Cm7, as the table is searched without case; what it means is one key away.
+TEST_F(DictionaryTest, ACapitalMOffersTheMajorChord) {
+    start();
+    EXPECT_FALSE(isVisible(Other));
+    for (const WPARAM pressed : {WPARAM{VK_RETURN}, WPARAM{VK_SPACE}, WPARAM{0}}) {
+        panel().choose(SearchField::Symbol);
+        find(u"CM7");
+        EXPECT_EQ(text(LB), "C Minor Seventh");
+        ASSERT_TRUE(isVisible(Other));
+        EXPECT_EQ(text(Other), "Major seventh: C7+");
+        ::SetFocus(panel().part(Command1));
+        for (int i = 0; i < 40 && pressed != 0 && ::GetFocus() != panel().part(Other); ++i)
+            key(::GetFocus(), VK_TAB);
+        if (pressed != 0) {
+            ASSERT_EQ(::GetFocus(), panel().part(Other));
+            ::PostMessageW(panel().part(Other), WM_KEYDOWN, pressed, 1);
+            ::PostMessageW(panel().part(Other), WM_KEYUP, pressed, 1);
+            program.pump();
+        } else {
+            panel().press(Other);
+        }
+        EXPECT_EQ(text(LB), "C Major Seventh") << pressed;
+        EXPECT_EQ(text(TS1), "C7+");
+        EXPECT_FALSE(isVisible(Other));
+        EXPECT_EQ(::GetFocus(), panel().part(TS1));
+    }
+    find(u"CM/G");
+    EXPECT_EQ(text(Other), "Major over G: C/G");
+    // The line belongs to the search.
+    panel().press(Next);
+    EXPECT_FALSE(isVisible(Other));
+    find(u"CM");
+    EXPECT_EQ(text(Other), "Major: C");
+    panel().press(GB10);
+    EXPECT_FALSE(isVisible(Other));
+    find(u"Cm");
+    EXPECT_FALSE(isVisible(Other));
+    EXPECT_TRUE(program.messages.boxes.empty());
+}
+
 TEST_F(DictionaryTest, GridAndDataControlShowTheSameRecord) {
     start();
     panel().press(GB10);
@@ -136,6 +176,17 @@ TEST_F(DictionaryTest, GridAndDataControlShowTheSameRecord) {
     ::SendMessageW(panel().part(dtaDel), WM_CHAR, u'F', 1);
     EXPECT_EQ(cell(selectedRow(), 0), "F");
     EXPECT_EQ(text(LB), "F Major");
+    // An exact row comes before the next that begins so, as "A7/9" behind "A7" does.
+    for (const wchar_t* typed : {L"a", L"A7", L"F#m"}) {
+        LVFINDINFOW wanted{};
+        wanted.flags = LVFI_STRING | LVFI_PARTIAL | LVFI_WRAP;
+        wanted.psz = typed;
+        const int from = selectedRow();
+        const auto row = ::SendMessageW(panel().part(dtaDel), LVM_FINDITEMW,
+                                        static_cast<WPARAM>(from), lparamOf(&wanted));
+        EXPECT_TRUE(equalWithoutCase(fromUtf8(cell(static_cast<int>(row), 0)), textOf(typed)));
+        ListView_SetItemState(panel().part(dtaDel), row, LVIS_SELECTED, LVIS_SELECTED);
+    }
     panel().press(GB7);
     panel().choose(SearchField::Symbol);
     find(u"Bb");

@@ -128,11 +128,42 @@ TEST_F(Song, EnterPlaysWhereverTheFocusIs) {
     }
 }
 
-// What is no MIDI file is refused, the wave files that are listed too.
+TEST_F(Song, WithoutAChoiceTheFirstFilePlays) {
+    const auto first = [&] { return openOf(file(u"1 E (thin).MID")); };
+    const auto playsFirst = [&](const char* how) {
+        EXPECT_EQ(sent(), (Commands{"close canyon", first(), "play canyon"})) << how;
+        EXPECT_EQ(::SendMessageW(item(FrmSong::Files), LB_GETCURSEL, 0, 0), 0) << how;
+        EXPECT_EQ(pathLabel(), file(u"1 E (thin).MID")) << how;
+        click(FrmSong::Stopcmd);
+        ::SendMessageW(item(FrmSong::Files), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+        sent();
+    };
+    click(FrmSong::Play);
+    playsFirst("click");
+    press(FrmSong::Dir, VK_RETURN);
+    playsFirst("Enter");
+    press(FrmSong::Files, VK_SPACE);
+    playsFirst("Space");
+    EXPECT_TRUE(program.messages.boxes.empty());
+}
+
+TEST_F(Song, SpacePlaysTheFileInTheList) {
+    choose(FrmSong::Files, 1);
+    press(FrmSong::Files, VK_SPACE);
+    EXPECT_EQ(sent(), (Commands{"close canyon", openOf(file(u"2 B.mid")), "play canyon"}));
+}
+
+// What is no MIDI file is refused, the wave files that are listed too, and a folder without any.
 TEST_F(Song, RefusesEverythingElse) {
-    for (const bool isChosen : {false, true}) {
-        if (isChosen)
+    for (const bool isChosen : {true, false}) {
+        if (isChosen) {
             choose(FrmSong::Files, 2);
+        } else {
+            choose(FrmSong::Dir, rows(FrmSong::Dir).size() - 1);
+            ::DeleteFileW(wide(files.back()));
+            notify(FrmSong::Dir, LBN_DBLCLK);
+            EXPECT_EQ(rows(FrmSong::Files), Commands{});
+        }
         click(FrmSong::Play);
         ASSERT_FALSE(program.messages.boxes.empty());
         const ShownMessage& box = program.messages.boxes.back();
@@ -171,10 +202,8 @@ TEST_F(Song, OtherFoldersAreOpenedByMouseAndKeyboard) {
     EXPECT_EQ(pathLabel(), file(u"Bass"));
     // The file of the former folder is not the one to play.
     click(FrmSong::Play);
-    EXPECT_EQ(sent(), Commands{});
-    EXPECT_EQ(program.messages.boxes.size(), 1U);
+    EXPECT_EQ(sent().at(1), openOf(file(u"Bass\\4 E.mid")));
     click(FrmSong::Stopcmd);
-    choose(FrmSong::Files, 0);
     sent();
     press(FrmSong::Files, VK_RETURN);
     EXPECT_EQ(sent().at(1), openOf(file(u"Bass\\4 E.mid")));

@@ -47,12 +47,13 @@ def fingers_text(shape):
     return "".join(str(f) if f else "-" for f in grip(shape).fingers)
 
 
-def chord_shapes(kind, root):
-    """The shapes for one slot; the root is a pitch class."""
+def chord_shapes(kind, root, usual=None):
+    """The shapes for one slot; the root is a pitch class. `usual` is the first shape of the same
+    chord over its root."""
     tones = kind.tones(root)
     fewest = 3 if len(tones) < 4 else 4
     candidates = shapes(tones, kind.essential(root), kind.bass_tone(root), fewest)
-    best = best_shapes(candidates, tones, root, kind.third(root), len(kind.slot))
+    best = best_shapes(candidates, tones, root, kind.third(root), len(kind.slot), usual)
     if len(best) < len(kind.slot):
         raise BookError(
             f"{kind.suffix!r} over {kind.bass}: {len(best)} shapes for {len(kind.slot)} characters"
@@ -66,6 +67,17 @@ def with_other_symbols(root, kind):
     return symbol, name, tuple(root + suffix.format(bass) for suffix in kind.also)
 
 
+def all_shapes(kinds):
+    """The shapes of every kind over every pitch class, by both."""
+    found = {(p, k): chord_shapes(k, p) for k in kinds if k.bass == "1" for p in range(12)}
+    usual = {(p, k.suffix): shapes[0] for (p, k), shapes in found.items()}
+    for kind in kinds:
+        if kind.bass != "1":
+            for p in range(12):
+                found[p, kind] = chord_shapes(kind, p, usual[p, kind.suffix])
+    return found
+
+
 def make_book():
     """All entries, root by root in the order of the kinds."""
     kinds = read_kinds()
@@ -74,7 +86,7 @@ def make_book():
     ]
     check_searches("symbol", [text for _, _, symbol, _, also in chords for text in (symbol, *also)])
     check_searches("name", [name for _, _, _, name, _ in chords])
-    found = {(p, kind): chord_shapes(kind, p) for kind in kinds for p in range(12)}
+    found = all_shapes(kinds)
     return [Entry(*chord, found[pitch(chord[0]), chord[1]]) for chord in chords]
 
 

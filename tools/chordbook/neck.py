@@ -14,6 +14,7 @@ REACH = 3  # highest less lowest fret under the fingers
 OPEN_REACH = 5  # shapes with open strings stay below this fret
 MOST_FINGERS = 4
 INDEX = 1
+MIDDLE = 2
 LONGEST_BARRE = {2: 2, 3: 3, 4: 2}  # strings under one finger other than the index
 
 

@@ -1,10 +1,10 @@
 """Orders the shapes of a chord as guitarists do, and picks a few that differ.
 
-The weights were fitted to about a hundred everyday chords, so that the shape that people play
-comes first with something to spare, and then rounded by hand.
+The weights were fitted to about a hundred everyday chords and as many over another bass, so that
+the shape that people play comes first with something to spare, and then rounded by hand.
 """
 
-from neck import MUTED, grip
+from neck import INDEX, MIDDLE, MUTED, grip
 
 OPEN_PITCHES = (40, 45, 50, 55, 59, 64)
 
@@ -33,6 +33,23 @@ WEIGHTS = {
     "half step": 0.10,
     "little finger in the bass": 0.70,
     "open beside the bass": 0.45,
+}
+
+# Over another bass people play the chord as they know it, as far as the new bass lets them, and
+# leave out no string of it; a doubled note only muddies the bass. An open string is no position.
+OVER_BASS = WEIGHTS | {
+    "no nut": 0.0,
+    "hand": 0.20,
+    "second barre": 0.45,
+    "open among four": 0.50,
+    "top muted": 0.65,
+    "inner muted": 0.70,
+    "unison": 1.10,
+    "close below": 0.25,
+    "little finger in the bass": 0.60,
+    "unlike the chord": 0.35,  # for every string
+    "low third": 0.60,
+    "index and middle apart": 0.10,
 }
 
 
@@ -77,8 +94,29 @@ def traits(shape, tones, root, third):
     yield "open beside the bass", on_root and shape[bass] > 0 and shape[bass + 1] == 0
 
 
-def cost(shape, tones, root, third):
-    return sum(WEIGHTS[name] * value for name, value in traits(shape, tones, root, third))
+def traits_over_bass(shape, usual):
+    """What counts besides, or instead, where the bass is not the root."""
+    played = [s for s in range(6) if shape[s] != MUTED]
+    bass, above = played[:2]
+    below = OPEN_PITCHES[above] + shape[above] - OPEN_PITCHES[bass] - shape[bass]
+    yield "position", 0 if 0 in shape else min(shape[s] for s in played)
+    yield "unlike the chord", sum(shape[s] != usual[s] for s in played[1:])
+    yield "low third", bass == 0 and below in (3, 4)
+    fingers = grip(shape).fingers
+    if INDEX in fingers and MIDDLE in fingers:
+        index, middle = fingers.index(INDEX), fingers.index(MIDDLE)
+        if shape[index] == shape[middle]:
+            yield "index and middle apart", max(0, abs(index - middle) - 2)
+
+
+def cost(shape, tones, root, third, usual=None):
+    """The less, the better. `usual` is what people play for the same chord over its own root,
+    where the bass is another."""
+    found = dict(traits(shape, tones, root, third))
+    if usual is None:
+        return sum(WEIGHTS[name] * value for name, value in found.items())
+    found.update(traits_over_bass(shape, usual))
+    return sum(OVER_BASS[name] * value for name, value in found.items())
 
 
 def is_variant(one, other):
@@ -92,15 +130,24 @@ def likeness(one, other):
     return (0, 0, 0, 0.5, 1.2, 2.0, 3.0)[same]
 
 
-def best_shapes(candidates, tones, root, third, limit):
+def is_movable(shape):
+    """True for a grip that can go up and down the neck: no open string, a bass one can lead."""
+    return 0 not in shape and min(s for s in range(6) if shape[s] != MUTED) < 2
+
+
+def best_shapes(candidates, tones, root, third, limit, usual=None):
     """The best shapes, best first, each as unlike those before it as its merit allows; a grip is
-    not taken again with strings left out."""
-    ranked = sorted((round(cost(s, tones, root, third), 4), s) for s in candidates)
+    not taken again with strings left out. Of four or more, one can be moved."""
+    ranked = sorted((round(cost(s, tones, root, third, usual), 4), s) for s in candidates)
     picked = []
     while ranked and len(picked) < limit:
-        price, shape = min(
-            (price + sum(likeness(shape, p) for p in picked), shape) for price, shape in ranked
-        )
+        movable = [(price, shape) for price, shape in ranked if is_movable(shape)]
+        if len(picked) == limit - 1 and limit > 3 and all(0 in p for p in picked) and movable:
+            shape = movable[0][1]
+        else:
+            _, shape = min(
+                (price + sum(likeness(shape, p) for p in picked), shape) for price, shape in ranked
+            )
         picked.append(shape)
         ranked = [(p, s) for p, s in ranked if not is_variant(s, shape)]
     return picked

@@ -1,0 +1,239 @@
+// Every window of the program with the system's font and with one that is a step wider, as other
+// versions of Windows have it: nothing is cut off, nothing overlaps.
+#include "Scripted.h"
+
+namespace melvorin::testing {
+namespace {
+
+// Another font for the windows that are opened meanwhile: letters a sixth wider and lines a quarter
+// taller, which is more than there is between the message fonts of Windows XP and Windows 10.
+class WiderFont {
+  public:
+    explicit WiderFont(bool wider) {
+        LOGFONTW font{};
+        ::GetObjectW(uiFont(), sizeof font, &font);
+        const SIZE usual = extentIn(uiFont());
+        SIZE extent = usual;
+        font.lfWidth = averageWidth(uiFont());
+        while (wider && (6 * extent.cx < 7 * usual.cx || 4 * extent.cy < 5 * usual.cy)) {
+            if (4 * extent.cy < 5 * usual.cy)
+                --font.lfHeight;
+            else
+                ++font.lfWidth;
+            font_.reset(::CreateFontIndirectW(&font));
+            extent = extentIn(font_.get());
+        }
+        former_ = exchangeUiFont(font_ ? font_.get() : uiFont());
+    }
+    WiderFont(const WiderFont&) = delete;
+    WiderFont& operator=(const WiderFont&) = delete;
+    ~WiderFont() { exchangeUiFont(former_); }
+
+  private:
+    static LONG averageWidth(HFONT font) {
+        const WindowDc screen(nullptr);
+        const SelectedObject selected(screen.get(), font);
+        TEXTMETRICW metrics{};
+        ::GetTextMetricsW(screen.get(), &metrics);
+        return metrics.tmAveCharWidth;
+    }
+    static SIZE extentIn(HFONT font) {
+        constexpr std::wstring_view sample = L"The quick brown fox jumps over the lazy dog";
+        const WindowDc screen(nullptr);
+        const SelectedObject selected(screen.get(), font);
+        SIZE extent{};
+        ::GetTextExtentPoint32W(screen.get(), sample.data(), static_cast<int>(sample.size()),
+                                &extent);
+        return extent;
+    }
+
+    UniqueFont font_;
+    HFONT former_ = nullptr;
+};
+
+std::string className(HWND window) {
+    wchar_t name[40] = L"";
+    ::GetClassNameW(window, name, 40);
+    return shown(Text(textOf(name)));
+}
+
+struct Part {
+    HWND window;
+    RECT area;  // in the parent's client coordinates
+    std::string kind;
+    std::string caption;
+    LONG_PTR style;
+
+    bool isButton(LONG_PTR type) const { return kind == "Button" && (style & BS_TYPEMASK) == type; }
+    bool isFrame() const { return isButton(BS_GROUPBOX); }
+    bool isOption() const { return kind == "Button" && !isFrame(); }
+    SIZE room() const { return {area.right - area.left, area.bottom - area.top}; }
+};
+
+std::vector<Part> partsOf(HWND parent) {
+    std::vector<Part> parts;
+    for (HWND child = ::GetWindow(parent, GW_CHILD); child != nullptr;
+         child = ::GetWindow(child, GW_HWNDNEXT)) {
+        if (!(::GetWindowLongPtrW(child, GWL_STYLE) & WS_VISIBLE))
+            continue;
+        Part part{child,
+                  {},
+                  className(child),
+                  shown(windowText(child)),
+                  ::GetWindowLongPtrW(child, GWL_STYLE)};
+        ::GetWindowRect(child, &part.area);
+        ::MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&part.area), 2);
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+// What the text of a part takes in its font, in lines as wide as the part where it has several.
+SIZE extentOf(const Part& part) {
+    const auto font = reinterpret_cast<HFONT>(::SendMessageW(part.window, WM_GETFONT, 0, 0));
+    const WindowDc dc(part.window);
+    const SelectedObject selected(dc.get(), font != nullptr ? font : uiFont());
+    RECT area{0, 0, part.room().cx, 0};
+    const Text text = windowText(part.window);
+    const bool wraps = part.kind == "Static" &&
+                       !(part.style & (SS_CENTERIMAGE | SS_ELLIPSISMASK)) &&
+                       (part.style & SS_TYPEMASK) <= SS_RIGHT;
+    UINT format = DT_CALCRECT;
+    if (wraps)
+        format |= DT_WORDBREAK;
+    else if (text.find(u'\n') == Text::npos)
+        format |= DT_SINGLELINE;
+    if (part.style & SS_NOPREFIX && part.kind == "Static")
+        format |= DT_NOPREFIX;
+    ::DrawTextW(dc.get(), wide(text), -1, &area, format);
+    return {area.right, area.bottom};
+}
+
+// What is needed to show the text of a part whole; none where it cannot be cut off, or is meant to.
+SIZE needOf(const Part& part) {
+    if (part.caption.empty() || part.kind == "Edit")
+        return {};
+    if (part.kind == "TarnelButton") {
+        const auto* button = static_cast<const TarnelButton*>(
+            reinterpret_cast<Window*>(::GetWindowLongPtrW(part.window, GWLP_USERDATA)));
+        const Extent ideal = button->idealSize();
+        return {ideal.width - scaled(14), ideal.height - scaled(6)};
+    }
+    if (part.isFrame())
+        return {extentOf(part).cx + scaled(18), 0};
+    if (part.isOption())
+        return {extentOf(part).cx + scaled(18), extentOf(part).cy};
+    const bool shortens = part.style & SS_ELLIPSISMASK;
+    if (part.kind == "Static")
+        return {shortens ? 0 : extentOf(part).cx, extentOf(part).cy};
+    return {};
+}
+
+void expectSound(HWND window, const std::string& name) {
+    SCOPED_TRACE(name);
+    RECT client{};
+    ::GetClientRect(window, &client);
+    const std::vector<Part> parts = partsOf(window);
+    EXPECT_FALSE(parts.empty());
+    for (const Part& part : parts) {
+        const std::string what = part.kind + " \"" + part.caption + "\"";
+        EXPECT_TRUE(part.area.left >= 0 && part.area.top >= 0 && part.area.right <= client.right &&
+                    part.area.bottom <= client.bottom)
+            << what << " leaves the window";
+        const SIZE need = needOf(part);
+        EXPECT_LE(need.cx, part.room().cx) << what << " is too narrow";
+        EXPECT_LE(need.cy, part.room().cy) << what << " is too low";
+        for (const Part& other : parts) {
+            RECT common{};
+            if (part.window < other.window && part.isFrame() == other.isFrame()) {
+                EXPECT_FALSE(::IntersectRect(&common, &part.area, &other.area))
+                    << what << " and " << other.kind << " \"" << other.caption << "\"";
+            }
+        }
+    }
+}
+
+constexpr const wchar_t* kModal[] = {L"MelvorinfrmAbout", L"MelvorinFrmCifraCreator"};
+std::string modalName;
+
+// Looks at the modal window that is open, and closes it.
+void CALLBACK lookAtModal(HWND, UINT, UINT_PTR, DWORD) {
+    for (const wchar_t* name : kModal) {
+        const HWND window = ::FindWindowW(name, nullptr);
+        if (modalName.empty() || window == nullptr || !::IsWindowVisible(window))
+            continue;
+        expectSound(window, std::exchange(modalName, ""));
+        ::PostMessageW(window, WM_CLOSE, 0, 0);
+    }
+}
+
+// Every window in turn, as a user opens them.
+void lookAtAll(Program& program, const std::string& font) {
+    Form1& form = *program.form;
+    const auto look = [&](HWND window, const char* name) {
+        program.pump();
+        ASSERT_TRUE(window != nullptr && ::IsWindowVisible(window)) << name;
+        expectSound(window, name + font);
+    };
+    const auto lookAndHide = [&](HWND window, const char* name) {
+        look(window, name);
+        ::ShowWindow(window, SW_HIDE);
+    };
+    program.command(Command::mnuFont);
+    lookAndHide(form.fontWindow().handle(), "font and colours");
+    program.command(Command::mnuFind);
+    lookAndHide(form.findWindow().handle(), "find");
+    program.command(Command::mnuTab);
+    lookAndHide(form.tabWindow().handle(), "tablature");
+    program.command(Command::mnuDps);
+    lookAndHide(form.songWindow().handle(), "tuner");
+
+    program.command(Command::mnuEditDic);
+    DictionaryPanel& dictionary = form.dictionaryPanel();
+    ::SetWindowTextW(dictionary.part(PanelPart::TS1), L"C#M7");
+    dictionary.press(PanelPart::Command1);
+    EXPECT_TRUE(::IsWindowVisible(dictionary.part(PanelPart::Other)));
+    look(dictionary.handle(), "dictionary");
+    dictionary.press(PanelPart::Gb9);
+    look(dictionary.handle(), "dictionary, expanded");
+    dictionary.press(PanelPart::GB15);
+    look(dictionary.handle(), "dictionary, table");
+    dictionary.press(PanelPart::GB8);
+
+    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, lookAtModal);
+    for (const Command command : {Command::mnuFileAbout, Command::mnuEditCifra}) {
+        modalName = (command == Command::mnuFileAbout ? "About" : "creator") + font;
+        program.command(command);
+        EXPECT_TRUE(modalName.empty()) << modalName << " did not come";
+    }
+    ::KillTimer(nullptr, timer);
+
+    program.command(Command::mnuFullScreen);
+    frmFScreenB& panel = form.fullScreen().panel();
+    program.waitUntil([&] { return panel.isPrepared(); });
+    look(panel.handle(), "panel of the full screen");
+    const auto press = [&](int button) {
+        ::SendMessageW(::GetDlgItem(panel.handle(), button), BM_CLICK, 0, 0);
+    };
+    press(frmFScreenB::Command8);
+    const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
+    look(enlarge, "small bar");
+    ::SendMessageW(::GetWindow(enlarge, GW_CHILD), BM_CLICK, 0, 0);
+    press(frmFScreenB::Command4);
+    look(panel.bar().handle(), "bar of a run");
+}
+
+TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
+    for (const bool wider : {false, true}) {
+        const WiderFont font(wider);
+        ScratchFolder folder;
+        Program program;
+        program.program.programFolder = Win32ProgramFolder().folder();
+        ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  G\r\nA word\r\nof song\r\n")));
+        lookAtAll(program, wider ? ", wider" : "");
+        EXPECT_TRUE(program.messages.boxes.empty());
+    }
+}
+
+}  // namespace
+}  // namespace melvorin::testing
