@@ -64,8 +64,8 @@ class RtfLexer {
     std::size_t at_;
 };
 
-// Takes the stand-ins behind a \u, at most `count`, from the lexer, which has just given the \u. The
-// offset behind them.
+// Takes the stand-ins behind a \u, at most `count`, from the lexer, which has just given the \u.
+// The offset behind them.
 std::size_t takeStandIns(RtfLexer& lexer, std::int32_t count);
 
 }  // namespace melvorin

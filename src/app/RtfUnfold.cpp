@@ -400,7 +400,7 @@ std::string unfoldRtf(std::string_view rtf) {
     return Unfolder(rtf).run();
 }
 
-std::string withTableRows(std::string rtf) {
+std::string withTableRows(const std::string& rtf) {
     return rtf.find("\\trowd") == std::string::npos ? rtf : Unfolder(rtf).markRows();
 }
 
