@@ -3,9 +3,13 @@
 
 #include "Checks.h"
 #include "MemoryFiles.h"
+#include "app/DocumentLoss.h"
 #include "app/RecentFiles.h"
 #include "app/RtfCheck.h"
 #include "app/RtfMap.h"
+#include "app/RtfReader.h"
+#include "app/RtfRepair.h"
+#include "app/RtfUnfold.h"
 #include "app/RunJournal.h"
 #include "cli/Cli.h"
 #include "dictionary/Recordset.h"
@@ -96,6 +100,10 @@ std::vector<Text> linesOf(std::string_view bytes) {
 }  // namespace
 
 void checkRichText(std::string_view bytes) {
+    const RtfContents contents = readRtf(bytes);
+    const Text loss = lossInWords(contents, contents.text, bytes);
+    require(loss.empty() || contents.textBehind || !contents.labels.empty(),
+            "a document loses nothing to itself", loss);
     const RtfVerdict verdict = checkRtf(bytes);
     if (verdict.kind != RtfVerdict::Kind::Ok)
         return require(!verdict.sentence.empty(), "a refusal has a reason", shown(bytes));
@@ -103,6 +111,10 @@ void checkRichText(std::string_view bytes) {
     const RtfVerdict again = checkRtf(document);
     require(again.kind == RtfVerdict::Kind::Ok && again.document == document,
             "what was accepted is accepted as it is", shown(bytes));
+    require(withLostCharacters(document, contents.text).size() >= document.size(),
+            "nothing is taken from what a control wrote", shown(bytes));
+    require(readRtf(withTableRows(document)).tableRows >= readRtf(document).tableRows,
+            "rows that are marked are rows", shown(bytes));
     if (const auto map = RtfMap::parse(document))
         checkMap(*map, document);
 }

@@ -29,6 +29,8 @@ char16_t folded(char16_t c) {
     // A symbol font's characters by their bytes.
     if (c >= u'\uF020' && c <= u'\uF0FF')
         return latinCharacter(static_cast<unsigned char>(c & 0xFF));
+    if (c == u'\u00B7')
+        return u'\u2022';
     return c == u'\u2010' || c == u'\u2011' ? u'-' : c;
 }
 
@@ -79,12 +81,22 @@ std::size_t missingWords(const std::vector<Text>& wanted, TextView present) {
         }));
 }
 
-Text withoutLabels(const RtfContents& contents) {
+// What a bullet is where the symbol font is not known in which it is one.
+bool isBullet(TextView label) {
+    constexpr TextView bullets = u"v\u00A7\u00D8\u00FC";
+    const std::size_t at = label.find_first_not_of(u" \t");
+    return at != TextView::npos && bullets.find(label[at]) != TextView::npos &&
+           label.find_first_not_of(u" \t", at + 1) == TextView::npos;
+}
+
+// The text with each label as `written` says.
+template <class Written>
+Text withLabels(const RtfContents& contents, const Written& written) {
     Text text;
     std::size_t copied = 0;
     for (const RtfContents::Part& label : contents.labels) {
         text.append(contents.text, copied, label.begin - copied);
-        text += u' ';
+        text += written(TextView(contents.text).substr(label.begin, label.length));
         copied = label.begin + label.length;
     }
     return text.append(contents.text, copied);
@@ -109,9 +121,14 @@ std::size_t fewer(std::size_t then, std::size_t now) {
 
 Text lossInWords(const RtfContents& file, TextView shown, std::string_view written) {
     const RtfContents kept = readRtf(written);
-    const std::vector<Text> words = wordsOf(withoutLabels(file));
+    const std::vector<Text> words =
+        wordsOf(withLabels(file, [](TextView) { return TextView(u" "); }));
     const std::size_t lost = std::max(missingWords(words, shown), missingWords(words, kept.text));
-    const std::size_t lostWithLabels = missingWords(wordsOf(file.text), kept.text);
+    const auto bulleted = [](TextView label) {
+        return isBullet(label) ? TextView(u"\u2022 ") : label;
+    };
+    const std::size_t lostWithLabels =
+        missingWords(wordsOf(withLabels(file, bulleted)), withLabels(kept, bulleted));
 
     List list;
     list.add(lost, u"word", u"words");

@@ -102,6 +102,7 @@ struct State {
     std::int32_t skip = 1;
     bool isHidden = false;
     bool isLabel = false;
+    bool inLabel = false;  // in this group or one around it
     bool started = false;
     bool starred = false;
     std::size_t children = 0;
@@ -173,8 +174,13 @@ RtfContents Reader::read() {
     }
     flush();
     contents_.textBehind = isBehind();
-    if (contents_.text.ends_with(u'\r'))
+    if (contents_.text.ends_with(u'\r')) {
         contents_.text.pop_back();
+        for (RtfContents::Part& label : contents_.labels) {
+            label.begin = std::min(label.begin, contents_.text.size());
+            label.length = std::min(label.length, contents_.text.size() - label.begin);
+        }
+    }
     return std::move(contents_);
 }
 
@@ -254,7 +260,8 @@ void Reader::begin(std::string_view name) {
     if (here.part == Part::Nothing || here.part == Part::Fonts || here.part == Part::Instruction)
         return;
     if (name == "pntext" || name == "listtext") {
-        here.isLabel = here.part == Part::Body;
+        here.isLabel = here.part == Part::Body && !here.inLabel;
+        here.inLabel = true;
         here.labelBegin = contents_.text.size();
         return;
     }

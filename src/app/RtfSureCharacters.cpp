@@ -151,7 +151,7 @@ void SureWriter::flush() {
 
 }  // namespace
 
-std::string withSureCharacters(std::string rtf) {
+std::string withSureCharacters(const std::string& rtf) {
     return SureWriter(rtf).run();
 }
 

@@ -208,6 +208,10 @@ void Unfolder::closeInto(const Group& closed, Group& outer, std::size_t end) {
             break;
         case Kind::Label:
         case Kind::Pn:
+            if (outer.kind == Kind::Label && closed.kind == Kind::Inert) {
+                edits_.push_back({closed.begin, end, "{}"});
+                break;
+            }
             outer.hasText = outer.hasText || closed.hasText;
             outer.isOfList = outer.isOfList || closed.isOfList;
             break;
@@ -224,6 +228,12 @@ bool Unfolder::begin(const RtfToken& token) {
     const std::string_view name = token.name;
     const Edit gone{token.begin, token.end, kNoWord};
     const Kind around = groups_.size() > 1 ? groups_[groups_.size() - 2].kind : Kind::Text;
+    if (here.kind == Kind::Label && (here.starred || isDestination(name))) {
+        // A label is one text.
+        here.kind = Kind::Inert;
+        here.isText = false;
+        return true;
+    }
     if (here.kind != Kind::Text)
         return false;
     if (name == "ud" && around == Kind::Upr) {
@@ -279,8 +289,9 @@ void Unfolder::word(const RtfToken& token) {
     } else {
         if (name == "uc")
             here.skip = token.hasNumber ? token.number : 1;
-        if ((name == "line" || name == "column") && here.kind != Kind::Label)
-            edits_.push_back({token.begin, token.end, "\\par "});
+        if (name == "line" || name == "column")
+            edits_.push_back(
+                {token.begin, token.end, here.kind == Kind::Label ? kNoWord : "\\par "});
         tableWord(token);
     }
 }
@@ -293,11 +304,10 @@ void Unfolder::character(const RtfToken& token) {
         edits_.push_back({token.begin, takeStandIns(lexer_, group().skip), kBullet});
         return;
     }
-    if ((token.number != lineSeparator && token.number != paragraphSeparator) ||
-        group().kind == Kind::Label)
+    if (token.number != lineSeparator && token.number != paragraphSeparator)
         return;
     const std::size_t end = takeStandIns(lexer_, group().skip);
-    edits_.push_back({token.begin, end, "\\par "});
+    edits_.push_back({token.begin, end, group().kind == Kind::Label ? kNoWord : "\\par "});
 }
 
 void Unfolder::text() {
@@ -390,7 +400,7 @@ std::string unfoldRtf(std::string_view rtf) {
     return Unfolder(rtf).run();
 }
 
-std::string withTableRows(std::string rtf) {
+std::string withTableRows(const std::string& rtf) {
     return rtf.find("\\trowd") == std::string::npos ? rtf : Unfolder(rtf).markRows();
 }
 

@@ -25,6 +25,6 @@ std::string unfoldRtf(std::string_view rtf);
 
 // What a control wrote, with the word in every row of a table that makes it one: some controls
 // leave it out, and the table would come apart where it is read.
-std::string withTableRows(std::string rtf);
+std::string withTableRows(const std::string& rtf);
 
 }  // namespace melvorin

@@ -27,6 +27,9 @@ class OpaqueEditor : public Editor {
     }
     bool loadPlain(const EditorText&, TextView, int) override { return false; }
     void setSelectionFont(TextView, int) override {}
+    void setSelectionFace(TextView) override {}
+    void setSelectionSize(int) override {}
+    std::optional<Text> selectionFace() const override { return std::nullopt; }
     void setSelectionColour(Rgb) override { coloured += shown(selected) + u"|"; }
     void replaceSelection(TextView text) override {
         if (shown(selected) == protectedText)
@@ -47,6 +50,8 @@ class OpaqueEditor : public Editor {
     ScrollPosition scrollPosition() const override { return scroll; }
     void scrollTo(ScrollPosition position) override { scroll = position; }
     void scrollCaretIntoView() override {}
+    bool isInView(std::int32_t) const override { return true; }
+    void centre(std::int32_t) override {}
     void beginWork() override { ++work; }
     void endWork() override { --work; }
 

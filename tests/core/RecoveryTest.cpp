@@ -198,11 +198,11 @@ void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
     journal.begin();
     for (int i = 0; i <= changes; ++i) {
         history.record("{\\rtf1 " + toUtf8(path) + std::to_string(i) + "}", i);
-        journal.keep({path, markOf("x"), {}, {}}, history, i > 0);
+        journal.keep({Text(path), markOf("x"), {}, {}}, history, i > 0);
     }
     for (int i = 0; i < undone; ++i)
         history.stepBack();
-    journal.keep({path, markOf("x"), {}, {}}, history, changes > 0);
+    journal.keep({Text(path), markOf("x"), {}, {}}, history, changes > 0);
 }
 
 TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {

@@ -116,6 +116,10 @@ TEST(DocumentLoss, IsToldInWords) {
         {"{\\pntext 1.\\tab}a", u"a", "{\\pntext 1.\\tab}a", ""},
         {"{\\pntext 1.\\tab}a 1.", u"a 1.", "a 1.", "1 bullet or number of a list"},
         {"\\f3 \\u-3999?", u"\uF061", "a", ""},
+        {"{\\listtext\\'b7\\tab}a{\\listtext\\'d8\\tab}b", u"•\ta•\tb",
+         "\\bullet\\tab a\\bullet\\tab b", ""},
+        {"a{\\listtext\\par}", u"a", "a", ""},
+        {"b{\\listtext 1{\\listtext 2}}a", u"ba", "b{\\listtext 1{\\listtext 2}}a", ""},
         {"a}{b and more", u"a", "a", "what stands behind the end of the document"},
     };
     for (const auto& [file, text, written, told] : cases) {

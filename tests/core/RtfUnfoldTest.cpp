@@ -50,6 +50,8 @@ TEST(RtfUnfold, WritesWhatPartsShow) {
          "{\\nop \\nop \\plain\\nop 2.\\tab}\\nop \\nop a"},
         {"{\\listtext\\f3 \\'b7\\tab}{\\listtext\\f3\\u-3913 ?\\tab}\\'b7",
          "{\\nop \\nop \\bullet \\tab}{\\nop \\nop \\bullet \\tab}\\'b7"},
+        {"{\\listtext 1\\line{\\listtext 2}{\\field{\\fldrslt 3}}{\\b .}}a",
+         "{\\nop 1\\nop {}{}{\\b .}}a"},
         {"{\\listtext\\tab}{\\*\\pn\\pnlvlblt\\ls1{\\pntxtb *}}a", "{}{}a"},
         {"{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody}a\\line b",
          "{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody}a\\par b"},
