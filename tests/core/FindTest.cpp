@@ -230,6 +230,7 @@ TEST(RecentFiles, AddsAtTheTopAndKeepsEight) {
                                                " 1a +",
                                                " 1b 2a +",
                                                " 1A 2b 3a +",
+                                               " 1A 2b 3a +",  // listed: only read anew
                                                " 1c 2A 3b 4a +",
                                                " 1d 2c 3A 4b 5a +",
                                                " 1e 2d 3c 4A 5b 6a +",

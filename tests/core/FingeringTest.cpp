@@ -81,7 +81,7 @@ TEST(Fingering, AsksForADiagram) {
         TextView face;
         Selection selection;
     } cases[] = {
-        {u"Melvorin 01", {1, 1}}, {u"Melvorin 01", {1, 3}},    {u"Melvorin 35", {1, 2}},
+        {u"Courier New", {1, 1}}, {u"Melvorin 01", {1, 3}},    {u"Melvorin 35", {1, 2}},
         {u"Melvorin 00", {1, 2}}, {u"Lucida Console", {1, 2}}, {u"Something02", {1, 2}},
     };
     for (const auto& [face, selection] : cases) {

@@ -286,6 +286,44 @@ TEST(Save, AsksBeforeAFileChangesInKind) {
     }
 }
 
+// What cannot be shown is named when the file opens, and asked about before it would be gone; also
+// where the program went down in between.
+TEST(Save, AsksBeforeWhatCouldNotBeShownIsLost) {
+    const ScratchFolder folder;
+    const std::string content =
+        R"({\rtf1\ansi{\fonttbl{\f0 Courier New;}}\f0 C  G\par la{\footnote a word below} la})";
+    const Text path = folder.add(u"song.rtf", content);
+    const auto saveAfterQuestion = [&](Program& program) {
+        program.messages.boxes.clear();
+        program.messages.answer(Answer::Cancel);
+        program.command(Command::mnuFileSave);
+        ASSERT_EQ(program.messages.boxes.size(), 1U);
+        EXPECT_NE(program.messages.boxes[0].text.find("1 footnote"), std::string::npos);
+        EXPECT_EQ(folder.content(u"song.rtf"), content);
+    };
+    Program program;
+    ASSERT_TRUE(program.start(path));
+    ASSERT_EQ(program.messages.boxes.size(), 1U);
+    EXPECT_NE(program.messages.boxes[0].text.find("more than Melvorin can show: 1 footnote"),
+              std::string::npos);
+    program.type(u"x");
+    saveAfterQuestion(program);
+    program.crash();
+
+    Program next;
+    next.files.offersRemains = true;
+    next.messages.answer(Answer::Yes);
+    ASSERT_TRUE(next.start());
+    next.pump();
+    saveAfterQuestion(next);
+    next.messages.answer(Answer::Yes);
+    next.command(Command::mnuFileSave);
+    EXPECT_FALSE(next.state().dirty);
+    next.type(u"y");
+    next.command(Command::mnuFileSave);
+    EXPECT_TRUE(next.messages.allAnswered()) << "once";
+}
+
 // The page behind the text is the user's, unless the next song could not be read on it.
 TEST(Background, StaysWhereWordsCanBeRead) {
     const ScratchFolder folder;

@@ -261,5 +261,35 @@ TEST(KeyChange, KeepsTheViewWhereItWas) {
     EXPECT_EQ(shown(program.editor().textBetween(program.editor().selection())), "f t");
 }
 
+std::vector<WPARAM> tipsSwitched;
+LRESULT CALLBACK watchTips(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                           DWORD_PTR) {
+    if (message == TTM_ACTIVATE)
+        tipsSwitched.push_back(wParam);
+    return subclassDefault(watchTips, id, window, message, wParam, lParam);
+}
+
+// The tip of the button would lie over its own menu.
+TEST(KeyButtons, NoTipCoversTheMenu) {
+    Program program;
+    ASSERT_TRUE(program.start());
+    const HWND bar = program.form->toolbar().handle();
+    const auto tips = reinterpret_cast<HWND>(::SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
+    ASSERT_NE(tips, nullptr);
+    ::SetWindowSubclass(tips, watchTips, 79, 0);
+    tipsSwitched.clear();
+    ::SetTimer(program.form->handle(), 4711, 50, [](HWND window, UINT, UINT_PTR timer, DWORD) {
+        if (tipsSwitched.empty())
+            return;
+        EXPECT_EQ(tipsSwitched, std::vector<WPARAM>{FALSE}) << "while the menu is open";
+        ::KillTimer(window, timer);
+        ::EndMenu();
+    });
+    NMTOOLBARW dropped{};
+    dropped.hdr = {bar, 0, static_cast<UINT>(TBN_DROPDOWN)};
+    ::SendMessageW(program.form->handle(), WM_NOTIFY, 0, lparamOf(&dropped));
+    EXPECT_EQ(tipsSwitched, (std::vector<WPARAM>{FALSE, TRUE}));
+}
+
 }  // namespace
 }  // namespace melvorin::testing
