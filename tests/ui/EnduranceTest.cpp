@@ -101,13 +101,20 @@ TEST(Endurance, DamagedDocumentsAreOpenedOrLeaveEverythingAsItWas) {
             program.messages.boxes.clear();
             const bool isOpen = documents.openPath(path, false);
             SCOPED_TRACE("document " + std::to_string(done) + " of seed " + std::to_string(seed));
-            ASSERT_EQ(program.messages.boxes.size(), isOpen ? 0U : 1U) << rtf;
+            // Refused, or opened without something that is named then and asked about by Save.
+            const auto& boxes = program.messages.boxes;
+            ASSERT_LE(boxes.size(), 1U) << rtf;
+            const bool loses =
+                isOpen && !boxes.empty() && boxes[0].text.find("more than") != std::string::npos;
+            ASSERT_EQ(boxes.empty(), isOpen && !loses) << rtf;
+            if (loses)
+                program.messages.answer(Answer::Yes);
             if (!isOpen) {
                 ASSERT_EQ(Shown({program.editor().rtf(), program.state()}), before) << rtf;
                 continue;
             }
             // What Wine's control writes for a character that a symbol font lacks is chance.
-            if (rtf.find("\\fcharset2") != std::string::npos)
+            if (rtf.find("\\fcharset2") != std::string::npos && !loses)
                 continue;
             ++opened;
             const auto map = RtfMap::parse(program.editor().rtf());
@@ -118,6 +125,7 @@ TEST(Endurance, DamagedDocumentsAreOpenedOrLeaveEverythingAsItWas) {
             const std::string first = text();
             ASSERT_FALSE(program.state().dirty);
             ASSERT_TRUE(documents.save()) << rtf;
+            ASSERT_TRUE(program.messages.allAnswered());
             ASSERT_TRUE(documents.openPath(path, false)) << rtf;
             ASSERT_EQ(text(), first) << rtf;
         }
