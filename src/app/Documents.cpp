@@ -176,7 +176,7 @@ void Documents::open() {
 // A name that was typed without its ending is tried as it stands and then with those of songs.
 Text Documents::withItsEnding(TextView path) {
     for (const TextView ending : {u"", u".mlv", u".mvt", u".rtf", u".txt"}) {
-        const Text full = Text(path) + Text(ending);
+        Text full = Text(path) + Text(ending);
         if (services_.files.exists(full))
             return full;
     }

@@ -2,6 +2,7 @@
 #include <iconv.h>
 
 #include <array>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -44,7 +45,7 @@ class Iconv {
         if (isOpen())
             ::iconv_close(handle_);
     }
-    bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+    bool isOpen() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
     // Appends what can be converted and returns what is left; empty when all of it was.
     std::string_view convert(std::string_view from, std::string& to) const {
