@@ -46,11 +46,12 @@ package: win-x86
 	@tools/setup.sh package
 	@tools/make-package.py build/win-x86 build/package
 
-# The package installed in a 32-bit Debian of its own, all tests of the windows and the runs of the
-# program there, and the package removed again. Needs root, and a few minutes the first time.
-test-x86: package native
+# A second ground: both builds under Wine 10 in a Debian of its own, the 32-bit one as its package
+# installs it, which is removed again. Needs root, and a few minutes the first time.
+test-x86: package native win-x64
 	@tools/setup.sh test-x86
 	@cmake --build --preset win-x86 --target ui_tests melvorin-driver melvorin-faults planted
+	@cmake --build --preset win-x64 --target ui_tests melvorin-driver melvorin-faults planted
 	@tools/test-x86.sh
 
 setup:

@@ -57,6 +57,18 @@ class TimedEditor : public Editor {
         const Watch watch(other);
         editor_.setSelectionFont(face, points);
     }
+    void setSelectionFace(TextView face) override {
+        const Watch watch(other);
+        editor_.setSelectionFace(face);
+    }
+    void setSelectionSize(int halfPoints) override {
+        const Watch watch(other);
+        editor_.setSelectionSize(halfPoints);
+    }
+    std::optional<Text> selectionFace() const override {
+        const Watch watch(other);
+        return editor_.selectionFace();
+    }
     void setSelectionColour(Rgb colour) override {
         const Watch watch(other);
         editor_.setSelectionColour(colour);
@@ -77,6 +89,8 @@ class TimedEditor : public Editor {
         const Watch watch(other);
         return editor_.find(what, from, options);
     }
+    bool isInView(std::int32_t position) const override { return editor_.isInView(position); }
+    void centre(std::int32_t position) override { editor_.centre(position); }
     Text faceAt(std::int32_t position) override {
         const Watch watch(other);
         return editor_.faceAt(position);

@@ -22,5 +22,11 @@ if [ -n "${MELVORIN_PRIVATE_DISPLAY:-}" ]; then
     # Without a window manager Wine would wait two seconds for it whenever a window closes.
     timeout 60 "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
 fi
+if [ -n "${MELVORIN_WINE_DESKTOP:-}" ]; then
+    # A desktop of that size of Wine's own, on which its windows lie.
+    timeout 60 "$wine" reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
+    timeout 60 "$wine" reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default \
+        /d "$MELVORIN_WINE_DESKTOP" /f >/dev/null 2>&1
+fi
 timeout 60 "$wineserver" -w
 touch "$stamp"
