@@ -94,6 +94,8 @@ for width in ${MELVORIN_WIDTHS:-32 64}; do
     if [ "$width" = 32 ]; then
         test_package "$@"
     else
+        # One of an earlier build would keep the program from starting.
+        rm -f "$root/build/win-x64/Melvorin.exe.manifest"
         test_width "$root/build/win-x64" "$root/build/win-x64" "$@"
     fi
 done

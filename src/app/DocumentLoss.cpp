@@ -28,7 +28,7 @@ bool isInvisible(char16_t c) {
 char16_t folded(char16_t c) {
     // A symbol font's characters by their bytes.
     if (c >= u'\uF020' && c <= u'\uF0FF')
-        return latinCharacter(static_cast<unsigned char>(c & 0xFF));
+        return folded(latinCharacter(static_cast<unsigned char>(c & 0xFF)));
     if (c == u'\u00B7')
         return u'\u2022';
     return c == u'\u2010' || c == u'\u2011' ? u'-' : c;
@@ -119,6 +119,10 @@ std::size_t fewer(std::size_t then, std::size_t now) {
 
 }  // namespace
 
+std::size_t wordsMissing(TextView wanted, TextView present) {
+    return missingWords(wordsOf(wanted), present);
+}
+
 Text lossInWords(const RtfContents& file, TextView shown, std::string_view written) {
     const RtfContents kept = readRtf(written);
     const std::vector<Text> words =
@@ -146,6 +150,8 @@ Text lossInWords(const RtfContents& file, TextView shown, std::string_view writt
     list.add(fewer(file.headers, kept.headers), u"page header or footer",
              u"page headers or footers");
     list.add(fewer(file.links, kept.links), u"link's address", u"links' addresses");
+    if (file.hidden && !kept.hidden)
+        list.add(Text(u"hidden or deleted text"));
     if (file.textBehind)
         list.add(Text(u"what stands behind the end of the document"));
     return list.text;

@@ -15,4 +15,7 @@ namespace melvorin {
 // and how the cells of a table are kept apart do not count. Linear in the texts.
 Text lossInWords(const RtfContents& file, TextView shown, std::string_view written);
 
+// How many words of one text are not in another, each as often as it is there, by the same rules.
+std::size_t wordsMissing(TextView wanted, TextView present);
+
 }  // namespace melvorin

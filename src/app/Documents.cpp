@@ -355,20 +355,25 @@ Text Documents::changeOfKind() {
     const Result<std::string> bytes = services_.files.read(origin_.path);
     if (!bytes || bytes.value->empty())
         return {};
-    const bool isRich = looksLikeRtf(*bytes.value);
+    // A text may quote Rich Text.
+    const auto content = readDocument(*bytes.value, extension_, services_.ansi);
+    const bool isRich = content && content.value->isRichText;
     const Text name = quoted(fileNamePart(origin_.path));
     if (!origin_.loss.empty())
         return name + u" holds more than Melvorin can keep: " + origin_.loss +
                u". Saved from here the file loses that.";
-    if (isSavedAsPlain(origin_.path))
-        return isRich ? name +
-                            u" holds formatted text. With this ending it is saved as plain text: "
-                            u"fonts, colours and chord diagrams are lost."
-                      : Text();
-    return isRich ? Text()
-                  : name +
-                        u" is plain text. Saved from here it becomes Rich Text, which other "
-                        u"programs may not read as a song.";
+    if (!isSavedAsPlain(origin_.path))
+        return isRich ? Text()
+                      : name +
+                            u" is plain text. Saved from here it becomes Rich Text, which other "
+                            u"programs may not read as a song.";
+    if (isRich)
+        return name +
+               u" holds formatted text. With this ending it is saved as plain text: fonts, "
+               u"colours and chord diagrams are lost.";
+    return hasDiagrams(editor_) ? u"The song has chord diagrams. In " + name +
+                                      u", which is plain text, they would be letters."
+                                : Text();
 }
 
 // What another program wrote into the document's file is not overwritten unasked. A file that has
@@ -424,8 +429,7 @@ std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
         path = songName(path) + u".mlv";
     else if (choice->filterIndex == 2)
         path = songName(path) + u".rtf";
-    // The dialog asked about the name as it was typed; the changed one may be another file.
-    if (lowerCase(path) != lowerCase(choice->path) && services_.files.exists(path) &&
+    if (services_.files.exists(path) &&
         services_.messages.show(quoted(path) + u" already exists.\r\nDo you want to replace it?",
                                 kMessageTitle, MessageIcon::Question,
                                 MessageButtons::YesNo) != Answer::Yes)

@@ -123,6 +123,8 @@ class Documents {
     void record();
     void record(const std::string& rtf);
     bool isRecorded(const std::string& rtf) const;
+    void markRecorded(const std::string& rtf);
+    FileMark markOfText() const;
     void startHistory();
     void showTitle();
     void setOrigin(DocumentOrigin origin);
@@ -161,6 +163,7 @@ class Documents {
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;       // what the editor shows is in no snapshot
     FileMark recorded_;             // of the Rich Text that the editor gives for the current one
+    FileMark recordedText_;         // and of its text: some controls do not write all they show
     bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
     bool historyFull_ = false;
 };

@@ -15,7 +15,7 @@ void Documents::record() {
 
 void Documents::record(const std::string& rtf) {
     unrecorded_ = true;
-    recorded_ = markOf(rtf);
+    markRecorded(rtf);
     switch (history_.record(rtf, editor_.selection().begin, editor_.background())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
@@ -52,8 +52,19 @@ void Documents::startHistory() {
     state_.keyButtons = false;
 }
 
+FileMark Documents::markOfText() const {
+    const Text text = editor_.text().chars;
+    return markOf({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)});
+}
+
+void Documents::markRecorded(const std::string& rtf) {
+    recorded_ = markOf(rtf);
+    recordedText_ = markOfText();
+}
+
 bool Documents::isRecorded(const std::string& rtf) const {
     return !unrecorded_ && !history_.currentSnapshot().path.empty() && recorded_ == markOf(rtf) &&
+           recordedText_ == markOfText() &&
            history_.currentSnapshot().background == editor_.background();
 }
 
@@ -95,7 +106,7 @@ void Documents::restore(const Snapshot& snapshot, std::int32_t changedAt) {
     const Text before = editor_.text().chars;
     if (showSnapshot(snapshot)) {
         showDifference(editor_, page, before, changedAt);
-        recorded_ = markOf(editor_.rtf());
+        markRecorded(editor_.rtf());
     } else {
         // What the editor shows is another state.
         recorded_ = {};
@@ -252,7 +263,7 @@ bool Documents::bringBack(RunState run) {
     history_.adopt(std::move(run.snapshots), run.current, run.floor);
     journal_.keepAll(history_);
     unrecorded_ = false;
-    recorded_ = markOf(editor_.rtf());
+    markRecorded(editor_.rtf());
     state_.dirty = true;
     state_.saveAs = !editor_.isEmpty();
     state_.undo = history_.canUndo();

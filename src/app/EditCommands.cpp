@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "app/DocumentLoss.h"
 #include "app/LetterCase.h"
 #include "app/ProgramSettings.h"
 #include "app/RtfCheck.h"
@@ -16,6 +17,8 @@ namespace {
 
 // Up to here single edits of the control are faster than loading the document anew.
 constexpr std::size_t kFewLetters = 200;
+
+constexpr std::string_view kDiagramFaceStart = "Melvorin ";
 
 const Text kCannotPaste = u"The text on the clipboard cannot be pasted.\r\n\r\n";
 
@@ -85,6 +88,41 @@ bool replaceByRtf(Editor& editor, TextView face, const std::string& rtf) {
     return false;
 }
 
+enum class Pasted { Done, Refused, PlainWanted };
+
+// Words that are in the plain text beside and that the control has not shown are offered:
+// equations, notes and what else it leaves out.
+Pasted pasteRich(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
+                 const std::string& rtf) {
+    const std::string before = editor.rtf();
+    const Selection selection = editor.selection();
+    if (!replaceByRtf(editor, face, rtf))
+        return Pasted::Refused;
+    const Result<Text> plain = clipboard.text(kLargestPaste);
+    if (!plain)
+        return Pasted::Done;
+    const auto begin = static_cast<std::size_t>(selection.begin);
+    const auto end = static_cast<std::size_t>(editor.selection().end);
+    const RtfContents copied = readRtf(rtf);
+    Text present = editor.text().chars.substr(begin, end - begin);
+    // The control makes the numbers of lists itself.
+    for (const RtfContents::Part& label : copied.labels)
+        present += u' ' + copied.text.substr(label.begin, label.length);
+    const std::size_t missing = wordsMissing(*plain.value, present);
+    if (missing == 0 ||
+        messages.show(
+            decimal(static_cast<std::int64_t>(missing)) +
+                (missing == 1 ? u" word of what was copied is" : u" words of what was copied are") +
+                u" missing with the formats.\r\n\r\nPaste it as plain text instead, which "
+                u"has every word?",
+            kMessageTitle, MessageIcon::Question, MessageButtons::YesNo) != Answer::Yes)
+        return Pasted::Done;
+    const EditorWork work(editor);
+    editor.loadRtf(before);
+    editor.select(selection);
+    return Pasted::PlainWanted;
+}
+
 }  // namespace
 
 void setFace(Editor& editor, TextView face) {
@@ -98,6 +136,20 @@ void setFace(Editor& editor, TextView face) {
         editor.setSelectionFace(face);
     }
     editor.select(selection);
+}
+
+bool hasDiagrams(Editor& editor) {
+    if (editor.rtf().find(kDiagramFaceStart) == std::string::npos)
+        return false;
+    const Selection all{0, static_cast<std::int32_t>(editor.text().chars.size())};
+    const EditorWork work(editor);
+    const Selection selection = editor.selection();
+    const ScrollPosition page = editor.scrollPosition();
+    editor.select(all);
+    const std::vector<Selection> words = rangesOfWords(editor, all);
+    editor.select(selection);
+    editor.scrollTo(page);
+    return all.end > 0 && (words.empty() || words.front() != all);
 }
 
 void setIncomingFormat(Editor& editor, TextView face) {
@@ -132,9 +184,16 @@ bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages
     Text richCause;
     if (clipboard.hasRichText()) {
         const Result<std::string> rich = soundRichText(clipboard);
-        if (rich && replaceByRtf(editor, face, *rich.value))
-            return true;
-        richCause = rich ? Text(u"The editor does not take it.") : rich.cause;
+        switch (rich ? pasteRich(editor, clipboard, messages, face, *rich.value)
+                     : Pasted::Refused) {
+            case Pasted::Done:
+                return true;
+            case Pasted::Refused:
+                richCause = rich ? Text(u"The editor does not take it.") : rich.cause;
+                break;
+            case Pasted::PlainWanted:
+                break;
+        }
     }
     if (!clipboard.hasText())
         return tell(messages, richCause.empty()

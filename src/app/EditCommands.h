@@ -13,6 +13,9 @@ namespace melvorin {
 // it is a diagram; where only diagrams are selected they take it.
 void setFace(Editor& editor, TextView face);
 
+// Whether the document has chord diagrams.
+bool hasDiagrams(Editor& editor);
+
 // Gives the selection, or what is typed next, the format of text that comes in: the editor's face,
 // its usual size, black. Diagrams keep their face, as above.
 void setIncomingFormat(Editor& editor, TextView face);
@@ -33,8 +36,9 @@ inline constexpr std::uint64_t kLargestPaste = 8u << 20;
 using ExpandTabs = std::function<std::optional<Text>(Text text, std::size_t startColumn)>;
 
 // Replaces the selection by what the clipboard holds: Rich Text as it is, plain text in the given
-// face with blanks for its tabs. Where nothing can be pasted the user is told and the document is
-// as it was. True when the document was changed.
+// face with blanks for its tabs. Where Rich Text would lose words that the plain text beside it
+// has, the user says which of the two it is to be. Where nothing can be pasted the user is told and
+// the document is as it was. True when the document was changed.
 bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
                     const ExpandTabs& expand);
 

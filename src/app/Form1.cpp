@@ -312,7 +312,8 @@ void Form1::onSize() {
 void Form1::endOnScreen() {
     if (isBusy())
         return;
-    fullScreen_.keepEdits();
+    if (!fullScreen_.keepEdits())
+        return;
     ending_ = true;
     services_.messages.show(kUnsupportedScreen, kMessageTitle, MessageIcon::None,
                             MessageButtons::Ok);
@@ -381,6 +382,8 @@ LRESULT Form1::onQueryEndSession() {
 // Windows may end although nobody could answer; the next start then offers the song.
 void Form1::onEndSession(bool ends) {
     if (ends)
+        fullScreen_.keepEdits();
+    if (ends)
         documents_.endRun(sessionMayEnd_ ? RunEnd::SessionAnswered : RunEnd::SessionCut);
     sessionMayEnd_ = false;
 }
@@ -445,8 +448,8 @@ void Form1::remember(TextView path) {
     if (recent_.add(path) || std::exchange(longPathTold_, true))
         return;
     services_.messages.show(
-        u"The song is open. Its path is too long for the list of recent files, so it is not "
-        u"listed there:\r\n\r\n" +
+        u"This path is too long for the list of recent files, so it is not listed "
+        u"there:\r\n\r\n" +
             Text(path),
         kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
 }

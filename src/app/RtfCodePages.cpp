@@ -32,6 +32,7 @@ void RtfFonts::tableWord(const RtfToken& token) {
     constexpr std::int32_t symbols = 2;
     constexpr std::int32_t firstOfOtherSystems = 77;
     constexpr std::int32_t lastOfOtherSystems = 89;
+    constexpr std::int32_t firstOfConsole = 254;
     if (token.name == "f") {
         newFont_ = token.number;
     } else if (token.name == "fcharset") {
@@ -40,7 +41,8 @@ void RtfFonts::tableWord(const RtfToken& token) {
             token.number == symbols ? std::optional(kLatin) : codePageOfCharset(token.number);
         if (page)
             fonts_[newFont_] = {
-                *page, token.number < firstOfOtherSystems || token.number > lastOfOtherSystems};
+                *page, token.number < firstOfOtherSystems ||
+                           (token.number > lastOfOtherSystems && token.number < firstOfConsole)};
     } else if (token.name == "cpg" && token.number > 0) {
         fonts_[newFont_] = {static_cast<unsigned>(token.number), false};
     }

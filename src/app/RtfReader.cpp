@@ -40,6 +40,9 @@ constexpr auto kDestinations = std::to_array<Destination>({
     {"shppict", Part::Body},
     {"fldrslt", Part::Body},
     {"result", Part::Body},
+    {"mmath", Part::Body},
+    {"moMath", Part::Body},
+    {"moMathPara", Part::Body},
     {"object", Part::Body, &RtfContents::objects},
     {"pict", Part::Nothing, &RtfContents::pictures},
     {"shp", Part::Body},
@@ -101,6 +104,7 @@ struct State {
     std::int32_t font = -1;
     std::int32_t skip = 1;
     bool isHidden = false;
+    bool isDeleted = false;
     bool isLabel = false;
     bool inLabel = false;  // in this group or one around it
     bool started = false;
@@ -129,6 +133,7 @@ class Reader {
     void symbol(const RtfToken& token);
     void byte(int value);
     void character(char16_t c);
+    bool isOutOfSight();
     void flush();
     bool isBehind() const;
 
@@ -290,9 +295,10 @@ void Reader::formatting(const RtfToken& token) {
         here.font = token.number;
     } else if (token.name == "plain") {
         here.font = -1;
-        here.isHidden = false;
-    } else if (token.name == "v") {
-        here.isHidden = !token.hasNumber || token.number != 0;
+        here.isHidden = here.isDeleted = false;
+    } else if (token.name == "v" || token.name == "deleted") {
+        (token.name == "v" ? here.isHidden : here.isDeleted) =
+            !token.hasNumber || token.number != 0;
     } else if (token.name == "uc") {
         here.skip = token.hasNumber ? token.number : 1;
     } else if (token.name == "pard") {
@@ -337,7 +343,7 @@ void Reader::byte(int value) {
         instruction_ += static_cast<char>(value);
     if (here.part == Part::Aside)
         return character(static_cast<char16_t>(value));
-    if (here.part != Part::Body || here.isHidden)
+    if (here.part != Part::Body || isOutOfSight())
         return;
     const unsigned page = fonts_.codePage(here.font);
     if (page != pendingPage_)
@@ -349,7 +355,7 @@ void Reader::byte(int value) {
 
 void Reader::character(char16_t c) {
     State& here = state();
-    if (here.isHidden)
+    if (here.part == Part::Body && isOutOfSight())
         return;
     if (here.part == Part::Aside && here.counter != nullptr && isWordCharacter(c)) {
         ++(contents_.*here.counter);
@@ -360,6 +366,12 @@ void Reader::character(char16_t c) {
     flush();
     contents_.text += c;
     isTable_ = isTable_ && (inTable_ || c == u'\r');
+}
+
+bool Reader::isOutOfSight() {
+    const bool isOut = state().isHidden || state().isDeleted;
+    contents_.hidden = contents_.hidden || isOut;
+    return isOut;
 }
 
 void Reader::flush() {

@@ -32,6 +32,7 @@ struct RtfContents {
     std::size_t comments = 0;
     std::size_t textBoxes = 0;
     std::size_t headers = 0;  // and footers, of pages
+    bool hidden = false;      // text that a writer hid, or deleted with the deletion on record
     bool textBehind = false;  // words or Rich Text behind the document's last brace
 };
 

@@ -43,6 +43,8 @@ struct Group {
     bool hasResult = false;  // of a field or object
     bool isOfList = false;   // of a Pn: belongs to a list table
     bool isOdd = false;      // holds what such a group does not
+    bool isHidden = false;   // \v, and
+    bool isDeleted = false;  // \deleted, are in force
     std::int32_t skip = 1;   // stand-ins behind a \u
     std::size_t children = 0;
     std::size_t keptBegin = 0;  // of an Upr and Ud: the group that stays
@@ -81,6 +83,7 @@ class Unfolder {
     bool begin(const RtfToken& token);
     void character(const RtfToken& token);
     void text();
+    void hide(std::size_t begin, std::size_t end);
     void tableWord(const RtfToken& token);
     void outsideTable();
     void endRow();
@@ -132,6 +135,7 @@ std::string Unfolder::run() {
                     break;
                 }
                 text();
+                hide(token.begin, token.end);
                 break;
             case RtfToken::Kind::Hex:
                 if (group().kind == Kind::Label && isBullet(token.byte))
@@ -139,6 +143,7 @@ std::string Unfolder::run() {
                 [[fallthrough]];
             case RtfToken::Kind::Byte:
                 text();
+                hide(token.begin, token.end);
                 break;
             case RtfToken::Kind::Break:
                 break;
@@ -156,6 +161,8 @@ void Unfolder::open(const RtfToken& token) {
         inner.isText = outer.isText;
         inner.inObject = outer.inObject;
         inner.skip = outer.skip;
+        inner.isHidden = outer.isHidden;
+        inner.isDeleted = outer.isDeleted;
         // What is in a label is part of it.
         inner.kind = outer.kind == Kind::Label || outer.kind == Kind::Pn ? outer.kind : Kind::Text;
     }
@@ -289,6 +296,11 @@ void Unfolder::word(const RtfToken& token) {
     } else {
         if (name == "uc")
             here.skip = token.hasNumber ? token.number : 1;
+        const bool isOn = !token.hasNumber || token.number != 0;
+        if (name == "v" || name == "deleted")
+            (name == "v" ? here.isHidden : here.isDeleted) = isOn;
+        if (name == "plain")
+            here.isHidden = here.isDeleted = false;
         if (name == "line" || name == "column")
             edits_.push_back(
                 {token.begin, token.end, here.kind == Kind::Label ? kNoWord : "\\par "});
@@ -304,6 +316,11 @@ void Unfolder::character(const RtfToken& token) {
         edits_.push_back({token.begin, takeStandIns(lexer_, group().skip), kBullet});
         return;
     }
+    const Group& here = group();
+    if (here.isText && (here.isHidden || here.isDeleted)) {
+        hide(token.begin, takeStandIns(lexer_, here.skip));
+        return;
+    }
     if (token.number != lineSeparator && token.number != paragraphSeparator)
         return;
     const std::size_t end = takeStandIns(lexer_, group().skip);
@@ -315,6 +332,18 @@ void Unfolder::text() {
     here.started = here.hasText = here.isOdd = true;
     if (here.isText)
         outsideTable();
+}
+
+// Characters that their writer hid or deleted are no words of the song. Side by side they are one
+// edit.
+void Unfolder::hide(std::size_t begin, std::size_t end) {
+    const Group& here = group();
+    if (!here.isText || !(here.isHidden || here.isDeleted) || here.kind == Kind::Label)
+        return;
+    if (!edits_.empty() && edits_.back().end == begin && edits_.back().replacement.empty())
+        edits_.back().end = end;
+    else
+        edits_.push_back({begin, end, {}});
 }
 
 void Unfolder::tableWord(const RtfToken& token) {

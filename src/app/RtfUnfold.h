@@ -15,6 +15,7 @@ inline constexpr std::string_view kNoWord = "\\nop ";
 // - what is there twice, with and without Unicode, is there once;
 // - bullets and numbers of list tables are text, in its font (older ones, \pntext, every control
 // makes itself);
+// - what a writer hid, or deleted with the deletion on record, is gone;
 // - a line break ends the paragraph, for a chord line is a line; so does a column break,
 //   and the characters that Unicode has for both;
 // - a paragraph behind a table is outside of it, and a row whose paragraphs do not say that they

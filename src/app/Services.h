@@ -51,7 +51,7 @@ class FileDialogs {
     virtual ~FileDialogs() = default;
     // Nothing when the user cancels.
     virtual std::optional<FileChoice> open(const FileDialogRequest& request) = 0;
-    // As `open`; a chosen file that exists has been confirmed for overwriting.
+    // As `open`. Whether a file that exists may be overwritten is not asked.
     virtual std::optional<FileChoice> save(const FileDialogRequest& request) = 0;
 };
 

@@ -9,7 +9,7 @@ Text manifestPath(TextView folder, TextView programFileName) {
     return joinPath(folder, programFileName) + (isExe ? u".manifest" : u".exe.manifest");
 }
 
-std::string manifestContent() {
+std::string manifestContent(bool is64Bit) {
     static constexpr std::string_view lines =
         R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
@@ -25,13 +25,16 @@ std::string manifestContent() {
     std::string content;
     for (const char c : lines)
         content.append(c == '\n' ? std::string_view("\r\n") : std::string_view(&c, 1));
+    constexpr std::string_view architecture = "\"X86\"";
+    for (std::size_t at = 0; is64Bit && (at = content.find(architecture)) != std::string::npos;)
+        content.replace(at, architecture.size(), "\"amd64\"");
     return content;
 }
 
 void writeManifestIfMissing(ProgramFolder& program) {
     const Text path = manifestPath(program.folder(), program.programFileName());
     if (!program.contains(path))
-        program.writeWithAttributes(path, manifestContent(), kManifestAttributes);
+        program.writeWithAttributes(path, manifestContent(sizeof(void*) == 8), kManifestAttributes);
 }
 
 void switchFontSmoothingOff(SystemSettings& system) {

@@ -11,8 +11,9 @@ inline constexpr std::uint32_t kManifestAttributes = 39;
 
 // Full path of the manifest that belongs to a program file.
 Text manifestPath(TextView folder, TextView programFileName);
-// Ten lines, each ended by CR LF.
-std::string manifestContent();
+// Ten lines, each ended by CR LF. The program is built for 32 bits, and its manifest says so; the
+// 64-bit build of the same source would not start with that beside it.
+std::string manifestContent(bool is64Bit);
 // Writes it unless a file of that name stands there, hidden or not.
 void writeManifestIfMissing(ProgramFolder& program);
 

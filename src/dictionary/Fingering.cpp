@@ -88,7 +88,9 @@ bool selectDiagramBeside(DiagramEditor& editor) {
         if (beside.begin < 0)
             continue;
         editor.select(beside);
-        if (isDiagramFace(editor.style().face) && editor.selectedText().size() == 1)
+        // A line's end may be in that face too.
+        const Text glyph = editor.selectedText();
+        if (isDiagramFace(editor.style().face) && glyph.size() == 1 && glyph[0] > u' ')
             return true;
     }
     editor.select(caret);

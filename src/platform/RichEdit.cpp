@@ -103,12 +103,6 @@ bool streamIn(HWND control, WPARAM format, std::string_view bytes) {
     return stream.dwError == 0;
 }
 
-// Keys that put something into the text, as far as the control takes them.
-bool isTyping(UINT message, WPARAM wParam) {
-    return (message == WM_CHAR && (wParam >= u' ' || wParam == u'\r')) ||
-           (message == WM_KEYDOWN && wParam == VK_RETURN);
-}
-
 bool rtfHasText(std::string_view rtf) {
     const auto map = RtfMap::parse(rtf);
     return map && !map->text().empty();
@@ -170,74 +164,13 @@ LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam,
         try {
             if (editor.inputFilter_ && editor.inputFilter_(message, wParam, lParam))
                 return 0;
-            if (isTyping(message, wParam))
-                return editor.onTyped(window, message, wParam, lParam, id);
+            if (editor.onTyped(window, message, wParam, lParam, id))
+                return 0;
         } catch (const std::exception&) {
             return 0;
         }
     }
     return subclassDefault(filterInput, id, window, message, wParam, lParam);
-}
-
-// ---- Typing -----------------------------------------------------------------------------------
-
-// A character outside the first 65,536 comes in two halves and is one change.
-LRESULT RichEdit::onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id) {
-    const WPARAM first = std::exchange(firstHalf_, 0);
-    const bool isSecond = message == WM_CHAR && IS_LOW_SURROGATE(wParam);
-    if (message == WM_CHAR && IS_HIGH_SURROGATE(wParam)) {
-        firstHalf_ = wParam;
-        return 0;
-    }
-    if (isSecond && first == 0)
-        return 0;
-    typeBy([&] {
-        if (isSecond)
-            subclassDefault(filterInput, id, window, message, first, lParam);
-        subclassDefault(filterInput, id, window, message, wParam, lParam);
-    });
-    return 0;
-}
-
-void RichEdit::type(TextView text) {
-    typeBy([&] { replaceSelection(text); });
-}
-
-// The format is set at what has come in, not at what is selected before: many keys put nothing in
-// its place.
-void RichEdit::typeBy(const std::function<void()>& action) {
-    if (atWork())
-        return action();
-    const Selection before = selection();
-    const std::int32_t lengthBefore = length();
-    const LRESULT events = send(EM_SETEVENTMASK, 0, 0);
-    action();
-    const bool changed = selection() != before || length() != lengthBefore;
-    if (changed)
-        formatTyped(before.begin);
-    send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events));
-    if (!changed)
-        return;
-    ::SendMessageW(parent_, WM_COMMAND, MAKEWPARAM(id_, EN_CHANGE),
-                   reinterpret_cast<LPARAM>(handle_));
-    tellSelection();
-}
-
-void RichEdit::formatTyped(std::int32_t begin) {
-    // At the caret stands the format of what has just come in.
-    const SelectionStyle style = selectionStyle();
-    const auto wanted =
-        typingRule_ ? typingRule_(style.face.value_or(Text())) : std::optional<TypingFormat>();
-    if (!wanted || (style.face == wanted->face && style.halfPoints == wanted->points * 2 &&
-                    style.colour == Rgb{0, 0, 0}))
-        return;
-    const std::int32_t end = selection().end;
-    CHARFORMAT2W format = fontFormat(wanted->face, wanted->points);
-    format.dwMask |= CFM_COLOR;
-    format.crTextColor = RGB(0, 0, 0);
-    select({begin, end});
-    applyToSelection(format);
-    select({end, end});
 }
 
 bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {

@@ -135,7 +135,7 @@ class RichEdit : public Editor {
                                         UINT_PTR id, DWORD_PTR self);
     void applyPlace() const;
     void applyZoom(HWND control) const;
-    LRESULT onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
+    bool onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
     void typeBy(const std::function<void()>& action);
     void formatTyped(std::int32_t begin);
     void tellSelection() const;
@@ -146,8 +146,9 @@ class RichEdit : public Editor {
 
     InputFilter inputFilter_;
     TypingRule typingRule_;
-    WPARAM firstHalf_ = 0;   // of a character of two units, until the second comes
-    HWND handle_ = nullptr;  // owned by the parent window
+    bool returnTyped_ = false;  // the character of a key that was dealt with is still to come
+    WPARAM firstHalf_ = 0;      // of a character of two units, until the second comes
+    HWND handle_ = nullptr;     // owned by the parent window
     HWND parent_ = nullptr;
     int id_ = 0;
     RECT place_{};

@@ -34,7 +34,8 @@ bool RichEditDiagrams::selectAt(POINT point) {
     // The nearest place between two characters may be the one behind.
     if (position > 0 && editor_.pointOf(position).x > point.x)
         --position;
-    if (!isDiagramFace(editor_.faceAt(position)))
+    const Text glyph = editor_.textBetween({position, position + 1});
+    if (glyph.size() != 1 || glyph[0] <= u' ' || !isDiagramFace(editor_.faceAt(position)))
         return false;
     ::SetFocus(editor_.handle());
     editor_.select({position, position + 1});

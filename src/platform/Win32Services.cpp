@@ -100,7 +100,8 @@ std::optional<FileChoice> Win32FileDialogs::open(const FileDialogRequest& reques
 }
 
 std::optional<FileChoice> Win32FileDialogs::save(const FileDialogRequest& request) {
-    return runFileDialog(request, ownerWindow(owner_), OFN_OVERWRITEPROMPT, ::GetSaveFileNameW);
+    // The name gets another ending, so whoever asked asks about the file that will be written.
+    return runFileDialog(request, ownerWindow(owner_), 0, ::GetSaveFileNameW);
 }
 
 Text Win32ProfileFiles::read(TextView section, TextView key, TextView fallback, TextView file,

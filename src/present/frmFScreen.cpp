@@ -290,10 +290,10 @@ bool frmFScreen::onViewKey(const MSG& message) {
                 setZoom(100);
                 return true;
             case 'Z':
-                restore(callbacks_.undo);
-                return true;
             case 'Y':
-                restore(callbacks_.redo);
+                // A running song is not changed.
+                if (!panel_.run().isRunning())
+                    restore(message.wParam == 'Z' ? callbacks_.undo : callbacks_.redo);
                 return true;
             default:
                 return false;

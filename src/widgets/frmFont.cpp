@@ -58,6 +58,10 @@ bool frmFont::open(HWND owner) {
             return false;
         fillLists();
         stop_ = 0;
+        // What the former window showed is gone with it.
+        exampleFont_.reset();
+        typedIn_ = 0;
+        typedSize_ = false;
         followSelection();
         ::SetTimer(handle(), kTm1, kTm1Ms, nullptr);
         lastFocus_ = control(kText2);
@@ -109,7 +113,8 @@ LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             tellBadSize();
             return 0;
         case WM_CLOSE:
-            takeTyped();
+            if (!tellBadSize())
+                takeTyped();
             destroy();
             return 0;
         default:

@@ -28,7 +28,9 @@ TEST(RtfReader, ReadsTheWordsOfADocument) {
         {"\\u233?\\u-10179?\\u-9216?\\uc2\\u8211\\'a1\\'aax\\uc0\\u1087y", u"é\U0001F400–xпy"},
         {"{\\uc0\\u233}\\u233 x", u"éé"},
         // Out of the text.
-        {"a{\\v hid}\\v den\\v0 b{\\*\\x c}{\\info{\\title t}}{\\header H}{\\footnote F}c", u"abc"},
+        {"{\\deleted gone}a{\\v hid}\\v den\\v0 b{\\*\\x c}{\\info{\\title t}}{\\header "
+         "H}{\\footnote F}c",
+         u"abc"},
         {"{\\stylesheet{\\s1 Head;}}{\\colortbl;}a{\\bkmkstart x}{\\xe\\v y}b", u"ab"},
         {"a{\\pict\\pngblip 8950}{\\nonshppict{\\pict 01}}\\bin3 }}}b", u"ab"},
         // In it, by whatever way.

@@ -60,6 +60,10 @@ TEST(RtfUnfold, WritesWhatPartsShow) {
         {"\\qc C\\line\\b la\\column x", "\\qc C\\par \\b la\\par x"},
         {"a\\u8232?b{\\uc0\\u8233 c}\\u8231?", "a\\par b{\\uc0\\par c}\\u8231?"},
         {"{\\footnote a\\line b}c", "{\\footnote a\\line b}c"},
+        // Out of sight.
+        {"a{\\v hid\\u8364?\\'41}b\\v c\\par\\v0 d{\\deleted e{\\b f}}\\v g\\plain h",
+         "a{\\v }b\\v \\par\\v0 d{\\deleted {\\b }}\\v \\plain h"},
+        {"{\\stylesheet{\\s1\\v A;}}", "{\\stylesheet{\\s1\\v A;}}"},
         // Words about tables where none can be.
         {"{\\*\\defpap\\itap0 }{\\*\\intbl}a", "{\\*\\defpap\\nop }{\\*\\nop }a"},
     };

@@ -240,7 +240,7 @@ TEST(Manifest, NameAndContent) {
     EXPECT_EQ(utf8(manifestPath(u"C:\\Program", u"Melvorin")),
               "C:\\Program\\Melvorin.exe.manifest");
 
-    const Text content = fromUtf8(manifestContent());
+    const Text content = fromUtf8(manifestContent(false));
     const std::vector<TextView> lines = splitLines(content);
     ASSERT_EQ(lines.size(), 11U);
     const std::size_t blanks[] = {0, 0, 5, 5, 5, 10, 15, 10, 5, 0};

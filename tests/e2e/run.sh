@@ -150,6 +150,10 @@ manifest() {
      </dependency>
 </assembly>
 END
+    # A 64-bit build writes the manifest that it can start with.
+    if x86_64-w64-mingw32-objdump -f "$exe" | grep -q pei-x86-64; then
+        sed -i 's/processorArchitecture="X86"/processorArchitecture="amd64"/' "$work/expected.manifest"
+    fi
     start
     title "Chord Notation - Melvorin"
     drive close

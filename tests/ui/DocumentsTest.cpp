@@ -187,163 +187,19 @@ TEST(Save, AsksBeforeOverwritingANameTheDialogDidNotConfirm) {
     EXPECT_EQ(folder.content(u"Song.mlv"), "precious");
     EXPECT_TRUE(program.state().dirty);
 
+    // The file that will be written is the one that is asked about.
+    folder.add(u"Song.mvt", "another");
     program.dialogs.choose(chosen(folder.file(u"Song.mvt"), 1));
     program.messages.answer(Answer::Yes);
     program.command(Command::mnuFileSaveAs);
     EXPECT_NE(folder.content(u"Song.mlv"), "precious");
     EXPECT_FALSE(program.state().dirty);
-}
-
-// What only looks like an ending belongs to the name.
-TEST(Save, NamesKeepTheirDots) {
-    const ScratchFolder folder;
-    const struct {
-        TextView typed;
-        int filter;
-        TextView saved;
-    } cases[] = {
-        {u"St. Anne No. 1", 1, u"St. Anne No. 1.mlv"},
-        {u"St. Anne No. 2", 1, u"St. Anne No. 2.mlv"},
-        {u"St. Anne No. 1.mvt", 2, u"St. Anne No. 1.rtf"},
-        {u"Opus 59.3", 1, u"Opus 59.3.mlv"},
-        {u"Song.txt", 1, u"Song.mlv"},
-        {u"Song", 2, u"Song.rtf"},
-    };
-    Program program;
-    ASSERT_TRUE(program.start());
-    program.type(u"Am");
-    for (const auto& c : cases) {
-        program.dialogs.choose(chosen(folder.file(c.typed), c.filter));
-        program.command(Command::mnuFileSaveAs);
-        EXPECT_EQ(shown(fileNamePart(program.form->documents().path())), shown(c.saved));
-    }
-    EXPECT_EQ(folder.names().size(), std::size(cases));
-    program.dialogs.choose(std::nullopt);
+    EXPECT_EQ(program.messages.boxes.size(), 2U);
+    EXPECT_NE(program.messages.boxes[1].text.find("Song.mlv"), std::string::npos);
+    program.dialogs.choose(chosen(folder.file(u"Song.mvt"), 2));
     program.command(Command::mnuFileSaveAs);
-    const auto& requests = program.dialogs.requests;
-    EXPECT_EQ(shown(requests.front().initialFolder), "C:\\Users\\me\\Documents");
-    EXPECT_EQ(shown(requests[2].fileName), "St. Anne No. 2.mlv") << "the whole name is offered";
-    EXPECT_EQ(requests.back().initialFolder, folder.path());
-}
-
-TEST(Open, ANameWithoutItsEndingIsFound) {
-    const ScratchFolder folder;
-    folder.add(u"both.mlv", kRichSong);
-    folder.add(u"both.txt", "no");
-    folder.add(u"text.txt", "Am");
-    folder.add(u"bare", "G");
-    folder.add(u"bare.txt", "no");
-    Program program;
-    ASSERT_TRUE(program.start());
-    for (const auto& [typed, opened] :
-         {std::pair{u"both", "both.mlv"}, {u"text", "text.txt"}, {u"bare", "bare"}}) {
-        program.dialogs.choose(chosen(folder.file(typed), 1));
-        program.command(Command::mnuFileOpen);
-        EXPECT_EQ(program.caption(), opened + std::string(" - Melvorin"));
-    }
-    program.dialogs.choose(chosen(folder.file(u"nothing"), 1));
-    program.command(Command::mnuFileOpen);
-    EXPECT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_EQ(program.caption(), "bare - Melvorin");
-}
-
-// A file is not made another kind of file unasked, and the question comes once.
-TEST(Save, AsksBeforeAFileChangesInKind) {
-    struct Case {
-        TextView name;
-        std::string content;
-        bool asks;
-    };
-    for (const Case& c :
-         {Case{u"song.cho", "[C]la\n", true}, Case{u"notes.md", "# C\n", true},
-          Case{u"song.mvt", "C  G\n", true}, Case{u"song.txt", kRichSong, true},
-          Case{u"song.txt", "C  G\n", false}, Case{u"song.rtf", kRichSong, false}}) {
-        SCOPED_TRACE(shown(c.name));
-        const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(c.name, c.content)));
-        EXPECT_EQ(program.caption(), shown(c.name) + " - Melvorin");
-        program.type(u"x");
-        if (c.asks) {
-            program.messages.answer(Answer::Cancel);
-            program.command(Command::mnuFileSave);
-            EXPECT_EQ(folder.content(c.name), c.content);
-            program.messages.answer(Answer::No);
-            program.dialogs.choose(std::nullopt);
-            program.command(Command::mnuFileSave);
-            EXPECT_EQ(program.dialogs.requests.size(), 1U) << "No leads to Save As";
-            EXPECT_EQ(folder.content(c.name), c.content);
-            EXPECT_TRUE(program.state().dirty);
-            program.messages.answer(Answer::Yes);
-        }
-        for (int i = 0; i < 2; ++i) {
-            program.command(Command::mnuFileSave);
-            EXPECT_FALSE(program.state().dirty);
-            program.type(u"y");
-        }
-        EXPECT_TRUE(program.messages.allAnswered());
-        EXPECT_NE(folder.content(c.name), c.content);
-    }
-}
-
-// What cannot be shown is named when the file opens, and asked about before it would be gone; also
-// where the program went down in between.
-TEST(Save, AsksBeforeWhatCouldNotBeShownIsLost) {
-    const ScratchFolder folder;
-    const std::string content =
-        R"({\rtf1\ansi{\fonttbl{\f0 Courier New;}}\f0 C  G\par la{\footnote a word below} la})";
-    const Text path = folder.add(u"song.rtf", content);
-    const auto saveAfterQuestion = [&](Program& program) {
-        program.messages.boxes.clear();
-        program.messages.answer(Answer::Cancel);
-        program.command(Command::mnuFileSave);
-        ASSERT_EQ(program.messages.boxes.size(), 1U);
-        EXPECT_NE(program.messages.boxes[0].text.find("1 footnote"), std::string::npos);
-        EXPECT_EQ(folder.content(u"song.rtf"), content);
-    };
-    Program program;
-    ASSERT_TRUE(program.start(path));
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("more than Melvorin can show: 1 footnote"),
-              std::string::npos);
-    program.type(u"x");
-    saveAfterQuestion(program);
-    program.crash();
-
-    Program next;
-    next.files.offersRemains = true;
-    next.messages.answer(Answer::Yes);
-    ASSERT_TRUE(next.start());
-    next.pump();
-    saveAfterQuestion(next);
-    next.messages.answer(Answer::Yes);
-    next.command(Command::mnuFileSave);
-    EXPECT_FALSE(next.state().dirty);
-    next.type(u"y");
-    next.command(Command::mnuFileSave);
-    EXPECT_TRUE(next.messages.allAnswered()) << "once";
-}
-
-// The page behind the text is the user's, unless the next song could not be read on it.
-TEST(Background, StaysWhereWordsCanBeRead) {
-    const ScratchFolder folder;
-    const Text song = folder.add(u"song.rtf", kRichSong);
-    const struct {
-        Rgb colour;
-        bool stays;
-    } cases[] = {{{0, 0, 0}, false}, {{80, 0, 0}, false}, {{255, 255, 200}, true}};
-    for (const auto& c : cases) {
-        for (const bool isNew : {true, false}) {
-            Program program;
-            ASSERT_TRUE(program.start());
-            program.editor().setBackground(c.colour);
-            program.dialogs.otherwise = chosen(song, 2);
-            program.command(isNew ? Command::mnuFileNew : Command::mnuFileOpen);
-            EXPECT_EQ(program.editor().background(),
-                      c.stays ? std::optional(c.colour) : std::nullopt);
-            EXPECT_FALSE(program.state().dirty);
-        }
-    }
+    EXPECT_EQ(program.messages.boxes.size(), 2U) << "Song.rtf is new";
+    EXPECT_EQ(folder.content(u"Song.mvt"), "another");
 }
 
 // Saved, reopened, saved again: the text and the formatting stay, and no file grows.

@@ -68,7 +68,7 @@ TEST(Paste, RichTextKeepsItsFormats) {
     program.type(u"xy");
     program.editor().select({1, 1});
     program.clipboard.rich = kRich;
-    program.clipboard.plain = u"not this";
+    program.clipboard.plain = u"sobold\ta";
     program.command(Command::mnuEditPaste);
     EXPECT_EQ(program.text(), "xsobold ay");
     EXPECT_EQ(styleAt(program.editor(), 3).bold, true);
@@ -76,6 +76,27 @@ TEST(Paste, RichTextKeepsItsFormats) {
     EXPECT_EQ(styleAt(program.editor(), 8).face, u"Melvorin 01");
     program.command(Command::mnuEditUndo);
     EXPECT_EQ(program.text(), "xy");
+}
+
+// An equation or a note would be gone with the formats; the plain text beside has it.
+TEST(Paste, WordsThatTheFormatsLoseAreOffered) {
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        Program program;
+        ASSERT_TRUE(program.start());
+        program.type(u"xy");
+        program.editor().select({1, 1});
+        program.clipboard.rich =
+            R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\f0 one {\mmath{\*\moMath {\mr two}}} three})";
+        program.clipboard.plain = u"one two three";
+        program.messages.answer(answer);
+        program.command(Command::mnuEditPaste);
+        ASSERT_EQ(program.messages.boxes.size(), 1U);
+        EXPECT_NE(program.messages.boxes[0].text.find("1 word of what was copied is missing"),
+                  std::string::npos);
+        EXPECT_EQ(program.text(), answer == Answer::Yes ? "xone two threey" : "xone  threey");
+        program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.text(), "xy");
+    }
 }
 
 // Nothing is changed where nothing can be pasted, and the user is told.

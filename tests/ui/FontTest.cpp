@@ -194,6 +194,14 @@ TEST_F(FontWindow, WhatIsTypedIsOneStepWhenTheTypingPauses) {
     EXPECT_EQ(program.messages.boxes.size(), 2U);
     EXPECT_EQ(textOfControl(frmFont::kT1), "11.5");
     EXPECT_EQ(newSteps(), 0);
+    typeInto(frmFont::kT1, u"abc");
+    window().destroy();
+    program.command(Command::mnuFont);
+    EXPECT_EQ(textOfControl(frmFont::kT1), "11.5") << "a new window knows nothing of the former";
+    typeInto(frmFont::kT1, u"abc");
+    ::SendMessageW(window().handle(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(program.messages.boxes.size(), 3U);
+    program.command(Command::mnuFont);
     // A click into the box selects what stands there.
     ::SetFocus(control(frmFont::kList2));
     send(frmFont::kT1, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(4, 4));

@@ -192,6 +192,38 @@ TEST_F(KeptWork, ADoubleClickTakesOneDiagram) {
     }
 }
 
+// Documents from elsewhere have whole lines in the diagrams' face.
+TEST_F(KeptWork, ALineEndIsNoDiagram) {
+    program.dialogs.choose(FileChoice{
+        folder.add(u"face.rtf",
+                   R"({\rtf1\ansi{\fonttbl{\f0\fcharset0 Melvorin 01;}}\f0 a\par a e\par})"),
+        2});
+    program.command(Command::mnuFileOpen);
+    ASSERT_EQ(program.text(), "a\ra e");
+    select({2, 2});
+    program.command(Command::mnuChDigt);
+    EXPECT_EQ(program.text(), "a\rA e") << "the one behind the cursor, not the line end before it";
+    select({4, 4});
+    program.command(Command::mnuChDigt);
+    EXPECT_EQ(program.text(), "a\rA E");
+}
+
+// To some controls a soft line break is a blank, and the chords before it no line.
+TEST_F(KeptWork, ShiftAndEnterBeginALine) {
+    BYTE keys[256]{};
+    ::GetKeyboardState(keys);
+    keys[VK_SHIFT] = 0x80;
+    ::SetKeyboardState(keys);
+    select({4, 4});
+    const int before = program.history().current();
+    ::SendMessageW(program.editor().handle(), WM_KEYDOWN, VK_RETURN, 1);
+    ::SendMessageW(program.editor().handle(), WM_CHAR, '\r', 1);
+    keys[VK_SHIFT] = 0;
+    ::SetKeyboardState(keys);
+    EXPECT_EQ(program.text(), "C  G\r\rla an la");
+    EXPECT_EQ(program.history().current(), before + 1);
+}
+
 // A file dropped while the view is open takes the place of the song, not of its next key.
 TEST_F(KeptWork, ADropClosesTheStageFirst) {
     program.command(Command::mnuFullScreen);

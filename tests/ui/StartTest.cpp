@@ -141,7 +141,7 @@ TEST(Splash, WritesTheManifestOnceAndSwitchesSmoothingOff) {
         ASSERT_EQ(program.program.written.size(), c.present ? 0U : 1U);
         if (!c.present) {
             const auto& [content, attributes] = program.program.written.at(path);
-            EXPECT_EQ(content, manifestContent());
+            EXPECT_EQ(content, manifestContent(sizeof(void*) == 8));
             EXPECT_EQ(attributes, 39U);
         }
         const std::string key = "Software\\Microsoft\\Internet Explorer\\Main\\UseClearType";
