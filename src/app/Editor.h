@@ -18,10 +18,12 @@ struct Selection {
     friend bool operator==(const Selection&, const Selection&) = default;
 };
 
-// How far the view is scrolled, in device pixels from the document's top left corner.
+// How far the view is scrolled: in device pixels from the document's top left corner, and the line
+// at the top, from 0, where it is known.
 struct ScrollPosition {
     std::int32_t x = 0;
     std::int32_t y = 0;
+    std::int32_t line = -1;
 
     friend bool operator==(const ScrollPosition&, const ScrollPosition&) = default;
 };

@@ -13,8 +13,8 @@ constexpr char16_t kNone = 0xFFFF;
 // The first bytes of two, as pairs of first and last.
 struct LeadRange {
     unsigned page;
-    unsigned first;
-    unsigned last;
+    int first;
+    int last;
 };
 constexpr auto kLeads = std::to_array<LeadRange>({{932, 0x81, 0x9F},
                                                   {932, 0xE0, 0xFC},

@@ -3,6 +3,8 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +14,7 @@
 #include "app/RtfRepair.h"
 #include "app/RtfUnfold.h"
 #include "platform/Handles.h"
+#include "platform/PicturesOnly.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"
 
@@ -21,6 +24,8 @@ namespace {
 constexpr WPARAM kUnicode = 1200;
 constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
 constexpr int kLine = 14;   // and about the height of a line
+// Characters of a line whose width tells whether the control has taken a size.
+constexpr std::int32_t kProbe = 40;
 
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
@@ -130,8 +135,10 @@ HWND RichEdit::createControl() {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | WS_VSCROLL |
                             WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL |
                             ES_NOHIDESEL | ES_WANTRETURN;
-    const HWND control = ::CreateWindowExW(edge_, windowClass, L"", style, 0, 0, 0, 0, parent_,
-                                           reinterpret_cast<HMENU>(INT_PTR{id_}),
+    // Text that is dragged in would go around the check and the tabs; files are dropped another
+    // way.
+    const HWND control = ::CreateWindowExW(edge_, windowClass, L"", style | ES_NOOLEDRAGDROP, 0, 0,
+                                           0, 0, parent_, reinterpret_cast<HMENU>(INT_PTR{id_}),
                                            ::GetModuleHandleW(nullptr), nullptr);
     if (control == nullptr)
         return nullptr;
@@ -142,6 +149,7 @@ HWND RichEdit::createControl() {
     };
     set(WM_SETREDRAW, FALSE, 0);
     set(EM_SETUNDOLIMIT, 0, 0);
+    set(EM_SETOLECALLBACK, 0, lparamOf(picturesOnly()));
     set(EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
     // The control must not pick other faces for single characters: a diagram is its face.
     const LRESULT language = set(EM_GETLANGOPTIONS, 0, 0);
@@ -197,6 +205,7 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
         ::DestroyWindow(fresh);
         return false;
     }
+    revisionAuthor_ = 0;
     select({0, 0});
     ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     scrollTo({0, 0});
@@ -226,17 +235,35 @@ void RichEdit::applyZoom(HWND control) const {
     ::SendMessageW(control, EM_SETZOOM, static_cast<WPARAM>(zoom_), 100);
 }
 
+// The first characters of the first line from `line` on that has some; empty where none is near.
+Selection RichEdit::beginningOfText(std::int32_t line) const {
+    constexpr std::int32_t lines = 50;
+    for (std::int32_t at = line; at < std::min(line + lines, lineCount()); ++at) {
+        if (const std::int32_t length = lengthOfLine(at); length > 0)
+            return {firstOfLine(at), firstOfLine(at) + std::min(kProbe, length)};
+    }
+    return {};
+}
+
+int RichEdit::widthOf(Selection range) const {
+    return static_cast<int>(pointOf(range.end).x - pointOf(range.begin).x);
+}
+
 void RichEdit::setZoom(int percent) {
-    zoom_ = percent;
+    const int former = std::exchange(zoom_, percent);
     const std::int32_t top = firstVisibleLine();
     const Selection selected = selection();
     const EditorWork work(*this);
+    const Selection probe = beginningOfText(top);
+    const double wanted = widthOf(probe) * percent / former;
     applyZoom(handle_);
     // Some controls go on with the former widths until a format changes. The author of a revision
     // is one that nobody sees and no Rich Text has.
-    CHARFORMAT2W format = charFormat(CFM_REVAUTHOR);
-    for (const BYTE author : {BYTE{1}, BYTE{0}}) {
-        format.bRevAuthor = author;
+    const bool follows =
+        probe.end > probe.begin && std::abs(widthOf(probe) - wanted) <= std::max(2.0, wanted / 20);
+    if (!follows) {
+        CHARFORMAT2W format = charFormat(CFM_REVAUTHOR);
+        format.bRevAuthor = revisionAuthor_ = static_cast<BYTE>(1 - revisionAuthor_);
         send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
     }
     bringToTop(top);
@@ -258,21 +285,26 @@ bool RichEdit::isEmpty() const {
     return send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query)) == 0;
 }
 
+// With the characters that hold tables and formulas together, which other ways of asking leave out:
+// positions count them. How many there are is seen when they have come.
 EditorText RichEdit::text() const {
-    GETTEXTLENGTHEX query{GTL_NUMCHARS | GTL_PRECISE, static_cast<UINT>(kUnicode)};
-    const LRESULT length = send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query));
-    if (length <= 0)
-        return {};
-    Text chars(static_cast<std::size_t>(length) + 1, u'\0');
-    GETTEXTEX request{};
-    request.cb = static_cast<DWORD>(chars.size() * sizeof(char16_t));
-    request.flags = GT_DEFAULT;
-    request.codepage = static_cast<UINT>(kUnicode);
-    const LRESULT copied =
-        send(EM_GETTEXTEX, reinterpret_cast<WPARAM>(&request), lparamOf(chars.data()));
-    if (copied != length)
+    constexpr std::size_t spare = 64;
+    Text chars;
+    for (std::size_t room = static_cast<std::size_t>(length()) + spare;; room *= 2) {
+        chars.assign(room, u'\0');
+        GETTEXTEX request{};
+        request.cb = static_cast<DWORD>(room * sizeof(char16_t));
+        request.flags = GT_RAWTEXT;
+        request.codepage = static_cast<UINT>(kUnicode);
+        const LRESULT copied =
+            send(EM_GETTEXTEX, reinterpret_cast<WPARAM>(&request), lparamOf(chars.data()));
+        if (copied + 1 < static_cast<LRESULT>(room)) {
+            chars.resize(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)));
+            break;
+        }
+    }
+    if (chars.empty() && !isEmpty())
         throw std::runtime_error("the editor does not give its text");
-    chars.resize(static_cast<std::size_t>(copied));
     return {std::move(chars)};
 }
 
@@ -289,7 +321,15 @@ std::string RichEdit::streamOut(WPARAM format) const {
 }
 
 std::string RichEdit::rtf() const {
-    return withTableRows(withLostCharacters(streamOut(SF_RTF), text().chars));
+    std::string written = streamOut(SF_RTF);
+    // The text only helps to mend it: a control that does not give it keeps nobody from saving.
+    Text shown;
+    try {
+        shown = text().chars;
+    } catch (const std::exception&) {
+        return withTableRows(written);
+    }
+    return withTableRows(withLostCharacters(std::move(written), shown));
 }
 
 std::string RichEdit::selectionRtf() const {
@@ -469,12 +509,19 @@ void RichEdit::select(Selection selection) {
 ScrollPosition RichEdit::scrollPosition() const {
     POINT point{};
     send(EM_GETSCROLLPOS, 0, lparamOf(&point));
-    return {static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y)};
+    return {static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y),
+            firstVisibleLine()};
 }
 
+// Controls count pixels up to 65,535 only: beyond, some begin anew and some give a share. What comes
+// of it is many lines off; then the line is what counts.
 void RichEdit::scrollTo(ScrollPosition position) {
+    constexpr std::int32_t farOff = 100;
     POINT point{position.x, position.y};
     send(EM_SETSCROLLPOS, 0, lparamOf(&point));
+    const std::int32_t missing = position.line < 0 ? 0 : position.line - firstVisibleLine();
+    if (std::abs(missing) > farOff)
+        send(EM_LINESCROLL, 0, missing);
 }
 
 void RichEdit::scrollCaretIntoView() {
@@ -494,6 +541,7 @@ void RichEdit::centre(std::int32_t position) {
     RECT text{};
     send(EM_GETRECT, 0, lparamOf(&text));
     ScrollPosition place = scrollPosition();
+    place.line = -1;
     place.y = std::max(0, place.y + static_cast<int>(point.y - (text.top + text.bottom) / 2));
     if (point.x < text.left || point.x >= text.right)
         place.x = std::max(0, place.x + static_cast<int>(point.x - (text.left + text.right) / 2));

@@ -135,6 +135,8 @@ class RichEdit : public Editor {
                                         UINT_PTR id, DWORD_PTR self);
     void applyPlace() const;
     void applyZoom(HWND control) const;
+    Selection beginningOfText(std::int32_t line) const;
+    int widthOf(Selection range) const;
     bool onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
     void typeBy(const std::function<void()>& action);
     void formatTyped(std::int32_t begin);
@@ -156,6 +158,7 @@ class RichEdit : public Editor {
     std::optional<Rgb> background_;
     DWORD edge_ = WS_EX_CLIENTEDGE;
     int zoom_ = 100;
+    BYTE revisionAuthor_ = 0;  // of all characters; only its change counts
     bool shown_ = true;
     int work_ = 0;
 };

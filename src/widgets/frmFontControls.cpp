@@ -17,10 +17,10 @@ constexpr int kCaption = 20;  // from a frame's top to its first control
 
 constexpr int kFirstTop = kMargin + kCaption;
 
-constexpr int kFontWidth = 236;
+constexpr int kFontWidth = 256;
 constexpr int kSizeWidth = 88;
 constexpr int kStyleWidth = 126;
-constexpr int kRightWidth = 292;
+constexpr int kRightWidth = 308;
 constexpr int kSizeLeft = kMargin + kFontWidth + kGap;
 constexpr int kStyleLeft = kSizeLeft + kSizeWidth + kGap;
 constexpr int kLeftWidth = kFontWidth + kGap + kSizeWidth + kGap + kStyleWidth;
