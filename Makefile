@@ -11,7 +11,7 @@ BUILD_TARGETS := native native-asan win-x64 win-x86
 run: win-x64 native
 	@tools/run.sh "$$DOC"
 
-test: native-asan native win-x64 win-x86 lint
+test: native-asan native win-x64 win-x86
 	@tools/test.sh
 
 bench: native win-x64

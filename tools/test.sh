@@ -1,7 +1,7 @@
 #!/bin/bash
-# test.sh: runs every test that was built. Native tests run with the sanitizers. The windows and the
-# end-to-end runs, which mostly wait, run beside each other, each on a private display and in a Wine
-# prefix of its own.
+# test.sh: runs every test that was built, and the linter. Native tests run with the sanitizers. The
+# windows and the end-to-end runs, which mostly wait, run beside each other, each on a private display
+# and in a Wine prefix of its own; the linter has what they leave of the machine.
 set -eu
 . "$(dirname "$0")/wine-env.sh"
 # Samples are in the code page that goes with this.
@@ -16,9 +16,13 @@ on_display() { # COMMAND...: where everything is ready for Wine
 runs=$(mktemp)
 MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.sh" >"$runs" 2>&1 &
 runs_process=$!
+lint=$(mktemp)
+nice "$root/tools/lint.sh" >"$lint" 2>&1 &
+lint_process=$!
 result=0
 on_display ctest --test-dir "$root/build/win-x64" --output-on-failure --no-tests=error || result=1
 wait $runs_process || result=1
+wait $lint_process || { result=1; cat "$lint"; }
 cat "$runs"
-rm -f "$runs"
+rm -f "$runs" "$lint"
 exit $result

@@ -23,7 +23,7 @@ namespace {
 
 constexpr WPARAM kUnicode = 1200;
 constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
-constexpr int kLine = 14;   // and about the height of a line
+constexpr int kLine = 15;   // and about the height of a line
 // Characters of a line whose width tells whether the control has taken a size.
 constexpr std::int32_t kProbe = 40;
 
@@ -513,8 +513,8 @@ ScrollPosition RichEdit::scrollPosition() const {
             firstVisibleLine()};
 }
 
-// Controls count pixels up to 65,535 only: beyond, some begin anew and some give a share. What comes
-// of it is many lines off; then the line is what counts.
+// Controls count pixels up to 65,535 only: beyond, some begin anew and some give a share. What
+// comes of it is many lines off; then the line is what counts.
 void RichEdit::scrollTo(ScrollPosition position) {
     constexpr std::int32_t farOff = 100;
     POINT point{position.x, position.y};
@@ -541,7 +541,9 @@ void RichEdit::centre(std::int32_t position) {
     RECT text{};
     send(EM_GETRECT, 0, lparamOf(&text));
     ScrollPosition place = scrollPosition();
-    place.line = -1;
+    place.line =
+        std::max(0, lineOf(position) -
+                        static_cast<std::int32_t>((text.bottom - text.top) / 2) / scaled(kLine));
     place.y = std::max(0, place.y + static_cast<int>(point.y - (text.top + text.bottom) / 2));
     if (point.x < text.left || point.x >= text.right)
         place.x = std::max(0, place.x + static_cast<int>(point.x - (text.left + text.right) / 2));

@@ -269,6 +269,14 @@ LRESULT CALLBACK watchTips(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     return subclassDefault(watchTips, id, window, message, wParam, lParam);
 }
 
+void CALLBACK closeMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
+    if (tipsSwitched.empty())
+        return;
+    EXPECT_EQ(tipsSwitched, std::vector<WPARAM>{FALSE}) << "while the menu is open";
+    ::KillTimer(window, timer);
+    ::EndMenu();
+}
+
 // The tip of the button would lie over its own menu.
 TEST(KeyButtons, NoTipCoversTheMenu) {
     Program program;
@@ -278,13 +286,7 @@ TEST(KeyButtons, NoTipCoversTheMenu) {
     ASSERT_NE(tips, nullptr);
     ::SetWindowSubclass(tips, watchTips, 79, 0);
     tipsSwitched.clear();
-    ::SetTimer(program.form->handle(), 4711, 50, [](HWND window, UINT, UINT_PTR timer, DWORD) {
-        if (tipsSwitched.empty())
-            return;
-        EXPECT_EQ(tipsSwitched, std::vector<WPARAM>{FALSE}) << "while the menu is open";
-        ::KillTimer(window, timer);
-        ::EndMenu();
-    });
+    ::SetTimer(program.form->handle(), 4711, 50, closeMenu);
     NMTOOLBARW dropped{};
     dropped.hdr = {bar, 0, static_cast<UINT>(TBN_DROPDOWN)};
     ::SendMessageW(program.form->handle(), WM_NOTIFY, 0, lparamOf(&dropped));
