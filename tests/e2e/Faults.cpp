@@ -343,7 +343,8 @@ void fillHistory(const Text& program) {
     });
     constexpr int kChanges = 32'767 + 20;
     for (int i = 0; i < kChanges; ++i)
-        ::SendMessageW(mainWindow(), WM_COMMAND, idOf(Command::mnuBold), 0);
+        ::SendMessageW(mainWindow(), WM_COMMAND,
+                       idOf(i % 2 == 0 ? Command::alignCenter : Command::alignRight), 0);
     send(editor(), WM_CHAR, u'D', 1);
     const std::size_t files = temporaryFiles(u"bb*.tmp").size();
     done = true;
