@@ -174,6 +174,7 @@ TEST(LetterCase, AgreesWithTheUnicodeData) {
     std::setlocale(LC_CTYPE, "C");
     EXPECT_EQ(toUtf8(unicodeUpperCase(u"söße ÿ ñandú ř σς я ı 12")), "SÖßE Ÿ ÑANDÚ Ř ΣΣ Я ı 12");
     EXPECT_EQ(toUtf8(unicodeLowerCase(u"ÀÈ ŸŘ ΣЯ ẞ İ")), "àè ÿř σя ẞ İ");
+    EXPECT_EQ(toUtf8(asciiLowerCase(u"ÉTÉ @[ AZ.RTF Я")), "ÉtÉ @[ az.rtf Я");
 }
 
 TEST(TabExpander, PartsGiveWhatTheWholeGives) {
