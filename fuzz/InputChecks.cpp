@@ -4,6 +4,7 @@
 #include "Checks.h"
 #include "MemoryFiles.h"
 #include "app/DocumentLoss.h"
+#include "app/LetterCase.h"
 #include "app/RecentFiles.h"
 #include "app/RtfCheck.h"
 #include "app/RtfMap.h"
@@ -126,7 +127,7 @@ void checkJournal(std::string_view bytes) {
     require(run->current < static_cast<int>(run->snapshots.size()) || run->current == 0,
             "the state exists", shown(bytes));
     for (const Snapshot& snapshot : run->snapshots) {
-        const Text lower = lowerCase(snapshot.path);
+        const Text lower = asciiLowerCase(snapshot.path);
         require(lower.empty() || (lower.starts_with(u"c:\\temp\\bb") &&
                                   lower.find_first_of(u"\\/:", 8) == Text::npos),
                 "snapshots lie in the folder", snapshot.path);

@@ -72,6 +72,7 @@ constexpr MenuEntry kMenu[] = {
     entry(mnuDwn, mnuTom, u"Go Down a Half Step"),
     entry(mnuUp, mnuTom, u"Go Up a Half Step"),
     submenu(mnuSgn, mnuCifrar, u"Alteration Signs"),
+    // kept: first-sharps-caption
     entry(mnuSus, mnuSgn, u">> Use Sharps"),
     entry(mnuBem, mnuSgn, u"Use Flats"),
 
@@ -134,14 +135,14 @@ constexpr ToolButton kToolbar[] = {
     push(u"Help", mnuHlpTcs, u"Help Contents"),
 };
 
-constexpr std::uint16_t kF3 = 0x72;
+constexpr std::uint16_t kFindAgainKey = 0x72;  // F3
 
 constexpr Shortcut kShortcuts[] = {
-    {u'N', true, mnuFileNew},  {u'O', true, mnuFileOpen},  {u'S', true, mnuFileSave},
-    {u'Z', true, mnuEditUndo}, {u'Y', true, mnuEditRedo},  {u'B', true, mnuBold},
-    {u'I', true, mnuItalic},   {u'U', true, mnuUnderline}, {u'L', true, alignLeft},
-    {u'E', true, alignCenter}, {u'R', true, alignRight},   {u'D', true, mnuChDigt},
-    {kF3, false, findAgain},
+    {u'N', true, mnuFileNew},          {u'O', true, mnuFileOpen},  {u'S', true, mnuFileSave},
+    {u'Z', true, mnuEditUndo},         {u'Y', true, mnuEditRedo},  {u'B', true, mnuBold},
+    {u'I', true, mnuItalic},           {u'U', true, mnuUnderline}, {u'L', true, alignLeft},
+    {u'E', true, alignCenter},         {u'R', true, alignRight},   {u'D', true, mnuChDigt},
+    {kFindAgainKey, false, findAgain},
 };
 
 static_assert(std::size(kToolbar) == 34);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/CodePages.h"
-#include "app/Paths.h"
+#include "app/LetterCase.h"
 #include "app/RtfCheck.h"
 #include "find/TabExpansion.h"
 
@@ -69,7 +69,7 @@ Result<DocumentContent> readRich(std::string_view bytes, bool asWhole) {
 
 Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
                                      const AnsiCodec& ansi, const ReadingChooser& choose) {
-    const bool isTextFile = lowerCase(extension) == u"txt";
+    const bool isTextFile = asciiLowerCase(extension) == u"txt";
     if (bytes.empty() && !isTextFile)
         return Result<DocumentContent>::failure(u"The file is empty.");
     if (!looksLikeRtf(bytes))

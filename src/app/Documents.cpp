@@ -3,6 +3,7 @@
 #include "app/Contrast.h"
 #include "app/DocumentLoss.h"
 #include "app/EditCommands.h"
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 #include "app/ProgramSettings.h"
 #include "app/RtfCheck.h"
@@ -11,6 +12,7 @@ namespace melvorin {
 namespace {
 
 constexpr TextView kTitleEnd = u" - Melvorin";
+// kept: verify-path
 constexpr TextView kVerifyPath =
     u"    Please verify that the correct path and file name are given.";
 constexpr TextView kApplication = u"Melvorin";
@@ -20,11 +22,12 @@ constexpr Rgb kInk{0, 0, 0};
 constexpr double kLeastContrast = 3;
 
 int openFilterIndex(TextView extension) {
-    const Text lower = lowerCase(extension);
+    const Text lower = asciiLowerCase(extension);
     if (lower == u"mvt")
         return 1;
     if (lower == u"rtf")
         return 2;
+    // kept: fourth-filter
     return lower == u"txt" ? kTextFilter : 4;
 }
 
@@ -45,7 +48,8 @@ bool isReadable(std::string_view rtf) {
 
 // A "doc" ends as plain text too, and is written once, so that a failure leaves the old file.
 bool isSavedAsPlain(TextView path) {
-    const Text extension = lowerCase(extensionPart(path));
+    const Text extension = asciiLowerCase(extensionPart(path));
+    // kept: doc-is-text
     return extension == u"txt" || extension == u"doc";
 }
 
@@ -138,6 +142,7 @@ bool Documents::mayClose() {
     if (mayLeave())
         return true;
     SettingsStore& store = services_.settings;
+    // kept: write-only-paths
     store.write(kApplication, u"Paths", u"Lastsaved", lastUsed_.saved);
     store.write(kApplication, u"Paths", u"LastOpened", lastUsed_.opened);
     store.write(kApplication, u"Paths", u"LastOpenedEXT", lastUsed_.openedExtension);
@@ -163,7 +168,9 @@ void Documents::open() {
     if (lastUsed_.openedExtension.empty())
         lastUsed_.openedExtension = u"mvt";
     if (lastUsed_.opened.empty())
+        // kept: first-folder
         lastUsed_.opened = u":\\";
+    // kept: dialog-titles
     const auto choice = services_.dialogs.open({u" Open",
                                                 openFilters(),
                                                 openFilterIndex(lastUsed_.openedExtension),
@@ -416,8 +423,9 @@ bool Documents::writeTo(TextView path) {
 }
 
 std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
+    // kept: dialog-titles
     FileDialogRequest request{u" Save As", saveFilters(), 1, {}, {}};
-    request.filterIndex = lowerCase(extension_) == u"rtf" ? 2 : 1;
+    request.filterIndex = asciiLowerCase(extension_) == u"rtf" ? 2 : 1;
     request.fileName = origin_.path.empty() ? Text(kUntitled) : Text(fileNamePart(origin_.path));
     request.initialFolder =
         origin_.path.empty() ? services_.system.documentsFolder() : folderPart(origin_.path);
@@ -426,6 +434,7 @@ std::optional<Documents::SaveTarget> Documents::askSaveTarget() {
         return std::nullopt;
     Text path = choice->path;
     if (choice->filterIndex == 1)
+        // kept: mlv-ending
         path = songName(path) + u".mlv";
     else if (choice->filterIndex == 2)
         path = songName(path) + u".rtf";

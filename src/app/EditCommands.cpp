@@ -241,7 +241,8 @@ std::vector<Letter> lettersToChange(TextView text, Selection range, LetterCase t
     for (auto at = static_cast<std::size_t>(range.begin);
          at < std::min(static_cast<std::size_t>(range.end), text.size()); ++at) {
         const char16_t c = text[at];
-        const char16_t changed = to == LetterCase::Upper ? upperCaseOf(c) : lowerCaseOf(c);
+        const char16_t changed =
+            to == LetterCase::Upper ? unicodeUpperCase(c) : unicodeLowerCase(c);
         if (changed != c)
             letters.push_back({at, changed});
     }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/Editor.h"
+#include "app/LetterCase.h"
 #include "app/Services.h"
 
 namespace melvorin {
@@ -41,8 +42,6 @@ using ExpandTabs = std::function<std::optional<Text>(Text text, std::size_t star
 // the document is as it was. True when the document was changed.
 bool pasteClipboard(Editor& editor, Clipboard& clipboard, MessageBoxes& messages, TextView face,
                     const ExpandTabs& expand);
-
-enum class LetterCase { Upper, Lower };
 
 // Converts the selected letters, which stay selected. Formats stay; characters in a diagram font
 // are pictures and stay as they are.

@@ -19,6 +19,7 @@ constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMs = 200;
 // Posted once the window is there for the user to see.
 constexpr UINT kShown = WM_APP + 1;
+// kept: video-settings
 constexpr TextView kUnsupportedScreen =
     u"The Melvorin Editor doesn't work with this video settings  ";
 

@@ -8,6 +8,7 @@
 #include "app/CommandMap.h"
 #include "app/Documents.h"
 #include "app/EditCommands.h"
+#include "app/LetterCase.h"
 #include "app/ModalGuard.h"
 #include "app/RecentFiles.h"
 #include "app/WindowLayout.h"

@@ -77,20 +77,31 @@ Text mapped(TextView text, const Table& table) {
 
 }  // namespace
 
-char16_t upperCaseOf(char16_t c) {
+char16_t unicodeUpperCase(char16_t c) {
     return tableOf<searchUpper>()[c];
 }
 
-char16_t lowerCaseOf(char16_t c) {
+char16_t unicodeLowerCase(char16_t c) {
     return tableOf<searchLower>()[c];
 }
 
-Text toUpperCase(TextView text) {
+Text unicodeUpperCase(TextView text) {
     return mapped(text, tableOf<searchUpper>());
 }
 
-Text toLowerCase(TextView text) {
+Text unicodeLowerCase(TextView text) {
     return mapped(text, tableOf<searchLower>());
+}
+
+char16_t asciiLowerCase(char16_t c) {
+    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c - u'A' + u'a') : c;
+}
+
+Text asciiLowerCase(TextView text) {
+    Text lower(text);
+    for (char16_t& c : lower)
+        c = asciiLowerCase(c);
+    return lower;
 }
 
 }  // namespace melvorin

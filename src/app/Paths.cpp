@@ -1,5 +1,7 @@
 #include "app/Paths.h"
 
+#include "app/LetterCase.h"
+
 namespace melvorin {
 namespace {
 
@@ -21,12 +23,12 @@ bool isSlash(char16_t c) {
 
 bool startsWithDrive(TextView path) {
     const auto letter = [](char16_t c) { return c >= u'a' && c <= u'z'; };
-    return path.size() >= 2 && path[1] == u':' && letter(lowerCase(path.substr(0, 1))[0]);
+    return path.size() >= 2 && path[1] == u':' && letter(asciiLowerCase(path[0]));
 }
 
 // "con", "NUL.txt", "Com1 .x": whatever follows the first dot or colon, Windows means the device.
 bool isDeviceName(TextView name) {
-    Text base = lowerCase(name.substr(0, name.find_first_of(u".:")));
+    Text base = asciiLowerCase(name.substr(0, name.find_first_of(u".:")));
     base.resize(base.find_last_not_of(u' ') + 1);
     for (const TextView device : {u"con", u"prn", u"aux", u"nul", u"conin$", u"conout$"}) {
         if (base == device)
@@ -56,15 +58,6 @@ TextView extensionPart(TextView path) {
 
 TextView withoutExtension(TextView path) {
     return path.substr(0, extensionDot(path));
-}
-
-Text lowerCase(TextView text) {
-    Text lower(text);
-    for (char16_t& c : lower) {
-        if (c >= u'A' && c <= u'Z')
-            c = static_cast<char16_t>(c - u'A' + u'a');
-    }
-    return lower;
 }
 
 Text joinPath(TextView folder, TextView name) {

@@ -13,8 +13,6 @@ TextView fileNamePart(TextView path);
 TextView extensionPart(TextView path);
 // The path without its extension and the ".".
 TextView withoutExtension(TextView path);
-// ASCII letters in lower case; extensions are compared so.
-Text lowerCase(TextView text);
 // `folder` + "\" + `name`, with one separator where the folder is a root.
 Text joinPath(TextView folder, TextView name);
 

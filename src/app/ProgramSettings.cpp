@@ -10,6 +10,7 @@ Text programIniPath(ProgramFolder& program) {
 
 Text editorFontFace(const Services& services) {
     constexpr std::uint32_t capacity = 255;
+    // kept: tela-option
     const Text option =
         services.profiles.read(u"Tela", u"Option", u"", programIniPath(services.program), capacity);
     return Text(option == u"0" ? kCourierNew : kLucidaConsole);

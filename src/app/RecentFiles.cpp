@@ -6,8 +6,10 @@ namespace melvorin {
 namespace {
 
 // Without a folder: the profile functions keep it in the Windows folder.
+// kept: windows-ini
 constexpr TextView kFile = u"Melvorin.INI";
 constexpr TextView kSection = u"Recent Files";
+// kept: not-used
 constexpr TextView kUnused = u"Not Used";
 constexpr std::uint32_t kCapacity = 255;
 constexpr int kSlots = 8;
@@ -64,10 +66,12 @@ bool RecentFiles::add(TextView path) {
     // One character of the buffer is the end of the text.
     if (path.size() >= kCapacity)
         return false;
+    // kept: recent-order
     if (isListed(path)) {
         reload();
         return true;
     }
+    // kept: recent-gap
     // An unused slot is not copied, so what stands below a gap may come to stand in two.
     for (int slot = kSlots - 1; slot >= 1; --slot) {
         const Text value = read(slot);

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 
 namespace melvorin {
@@ -114,7 +115,7 @@ class Words {
 
 // As the system names temporary files: nothing else is ever read or deleted for a journal.
 bool isSnapshotName(TextView name) {
-    const Text lower = lowerCase(name);
+    const Text lower = asciiLowerCase(name);
     constexpr TextView start = u"bb";
     constexpr TextView end = u".tmp";
     if (lower.size() <= start.size() + end.size() || !lower.starts_with(start) ||

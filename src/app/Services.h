@@ -208,6 +208,7 @@ struct Services {
 };
 
 // The word in every message box's title; the leading blank belongs to it.
+// kept: title-blank
 inline constexpr TextView kMessageTitle = u" Melvorin";
 
 // An error the user has to know of: critical icon, OK only.

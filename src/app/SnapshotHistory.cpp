@@ -6,6 +6,7 @@ namespace melvorin {
 namespace {
 
 constexpr TextView kPrefix = u"bb";
+// kept: history-limit
 constexpr std::int16_t kMostSnapshots = std::numeric_limits<std::int16_t>::max();
 
 }  // namespace

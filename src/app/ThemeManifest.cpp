@@ -1,15 +1,17 @@
 #include "app/ThemeManifest.h"
 
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 
 namespace melvorin {
 
 Text manifestPath(TextView folder, TextView programFileName) {
-    const bool isExe = lowerCase(programFileName).ends_with(u".exe");
+    const bool isExe = asciiLowerCase(programFileName).ends_with(u".exe");
     return joinPath(folder, programFileName) + (isExe ? u".manifest" : u".exe.manifest");
 }
 
 std::string manifestContent(bool is64Bit) {
+    // kept: manifest-name
     static constexpr std::string_view lines =
         R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
@@ -37,6 +39,7 @@ void writeManifestIfMissing(ProgramFolder& program) {
         program.writeWithAttributes(path, manifestContent(sizeof(void*) == 8), kManifestAttributes);
 }
 
+// kept: font-smoothing
 void switchFontSmoothingOff(SystemSettings& system) {
     if (system.setFontSmoothing(false))
         system.fontSmoothing();

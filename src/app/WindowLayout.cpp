@@ -6,6 +6,7 @@ namespace melvorin {
 namespace {
 
 constexpr int kNarrowScreen = 800;
+// kept: screen-640
 constexpr int kToleratedScreen = 640;
 // Below this height not even the toolbar, the title and some lines of a song fit.
 constexpr int kLeastWorkHeight = 400;

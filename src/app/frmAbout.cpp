@@ -52,7 +52,7 @@ bool frmAbout::show(HWND owner) {
     if (!createWindow(owner))
         return false;
     centreOver(handle(), owner);
-    ::SetFocus(Ok_.handle());
+    ::SetFocus(ok_.handle());
     runModal(owner);
     return true;
 }
@@ -81,11 +81,11 @@ bool frmAbout::createWindow(HWND owner) {
     ::SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
 
     const int okLeft = kWidth - kMargin - kOkWidth;
-    Licences_.create(
+    licences_.create(
         handle(), kLicences,
         placeOf(okLeft - kGap - kLicencesWidth, kButtonTop, kLicencesWidth, kButtonHeight),
         u"&Licences");
-    Ok_.create(handle(), kOk, placeOf(okLeft, kButtonTop, kOkWidth, kButtonHeight), u"OK",
+    ok_.create(handle(), kOk, placeOf(okLeft, kButtonTop, kOkWidth, kButtonHeight), u"OK",
                WS_TABSTOP | BS_DEFPUSHBUTTON);
     return true;
 }

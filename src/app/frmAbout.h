@@ -18,7 +18,7 @@ class frmAbout : public Dialog {
 
     // `services` outlive the window.
     explicit frmAbout(const Services& services)
-        : services_(services), sounds_(services), Licences_(sounds_), Ok_(sounds_) {}
+        : services_(services), sounds_(services), licences_(sounds_), ok_(sounds_) {}
 
     // Shows the window over `owner` and returns when it is closed. False when Windows refuses.
     bool show(HWND owner);
@@ -32,8 +32,8 @@ class frmAbout : public Dialog {
 
     const Services services_;
     ButtonSounds sounds_;
-    TarnelButton Licences_;
-    TarnelButton Ok_;
+    TarnelButton licences_;
+    TarnelButton ok_;
     UniqueFont titleFont_;
     UniqueIcon icon_;
 };

@@ -77,10 +77,10 @@ bool frmCodePage::createWindow(HWND owner, TextView fileName) {
     ::SendMessageW(preview, WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()), FALSE);
 
     const int cancelLeft = kWidth - kMargin - kButtonWidth;
-    Open_.create(handle(), kOpen,
+    open_.create(handle(), kOpen,
                  placeOf(cancelLeft - kGap - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight),
                  u"Open", WS_TABSTOP | BS_DEFPUSHBUTTON);
-    Cancel_.create(handle(), kCancel, placeOf(cancelLeft, kButtonTop, kButtonWidth, kButtonHeight),
+    cancel_.create(handle(), kCancel, placeOf(cancelLeft, kButtonTop, kButtonWidth, kButtonHeight),
                    u"Cancel");
     return true;
 }

@@ -24,7 +24,7 @@ class frmCodePage : public Dialog {
 
     // `services` outlive the window.
     explicit frmCodePage(const Services& services)
-        : services_(services), sounds_(services), Open_(sounds_), Cancel_(sounds_) {}
+        : services_(services), sounds_(services), open_(sounds_), cancel_(sounds_) {}
 
     // Asks over `owner`. The index of the reading that the user takes, the first being marked when
     // the window comes; nothing where they cancel, or where Windows refuses the window.
@@ -41,8 +41,8 @@ class frmCodePage : public Dialog {
 
     const Services services_;
     ButtonSounds sounds_;
-    TarnelButton Open_;
-    TarnelButton Cancel_;
+    TarnelButton open_;
+    TarnelButton cancel_;
     UniqueFont previewFont_;
     std::vector<CodePageReading> readings_;
     std::optional<std::size_t> taken_;

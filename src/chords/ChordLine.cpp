@@ -36,6 +36,7 @@ std::size_t CountChordCharacters(TextView line) {
     return static_cast<std::size_t>(std::count_if(line.begin(), line.end(), isChordLineCharacter));
 }
 
+// kept: no-word-list
 bool IsChordLine(TextView line) {
     return std::all_of(line.begin(), line.end(), isChordLineCharacter);
 }

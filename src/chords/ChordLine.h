@@ -13,6 +13,7 @@ namespace melvorin {
 
 // The characters a chord line is made of. The digits 0, 2 and 8, the minus sign and every other
 // letter are left out on purpose: they keep most lyrics from passing for chords.
+// kept: chord-characters
 inline constexpr TextView ChordLineCharacters = u" ABCDEFGmb#1345679\u00B0iSus/+M\u00BAad()";
 
 // The characters of the chord notation as a whole, wider than what a chord line may hold.

@@ -131,6 +131,7 @@ bool FrmCifra::createWindow(HWND owner) {
     ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
     WindowSpec spec;
     spec.className = L"MelvorinFrmCifra";
+    // kept: window-titles
     spec.caption = L" Changing the Key";
     spec.style = style;
     spec.extendedStyle = WS_EX_DLGMODALFRAME;

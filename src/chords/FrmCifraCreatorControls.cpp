@@ -25,6 +25,7 @@ bool FrmCifraCreator::createWindow(HWND owner) {
     const ScreenSize work = services_.screen.workArea();
     WindowSpec spec;
     spec.className = L"MelvorinFrmCifraCreator";
+    // kept: window-titles
     spec.caption = L" Create Chord Notation";
     spec.style =
         WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
@@ -71,6 +72,7 @@ void FrmCifraCreator::createControls() {
     };
     button(u"&Open File...", kOpenFile);
     button(u"&Paste", kPaste);
+    // kept: converter-texto
     button(u"Con&verter Texto", kCmd1);
     button(u"&Make Chart", kMakeChart);
     label(L"&Song as it was found");

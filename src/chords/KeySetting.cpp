@@ -5,6 +5,7 @@
 namespace melvorin {
 
 SpellingCaptions captionsOf(Spelling spelling) {
+    // kept: caption-paddings
     if (spelling == Spelling::Sharps)
         return {u">>    Use Sharps", u"         Use Flats"};
     return {u"        Use Sharps", u">>    Use Flats"};

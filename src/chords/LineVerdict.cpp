@@ -89,7 +89,7 @@ bool isLabelSuffix(TextView text) {
 }
 
 bool isSectionName(TextView text) {
-    const Text name = toLowerCase(trimmed(text.substr(0, kLongestLabel + 1)));
+    const Text name = unicodeLowerCase(trimmed(text.substr(0, kLongestLabel + 1)));
     if (text.size() > kLongestLabel)
         return false;
     return std::any_of(std::begin(kSectionWords), std::end(kSectionWords), [&](TextView word) {
@@ -99,7 +99,7 @@ bool isSectionName(TextView text) {
 }
 
 bool isFactName(TextView text) {
-    const Text name = toLowerCase(trimmed(text));
+    const Text name = unicodeLowerCase(trimmed(text));
     return std::any_of(std::begin(kFactWords), std::end(kFactWords),
                        [&](TextView word) { return name == word; });
 }
@@ -241,7 +241,7 @@ std::optional<Directive> readDirective(TextView line) {
         return std::nullopt;
     const TextView inside = line.substr(1, line.size() - 2);
     const std::size_t nameEnd = inside.find_first_of(u": ");
-    Directive directive{toLowerCase(trimmed(inside.substr(0, nameEnd))), {}};
+    Directive directive{unicodeLowerCase(trimmed(inside.substr(0, nameEnd))), {}};
     if (directive.name.empty())
         return std::nullopt;
     if (nameEnd != TextView::npos) {

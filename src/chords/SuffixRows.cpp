@@ -11,9 +11,13 @@ namespace {
 
 using Pair = std::pair<TextView, TextView>;
 
+// kept: rewrite-anywhere
 constexpr Pair kFirst[] = {{u"#- ", u"#m "}, {u"Cb", u"B"}, {u"Fb", u"E"}};
 
 // L14 and L15.
+// kept: nine-plus
+// kept: eleven-plus
+// kept: double-rows
 constexpr Pair kSuffixes[] = {
     {u"b-", u"bm"},     {u"A-", u"Am"},     {u"B-", u"Bm"},     {u"C-", u"Cm"},
     {u"D-", u"Dm"},     {u"E-", u"Em"},     {u"F-", u"Fm"},     {u"G-", u"Gm"},
@@ -51,6 +55,7 @@ constexpr TextView kFlatBasses[] = {u"Bb", u"Db", u"Eb", u"Gb", u"Ab"};   // L4
 constexpr TextView kSharpBasses[] = {u"A#", u"C#", u"D#", u"F#", u"G#"};  // L5
 
 // L7 and L8.
+// kept: fm9-row
 constexpr Pair kBasses[] = {
     {u"A/A#", u"A/Bb"},   {u"Am/A#", u"Am/Bb"},   {u"C/C#", u"C/Db"},     {u"Cm/C#", u"Cm/Db"},
     {u"D/D#", u"D/Eb"},   {u"Dm/D#", u"Dm/Eb"},   {u"F/F#", u"F/Gb"},     {u"Fm/F#", u"Fm/Gb"},

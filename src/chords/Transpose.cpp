@@ -25,6 +25,7 @@ constexpr std::size_t accidentalIndex(char16_t accidental) {
     return accidental == u'#' ? 1 : accidental == u'b' ? 2 : 0;
 }
 
+// kept: odd-notes
 // E#, B#, Cb and Fb are not names: their letter moves as a natural, the accidental stays.
 constexpr bool isName(char16_t letter, char16_t accidental) {
     const TextView withoutName = accidental == u'#' ? u"BE" : u"CF";

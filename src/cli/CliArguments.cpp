@@ -5,7 +5,7 @@
 #include <utility>
 
 #ifdef _WIN32
-#include <cwctype>
+#include "app/LetterCase.h"
 #endif
 
 namespace melvorin {
@@ -27,13 +27,11 @@ TextView fileName(TextView path) {
 
 // Two names with the same key are the same file of a folder.
 Text nameKey(TextView path) {
-    Text key(fileName(path));
 #ifdef _WIN32
-    std::transform(key.begin(), key.end(), key.begin(), [](char16_t c) {
-        return static_cast<char16_t>(std::towlower(static_cast<std::wint_t>(c)));
-    });
+    return unicodeLowerCase(fileName(path));
+#else
+    return Text(fileName(path));
 #endif
-    return key;
 }
 
 Text quoted(TextView argument) {

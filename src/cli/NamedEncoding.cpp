@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "app/CodePages.h"
+#include "app/LetterCase.h"
 
 namespace melvorin {
 namespace {
@@ -58,9 +59,7 @@ unsigned codePageNamed(std::string_view name) {
 }  // namespace
 
 std::optional<NamedEncoding> encodingNamed(TextView name) {
-    std::string lower = toUtf8(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+    const std::string lower = toUtf8(asciiLowerCase(name));
     for (const UnicodeName& known : kUnicode) {
         if (known.name == lower)
             return known.encoding;

@@ -12,8 +12,6 @@
 #include <fcntl.h>
 #include <io.h>
 
-#include <clocale>
-
 #include "platform/SystemAnsiCodec.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Win.h"
@@ -111,8 +109,6 @@ int guarded(StandardPorts& ports, Work work) {
 
 #ifdef _WIN32
 int wmain(int count, wchar_t** values) {
-    // Names are compared without case, in all letters and not only the English ones.
-    std::setlocale(LC_CTYPE, "");
     melvorin::searchOnlySystemFolder();
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);

@@ -12,12 +12,12 @@ BookLookup::BookLookup(const Recordset& records) {
         return;
     for (std::size_t row = 0; row < records.count(); ++row) {
         if (const std::optional<Text>& name = records.cell(row, *column))
-            symbols_.insert(toUpperCase(*name));
+            symbols_.insert(unicodeUpperCase(*name));
     }
 }
 
 bool BookLookup::contains(TextView chord) const {
-    return symbols_.contains(toUpperCase(searchText(chord, normaliseSuffixes)));
+    return symbols_.contains(unicodeUpperCase(searchText(chord, normaliseSuffixes)));
 }
 
 }  // namespace melvorin

@@ -36,7 +36,7 @@ Text kindOf(TextView name) {
     Text kind(behindRoot(name));
     kind.erase(0, kind.find_first_not_of(u' '));
     const std::size_t bass = std::min(kind.rfind(u" over "), kind.size());
-    return kind.substr(0, 1) + toLowerCase(kind.substr(1, bass - 1)) + kind.substr(bass);
+    return kind.substr(0, 1) + unicodeLowerCase(kind.substr(1, bass - 1)) + kind.substr(bass);
 }
 
 }  // namespace
@@ -45,9 +45,10 @@ Text searchText(TextView typed, const Normalise& normalise) {
     return trimmed(normalise(typed));
 }
 
+// kept: bare-apostrophe
 Text searchCriterion(SearchField field, TextView searchText) {
-    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") + toUpperCase(searchText) +
-           u"'";
+    return (field == SearchField::Symbol ? u"Fname = '" : u"Course = '") +
+           unicodeUpperCase(searchText) + u"'";
 }
 
 Result<bool> findChord(Recordset& records, SearchField field, TextView searchText) {
@@ -70,9 +71,10 @@ std::optional<Text> majorSymbol(TextView searchText) {
     if (!major)
         return std::nullopt;
     // The root may have been typed small.
-    return houseSpelling(toUpperCase(searchText.substr(0, 1)) + Text(searchText.substr(1)));
+    return houseSpelling(unicodeUpperCase(searchText.substr(0, 1)) + Text(searchText.substr(1)));
 }
 
+// kept: dot-path
 Text jetConnection(TextView programFolder) {
     return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Text(programFolder) +
            u".\\Dbase\\MlvDbase.mdb;Persist Security Info=False; Jet OLEDB:Database Password = " +
@@ -97,6 +99,7 @@ void showEntry(const Recordset& records, ShownEntry& shown) {
     for (std::size_t i = 0; i < std::size(kDiagramFields); ++i)
         take(kDiagramFields[i], shown.captions[i]);
     take(u"Course", shown.LB);
+    // kept: neck-glyph
     shown.captions[5] = shown.captions[0] == kNeckChord ? kNoDiagram : kEmptyNeck;
     // Every entry has two diagrams at least.
     for (std::size_t i = 2; i < kDiagramButtons; ++i)
@@ -151,6 +154,7 @@ void ChordDictionary::search(TextView text, SearchField field) {
     if (*found.value) {
         showEntry(records_, shown_);
     } else if (records_.eof() && !records_.bof()) {
+        // kept: not-found-title
         messages_.show(u"Chord Not Found", u" Melvorin Database          ",
                        MessageIcon::Information, MessageButtons::Ok);
     }

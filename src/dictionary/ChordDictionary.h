@@ -14,6 +14,7 @@
 namespace melvorin {
 
 // The fields of a chord, as they are asked for.
+// kept: small-refcinco
 inline constexpr TextView kRecordSource =
     u"Select Fname, Course, Mname, Refum, Refdois, Reftres, Refquatro, refcinco from Borrower";
 

@@ -35,6 +35,7 @@ static_assert(std::all_of(std::begin(kTable), std::end(kTable), [](const auto& r
 }));
 
 // Doubled in the table, so that the search never stops there.
+// kept: table-fillers
 bool isFiller(std::size_t row, std::size_t column) {
     return (column == 0 && row < 2) || (column == kColumns - 1 && row < 4);
 }
@@ -45,6 +46,7 @@ struct Substitution {
     TextView glyph;
     TextView replacement;
 };
+// kept: even-fonts
 constexpr Substitution kEvenFonts[] = {
     {u"É", u"é"}, {u"Ê", u"ê"}, {u"Y", u"u"}, {u"í", u"Í"}, {u"Í", u"ì"},
     {u"ì", u"Ì"}, {u"Ì", u"í"}, {u"î", {}},   {u"Î", {}},
@@ -57,6 +59,7 @@ const Substitution* substitutionOf(TextView glyph) {
 }
 
 bool askForDiagram(DiagramEditor& editor, MessageBoxes& messages) {
+    // kept: ctlr
     messages.show(u"Select a Chord in the Document and Type Ctlr+D          ", u"Melvorin",
                   MessageIcon::Information, MessageButtons::Ok);
     const std::int32_t begin = editor.selection().begin;
@@ -125,6 +128,7 @@ bool Fingering::change(DiagramEditor& editor, MessageBoxes& messages) {
 
 // The entry that follows a glyph; nothing for a glyph that the table does not have.
 std::optional<Text> Fingering::nextInTable(TextView glyph) {
+    // kept: last-row-shortcut
     if (position_ && *position_ > kLastRow) {
         *position_ -= kLastRow;
         return fingeringEntry(*position_);

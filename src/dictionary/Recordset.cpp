@@ -24,7 +24,7 @@ Result<Criterion> broken(TextView criterion, TextView why) {
 
 bool equalWithoutCase(TextView a, TextView b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char16_t left, char16_t right) {
-        return lowerCaseOf(left) == lowerCaseOf(right);
+        return unicodeLowerCase(left) == unicodeLowerCase(right);
     });
 }
 

@@ -10,6 +10,7 @@ namespace melvorin {
 namespace {
 
 constexpr TextView kDefaultTitle = u"Melvorin";
+// kept: finished-texts
 constexpr TextView kFinished = u"  The Melvorin Editor has finished searching the document.       ";
 constexpr TextView kFinishedReplacing =
     u"  The Melvorin Editor has finished searching the document       ";
@@ -86,6 +87,7 @@ bool FindReplace::findNext(const Request& request) {
     std::optional<Selection> match;
     {
         const EditorWork work(editor_);
+        // kept: search-from-top
         match = editor_.find(request.what, nextStart_, request.options);
         if (match)
             editor_.select(*match);
@@ -106,6 +108,7 @@ void FindReplace::replaceOne(const Request& request) {
         const Selection selection = editor_.selection();
         return selection.end > selection.begin;
     };
+    // kept: replace-selection
     if (hasSelection() || (findNext(request) && hasSelection())) {
         const EditorWork work(editor_);
         editor_.replaceSelection(request.with);

@@ -26,7 +26,7 @@ std::optional<std::size_t> search(std::size_t size, At at, TextView what, std::s
     if (what.empty() || what.size() > size)
         return std::nullopt;
     const auto same = [&](char16_t a, char16_t b) {
-        return a == b || (!options.matchCase && lowerCaseOf(a) == lowerCaseOf(b));
+        return a == b || (!options.matchCase && unicodeLowerCase(a) == unicodeLowerCase(b));
     };
     const auto isAlone = [&](std::size_t start) {
         const std::size_t end = start + what.size();

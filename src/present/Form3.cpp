@@ -11,6 +11,7 @@ constexpr int kGap = 8;
 constexpr int kButtonWidth = 92;
 constexpr int kButtonHeight = 28;
 
+// kept: pause-caption
 constexpr TextView kPause = u"| |  Pause";
 constexpr TextView kRestart = u"Restart";
 
@@ -76,17 +77,18 @@ LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+// kept: f-keys
 // One key further than the panel's text says; so it is kept.
 bool Form3::onKeyDown(WPARAM key) {
     switch (key) {
         case VK_F2:
-            callbacks_.key(RunKey::F2);
+            callbacks_.key(RunKey::OneLine);
             return true;
         case VK_F3:
-            callbacks_.key(RunKey::F3);
+            callbacks_.key(RunKey::FiveLines);
             return true;
         case VK_F4:
-            callbacks_.key(RunKey::F4);
+            callbacks_.key(RunKey::TenLines);
             return true;
         default:
             return callbacks_.viewKey(key);

@@ -6,12 +6,13 @@ namespace melvorin {
 namespace {
 
 constexpr std::int64_t kMinute = 60;
+// kept: paused-caption
 constexpr TextView kPausedCaption = u" Paused";
 constexpr TextView kEndCaption = u"0:00";
 
 // How far a key goes. How far beyond the text it may go grows with it.
 int linesOf(RunKey key) {
-    return key == RunKey::F2 ? 1 : key == RunKey::F3 ? 5 : 10;
+    return key == RunKey::OneLine ? 1 : key == RunKey::FiveLines ? 5 : 10;
 }
 
 // A key pressed so near the end ends the run.
@@ -66,12 +67,14 @@ void StageRun::tick() {
         return;
     const std::int64_t seconds = elapsed_.elapsed();
     showClock(seconds);
+    // kept: due-second
     if (seconds != lblElapsed2_)
         return;
     step();
     lblElapsed2_ += settings_.secondsPerLine;
 }
 
+// kept: stuck-minute
 // A minute that no tick sees begin stays, and the caption with it, until the clock starts anew.
 void StageRun::showClock(std::int64_t seconds) {
     std::int64_t rest = seconds - kMinute * L7_;
@@ -121,6 +124,7 @@ void StageRun::takeJumps() {
         const JumpRow& row = settings_.rows[i];
         if (!row.on || LX_[i] <= 0 || LC_ != row.from)
             continue;
+        // kept: jump-plus-one
         LC_ = row.to;
         --LX_[i];
     }
@@ -137,8 +141,10 @@ void StageRun::press(RunKey key) {
     if (!Timer1_)
         return;
     const int lines = linesOf(key);
+    // kept: key-at-end
     if (L3_ + 1 <= LC_ + kNearEnd)
         endRun();
+    // kept: key-bounds
     if (LC_ + 1 >= L3_ + lines)
         return;
     LC_ += lines;
@@ -147,6 +153,7 @@ void StageRun::press(RunKey key) {
 
 // ---- What the windows show --------------------------------------------------------------------
 
+// kept: cursor-line
 Text cursorLineText(int line) {
     return (line <= 9 ? u" 0" : u" ") + decimal(line);
 }

@@ -42,7 +42,7 @@ class StageSurface {
 };
 
 // The keys that move a run by hand.
-enum class RunKey { F2, F3, F4 };
+enum class RunKey { OneLine, FiveLines, TenLines };
 
 class StageRun {
   public:
@@ -51,6 +51,7 @@ class StageRun {
 
     // Takes over how many lines the text has. The run goes on one line beyond them, so that the
     // last line stands as long as every other.
+    // kept: one-line-beyond
     void setLineCount(int lines) { L3_ = lines + 1; }
 
     // Begins at line 1. False, and nothing happens, for a text of less than two lines.

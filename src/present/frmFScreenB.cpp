@@ -62,12 +62,12 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
     : services_(services),
       view_(view),
       run_(services_.clock, *this),
-      form3_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
-                         [this](RunKey key) { run_.press(key); },
-                         [this](WPARAM key) { return view_.takesKey(key); },
-                         [this](WPARAM command) { return refuses(command); }}),
-      form3b_(services_,
-              {[this] { showPanel(); }, [this](WPARAM key) { return view_.takesKey(key); }}),
+      bar_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
+                       [this](RunKey key) { run_.press(key); },
+                       [this](WPARAM key) { return view_.takesKey(key); },
+                       [this](WPARAM command) { return refuses(command); }}),
+      smallBar_(services_,
+                {[this] { showPanel(); }, [this](WPARAM key) { return view_.takesKey(key); }}),
       sounds_(services_),
       Command4_(sounds_),
       Command6_(sounds_),
@@ -127,6 +127,7 @@ void frmFScreenB::createControls() {
     left = kMargin;
     label(L"Go up one line after each", 172);
     addList(Seconds, put(kNumberList), kLongestPace);
+    // kept: segunds
     label(L"segund(s)", 80);
 
     left = kMargin;
@@ -145,6 +146,7 @@ void frmFScreenB::createControls() {
     label(L"Show the line:", 100);
     addList(Seconds2, put(kLineList), 0);
 
+    // kept: f-keys
     const wchar_t* const keys[] = {L"Press (F1) to go up (1) one line",
                                    L"Press (F2) to go up (5) five lines",
                                    L"Press (F3) to go up (10) ten lines"};
@@ -206,7 +208,7 @@ void frmFScreenB::createButtons() {
 }
 
 bool frmFScreenB::translate(MSG& message) {
-    return form3_.translate(message) || form3b_.translate(message) ||
+    return bar_.translate(message) || smallBar_.translate(message) ||
            ModelessDialog::translate(message);
 }
 
@@ -224,7 +226,7 @@ void frmFScreenB::moveToCorner() {
 }
 
 void frmFScreenB::enableAll(bool enabled) {
-    for (const HWND window : {handle(), form3_.handle(), form3b_.handle()}) {
+    for (const HWND window : {handle(), bar_.handle(), smallBar_.handle()}) {
         if (window != nullptr)
             ::EnableWindow(window, enabled ? TRUE : FALSE);
     }
@@ -234,8 +236,8 @@ void frmFScreenB::arrange() {
     if (!isOpen())
         return;
     moveToCorner();
-    moveBar(form3_.handle(), monitor().whole);
-    moveBar(form3b_.handle(), monitor().whole);
+    moveBar(bar_.handle(), monitor().whole);
+    moveBar(smallBar_.handle(), monitor().whole);
 }
 
 // ---- Messages ---------------------------------------------------------------------------------
@@ -325,6 +327,7 @@ void frmFScreenB::prepare() {
     fillLineLists();
 }
 
+// kept: short-line-lists
 // One line short of the last: from there no jump would be seen.
 void frmFScreenB::fillLineLists() {
     const int lines = view_.lineCount();
@@ -375,7 +378,7 @@ void frmFScreenB::start() {
     if (!run_.start(settings(), view_.lineCount()))
         return;
     view_.bringToTop(1);
-    if (!form3_.open(handle(), monitor().whole)) {
+    if (!bar_.open(handle(), monitor().whole)) {
         run_.showPanel(settings());
         return;
     }
@@ -393,7 +396,7 @@ void frmFScreenB::reduce() {
     prepare();
     if (!view_.reduce())
         return;
-    if (!form3b_.open(handle(), monitor().whole)) {
+    if (!smallBar_.open(handle(), monitor().whole)) {
         view_.enlarge();
         return;
     }
@@ -406,7 +409,7 @@ void frmFScreenB::pauseOrResume() {
         run_.pause();
     else
         run_.resume();
-    form3_.showPaused(run_.isPaused());
+    bar_.showPaused(run_.isPaused());
     runClock(run_.isRunning());
 }
 
@@ -419,8 +422,8 @@ void frmFScreenB::showPanel() {
         return view_.leave();
     ::ShowWindow(handle(), SW_SHOW);
     ::RedrawWindow(handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    form3_.hide();
-    form3b_.hide();
+    bar_.hide();
+    smallBar_.hide();
     ::SetActiveWindow(handle());
     ::SetFocus(Command4_.handle());
 }
@@ -441,8 +444,8 @@ void frmFScreenB::showLine(int line) {
 }
 
 void frmFScreenB::showCaption(TextView caption) {
-    if (form3_.isOpen())
-        form3_.setCaption(caption);
+    if (bar_.isOpen())
+        bar_.setCaption(caption);
 }
 
 void frmFScreenB::runEnded() {

@@ -78,8 +78,8 @@ class frmFScreenB : public ModelessDialog, private StageSurface {
     bool refuses(WPARAM systemCommand) const;
 
     const StageRun& run() const { return run_; }
-    Form3& bar() { return form3_; }
-    Form3b& smallBar() { return form3b_; }
+    Form3& bar() { return bar_; }
+    Form3b& smallBar() { return smallBar_; }
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -116,8 +116,8 @@ class frmFScreenB : public ModelessDialog, private StageSurface {
     Services services_;
     StageView& view_;
     StageRun run_;
-    Form3 form3_;
-    Form3b form3b_;
+    Form3 bar_;
+    Form3b smallBar_;
     ButtonSounds sounds_;
     TarnelButton Command4_;
     TarnelButton Command6_;

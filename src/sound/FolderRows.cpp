@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/LetterCase.h"
 #include "app/Paths.h"
 
 namespace melvorin {
@@ -19,8 +20,8 @@ bool isRoot(TextView folder) {
 
 void sortNames(std::vector<Text>& names) {
     std::sort(names.begin(), names.end(), [](const Text& left, const Text& right) {
-        const Text a = lowerCase(left);
-        const Text b = lowerCase(right);
+        const Text a = asciiLowerCase(left);
+        const Text b = asciiLowerCase(right);
         return a != b ? a < b : left < right;
     });
 }

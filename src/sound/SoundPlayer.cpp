@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "app/LetterCase.h"
-#include "app/Paths.h"
 
 namespace melvorin {
 namespace {
@@ -13,15 +12,16 @@ constexpr std::size_t kExtensionLength = 4;
 }  // namespace
 
 bool isSoundFile(TextView name) {
-    const Text lower = lowerCase(name);
+    const Text lower = asciiLowerCase(name);
     return lower.ends_with(u".mid") || lower.ends_with(u".wav");
 }
 
 Text soundExtension(TextView name) {
-    return toUpperCase(
+    return unicodeUpperCase(
         name.substr(name.size() - std::min<std::size_t>(name.size(), kExtensionLength)));
 }
 
+// kept: no-waves
 bool isPlayable(TextView extension) {
     return extension == u".MID";
 }

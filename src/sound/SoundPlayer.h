@@ -29,6 +29,7 @@ class SoundPlayer {
     std::uint32_t lastResult() const { return lastResult_; }
 
   private:
+    // kept: unread-results
     void send(TextView command) { lastResult_ = multimedia_.send(command); }
 
     Multimedia& multimedia_;

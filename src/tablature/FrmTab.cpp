@@ -113,6 +113,7 @@ void FrmTab::createChoices() {
         return box;
     };
     const HWND instrument =
+        // kept: instrument-frame
         group(L" Instrument ", kInstrumentWidth, C1, {L"Guitar", L"Bass", L"Small Guitar"});
     const HWND columns = group(L"Columns", kColumnsWidth, C2, {L"0", L"1", L"2", L"3", L"4"});
     ::SendMessageW(instrument, CB_SETCURSEL, 0, 0);

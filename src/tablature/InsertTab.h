@@ -27,6 +27,7 @@ class TabWriter {
     bool insert(Editor& editor, const TabChoice& choice, TextView screenWidth, TextView textFace);
 
   private:
+    // kept: former-pattern
     Text X1_;  // the staff pattern in use
 };
 

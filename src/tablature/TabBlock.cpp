@@ -5,6 +5,7 @@
 namespace melvorin {
 namespace {
 
+// kept: tab-marker
 constexpr TextView kMarker = u"-\u00AC ";
 constexpr TextView kLineEnd = u"\r\n";
 
@@ -33,6 +34,7 @@ using Runs = int[kMostDividers + 1];
 using PatternSet = Runs[kMostDividers + 1];
 
 // The columns are uneven where the width does not divide; blocks of older songs have them so.
+// kept: uneven-columns
 constexpr PatternSet kWide = {
     {119}, {60, 58}, {38, 40, 39}, {29, 29, 29, 29}, {23, 23, 23, 23, 23}};
 constexpr PatternSet kMiddle = {
@@ -66,6 +68,7 @@ std::optional<Text> staffPattern(TextView screenWidth, int dividers) {
         return patternOf(kMiddle, dividers);
     if (screenWidth == u"640")
         return patternOf(kNarrow, dividers);
+    // kept: screen-widths
     if (screenWidth >= u"1024")
         return patternOf(kWide, dividers);
     return std::nullopt;
@@ -79,6 +82,7 @@ Text tabBlock(const TabForm& form, TextView pattern) {
     Text block(kMarker);
     for (const TextView letter : form.letters)
         block.append(kLineEnd).append(letter).append(pattern);
+    // kept: title-below
     return block.append(kLineEnd).append(form.title).append(kLineEnd).append(form.underline);
 }
 

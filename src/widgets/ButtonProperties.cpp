@@ -23,6 +23,7 @@ std::vector<Text> partsOf(TextView list) {
 
 }  // namespace
 
+// kept: twice-read
 ButtonProperties readButtonProperties(PropertyBag& bag) {
     const ButtonProperties none;
     ButtonProperties p;
@@ -50,6 +51,7 @@ ButtonProperties readButtonProperties(PropertyBag& bag) {
     return p;
 }
 
+// kept: forgotten-properties
 void writeButtonProperties(const ButtonProperties& p, PropertyBag& bag) {
     const ButtonProperties none;
     bag.write(u"Caption", p.Caption, none.Caption);

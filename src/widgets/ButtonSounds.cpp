@@ -5,6 +5,7 @@
 namespace melvorin {
 
 Text soundPath(ProgramFolder& program, ButtonSound sound) {
+    // kept: sound-paths
     return program.folder() +
            (sound == ButtonSound::Click ? u".\\Msnds\\Click.WAV" : u".\\Msnds\\over.WAV");
 }

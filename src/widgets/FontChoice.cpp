@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/Contrast.h"
-#include "app/Paths.h"
+#include "app/LetterCase.h"
 #include "chords/DocumentKey.h"
 
 namespace melvorin {
@@ -14,6 +14,7 @@ constexpr int kSmallest = 2 * 4;  // half points
 constexpr int kLargest = 2 * 400;
 
 // The named ones, then a row of light tones and below it the deep tones of the same hues.
+// kept: colour-names
 constexpr Swatch kSwatches[kSwatchCount] = {
     {u"Branco", {255, 255, 255}},
     {u"Cinza Claro", {211, 211, 211}},
@@ -138,8 +139,8 @@ std::vector<Text> shownFaces(std::vector<Text> installed) {
         return face.empty() || face.front() == u'@' || isDiagramFace(face);
     });
     const auto before = [](const Text& a, const Text& b) {
-        const Text lowerA = lowerCase(a);
-        const Text lowerB = lowerCase(b);
+        const Text lowerA = asciiLowerCase(a);
+        const Text lowerB = asciiLowerCase(b);
         return lowerA != lowerB ? lowerA < lowerB : a < b;
     };
     std::sort(installed.begin(), installed.end(), before);
@@ -150,9 +151,9 @@ std::vector<Text> shownFaces(std::vector<Text> installed) {
 std::optional<std::size_t> findFace(std::span<const Text> faces, TextView typed) {
     if (typed.empty())
         return std::nullopt;
-    const Text wanted = lowerCase(typed);
+    const Text wanted = asciiLowerCase(typed);
     const auto found = std::find_if(faces.begin(), faces.end(), [&](const Text& face) {
-        return lowerCase(face).starts_with(wanted);
+        return asciiLowerCase(face).starts_with(wanted);
     });
     if (found == faces.end())
         return std::nullopt;

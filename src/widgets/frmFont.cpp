@@ -20,6 +20,7 @@ constexpr UINT kTypingMs = 400;
 // Posted: a box must not come up while the focus moves.
 constexpr UINT kBadSize = WM_APP + 1;
 
+// kept: settings-blanks
 constexpr TextView kSettingsTitle = u" Melvorin     ";
 constexpr TextView kSettingsText = u"Your New Chord Notations will be created with the Font: ";
 
@@ -363,6 +364,7 @@ void frmFont::moveStop(std::size_t index) {
 void frmFont::onSave() {
     const TextView face = isChecked(control(kOption1)) ? kCourierNew : kLucidaConsole;
     if (storeEditorFont(services_, face))
+        // kept: settings-blanks
         services_.messages.show(Text(kSettingsText) + Text(face) + u"      ", kSettingsTitle,
                                 MessageIcon::Information, MessageButtons::Ok);
     else

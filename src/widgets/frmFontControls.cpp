@@ -70,6 +70,7 @@ bool isSymbolFont(HDC dc) {
 }  // namespace
 
 bool frmFont::createWindow(HWND owner) {
+    // kept: fonte
     WindowSpec spec = smallWindow(L"MelvorinfrmFont", L"Fonte", scaled(kClientWidth),
                                   scaled(kClientHeight), owner);
     // Children are not clipped: the frames leave their inside to the window.

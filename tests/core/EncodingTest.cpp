@@ -68,7 +68,7 @@ TEST(TextGuess, AccentsAreNeverTakenForAnotherScript) {
                 some.push_back(words[random() % words.size()]);
             Text song = songOf(some, u" ", 2 + random() % 40, random);
             if (round % 4 == 0)
-                song = toUpperCase(song);
+                song = unicodeUpperCase(song);
             const std::optional<std::string> bytes = own.encode(song);
             ASSERT_TRUE(bytes) << toUtf8(song);
             ASSERT_EQ(likelyCodePages(*bytes), std::vector<unsigned>())
@@ -117,7 +117,7 @@ TEST(TextGuess, OtherScriptsAskWithTheRightPageFirst) {
             Text song = songOf(words, script.between, 30 + random() % 60, random);
             // All in capitals KOI8-R could be Greek, and does not ask.
             if (round % 4 == 0 && script.codePage != 20866)
-                song = toUpperCase(song);
+                song = unicodeUpperCase(song);
             const std::optional<std::string> bytes = own.encode(song);
             ASSERT_TRUE(bytes) << toUtf8(song);
             const std::vector<CodePageReading> readings = doubtfulReadings(*bytes, western);

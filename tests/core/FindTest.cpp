@@ -160,8 +160,8 @@ TEST(LetterCase, AgreesWithTheUnicodeData) {
     ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
     int letters = 0;
     for (char16_t c = 0; c < 0xFFFF; ++c) {
-        const char16_t upper = upperCaseOf(c);
-        const char16_t lower = lowerCaseOf(c);
+        const char16_t upper = unicodeUpperCase(c);
+        const char16_t lower = unicodeLowerCase(c);
         if (upper != c) {
             EXPECT_EQ(upper, std::towupper(c)) << std::hex << int{c};
         }
@@ -172,8 +172,9 @@ TEST(LetterCase, AgreesWithTheUnicodeData) {
     }
     EXPECT_GT(letters, 1'000);
     std::setlocale(LC_CTYPE, "C");
-    EXPECT_EQ(toUtf8(toUpperCase(u"söße ÿ ñandú ř σς я ı 12")), "SÖßE Ÿ ÑANDÚ Ř ΣΣ Я ı 12");
-    EXPECT_EQ(toUtf8(toLowerCase(u"ÀÈ ŸŘ ΣЯ ẞ İ")), "àè ÿř σя ẞ İ");
+    EXPECT_EQ(toUtf8(unicodeUpperCase(u"söße ÿ ñandú ř σς я ı 12")), "SÖßE Ÿ ÑANDÚ Ř ΣΣ Я ı 12");
+    EXPECT_EQ(toUtf8(unicodeLowerCase(u"ÀÈ ŸŘ ΣЯ ẞ İ")), "àè ÿř σя ẞ İ");
+    EXPECT_EQ(toUtf8(asciiLowerCase(u"ÉTÉ @[ AZ.RTF Я")), "ÉtÉ @[ az.rtf Я");
 }
 
 TEST(TabExpander, PartsGiveWhatTheWholeGives) {

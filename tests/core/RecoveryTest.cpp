@@ -4,6 +4,7 @@
 #include <random>
 
 #include "MemoryFiles.h"
+#include "app/LetterCase.h"
 #include "app/RunJournal.h"
 
 namespace melvorin {
@@ -137,7 +138,7 @@ TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
         ASSERT_TRUE(told->floor >= 1 && (told->current == 0 || told->floor <= told->current));
         for (const Snapshot& snapshot : told->snapshots)
             ASSERT_TRUE(snapshot.path.empty() ||
-                        lowerCase(snapshot.path).starts_with(u"c:\\temp\\bb"));
+                        asciiLowerCase(snapshot.path).starts_with(u"c:\\temp\\bb"));
     };
     for (std::size_t length = 0; length <= whole.size(); ++length)
         expectSane(whole.substr(0, length));

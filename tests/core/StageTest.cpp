@@ -308,11 +308,13 @@ TEST(StageRun, Keys) {
         int ends;
     };
     const Case cases[] = {
-        {5, RunKey::F2, 7, 0},   {5, RunKey::F3, 11, 0},  {5, RunKey::F4, 16, 0},
-        {20, RunKey::F4, 31, 0}, {21, RunKey::F4, 32, 1}, {22, RunKey::F2, 24, 1},
-        {22, RunKey::F3, 28, 1}, {22, RunKey::F4, 33, 2}, {29, RunKey::F2, 31, 1},
-        {30, RunKey::F2, 32, 2}, {31, RunKey::F2, 31, 1}, {31, RunKey::F3, 37, 2},
-        {31, RunKey::F4, 42, 2},
+        {5, RunKey::OneLine, 7, 0},     {5, RunKey::FiveLines, 11, 0},
+        {5, RunKey::TenLines, 16, 0},   {20, RunKey::TenLines, 31, 0},
+        {21, RunKey::TenLines, 32, 1},  {22, RunKey::OneLine, 24, 1},
+        {22, RunKey::FiveLines, 28, 1}, {22, RunKey::TenLines, 33, 2},
+        {29, RunKey::OneLine, 31, 1},   {30, RunKey::OneLine, 32, 2},
+        {31, RunKey::OneLine, 31, 1},   {31, RunKey::FiveLines, 37, 2},
+        {31, RunKey::TenLines, 42, 2},
     };
     for (const Case& c : cases) {
         Stage stage;
@@ -324,30 +326,30 @@ TEST(StageRun, Keys) {
         EXPECT_EQ(stage.run.isRunning(), c.ends == 0) << c.line;
         const int line = stage.run.currentLine();
         if (c.ends > 0)
-            stage.run.press(RunKey::F2);
+            stage.run.press(RunKey::OneLine);
         EXPECT_EQ(stage.run.currentLine(), line) << "after the end";
     }
     // Few lines: every key ends the run. Paused: none does anything.
     Stage stage;
     stage.start(9);
     stage.run.pause();
-    stage.run.press(RunKey::F2);
+    stage.run.press(RunKey::OneLine);
     EXPECT_EQ(stage.run.currentLine(), 1);
     stage.run.resume();
-    stage.run.press(RunKey::F2);
+    stage.run.press(RunKey::OneLine);
     EXPECT_EQ(stage.surface.ends, 1);
     // A key from the first line to the end of the first pass: that is the second pass.
     stage.settings.repeats = true;
     stage.settings.passes = 2;
     stage.start(10);
-    stage.run.press(RunKey::F4);
+    stage.run.press(RunKey::TenLines);
     EXPECT_EQ(stage.run.passText(), u"2x");
     EXPECT_EQ(stage.run.currentLine(), 1);
     stage.settings.repeats = false;
     // A key may land on a jump; its step takes it.
     stage.settings.rows[0] = jump(6, 2, 1);
     stage.start(30);
-    stage.run.press(RunKey::F3);
+    stage.run.press(RunKey::FiveLines);
     EXPECT_EQ(stage.run.currentLine(), 3);
 }
 

@@ -1,6 +1,7 @@
 // The outside services as Windows gives them: the real disk, profile files, registry, resources.
 #include "../core/CodePageSamples.h"
 #include "Scripted.h"
+#include "app/LetterCase.h"
 #include "platform/SystemLibrary.h"
 
 namespace melvorin::testing {
@@ -208,7 +209,8 @@ TEST(SystemLibrary, OnlyFromTheSystemFolder) {
         ASSERT_NE(library, nullptr);
         Text path(MAX_PATH, u'\0');
         path.resize(::GetModuleFileNameW(library, wideBuffer(path), MAX_PATH));
-        EXPECT_EQ(shown(lowerCase(path)), shown(lowerCase(joinPath(system, textOf(name)))));
+        EXPECT_EQ(shown(asciiLowerCase(path)),
+                  shown(asciiLowerCase(joinPath(system, textOf(name)))));
     }
     EXPECT_EQ(systemLibrary(L"no such library.dll"), nullptr);
     EXPECT_EQ((systemFunction<void (*)()>(L"winmm.dll", "noSuchFunction")), nullptr);
@@ -240,7 +242,7 @@ TEST(RealFiles, TemporaryNamesAreUniqueAndInTheTemporaryFolder) {
         for (int i = 0; i < 20; ++i) {
             const Result<Text> name = files.createTemporary(u"bb");
             ASSERT_TRUE(name) << shown(name.cause);
-            EXPECT_EQ(lowerCase(folderPart(*name.value)), lowerCase(folder.path()));
+            EXPECT_EQ(asciiLowerCase(folderPart(*name.value)), asciiLowerCase(folder.path()));
             EXPECT_TRUE(fileNamePart(*name.value).starts_with(u"bb")) << shown(*name.value);
             EXPECT_EQ(files.size(*name.value).value, 0U);
             names.insert(*name.value);
@@ -413,7 +415,7 @@ TEST(RealProgramFolder, FindsWhatIsHidden) {
         EXPECT_TRUE(program.contains(path)) << attributes;
     }
     EXPECT_TRUE(program.contains(joinPath(program.folder(), program.programFileName())));
-    EXPECT_EQ(lowerCase(program.programFileName()), u"ui_tests.exe");
+    EXPECT_EQ(asciiLowerCase(program.programFileName()), u"ui_tests.exe");
 }
 
 TEST(RealProgramFolder, WritesAFileWithItsAttributesOnce) {
