@@ -24,13 +24,14 @@ READY = "MELVORIN_PICTURES"
 if os.environ.get(READY):
     sys.path.insert(0, str(ROOT / "tests/e2e"))
     from program import (
-        DRIVER, WIN_BUILD, WINE, WINE_SERVER, Program, click, drive, enter, picture_of_screen, press,
-        ran, wait_title,
+        DRIVER, WIN_BUILD, WINE, WINE_SERVER, Program, click, drive, enter, picture_of_screen,
+        press, ran, wait_title,
     )
 
 PICTURES = ROOT / "data/help/pictures"
 SHIPPED = (
-    "Melvorin.exe", "Melvorin.chm", "Dbase", "Fonts", "Msnds", "Song", "Strings", "Examples", "Help",
+    "Melvorin.exe", "Melvorin.chm", "Dbase", "Fonts", "Msnds", "Song", "Strings", "Examples",
+    "Help",
 )
 SCREEN = "1024x700+0+0"
 # The song and the menus over it.

@@ -84,7 +84,8 @@ def ran(*command, limit=60, **options):
     with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as errors:
         try:
             code = subprocess.run(
-                command, stdin=subprocess.DEVNULL, stdout=out, stderr=errors, timeout=limit, **options
+                command, stdin=subprocess.DEVNULL, stdout=out, stderr=errors, timeout=limit,
+                **options,
             ).returncode
         except subprocess.TimeoutExpired:
             raise Failed(f"{command} takes longer than {limit} s") from None
@@ -250,7 +251,8 @@ def mounted(folder, *options):
 
 
 class Case(unittest.TestCase):
-    """A whole run of the program. `work` is a folder of its own; what the case starts ends with it."""
+    """A whole run of the program. `work` is a folder of its own; what the case starts ends with
+    it."""
 
     def run(self, result=None):
         # Whatever ends the case, an interrupt too.

@@ -85,8 +85,12 @@ def main(names):
         names = [name for name, case in cases.items() if not runs_only_by_name(case)]
     program.end_like_an_interrupt()
     report = Report()
-    for name in names:
-        cases[name].run(report)
+    try:
+        for name in names:
+            cases[name].run(report)
+    except KeyboardInterrupt:
+        print(f"FAILED  {name}: the run was told to end", flush=True)
+        return 130
     return 0 if report.wasSuccessful() else 1
 
 

@@ -98,8 +98,8 @@ class Installer(Case):
         expect_that(self.setup, "MELVORIN_SETUP names no installer")
         self.content = pathlib.Path(os.environ["MELVORIN_CONTENT"])
         # Beside that of everybody, where a prefix has one.
-        home = next(p for p in sorted(DRIVE.glob("users/*/AppData/Local")) if "Public" not in p.parts)
-        home = home.parents[1]
+        homes = sorted(folder.parents[1] for folder in DRIVE.glob("users/*/AppData/Local"))
+        home = next(folder for folder in homes if folder.name != "Public")
         self.installed = home / "AppData/Local/Programs/Melvorin"
         self.desktop = home / "Desktop"
         programs = home / "AppData/Roaming/Microsoft/Windows/Start Menu/Programs"
@@ -135,8 +135,9 @@ class Installer(Case):
         found = content_of(installed or self.installed)
         found.pop("Uninstall.exe", None)
         packed = content_of(self.content)
-        others = [n for n in sorted(packed.keys() | found.keys()) if packed.get(n, 0) != found.get(n, 0)]
-        expect("not what was packed", [], others)
+        names = sorted(packed.keys() | found.keys())
+        others = [name for name in names if packed.get(name, 0) != found.get(name, 0)]
+        expect("files that are not what was packed", [], others)
 
     def expect_shortcuts(self, when):
         """On the desktop, as it was chosen, and not in the Start menu."""
@@ -221,14 +222,15 @@ class Installer(Case):
         mvt = CLASSES + r"\.mvt"
         expect("extension after the update", "Melvorin.Song", value(mvt))
         expect("the program before", "Other.Program", value(mvt, "Melvorin.before"))
-        expect("mine after the update", "mine\n[Tela]\n", own_file.read_text() + settings.read_text())
+        kept = own_file.read_text() + settings.read_text()
+        expect("mine after the update", "mine\n[Tela]\n", kept)
         self.expect_shortcuts("after the update")
         settings.unlink()
         own_file.unlink()
         manifest = self.installed / "Melvorin.exe.manifest"
-        kept = shutil.move(manifest, self.work)
+        aside = shutil.move(manifest, self.work)
         self.expect_installed()
-        shutil.move(kept, manifest)
+        shutil.move(aside, manifest)
 
     def test_setup_running(self):
         """Over a running program nothing is installed and nothing removed."""

@@ -18,13 +18,12 @@ PASS = [1, 2, 3, 4, 2, 3, 4, 5, 6, 7, 8, 9, 7, 8, 9, 10, 11, 12, 13, 14]
 def numbered_song():
     """Every line begins with its number as four blocks, black for 1 and white for 0, as high as the
     line, so that a picture tells which line is on top."""
-    lines = (
-        " " + "".join(r"\u9608?" if number & bit else " " for bit in (8, 4, 2, 1)) + f" Line {number}"
-        for number in range(1, LINES + 1)
-    )
-    return (
-        r"{\rtf1\ansi{\fonttbl{\f0 Lucida Console;}}\f0\fs160" + r"\par".join(lines) + "}"
-    )
+    def line(number):
+        blocks = (r"\u9608?" if number & bit else " " for bit in (8, 4, 2, 1))
+        return f" {''.join(blocks)} Line {number}"
+
+    lines = r"\par".join(map(line, range(1, LINES + 1)))
+    return r"{\rtf1\ansi{\fonttbl{\f0 Lucida Console;}}\f0\fs160" + lines + "}"
 
 
 def number_on_top(picture):
