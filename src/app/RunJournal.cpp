@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 namespace {

@@ -1,6 +1,6 @@
 #include "app/ThemeManifest.h"
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 

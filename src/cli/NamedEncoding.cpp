@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 
 namespace melvorin {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 namespace {

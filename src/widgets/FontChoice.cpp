@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/Contrast.h"
-#include "app/Paths.h"
-#include "chords/DocumentKey.h"
+#include "base/Contrast.h"
+#include "base/Paths.h"
+#include "base/DiagramFont.h"
 
 namespace melvorin {
 namespace {
