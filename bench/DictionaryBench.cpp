@@ -1,10 +1,11 @@
 // What the chord dictionary, its fonts and Ctrl+D take.
+#include "base/DiagramFont.h"
 #include "BenchProgram.h"
 #include "EditorBenches.h"
 #include "chords/SuffixNormaliser.h"
 #include "dictionary/ChordDictionary.h"
 #include "platform/DiagramFonts.h"
-#include "platform/RichEditDiagrams.h"
+#include "dictionary/RichEditDiagrams.h"
 
 namespace melvorin::bench {
 namespace {

@@ -15,14 +15,14 @@
 
 #include "Verse.h"
 #include "app/DocumentFile.h"
-#include "app/RtfMap.h"
-#include "app/Text.h"
-#include "app/TextCodec.h"
+#include "rtf/RtfMap.h"
+#include "base/Text.h"
+#include "base/TextCodec.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "cli/Cli.h"
 #include "find/ReplacePlan.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 #include "find/TextSearch.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "platform/Handles.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "chords/Transpose.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 
 namespace melvorin::fuzz {
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin::fuzz {
 

@@ -3,17 +3,17 @@
 
 #include "Checks.h"
 #include "MemoryFiles.h"
-#include "app/DocumentLoss.h"
-#include "app/LetterCase.h"
 #include "app/RecentFiles.h"
-#include "app/RtfCheck.h"
-#include "app/RtfMap.h"
-#include "app/RtfReader.h"
-#include "app/RtfRepair.h"
-#include "app/RtfUnfold.h"
 #include "app/RunJournal.h"
+#include "base/LetterCase.h"
 #include "cli/Cli.h"
 #include "dictionary/Recordset.h"
+#include "rtf/DocumentLoss.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfReader.h"
+#include "rtf/RtfRepair.h"
+#include "rtf/RtfUnfold.h"
 
 namespace melvorin::fuzz {
 namespace {

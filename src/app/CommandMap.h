@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

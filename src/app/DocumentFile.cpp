@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-#include "app/CodePages.h"
-#include "app/LetterCase.h"
-#include "app/RtfCheck.h"
-#include "find/TabExpansion.h"
+#include "base/CodePages.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
+#include "base/TabExpansion.h"
+#include "rtf/RtfCheck.h"
 
 namespace melvorin {
 namespace {
@@ -104,12 +105,6 @@ PlainFile plainDocument(const EditorText& text, const TextFormat& format, const 
         loneSurrogates(chars) == 0 ? TextEncoding::Utf8WithBom : TextEncoding::Utf16LeWithBom;
     file.bytes = encodeText(chars, file.format.encoding, ansi).value();
     return file;
-}
-
-Text sizeInWords(std::uint64_t bytes) {
-    // One decimal, rounded, without touching floating point.
-    const std::uint64_t tenths = (bytes * 10 + (1u << 19)) >> 20;
-    return fromUtf8(std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB");
 }
 
 }  // namespace melvorin

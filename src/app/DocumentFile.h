@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "app/Files.h"
-#include "app/Text.h"
-#include "app/TextCodec.h"
-#include "app/TextFormat.h"
-#include "app/TextGuess.h"
+#include "base/FileSize.h"
+#include "base/Files.h"
+#include "base/Text.h"
+#include "base/TextCodec.h"
+#include "base/TextFormat.h"
+#include "base/TextGuess.h"
 
 namespace melvorin {
 
@@ -31,12 +32,6 @@ struct DocumentContent {
 using ReadingChooser =
     std::function<std::optional<std::size_t>(const std::vector<CodePageReading>& readings)>;
 
-// A document above this many bytes takes the control noticeable time, so the user is asked first.
-inline constexpr std::uint64_t kLargeFile = 8u << 20;
-// Files above this many bytes are refused: with the control's own copies they would not fit into
-// a 32-bit program's memory.
-inline constexpr std::uint64_t kLargestFile = 64u << 20;
-
 // Decides by content: bytes that begin as Rich Text are Rich Text, anything else must be text.
 // Fails with a sentence for broken Rich Text, for binary content, and for an empty file that
 // should hold Rich Text by its extension. A text whose code page is in doubt is read as `choose`
@@ -54,8 +49,5 @@ struct PlainFile {
 // another text, it becomes UTF-8 with a byte-order mark; halves of surrogate pairs, which UTF-8
 // cannot hold, make it UTF-16.
 PlainFile plainDocument(const EditorText& text, const TextFormat& format, const AnsiCodec& ansi);
-
-// "8.3 MB", for messages.
-Text sizeInWords(std::uint64_t bytes);
 
 }  // namespace melvorin

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "app/FileMark.h"
-#include "app/Text.h"
-#include "app/TextFormat.h"
+#include "base/Text.h"
+#include "base/TextFormat.h"
 
 namespace melvorin {
 

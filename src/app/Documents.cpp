@@ -1,12 +1,12 @@
 #include "app/Documents.h"
 
-#include "app/Contrast.h"
-#include "app/DocumentLoss.h"
-#include "app/EditCommands.h"
-#include "app/LetterCase.h"
-#include "app/Paths.h"
-#include "app/ProgramSettings.h"
-#include "app/RtfCheck.h"
+#include "base/Contrast.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
+#include "base/ProgramSettings.h"
+#include "rtf/DocumentLoss.h"
+#include "rtf/EditCommands.h"
+#include "rtf/RtfCheck.h"
 
 namespace melvorin {
 namespace {

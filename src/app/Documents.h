@@ -5,9 +5,9 @@
 #include <functional>
 
 #include "app/DocumentFile.h"
-#include "app/Editor.h"
+#include "base/Editor.h"
 #include "app/RunJournal.h"
-#include "app/Services.h"
+#include "base/Services.h"
 #include "app/SnapshotHistory.h"
 
 namespace melvorin {

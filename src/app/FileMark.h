@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "app/Files.h"
+#include "base/Files.h"
 
 namespace melvorin {
 

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "app/EnablingRules.h"
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 #include "chords/FrmCifra.h"
 #include "dictionary/BookLookup.h"
 #include "platform/ResourceIds.h"
-#include "platform/RichEditDiagrams.h"
+#include "dictionary/RichEditDiagrams.h"
 
 namespace melvorin {
 namespace {

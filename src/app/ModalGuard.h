@@ -2,7 +2,7 @@
 // (posted by other programs, or by Windows at its end) must not run inside the one that is waiting.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
-#include "app/LetterCase.h"
-#include "app/Paths.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 namespace {

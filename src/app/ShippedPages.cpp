@@ -1,6 +1,6 @@
 #include "app/ShippedPages.h"
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 

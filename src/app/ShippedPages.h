@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "app/CommandMap.h"
-#include "app/Services.h"
-#include "app/Text.h"
+#include "base/Services.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "app/Editor.h"
+#include "base/Editor.h"
 #include "app/FileMark.h"
-#include "app/Files.h"
-#include "app/Text.h"
+#include "base/Files.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -1,7 +1,7 @@
 #include "app/ThemeManifest.h"
 
-#include "app/LetterCase.h"
-#include "app/Paths.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 

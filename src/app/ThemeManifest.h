@@ -2,7 +2,7 @@
 // is written beside the program once, so that a copied program folder brings its own.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

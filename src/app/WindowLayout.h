@@ -2,7 +2,8 @@
 // twips are 1/1440 inch.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
+#include "dictionary/PanelLayout.h"
 
 namespace melvorin {
 
@@ -18,8 +19,6 @@ enum class ScreenSupport {
     Tolerated,    // 640 wide: no message, laid out as Narrow
     Unsupported,  // the program says so and ends
 };
-
-enum class PanelWidth { Closed, Normal, Expanded };
 
 // `workArea` is the part of the screen that task bars leave free.
 ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea);

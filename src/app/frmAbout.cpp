@@ -1,6 +1,6 @@
 #include "app/frmAbout.h"
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "dictionary/SqliteSource.h"
 #include "platform/ResourceIds.h"
 

@@ -1,7 +1,7 @@
 // The window "About Melvorin": which version this is, what one may do with it, and what is in it.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "platform/Handles.h"
 #include "platform/Window.h"
 #include "widgets/TarnelButton.h"

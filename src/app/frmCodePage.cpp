@@ -1,6 +1,6 @@
 #include "app/frmCodePage.h"
 
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 
 namespace melvorin {
 namespace {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "app/Services.h"
-#include "app/TextGuess.h"
+#include "base/Services.h"
+#include "base/TextGuess.h"
 #include "platform/Handles.h"
 #include "platform/Window.h"
 #include "widgets/TarnelButton.h"

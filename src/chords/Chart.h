@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/ChordLine.h"
 #include "chords/Transpose.h"
 

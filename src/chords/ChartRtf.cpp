@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "app/RtfCharacters.h"
+#include "rtf/RtfCharacters.h"
 
 namespace melvorin {
 namespace {

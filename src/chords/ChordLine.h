@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

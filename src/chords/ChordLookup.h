@@ -1,7 +1,7 @@
 // Where chords are looked up by their name.
 #pragma once
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -1,7 +1,7 @@
 // Charts as ChordPro songs.
 #pragma once
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

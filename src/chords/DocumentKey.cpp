@@ -1,17 +1,16 @@
+#include "base/DiagramFont.h"
 #include "chords/DocumentKey.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-#include "app/EditCommands.h"
-#include "app/EditorLine.h"
-#include "app/RtfMap.h"
+#include "rtf/EditCommands.h"
+#include "base/EditorLine.h"
+#include "rtf/RtfMap.h"
 #include "chords/ChordLine.h"
 
 namespace melvorin {
 namespace {
-
-constexpr TextView kDiagramFace = u"Melvorin ";
 
 // A chord line of the document and what becomes of it. Pictures are diagrams and real pictures.
 struct ChordLine {
@@ -171,17 +170,6 @@ std::int32_t followed(std::int32_t position, const std::vector<ChordLine>& lines
 }
 
 }  // namespace
-
-bool isDiagramFace(TextView face) {
-    if (face.size() != kDiagramFace.size() + 2 || !face.starts_with(kDiagramFace))
-        return false;
-    const char16_t tens = face[face.size() - 2];
-    const char16_t ones = face.back();
-    if (tens < u'0' || tens > u'3' || ones < u'0' || ones > u'9')
-        return false;
-    const int number = (tens - u'0') * 10 + (ones - u'0');
-    return number >= 1 && number <= 34;
-}
 
 void changeDocumentKey(Editor& editor, const KeyChange& change,
                        const std::function<void()>& lineDone) {

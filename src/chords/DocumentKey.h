@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "app/Editor.h"
+#include "base/Editor.h"
 #include "chords/Transpose.h"
 
 namespace melvorin {
@@ -18,8 +18,5 @@ inline constexpr Rgb kChordColour{192, 0, 0};
 // leaves the document as it was.
 void changeDocumentKey(Editor& editor, const KeyChange& change,
                        const std::function<void()>& lineDone);
-
-// True for the face name of a chord-diagram font: "Melvorin " and two digits from 01 to 34.
-bool isDiagramFace(TextView face);
 
 }  // namespace melvorin

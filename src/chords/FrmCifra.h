@@ -2,7 +2,7 @@
 // song is moved by a half step, and the way into its creator of charts.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/Transpose.h"
 #include "platform/RichEdit.h"

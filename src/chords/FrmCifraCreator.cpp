@@ -4,13 +4,13 @@
 #include <array>
 #include <iterator>
 
-#include "app/DocumentFile.h"
-#include "app/ProgramSettings.h"
-#include "app/RtfCheck.h"
+#include "base/FileSize.h"
+#include "base/ProgramSettings.h"
+#include "rtf/RtfCheck.h"
 #include "chords/ChartRtf.h"
 #include "chords/ChordLine.h"
 #include "chords/SuffixNormaliser.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 #include "platform/Handles.h"
 
 namespace melvorin {

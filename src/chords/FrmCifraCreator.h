@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/NotationDraft.h"
 #include "platform/RichEdit.h"

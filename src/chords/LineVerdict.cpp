@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/ChordRow.h"
 
 namespace melvorin {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/ChordLookup.h"
 #include "chords/SongImport.h"
 

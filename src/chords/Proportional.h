@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/ChordRow.h"
 
 namespace melvorin {

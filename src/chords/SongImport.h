@@ -11,7 +11,7 @@
 #include <map>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/LineVerdict.h"
 
 namespace melvorin {

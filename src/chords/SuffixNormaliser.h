@@ -1,7 +1,7 @@
 // Chord suffixes in the one spelling of the house.
 #pragma once
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -11,7 +11,7 @@
 #include <span>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

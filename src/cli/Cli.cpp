@@ -9,7 +9,7 @@
 #include "chords/SuffixNormaliser.h"
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {

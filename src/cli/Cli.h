@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Files.h"
-#include "app/Text.h"
-#include "app/TextCodec.h"
+#include "base/Files.h"
+#include "base/Text.h"
+#include "base/TextCodec.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
 

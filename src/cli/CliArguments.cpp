@@ -5,7 +5,7 @@
 #include <utility>
 
 #ifdef _WIN32
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 #endif
 
 namespace melvorin {

@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-#include "app/Editor.h"
-#include "app/Files.h"
-#include "app/Text.h"
+#include "base/Editor.h"
+#include "base/Files.h"
+#include "base/Text.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <charconv>
 
-#include "app/CodePages.h"
-#include "app/LetterCase.h"
+#include "base/CodePages.h"
+#include "base/LetterCase.h"
 
 namespace melvorin {
 namespace {

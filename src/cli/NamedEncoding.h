@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/Text.h"
-#include "app/TextCodec.h"
+#include "base/Text.h"
+#include "base/TextCodec.h"
 
 namespace melvorin {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 
 namespace melvorin {
 namespace {

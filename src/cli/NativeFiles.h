@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/Files.h"
+#include "base/Files.h"
 
 namespace melvorin {
 

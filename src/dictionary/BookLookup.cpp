@@ -1,6 +1,6 @@
 #include "dictionary/BookLookup.h"
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 #include "chords/SuffixNormaliser.h"
 #include "dictionary/ChordDictionary.h"
 

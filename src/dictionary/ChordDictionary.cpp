@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/LetterCase.h"
-#include "app/Paths.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
 #include "chords/ChordSpelling.h"
 #include "dictionary/Fingering.h"
 #include "dictionary/SqliteSource.h"

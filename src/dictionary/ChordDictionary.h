@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "dictionary/DiagramEditor.h"
 #include "dictionary/Recordset.h"
 

@@ -2,7 +2,7 @@
 // chord diagram is one character in a diagram font.
 #pragma once
 
-#include "app/Editor.h"
+#include "base/Editor.h"
 
 namespace melvorin {
 

@@ -1,12 +1,13 @@
+#include "base/DiagramFont.h"
 #include "dictionary/DictionaryPanel.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "chords/SuffixNormaliser.h"
-#include "platform/AdoSource.h"
+#include "dictionary/AdoSource.h"
 
 namespace melvorin {
 namespace {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "dictionary/ChordDictionary.h"
 #include "dictionary/PanelLayout.h"
 #include "platform/DiagramFonts.h"

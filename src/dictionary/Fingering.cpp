@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "chords/DocumentKey.h"
+#include "base/DiagramFont.h"
 
 namespace melvorin {
 namespace {

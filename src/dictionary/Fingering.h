@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "dictionary/DiagramEditor.h"
 
 namespace melvorin {

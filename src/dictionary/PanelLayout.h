@@ -5,9 +5,12 @@
 #include <array>
 #include <cstddef>
 
-#include "app/WindowLayout.h"
+#include "base/Services.h"
 
 namespace melvorin {
+
+// How much room the panel has beside the song.
+enum class PanelWidth { Closed, Normal, Expanded };
 
 enum class PanelPart : std::size_t {
     Label1,    // "Find the Chord:"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 
 namespace melvorin {
 namespace {

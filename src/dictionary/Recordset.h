@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "app/Files.h"
-#include "app/Text.h"
+#include "base/Files.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/EditCommands.h"
+#include "rtf/EditCommands.h"
 #include "find/ReplacePlan.h"
 
 namespace melvorin {

@@ -4,8 +4,8 @@
 #include <functional>
 #include <optional>
 
-#include "app/Editor.h"
-#include "app/Services.h"
+#include "base/Editor.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "app/RtfMap.h"
+#include "rtf/RtfMap.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {

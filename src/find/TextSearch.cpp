@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 
 namespace melvorin {
 namespace {

@@ -1,6 +1,6 @@
 #include "platform/DiagramFonts.h"
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "platform/Handles.h"
 
 namespace melvorin {

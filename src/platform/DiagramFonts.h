@@ -3,11 +3,10 @@
 
 #include <vector>
 
-#include "app/Text.h"
+#include "base/DiagramFont.h"
+#include "base/Text.h"
 
 namespace melvorin {
-
-inline constexpr std::size_t kDiagramFontCount = 34;
 
 class DiagramFonts {
   public:

@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "app/RtfCheck.h"
-#include "app/RtfMap.h"
-#include "app/RtfRepair.h"
-#include "app/RtfUnfold.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfRepair.h"
+#include "rtf/RtfUnfold.h"
 #include "platform/Handles.h"
 #include "platform/PicturesOnly.h"
 #include "platform/SystemLibrary.h"

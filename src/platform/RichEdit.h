@@ -8,7 +8,7 @@
 #include <optional>
 
 #include <richedit.h>
-#include "app/Editor.h"
+#include "base/Editor.h"
 #include "platform/Win.h"
 
 namespace melvorin {

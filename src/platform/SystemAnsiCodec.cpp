@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 #include "platform/Win.h"
 
 namespace melvorin {

@@ -1,7 +1,7 @@
 // The machine's ANSI code page as an AnsiCodec.
 #pragma once
 
-#include "app/TextCodec.h"
+#include "base/TextCodec.h"
 
 namespace melvorin {
 

@@ -1,6 +1,6 @@
 #include "platform/SystemLibrary.h"
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 

@@ -6,7 +6,7 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

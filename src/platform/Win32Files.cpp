@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "platform/Handles.h"
 // Needs windows.h before it.
 #include <aclapi.h>

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "app/Files.h"
+#include "base/Files.h"
 
 namespace melvorin {
 

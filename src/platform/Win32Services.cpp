@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-#include "app/DocumentFile.h"
-#include "app/Paths.h"
+#include "base/FileSize.h"
+#include "base/Paths.h"
 #include "platform/Handles.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"

@@ -1,7 +1,7 @@
 // The outside services as Windows offers them.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "platform/Win.h"
 
 namespace melvorin {

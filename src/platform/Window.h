@@ -5,7 +5,7 @@
 #include <exception>
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "platform/Win.h"
 
 namespace melvorin {

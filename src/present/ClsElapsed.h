@@ -1,7 +1,7 @@
 // Elapsed whole seconds since a reset.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "present/StageRun.h"
 #include "widgets/TarnelButton.h"
 

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {

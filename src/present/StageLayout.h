@@ -1,7 +1,7 @@
 // Where the full-screen view's windows stand, and when its pointer rests. Device pixels.
 #pragma once
 
-#include "app/Services.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

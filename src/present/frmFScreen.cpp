@@ -3,12 +3,12 @@
 #include <windowsx.h>
 #include <exception>
 
-#include "app/EditCommands.h"
-#include "app/ProgramSettings.h"
-#include "chords/DocumentKey.h"
-#include "find/FrmTxt.h"
-#include "find/TabExpansion.h"
-#include "platform/RichEditDiagrams.h"
+#include "rtf/EditCommands.h"
+#include "base/ProgramSettings.h"
+#include "base/DiagramFont.h"
+#include "widgets/FrmTxt.h"
+#include "base/TabExpansion.h"
+#include "dictionary/RichEditDiagrams.h"
 
 namespace melvorin {
 namespace {

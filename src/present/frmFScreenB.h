@@ -6,7 +6,7 @@
 #include <array>
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "present/Form3.h"
 #include "present/Form3b.h"
 #include "present/StageLayout.h"

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "platform/Win32Files.h"
 #include "sound/PlayerPictures.h"
 

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "platform/Window.h"
 #include "sound/FolderRows.h"
 #include "sound/SoundPlayer.h"

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 
 namespace melvorin {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "platform/Handles.h"
 #include "platform/RichEdit.h"
 #include "platform/Window.h"

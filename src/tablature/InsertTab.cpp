@@ -1,7 +1,7 @@
 #include "tablature/InsertTab.h"
 
-#include "app/ProgramSettings.h"
-#include "chords/DocumentKey.h"
+#include "base/ProgramSettings.h"
+#include "base/DiagramFont.h"
 
 namespace melvorin {
 namespace {

@@ -1,7 +1,7 @@
 // Insert Tablature: puts a tablature block in place of the selection.
 #pragma once
 
-#include "app/Editor.h"
+#include "base/Editor.h"
 #include "tablature/TabBlock.h"
 
 namespace melvorin {

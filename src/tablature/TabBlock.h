@@ -4,7 +4,7 @@
 #include <optional>
 #include <span>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

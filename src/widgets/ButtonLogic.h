@@ -2,7 +2,7 @@
 // that it raises, and when it sounds. The control that draws it implements ButtonSurface.
 #pragma once
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "app/WindowLayout.h"
+#include "base/Services.h"
 #include "widgets/ButtonProperties.h"
 
 namespace melvorin {

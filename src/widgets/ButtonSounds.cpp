@@ -1,6 +1,6 @@
 #include "widgets/ButtonSounds.h"
 
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 
 namespace melvorin {
 

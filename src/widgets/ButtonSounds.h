@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "widgets/ButtonLogic.h"
 
 namespace melvorin {

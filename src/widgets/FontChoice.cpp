@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "app/Contrast.h"
-#include "app/LetterCase.h"
-#include "chords/DocumentKey.h"
+#include "base/Contrast.h"
+#include "base/DiagramFont.h"
+#include "base/LetterCase.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 namespace {

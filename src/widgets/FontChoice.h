@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "app/Editor.h"
-#include "app/WindowLayout.h"
+#include "base/Editor.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

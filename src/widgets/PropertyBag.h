@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <map>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <exception>
 
-#include "app/EditCommands.h"
-#include "app/ProgramSettings.h"
+#include "rtf/EditCommands.h"
+#include "base/ProgramSettings.h"
 #include "widgets/frmFontParts.h"
 
 namespace melvorin {

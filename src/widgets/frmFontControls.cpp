@@ -1,5 +1,5 @@
 // The controls of the font and colours window: what they are, where they stand, the lists' rows.
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 #include "widgets/frmFontParts.h"
 
 namespace melvorin {

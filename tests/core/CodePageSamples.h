@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 
 namespace melvorin {
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "app/EditCommands.h"
+#include "rtf/EditCommands.h"
 
 namespace melvorin {
 namespace {

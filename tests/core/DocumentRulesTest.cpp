@@ -3,10 +3,10 @@
 
 #include "MemoryFiles.h"
 #include "app/DocumentFile.h"
-#include "app/RtfMap.h"
-#include "app/RtfRepair.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfRepair.h"
 #include "app/SnapshotHistory.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 
 namespace melvorin {
 namespace {

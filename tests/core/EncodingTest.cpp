@@ -3,10 +3,10 @@
 
 #include <random>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 #include "app/DocumentFile.h"
-#include "app/LetterCase.h"
-#include "app/TextGuess.h"
+#include "base/LetterCase.h"
+#include "base/TextGuess.h"
 
 namespace melvorin {
 namespace {

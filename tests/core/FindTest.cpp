@@ -6,10 +6,10 @@
 #include <map>
 #include <random>
 
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 #include "app/RecentFiles.h"
 #include "find/ReplacePlan.h"
-#include "find/TabExpansion.h"
+#include "base/TabExpansion.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Checks.h"
-#include "app/TextCodec.h"
+#include "base/TextCodec.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordProExport.h"

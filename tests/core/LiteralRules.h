@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "app/Text.h"
+#include "base/Text.h"
 #include "chords/Transpose.h"
 
 namespace melvorin::literal {

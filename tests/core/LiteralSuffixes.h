@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin::literal {
 

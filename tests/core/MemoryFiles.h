@@ -5,8 +5,8 @@
 #include <map>
 #include <set>
 
-#include "app/Files.h"
-#include "app/Paths.h"
+#include "base/Files.h"
+#include "base/Paths.h"
 
 namespace melvorin {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "app/RtfCheck.h"
-#include "app/RtfMap.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
 #include "chords/ChartRtf.h"
 
 namespace melvorin {

@@ -4,8 +4,8 @@
 #include <random>
 
 #include "MemoryFiles.h"
-#include "app/LetterCase.h"
 #include "app/RunJournal.h"
+#include "base/LetterCase.h"
 
 namespace melvorin {
 namespace {

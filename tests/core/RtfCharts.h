@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 
 namespace melvorin::charts {
 

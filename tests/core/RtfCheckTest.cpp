@@ -1,4 +1,4 @@
-#include "app/RtfCheck.h"
+#include "rtf/RtfCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "RtfSamples.h"
-#include "app/RtfReader.h"
-#include "app/RtfRows.h"
+#include "rtf/RtfReader.h"
+#include "rtf/RtfRows.h"
 
 namespace melvorin {
 namespace {

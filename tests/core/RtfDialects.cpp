@@ -3,7 +3,7 @@
 #include <array>
 #include <functional>
 
-#include "app/CodePages.h"
+#include "base/CodePages.h"
 
 namespace melvorin::dialects {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Text.h"
+#include "base/Text.h"
 
 namespace melvorin::dialects {
 

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "app/RtfCheck.h"
-#include "app/RtfReader.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfReader.h"
 
 namespace melvorin {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/RtfMap.h"
+#include "rtf/RtfMap.h"
 
 #include <gtest/gtest.h>
 

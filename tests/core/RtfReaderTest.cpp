@@ -1,8 +1,8 @@
-#include "app/RtfReader.h"
+#include "rtf/RtfReader.h"
 
 #include <gtest/gtest.h>
 
-#include "app/DocumentLoss.h"
+#include "rtf/DocumentLoss.h"
 
 namespace melvorin {
 namespace {

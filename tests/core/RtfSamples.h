@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/RtfMap.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin::samples {
 

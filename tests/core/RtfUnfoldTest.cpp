@@ -1,11 +1,11 @@
-#include "app/RtfUnfold.h"
+#include "rtf/RtfUnfold.h"
 
 #include <gtest/gtest.h>
 
 #include <span>
 
-#include "app/RtfCheck.h"
-#include "app/RtfReader.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfReader.h"
 
 namespace melvorin {
 namespace {

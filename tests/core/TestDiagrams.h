@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Services.h"
+#include "base/Services.h"
 #include "dictionary/DiagramEditor.h"
 
 namespace melvorin::testing_support {

@@ -1,12 +1,12 @@
 #include "CodePageSamples.h"
-#include "app/Text.h"
+#include "base/Text.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "app/TextCodec.h"
+#include "base/TextCodec.h"
 
 namespace melvorin {
 namespace {

@@ -18,8 +18,8 @@
 
 #include "RunningProgram.h"
 #include "app/CommandMap.h"
-#include "app/Paths.h"
-#include "app/RtfMap.h"
+#include "base/Paths.h"
+#include "rtf/RtfMap.h"
 #include "app/RunJournal.h"
 #include "dictionary/PanelLayout.h"
 #include "platform/Handles.h"

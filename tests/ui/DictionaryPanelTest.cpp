@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "Scripted.h"
-#include "platform/AdoSource.h"
-#include "platform/RichEditDiagrams.h"
+#include "dictionary/AdoSource.h"
+#include "dictionary/RichEditDiagrams.h"
 
 namespace melvorin::testing {
 namespace {

@@ -13,7 +13,7 @@
 
 #include "../core/RtfSamples.h"
 #include "Scripted.h"
-#include "app/RtfMap.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin::testing {
 namespace {

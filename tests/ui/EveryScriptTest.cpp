@@ -2,9 +2,9 @@
 // loses no character, and changes key in one piece.
 #include "../core/RtfCharts.h"
 #include "Scripted.h"
-#include "app/EditorLine.h"
-#include "app/RtfCheck.h"
-#include "app/RtfMap.h"
+#include "base/EditorLine.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
 #include "chords/ChordLine.h"
 #include "chords/DocumentKey.h"
 

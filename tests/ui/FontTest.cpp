@@ -1,6 +1,6 @@
 // The font and colours window: every control of it on the real editor.
 #include "Scripted.h"
-#include "app/ProgramSettings.h"
+#include "base/ProgramSettings.h"
 
 namespace melvorin::testing {
 namespace {

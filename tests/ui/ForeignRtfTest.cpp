@@ -6,8 +6,8 @@
 
 #include "../core/RtfDialects.h"
 #include "Scripted.h"
-#include "app/DocumentLoss.h"
-#include "app/RtfCheck.h"
+#include "rtf/DocumentLoss.h"
+#include "rtf/RtfCheck.h"
 #include "chords/ChordLine.h"
 #include "chords/DocumentKey.h"
 

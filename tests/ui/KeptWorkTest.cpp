@@ -2,7 +2,7 @@
 #include <shlobj.h>
 
 #include "Scripted.h"
-#include "app/EditCommands.h"
+#include "rtf/EditCommands.h"
 
 namespace melvorin::testing {
 namespace {

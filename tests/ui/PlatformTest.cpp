@@ -1,7 +1,7 @@
 // The outside services as Windows gives them: the real disk, profile files, registry, resources.
 #include "../core/CodePageSamples.h"
 #include "Scripted.h"
-#include "app/LetterCase.h"
+#include "base/LetterCase.h"
 #include "platform/SystemLibrary.h"
 
 namespace melvorin::testing {

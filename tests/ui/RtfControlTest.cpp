@@ -9,9 +9,9 @@
 #include <string>
 
 #include "../core/RtfSamples.h"
-#include "app/RtfCheck.h"
-#include "app/RtfMap.h"
-#include "app/RtfRows.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfRows.h"
 
 namespace melvorin {
 namespace {

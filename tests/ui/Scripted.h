@@ -10,7 +10,7 @@
 #include <set>
 
 #include "app/Form1.h"
-#include "app/Paths.h"
+#include "base/Paths.h"
 #include "platform/SystemAnsiCodec.h"
 #include "platform/Win32Files.h"
 #include "platform/Win32Services.h"

@@ -1,0 +1,95 @@
+#include "app/MenuBar.h"
+
+namespace melvorin {
+
+void MenuBar::build(std::span<const MenuEntry> entries) {
+    entries_ = entries;
+    bar_ = ::CreateMenu();
+    for (const MenuEntry& entry : entries) {
+        const HMENU parent = entry.parent == Command::none ? bar_ : submenu(entry.parent);
+        menus_[static_cast<std::size_t>(entry.item)] = parent;
+        if (!entry.startsHidden)
+            insert(entry, static_cast<UINT>(::GetMenuItemCount(parent)));
+    }
+}
+
+void MenuBar::insert(const MenuEntry& entry, UINT position) {
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_ID | MIIM_FTYPE | MIIM_STRING;
+    info.wID = idOf(entry.item);
+    Text caption(entry.caption);
+    info.dwTypeData = wideBuffer(caption);
+    if (entry.caption == u"-") {
+        info.fMask = MIIM_ID | MIIM_FTYPE;
+        info.fType = MFT_SEPARATOR;
+    } else if (entry.isSubmenu) {
+        info.fMask |= MIIM_SUBMENU;
+        info.hSubMenu = ::CreatePopupMenu();
+    }
+    ::InsertMenuItemW(menuOf(entry.item), position, TRUE, &info);
+}
+
+HMENU MenuBar::submenu(Command item) const {
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_SUBMENU;
+    ::GetMenuItemInfoW(menuOf(item), idOf(item), FALSE, &info);
+    return info.hSubMenu;
+}
+
+bool MenuBar::isVisible(Command item) const {
+    return menuOf(item) != nullptr &&
+           ::GetMenuState(menuOf(item), idOf(item), MF_BYCOMMAND) != static_cast<UINT>(-1);
+}
+
+void MenuBar::show(Command item, bool visible) {
+    if (visible == isVisible(item))
+        return;
+    if (!visible) {
+        ::RemoveMenu(menuOf(item), idOf(item), MF_BYCOMMAND);
+        return;
+    }
+    // Behind the entries before it that are there.
+    UINT position = 0;
+    for (const MenuEntry& entry : entries_) {
+        if (entry.item == item) {
+            insert(entry, position);
+            return;
+        }
+        if (menuOf(entry.item) == menuOf(item) && isVisible(entry.item))
+            ++position;
+    }
+}
+
+void MenuBar::enable(Command item, bool enabled) {
+    if (menuOf(item) != nullptr)
+        ::EnableMenuItem(menuOf(item), idOf(item),
+                         static_cast<UINT>(MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED)));
+}
+
+bool MenuBar::isEnabled(Command item) const {
+    if (menuOf(item) == nullptr)
+        return true;
+    const UINT state = ::GetMenuState(menuOf(item), idOf(item), MF_BYCOMMAND);
+    return state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) == 0;
+}
+
+void MenuBar::setCaption(Command item, TextView caption) {
+    Text text(caption);
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_STRING;
+    info.dwTypeData = wideBuffer(text);
+    ::SetMenuItemInfoW(menuOf(item), idOf(item), FALSE, &info);
+}
+
+Text MenuBar::caption(Command item) const {
+    Text buffer(256, u'\0');
+    const int length = ::GetMenuStringW(menuOf(item), idOf(item), wideBuffer(buffer),
+                                        static_cast<int>(buffer.size()), MF_BYCOMMAND);
+    buffer.resize(static_cast<std::size_t>(length));
+    return buffer;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,25 @@
+#include "base/ProgramSettings.h"
+
+#include "base/Paths.h"
+
+namespace melvorin {
+
+Text programIniPath(ProgramFolder& program) {
+    return joinPath(program.folder(), withoutExtension(program.programFileName())) + u".ini";
+}
+
+Text editorFontFace(const Services& services) {
+    constexpr std::uint32_t capacity = 255;
+    // kept: tela-option
+    const Text option =
+        services.profiles.read(u"Tela", u"Option", u"", programIniPath(services.program), capacity);
+    return Text(option == u"0" ? kCourierNew : kLucidaConsole);
+}
+
+bool storeEditorFont(const Services& services, TextView face) {
+    services.profiles.write(u"Tela", u"Option", face == kCourierNew ? u"0" : u"1",
+                            programIniPath(services.program));
+    return editorFontFace(services) == face;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,224 @@
+#include "rtf/RtfRepair.h"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <vector>
+
+#include "base/CodePages.h"
+#include "rtf/RtfCharacters.h"
+#include "rtf/RtfCodePages.h"
+#include "rtf/RtfLexer.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfWords.h"
+#include "base/TextCodec.h"
+
+namespace melvorin {
+namespace {
+
+// Whether a control may have written something else for `text`: it knows the characters of each
+// font's code page, and takes a look-alike for others. Windows-1252 is what most fonts have.
+bool mayHaveLost(std::string_view rtf, TextView text) {
+    const auto isStrange = [](char16_t c) { return c > 0xFF && latinByte(c) < 0; };
+    if (std::any_of(text.begin(), text.end(), isStrange))
+        return true;
+    const bool isAsciiOnly =
+        std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
+    constexpr std::string_view word = "\\fcharset";
+    for (std::size_t at = rtf.find(word); at != std::string_view::npos; at = rtf.find(word, at)) {
+        at += word.size();
+        const std::string_view number = rtf.substr(at, 2);
+        const bool isSymbol =
+            number.starts_with('2') && (number.size() < 2 || number[1] < '0' || number[1] > '9');
+        const bool isWestern = number.starts_with('0');
+        if (isSymbol || (!isWestern && !isAsciiOnly))
+            return true;
+    }
+    return false;
+}
+
+// A part of the line that stays as it is but for its characters.
+LineRewrite respelled(std::size_t start, TextView text) {
+    LineRewrite part{start, text.size(), Text(text), {}, {}};
+    part.source.resize(text.size());
+    std::iota(part.source.begin(), part.source.end(), 0U);
+    part.keepColour.assign(text.size(), true);
+    return part;
+}
+
+// Where there is no map (of tables, lists and more), the visible characters of text and source are
+// gone through side by side, whatever blanks and line ends are between them.
+class SideBySide {
+  public:
+    SideBySide(const std::string& rtf, TextView text) : rtf_(rtf), text_(text), lexer_(rtf) {}
+
+    // The source put right; as it was where the two do not go together.
+    std::string run();
+
+  private:
+    struct State {
+        bool started = false;
+        bool isText = true;
+        bool isFontTable = false;
+        std::int32_t font = -1;
+        std::int32_t skip = 1;
+    };
+
+    bool take(const RtfToken& token);
+    bool word(const RtfToken& token);
+    bool byte(const RtfToken& token);
+    bool character(char16_t c);
+    bool isDone();
+    char16_t decoded(int byte) const;
+
+    const std::string& rtf_;
+    TextView text_;
+    std::size_t at_ = 0;  // in the text
+    RtfLexer lexer_;
+    std::vector<State> states_;
+    RtfFonts fonts_;
+    std::string out_;
+    std::size_t copied_ = 0;
+};
+
+std::string SideBySide::run() {
+    do {
+        const RtfToken token = lexer_.next();
+        if (token.kind == RtfToken::Kind::End || !take(token))
+            return rtf_;
+    } while (!states_.empty());
+    return isDone() ? out_.append(rtf_, copied_) : rtf_;
+}
+
+bool SideBySide::take(const RtfToken& token) {
+    if (states_.empty() && token.kind != RtfToken::Kind::Open)
+        return false;
+    switch (token.kind) {
+        case RtfToken::Kind::Open: {
+            State inner = states_.empty() ? State{} : states_.back();
+            inner.started = false;
+            states_.push_back(inner);
+            return true;
+        }
+        case RtfToken::Kind::Close:
+            states_.pop_back();
+            return true;
+        case RtfToken::Kind::Word:
+            return word(token);
+        case RtfToken::Kind::Symbol:
+            if (token.isSymbol('*') && !states_.back().started)
+                states_.back().isText = false;
+            else if (token.isSymbol('{') || token.isSymbol('}') || token.isSymbol('\\'))
+                return byte(token);
+            return true;
+        case RtfToken::Kind::Byte:
+        case RtfToken::Kind::Hex:
+            return byte(token);
+        default:
+            return true;
+    }
+}
+
+bool SideBySide::word(const RtfToken& token) {
+    State& here = states_.back();
+    if (!here.started && isDestination(token.name)) {
+        here.isFontTable = token.name == "fonttbl";
+        here.isText = here.isText && isTextDestination(token.name);
+    }
+    here.started = true;
+    if (here.isFontTable)
+        fonts_.tableWord(token);
+    else if (token.name == "f")
+        here.font = token.number;
+    else if (token.name == "plain")
+        here.font = -1;
+    else if (token.name == "uc")
+        here.skip = token.hasNumber ? token.number : 1;
+    else if (token.name == "u") {
+        takeStandIns(lexer_, here.skip);
+        return !here.isText ||
+               character(static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU));
+    } else {
+        fonts_.word(token);
+    }
+    return true;
+}
+
+bool isBlank(char16_t c) {
+    return c <= u' ' || c == u'\uFFFC';
+}
+
+// The next visible character of the text is this one.
+bool SideBySide::character(char16_t c) {
+    if (isBlank(c))
+        return true;
+    return !isDone() && text_[at_++] == c;
+}
+
+bool SideBySide::isDone() {
+    while (at_ < text_.size() && isBlank(text_[at_]))
+        ++at_;
+    return at_ == text_.size();
+}
+
+bool SideBySide::byte(const RtfToken& token) {
+    State& here = states_.back();
+    here.started = true;
+    if (!here.isText || token.byte <= ' ')
+        return true;
+    if (isDone())
+        return false;
+    const char16_t wanted = text_[at_++];
+    const bool isSymbol = wanted == (0xF000 | token.byte);
+    if (isSymbol || wanted == decoded(token.byte))
+        return true;
+    if (wanted < 0x80 || here.skip < 0 || here.skip > 16)
+        return false;
+    out_.append(rtf_, copied_, token.begin - copied_);
+    out_ += "\\u" + std::to_string(static_cast<std::int16_t>(wanted));
+    out_ += here.skip == 0 ? " " : std::string(static_cast<std::size_t>(here.skip), '?');
+    copied_ = token.end;
+    return true;
+}
+
+char16_t SideBySide::decoded(int byte) const {
+    if (byte < 0x80)
+        return static_cast<char16_t>(byte);
+    const AnsiCodec* const codec = codePage(fonts_.codePage(states_.back().font));
+    const char bytes = static_cast<char>(static_cast<unsigned char>(byte));
+    const Text text = (codec != nullptr ? *codec : windows1252()).decode({&bytes, 1});
+    return text.empty() ? u'\uFFFD' : text.front();
+}
+
+}  // namespace
+
+std::string withLostCharacters(std::string rtf, TextView text) {
+    if (!mayHaveLost(rtf, text))
+        return rtf;
+    std::optional<RtfMap> map = RtfMap::parse(rtf);
+    if (!map || map->text().size() != text.size())
+        return SideBySide(rtf, text).run();
+    map->takeBlanks(text);
+    const TextView written = map->text();
+    const auto isAtRisk = [&](std::size_t i) {
+        return text[i] >= 0x80 || (text[i] >= 0x20 && map->isSymbolAt(i));
+    };
+    std::vector<LineRewrite> parts;
+    for (std::size_t i = 0; i < text.size();) {
+        if (written[i] == text[i]) {
+            ++i;
+            continue;
+        }
+        // A difference elsewhere means that this map is not of this text.
+        std::size_t end = i;
+        while (end < text.size() && written[end] != text[end] && isAtRisk(end))
+            ++end;
+        if (end == i)
+            return rtf;
+        parts.push_back(respelled(i, text.substr(i, end - i)));
+        i = end;
+    }
+    return parts.empty() ? rtf : map->rewrite(parts, Rgb{});
+}
+
+}  // namespace melvorin
