@@ -124,11 +124,12 @@ class Program:
             cwd=cwd, env=environment, stdin=subprocess.DEVNULL, stderr=errors,
         )
 
-    def expect_end(self):
-        """Until it has come to its end by itself, and well."""
+    def expect_end(self, exit_code=0):
+        """Until it has come to its end by itself, and well; None where the code is another's."""
         drive("wait-gone")
         try:
-            expect("exit code", 0, self.process.wait(60))
+            code = self.process.wait(60)
+            expect("exit code", exit_code, code if exit_code is not None else None)
         except subprocess.TimeoutExpired:
             raise Failed("the window is gone, but the program goes on") from None
 
