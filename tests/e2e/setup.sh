@@ -152,7 +152,10 @@ setup_running() {
     enter 'Em'
     drive wait-text 'Em' close wait-front " Melvorin"
     press alt+n
-    ended
+    # What started it has an exit code of its own, which is not the program's everywhere.
+    drive wait-gone
+    wait "$program"
+    program=
     # In two words, because the installer wants it without quotes.
     install_silently "/D=C:\\My" "music\\Melvorin"
     expect "exit code of the move" 0 $?

@@ -145,7 +145,8 @@ struct Resources {
     std::size_t memory = 0;  // KB in use
 };
 
-// Wine knows the numbers, but does not tell: it keeps a table as Windows does.
+// Wine knows the numbers, but does not tell: it keeps a table as Windows does. Beside a 64-bit
+// system a 32-bit program has none; then the number is 0 and says nothing.
 std::size_t countGdiObjects() {
     if (const DWORD told = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS); told > 0)
         return told;
@@ -162,6 +163,8 @@ std::size_t countGdiObjects() {
     const auto* const teb = reinterpret_cast<const std::byte*>(::NtCurrentTeb());
     const auto* const peb = *reinterpret_cast<const std::byte* const*>(teb + kPebPlace);
     const auto* const table = *reinterpret_cast<const Entry* const*>(peb + kTablePlace);
+    if (table == nullptr)
+        return 0;
     return static_cast<std::size_t>(
         std::count_if(table, table + 0x10000, [](const Entry& entry) { return entry.type != 0; }));
 }
