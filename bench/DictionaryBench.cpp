@@ -1,11 +1,11 @@
 // What the chord dictionary, its fonts and Ctrl+D take.
-#include "base/DiagramFont.h"
 #include "BenchProgram.h"
 #include "EditorBenches.h"
+#include "base/DiagramFont.h"
 #include "chords/SuffixNormaliser.h"
 #include "dictionary/ChordDictionary.h"
-#include "platform/DiagramFonts.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "platform/DiagramFonts.h"
 
 namespace melvorin::bench {
 namespace {

@@ -15,15 +15,15 @@
 
 #include "Verse.h"
 #include "app/DocumentFile.h"
-#include "rtf/RtfMap.h"
+#include "base/TabExpansion.h"
 #include "base/Text.h"
 #include "base/TextCodec.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "cli/Cli.h"
 #include "find/ReplacePlan.h"
-#include "base/TabExpansion.h"
 #include "find/TextSearch.h"
+#include "rtf/RtfMap.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 
 #include "LiteralRules.h"
 #include "LiteralSuffixes.h"
+#include "base/TabExpansion.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordProExport.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "chords/Transpose.h"
-#include "base/TabExpansion.h"
 
 namespace melvorin::fuzz {
 

@@ -5,10 +5,10 @@
 #include <functional>
 
 #include "app/DocumentFile.h"
-#include "base/Editor.h"
 #include "app/RunJournal.h"
-#include "base/Services.h"
 #include "app/SnapshotHistory.h"
+#include "base/Editor.h"
+#include "base/Services.h"
 
 namespace melvorin {
 

@@ -1,7 +1,7 @@
 // The undo history of the open document, and what an earlier run left of one.
 #include "app/Documents.h"
-#include "rtf/EditCommands.h"
 #include "base/Paths.h"
+#include "rtf/EditCommands.h"
 
 namespace melvorin {
 

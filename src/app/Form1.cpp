@@ -8,8 +8,8 @@
 #include "base/ProgramSettings.h"
 #include "chords/FrmCifra.h"
 #include "dictionary/BookLookup.h"
-#include "platform/ResourceIds.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "platform/ResourceIds.h"
 
 namespace melvorin {
 namespace {

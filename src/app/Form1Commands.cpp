@@ -1,16 +1,16 @@
 // The main window's commands on text, and the keys of its editor.
 #include <windowsx.h>
 
-#include "rtf/EditCommands.h"
 #include "app/Form1.h"
-#include "base/Paths.h"
-#include "base/ProgramSettings.h"
 #include "app/ShippedPages.h"
 #include "app/frmAbout.h"
 #include "app/frmCodePage.h"
 #include "base/DiagramFont.h"
+#include "base/Paths.h"
+#include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "rtf/EditCommands.h"
 
 namespace melvorin {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "base/Editor.h"
 #include "app/FileMark.h"
+#include "base/Editor.h"
 #include "base/Files.h"
 #include "base/Text.h"
 

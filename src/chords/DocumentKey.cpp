@@ -1,13 +1,13 @@
-#include "base/DiagramFont.h"
 #include "chords/DocumentKey.h"
+#include "base/DiagramFont.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-#include "rtf/EditCommands.h"
 #include "base/EditorLine.h"
-#include "rtf/RtfMap.h"
 #include "chords/ChordLine.h"
+#include "rtf/EditCommands.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin {
 namespace {

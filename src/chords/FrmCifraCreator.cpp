@@ -6,12 +6,12 @@
 
 #include "base/FileSize.h"
 #include "base/ProgramSettings.h"
-#include "rtf/RtfCheck.h"
+#include "base/TabExpansion.h"
 #include "chords/ChartRtf.h"
 #include "chords/ChordLine.h"
 #include "chords/SuffixNormaliser.h"
-#include "base/TabExpansion.h"
 #include "platform/Handles.h"
+#include "rtf/RtfCheck.h"
 
 namespace melvorin {
 namespace {

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/TabExpansion.h"
 #include "chords/Chart.h"
 #include "chords/ChordProExport.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
-#include "base/TabExpansion.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {

@@ -1,5 +1,5 @@
-#include "base/DiagramFont.h"
 #include "dictionary/DictionaryPanel.h"
+#include "base/DiagramFont.h"
 
 #include <algorithm>
 #include <iterator>

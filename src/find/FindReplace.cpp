@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "rtf/EditCommands.h"
 #include "find/ReplacePlan.h"
+#include "rtf/EditCommands.h"
 
 namespace melvorin {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "rtf/RtfMap.h"
 #include "find/TextSearch.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin {
 

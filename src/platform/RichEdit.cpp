@@ -9,14 +9,14 @@
 #include <stdexcept>
 #include <utility>
 
-#include "rtf/RtfCheck.h"
-#include "rtf/RtfMap.h"
-#include "rtf/RtfRepair.h"
-#include "rtf/RtfUnfold.h"
 #include "platform/Handles.h"
 #include "platform/PicturesOnly.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfRepair.h"
+#include "rtf/RtfUnfold.h"
 
 namespace melvorin {
 namespace {

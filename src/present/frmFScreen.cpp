@@ -3,12 +3,12 @@
 #include <windowsx.h>
 #include <exception>
 
-#include "rtf/EditCommands.h"
-#include "base/ProgramSettings.h"
 #include "base/DiagramFont.h"
-#include "widgets/FrmTxt.h"
+#include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "rtf/EditCommands.h"
+#include "widgets/FrmTxt.h"
 
 namespace melvorin {
 namespace {

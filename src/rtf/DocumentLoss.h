@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "rtf/RtfReader.h"
 #include "base/Text.h"
+#include "rtf/RtfReader.h"
 
 namespace melvorin {
 

@@ -4,13 +4,13 @@
 #include <stdexcept>
 #include <vector>
 
-#include "rtf/DocumentLoss.h"
+#include "base/DiagramFont.h"
 #include "base/LetterCase.h"
 #include "base/ProgramSettings.h"
+#include "rtf/DocumentLoss.h"
 #include "rtf/RtfCheck.h"
 #include "rtf/RtfMap.h"
 #include "rtf/RtfRepair.h"
-#include "base/DiagramFont.h"
 
 namespace melvorin {
 namespace {

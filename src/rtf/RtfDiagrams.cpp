@@ -3,9 +3,9 @@
 #include <set>
 #include <vector>
 
-#include "rtf/RtfLexer.h"
-#include "base/Text.h"
 #include "base/DiagramFont.h"
+#include "base/Text.h"
+#include "rtf/RtfLexer.h"
 
 namespace melvorin {
 namespace {

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "base/Editor.h"
-#include "rtf/RtfFontPage.h"
 #include "base/Text.h"
+#include "rtf/RtfFontPage.h"
 
 namespace melvorin {
 

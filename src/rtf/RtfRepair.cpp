@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "base/CodePages.h"
+#include "base/TextCodec.h"
 #include "rtf/RtfCharacters.h"
 #include "rtf/RtfCodePages.h"
 #include "rtf/RtfLexer.h"
 #include "rtf/RtfMap.h"
 #include "rtf/RtfWords.h"
-#include "base/TextCodec.h"
 
 namespace melvorin {
 namespace {

@@ -1,7 +1,7 @@
 #include "tablature/InsertTab.h"
 
-#include "base/ProgramSettings.h"
 #include "base/DiagramFont.h"
+#include "base/ProgramSettings.h"
 
 namespace melvorin {
 namespace {

@@ -4,8 +4,8 @@
 #include <exception>
 #include <optional>
 
-#include "base/Text.h"
 #include "base/TabExpansion.h"
+#include "base/Text.h"
 #include "platform/Window.h"
 
 namespace melvorin {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <exception>
 
-#include "rtf/EditCommands.h"
 #include "base/ProgramSettings.h"
+#include "rtf/EditCommands.h"
 #include "widgets/frmFontParts.h"
 
 namespace melvorin {

@@ -3,10 +3,10 @@
 
 #include "MemoryFiles.h"
 #include "app/DocumentFile.h"
-#include "rtf/RtfMap.h"
-#include "rtf/RtfRepair.h"
 #include "app/SnapshotHistory.h"
 #include "base/TabExpansion.h"
+#include "rtf/RtfMap.h"
+#include "rtf/RtfRepair.h"
 
 namespace melvorin {
 namespace {

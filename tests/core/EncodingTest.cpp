@@ -3,8 +3,8 @@
 
 #include <random>
 
-#include "base/CodePages.h"
 #include "app/DocumentFile.h"
+#include "base/CodePages.h"
 #include "base/LetterCase.h"
 #include "base/TextGuess.h"
 

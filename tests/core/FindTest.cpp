@@ -6,10 +6,10 @@
 #include <map>
 #include <random>
 
-#include "base/LetterCase.h"
 #include "app/RecentFiles.h"
-#include "find/ReplacePlan.h"
+#include "base/LetterCase.h"
 #include "base/TabExpansion.h"
+#include "find/ReplacePlan.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "chords/ChartRtf.h"
 #include "rtf/RtfCheck.h"
 #include "rtf/RtfMap.h"
-#include "chords/ChartRtf.h"
 
 namespace melvorin {
 namespace {

@@ -5,10 +5,10 @@
 #include <set>
 
 #include "app/CommandMap.h"
-#include "base/Paths.h"
 #include "app/ThemeManifest.h"
 #include "app/WindowLayout.h"
 #include "base/DiagramFont.h"
+#include "base/Paths.h"
 #include "chords/KeySetting.h"
 
 namespace melvorin {

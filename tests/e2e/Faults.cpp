@@ -18,12 +18,12 @@
 
 #include "RunningProgram.h"
 #include "app/CommandMap.h"
-#include "base/Paths.h"
-#include "rtf/RtfMap.h"
 #include "app/RunJournal.h"
+#include "base/Paths.h"
 #include "dictionary/PanelLayout.h"
 #include "platform/Handles.h"
 #include "platform/Win32Files.h"
+#include "rtf/RtfMap.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include "../core/RtfCharts.h"
 #include "Scripted.h"
 #include "base/EditorLine.h"
-#include "rtf/RtfCheck.h"
-#include "rtf/RtfMap.h"
 #include "chords/ChordLine.h"
 #include "chords/DocumentKey.h"
+#include "rtf/RtfCheck.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin::testing {
 namespace {

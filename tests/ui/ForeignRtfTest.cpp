@@ -6,10 +6,10 @@
 
 #include "../core/RtfDialects.h"
 #include "Scripted.h"
-#include "rtf/DocumentLoss.h"
-#include "rtf/RtfCheck.h"
 #include "chords/ChordLine.h"
 #include "chords/DocumentKey.h"
+#include "rtf/DocumentLoss.h"
+#include "rtf/RtfCheck.h"
 
 namespace melvorin::testing {
 namespace {
