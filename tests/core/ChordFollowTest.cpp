@@ -1,0 +1,742 @@
+#include "chords/ChordFollow.h"
+
+#include <gtest/gtest.h>
+
+#include "FollowedSong.h"
+
+namespace melvorin {
+namespace {
+
+using testing::FollowedSong;
+
+struct Row {
+    const char* what;
+    const char* before;
+    const char* keys;
+    const char* after;
+};
+
+void check(const Row& row) {
+    for (const bool correctsAfterwards : {false, true}) {
+        FollowedSong song(row.before);
+        song.correctsAfterwards = correctsAfterwards;
+        song.press(row.keys);
+        EXPECT_EQ(song.drawn(), row.after) << row.what << ", afterwards: " << correctsAfterwards;
+        EXPECT_FALSE(song.hasWrongSource) << row.what;
+    }
+}
+
+TEST(ChordFollow, WordsTakeTheirChordsAlong) {
+    const Row rows[] = {
+        {"a word put in",
+         "C     G      Am\n"
+         "Over |hills and far",
+         "wide ",
+         "C          G      Am\n"
+         "Over wide |hills and far"},
+        {"a word put in at the start",
+         "C    G\n"
+         "|over hills",
+         "Oh ",
+         "   C    G\n"
+         "Oh |over hills"},
+        {"a word taken out",
+         "C    F    G\n"
+         "over wide |hills",
+         "\b\b\b\b\b",
+         "C    F G\n"
+         "over |hills"},
+        {"the same with Delete",
+         "C    F    G\n"
+         "over |wide hills",
+         "\x7f\x7f\x7f\x7f\x7f",
+         "C    F G\n"
+         "over |hills"},
+        {"a selected word replaced by a shorter one: its chord keeps its distance",
+         "C      G      F\n"
+         "the |endless|  road",
+         "long",
+         "C      G   F\n"
+         "the long|  road"},
+        {"at most to where the new text ends",
+         "C       G    F\n"
+         "the |endless| road",
+         "a",
+         "C    G F\n"
+         "the a| road"},
+        {"a letter corrected gives every chord its place back",
+         "Am   G\n"
+         "by t|iver side",
+         "\br",
+         "Am   G\n"
+         "by r|iver side"},
+        {"a word rewritten letter by letter",
+         "C      F    G\n"
+         "and grace| flows",
+         "\b\b\b\b\bmercy",
+         "C      F    G\n"
+         "and mercy| flows"},
+        {"chords that were pushed come back",
+         "Cmaj7 G\n"
+         "Hello| you",
+         "\b\b\b\b",
+         "Cmaj7 G\n"
+         "H| you"},
+        {"and do so when there is room",
+         "Cmaj7 G\n"
+         "Hello| you",
+         "\b\b\b\bow are",
+         "Cmaj7   G\n"
+         "How are| you"},
+        {"the end of the line: nothing moves, whatever stands behind",
+         "C    G    Am\n"
+         "over hills|",
+         "ide\b\b\b\b\b",
+         "C    G    Am\n"
+         "over hil|"},
+        {"only blanks behind: neither",
+         "C    G    Am\n"
+         "over|      ",
+         "s",
+         "C    G    Am\n"
+         "overs|      "},
+        {"words typed under chords that are there",
+         "C    G    Am\n"
+         "|",
+         "over here<left><left>t\x7f",
+         "C    G    Am\n"
+         "over het|e"},
+        {"when the caret has been elsewhere they move",
+         "C    G\n"
+         "|",
+         "over hills\b\b\b\b\b\b\b\b\b\b<left><right>over hills",
+         "C    G\n"
+         "over hills|"},
+        {"an edit elsewhere begins anew",
+         "A  Cmaj7 G\n"
+         "on Hello| you",
+         "\b\b\b\b<left>! ",
+         "A    Cmaj7 G\n"
+         "on ! |H you"},
+        {"Undo begins anew",
+         "Cmaj7 G\n"
+         "Hello| you",
+         "\b\b\b\b<undo>ow are",
+         "Cmaj7       G\n"
+         "How are| you"},
+        {"a command too",
+         "Cmaj7 G\n"
+         "Hello| you",
+         "\b\b\b\b<command>ow are",
+         "Cmaj7       G\n"
+         "How are| you"},
+        {"Delete behind typed text that ends in a blank begins anew",
+         "C   F    G\n"
+         "the |cold sea",
+         "old \x7f\x7f\x7f\x7f",
+         "C       F G\n"
+         "the old | sea"},
+        {"chords that stand over nothing any more",
+         "C    F  G\n"
+         "over wide| hills",
+         "\b\b\b\b\b\b\b\b\b",
+         "C F G\n"
+         "| hills"},
+        {"an empty stretch at the end of a chord line stays",
+         "C    G  \n"
+         "over |hills",
+         "w",
+         "C     G  \n"
+         "over w|hills"},
+        {"wide letters are two columns, combining marks none",
+         "C       G\n"
+         "\u6b4c|     la",
+         "\u6b4ce\u0301",
+         "C          G\n"
+         "\u6b4c\u6b4ce\u0301|     la"},
+        {"an upper line whose items start where those below do",
+         "       D7\n"
+         "C   F  G\n"
+         "by |the way",
+         "a",
+         "        D7\n"
+         "C    F  G\n"
+         "by a|the way"},
+        {"chords that are new to a key change too",
+         "Cmaj7   A2\n"
+         "over |wide",
+         "w",
+         "Cmaj7    A2\n"
+         "over w|wide"},
+        {"words that only look like chords have none to follow",
+         "Bad Dad\n"
+         "so |la",
+         "oh ",
+         "Bad Dad\n"
+         "so oh |la"},
+        {"a label is no words",
+         "C    G\n"
+         "Chorus |2:",
+         "1",
+         "C    G\n"
+         "Chorus 1|2:"},
+        {"nor is a tablature",
+         "C    G\n"
+         "E|-----5----------",
+         "--",
+         "C    G\n"
+         "E--|-----5----------"},
+    };
+    for (const Row& row : rows)
+        check(row);
+}
+
+TEST(ChordFollow, ChordLinesKeepTheirColumns) {
+    const Row rows[] = {
+        {"what is typed uses up the blanks behind it",
+         "C|    G    Am\n"
+         "over hills and",
+         "maj7",
+         "Cmaj7| G   Am\n"
+         "over hills and"},
+        {"and pushes no more than it must",
+         "C|  G Am    F\n"
+         "over hills and",
+         "m7",
+         "Cm7| G Am   F\n"
+         "over hills and"},
+        {"a pushed chord comes back",
+         "C|  G Am    F\n"
+         "over hills and",
+         "m7/G\b\b\b\b",
+         "C|  G Am    F\n"
+         "over hills and"},
+        {"deleted letters leave the others where they are",
+         "Cmaj7| G   Am\n"
+         "over hills and",
+         "\b\b\b\b",
+         "C|     G   Am\n"
+         "over hills and"},
+        {"a whole chord too, with its blanks",
+         "C    |G    |Am\n"
+         "over hills and",
+         "\x7f",
+         "C    |     Am\n"
+         "over hills and"},
+        {"a blank in front of a chord moves that one",
+         "C    |G    Am\n"
+         "over hills and",
+         " ",
+         "C     |G   Am\n"
+         "over hills and"},
+        {"Backspace there moves it left",
+         "C    |G    Am\n"
+         "over hills and",
+         "\b\b",
+         "C  |G      Am\n"
+         "over hills and"},
+        {"several blanks push",
+         "C    |G Am\n"
+         "over hills and",
+         "  ",
+         "C      |G Am\n"
+         "over hills and"},
+        {"and those behind come back",
+         "C    |G Am\n"
+         "over hills and",
+         "  \b\b",
+         "C    |G Am\n"
+         "over hills and"},
+        {"a blank far from the next chord uses up one",
+         "C|    G\n"
+         "over hills and",
+         "  D",
+         "C  D| G\n"
+         "over hills and"},
+        {"Delete over blanks pulls the next chord",
+         "C |   G  Am\n"
+         "over hills and",
+         "\x7f",
+         "C |  G   Am\n"
+         "over hills and"},
+        {"a chord typed between two",
+         "C|         Am\n"
+         "over hills and",
+         "<right><right><right><right>G7/B",
+         "C    G7/B| Am\n"
+         "over hills and"},
+        {"a chord parted by a blank",
+         "AmG|7   F\n"
+         "over hills",
+         "<left> ",
+         "Am |G7  F\n"
+         "over hills"},
+        {"a half written chord is none of the words",
+         "Cx|    G\n"
+         "over hills",
+         "y",
+         "Cxy|   G\n"
+         "over hills"},
+        {"the upper line goes along",
+         "    D7\n"
+         "C|  G\n"
+         "over hills",
+         "maj7/G",
+         "        D7\n"
+         "Cmaj7/G| G\n"
+         "over hills"},
+        {"no words below: columns all the same",
+         "Am|   G\n"
+         "",
+         "7",
+         "Am7|  G\n"
+         ""},
+    };
+    for (const Row& row : rows)
+        check(row);
+}
+
+TEST(ChordFollow, EnterSplitsBothLines) {
+    const Row rows[] = {
+        {"in the middle of words",
+         "C    G      Am\n"
+         "over |hills and far",
+         "\r",
+         "C\n"
+         "over \n"
+         "G      Am\n"
+         "|hills and far"},
+        {"a half without chords gets no chord line",
+         "C\n"
+         "over |hills",
+         "\r",
+         "C\n"
+         "over \n"
+         "|hills"},
+        {"neither does the left one",
+         "     G\n"
+         "over |hills",
+         "\r",
+         "over \n"
+         "G\n"
+         "|hills"},
+        {"at the start the empty line comes above the chords",
+         "C    G\n"
+         "|over hills",
+         "\r",
+         "\n"
+         "C    G\n"
+         "|over hills"},
+        {"behind the last letter it is ordinary",
+         "C    G    Am\n"
+         "over hills|\n"
+         "and far",
+         "\r",
+         "C    G    Am\n"
+         "over hills\n"
+         "|\n"
+         "and far"},
+        {"on an empty line too",
+         "C    G\n"
+         "|\n"
+         "far",
+         "\r",
+         "C    G\n"
+         "\n"
+         "|\n"
+         "far"},
+        {"a chord that reaches over the cut stays with its start",
+         "C   Gmaj7 Am\n"
+         "over |hills and far",
+         "\r",
+         "C   Gmaj7\n"
+         "over \n"
+         "     Am\n"
+         "|hills and far"},
+        {"both chord lines split",
+         "D7   (E7)\n"
+         "C    G\n"
+         "over |hills",
+         "\r",
+         "D7\n"
+         "C\n"
+         "over \n"
+         "(E7)\n"
+         "G\n"
+         "|hills"},
+        {"a selection goes first",
+         "C    G    Am\n"
+         "over |old |hills",
+         "\r",
+         "C\n"
+         "over \n"
+         "G Am\n"
+         "|hills"},
+        {"in the chord line over words",
+         "C    |G      Am\n"
+         "over hills and far",
+         "\r",
+         "C\n"
+         "over \n"
+         "|G      Am\n"
+         "hills and far"},
+        {"never inside a chord",
+         "C    Gma|j7   Am\n"
+         "over hills and far",
+         "\r",
+         "C\n"
+         "over \n"
+         "|Gmaj7   Am\n"
+         "hills and far"},
+        {"at the end of a chord line it is ordinary",
+         "C    G|\n"
+         "over hills",
+         "\r",
+         "C    G\n"
+         "|\n"
+         "over hills"},
+        {"at its start too",
+         "|C    G\n"
+         "over hills",
+         "\r",
+         "\n"
+         "|C    G\n"
+         "over hills"},
+        {"chords over an empty line",
+         "C  |G\n"
+         "\n"
+         "over",
+         "\r",
+         "C  \n"
+         "|G\n"
+         "\n"
+         "over"},
+        {"words without chords", "over |hills", "\r",
+         "over \n"
+         "|hills"},
+    };
+    for (const Row& row : rows)
+        check(row);
+}
+
+TEST(ChordFollow, PastedLinesPartThePair) {
+    const struct {
+        const char* what;
+        const char* before;
+        const char16_t* pasted;
+        const char* after;
+    } rows[] = {
+        {"words in the middle",
+         "C    G\n"
+         "over |hills",
+         u"land\rand my ",
+         "C\n"
+         "over land\n"
+         "       G\n"
+         "and my |hills"},
+        {"at the end: the chords stay with the first line",
+         "C    G    Am\n"
+         "over hills|",
+         u" and\rfar",
+         "C    G    Am\n"
+         "over hills and\n"
+         "far|"},
+        {"what brings chord lines stays as it is",
+         "C    G\n"
+         "over |hills",
+         u"D   A\rland and sea",
+         "C\n"
+         "over \n"
+         "D   A\n"
+         "land and sea|\n"
+         "G\n"
+         "hills"},
+        {"whole lines at the start",
+         "C    G\n"
+         "|over hills",
+         u"D   A\rland and sea\r",
+         "D   A\n"
+         "land and sea\n"
+         "C    G\n"
+         "|over hills"},
+        {"and behind the end",
+         "C    G\n"
+         "over hills|\n"
+         "far",
+         u"D   A\rland and sea",
+         "C    G\n"
+         "over hills\n"
+         "D   A\n"
+         "land and sea|\n"
+         "far"},
+        {"on an empty line",
+         "far\n"
+         "|",
+         u"D   A\rland and sea",
+         "far\n"
+         "D   A\n"
+         "land and sea|"},
+        {"one line behaves like typed text",
+         "C    G\n"
+         "over |hills",
+         u"wide ",
+         "C         G\n"
+         "over wide |hills"},
+        {"a chord in a chord line",
+         "C|     G\n"
+         "over hills",
+         u" Am7 F",
+         "C Am7 F| G\n"
+         "over hills"},
+    };
+    for (const auto& row : rows) {
+        for (const bool correctsAfterwards : {false, true}) {
+            FollowedSong song(row.before);
+            song.correctsAfterwards = correctsAfterwards;
+            song.paste(row.pasted);
+            EXPECT_EQ(song.drawn(), row.after) << row.what;
+            EXPECT_FALSE(song.hasWrongSource) << row.what;
+        }
+    }
+}
+
+TEST(ChordFollow, LinesAreJoinedPairToPair) {
+    const Row rows[] = {
+        {"Backspace at the start of words",
+         "C    G\n"
+         "over hills \n"
+         "Am   F\n"
+         "|and far",
+         "\b",
+         "C    G     Am   F\n"
+         "over hills |and far"},
+        {"Delete at the end",
+         "C    G\n"
+         "over hills |\n"
+         "Am   F\n"
+         "and far",
+         "\x7f",
+         "C    G     Am   F\n"
+         "over hills |and far"},
+        {"Backspace at the start of the chord line",
+         "C    G\n"
+         "over hills \n"
+         "|Am   F\n"
+         "and far",
+         "\b",
+         "C    G     Am   F\n"
+         "over hills |and far"},
+        {"words without chords get a chord line",
+         "over hills \n"
+         "Am   F\n"
+         "|and far",
+         "\b",
+         "           Am   F\n"
+         "over hills |and far"},
+        {"words without chords on the right",
+         "C    G\n"
+         "over hills |\n"
+         "and far",
+         "\x7f",
+         "C    G\n"
+         "over hills |and far"},
+        {"chords that stick out push",
+         "C           G\n"
+         "over |\n"
+         "Am   F\n"
+         "and far",
+         "\x7f",
+         "C           G Am F\n"
+         "over |and far"},
+        {"upper lines too",
+         "D7\n"
+         "C\n"
+         "over |\n"
+         "  (E7)\n"
+         "  F\n"
+         "and far",
+         "\x7f",
+         "D7     (E7)\n"
+         "C      F\n"
+         "over |and far"},
+        {"an empty line above goes",
+         "far\n"
+         "\n"
+         "Am   F\n"
+         "|and far",
+         "\b",
+         "far\n"
+         "Am   F\n"
+         "|and far"},
+        {"an empty line with Delete",
+         "far\n"
+         "|\n"
+         "Am   F\n"
+         "and far",
+         "\x7f",
+         "far\n"
+         "|Am   F\n"
+         "and far"},
+        {"an empty line below",
+         "Am   F\n"
+         "and far|\n"
+         "\n"
+         "away",
+         "\x7f",
+         "Am   F\n"
+         "and far|\n"
+         "away"},
+        {"the empty line under chords",
+         "Am   F\n"
+         "|\n"
+         "away",
+         "\b",
+         "Am   F|\n"
+         "away"},
+        {"a chord line is not glued to its words",
+         "Am   F|\n"
+         "and far",
+         "\x7f",
+         "Am   F\n"
+         "|and far"},
+        {"nothing above to join: the caret moves",
+         "Am   F\n"
+         "|and far",
+         "\b",
+         "Am   F|\n"
+         "and far"},
+        {"a label above is not joined either",
+         "Chorus:\n"
+         "Am   F\n"
+         "|and far",
+         "\b",
+         "Chorus:\n"
+         "Am   F|\n"
+         "and far"},
+        {"nor a chord line to a label",
+         "Chorus:|\n"
+         "Am   F\n"
+         "and far",
+         "\x7f",
+         "Chorus:\n"
+         "|Am   F\n"
+         "and far"},
+        {"two chord lines over words",
+         "C   G|\n"
+         "Am   F\n"
+         "and far",
+         "\x7f",
+         "C   G\n"
+         "|Am   F\n"
+         "and far"},
+        {"two chord lines over nothing",
+         "C   G|\n"
+         "Am   F\n",
+         "\x7f", "C   G| Am   F\n"},
+        {"split and joined again",
+         "C    G      Am\n"
+         "over |hills and far",
+         "\r\b",
+         "C    G      Am\n"
+         "over |hills and far"},
+    };
+    for (const Row& row : rows)
+        check(row);
+}
+
+TEST(ChordFollow, DeletingOverLineEnds) {
+    const Row rows[] = {
+        {"from words to words: chords over letters that stay do too",
+         "C    G\n"
+         "over |hills\n"
+         "Am      F\n"
+         "and |far away",
+         "\x7f",
+         "C    G   F\n"
+         "over |far away"},
+        {"a whole pair",
+         "|C    G\n"
+         "over hills\n"
+         "|Am      F\n"
+         "and far away",
+         "\b",
+         "|Am      F\n"
+         "and far away"},
+        {"a chord line alone goes",
+         "|Am      F\n"
+         "|and far away",
+         "\x7f", "|and far away"},
+        {"its end with the line end: the words stay where they are",
+         "Am   |   F\n"
+         "|and far away",
+         "\x7f",
+         "Am   |\n"
+         "and far away"},
+        {"from the start of a chord line into the words",
+         "|Am      F\n"
+         "and |far away",
+         "\x7f",
+         "|    F\n"
+         "far away"},
+        {"from within a chord line into the words",
+         "Am  |G   F\n"
+         "and |far away",
+         "\x7f",
+         "Am G| F\n"
+         "far away"},
+        {"from words into a chord line",
+         "over |hills\n"
+         "Am      |F\n"
+         "and far away",
+         "\x7f",
+         "over |\n"
+         "        F\n"
+         "and far away"},
+        {"from chords to chords",
+         "C  |  G\n"
+         "over hills\n"
+         "Am   |   F\n"
+         "and far away",
+         "\x7f",
+         "C  |     F\n"
+         "and far away"},
+        {"from chords to words of another pair",
+         "C  |  G\n"
+         "over hills\n"
+         "Am      F\n"
+         "and |far away",
+         "\x7f",
+         "C  | F\n"
+         "far away"},
+        {"from a label to words",
+         "Chorus|:\n"
+         "Am      F\n"
+         "and |far away",
+         "\x7f",
+         "Chorus|\n"
+         "    F\n"
+         "far away"},
+        {"typed over",
+         "C    G\n"
+         "over |hills\n"
+         "Am      F\n"
+         "and |far away",
+         "x",
+         "C    G    F\n"
+         "over x|far away"},
+        {"words alone",
+         "over |hills\n"
+         "and |far away",
+         "\x7f", "over |far away"},
+    };
+    for (const Row& row : rows) {
+        // What is deleted is gone for good once the control has done it.
+        FollowedSong song(row.before);
+        song.press(row.keys);
+        EXPECT_EQ(song.drawn(), row.after) << row.what;
+        EXPECT_FALSE(song.hasWrongSource) << row.what;
+    }
+}
+
+}  // namespace
+}  // namespace melvorin
