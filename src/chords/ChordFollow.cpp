@@ -62,6 +62,17 @@ bool isBlankText(TextView text) {
     return trimmed(text).empty();
 }
 
+// Only who takes a single blank away wants to write two chords as one.
+bool gluesChords(const FollowText& now, std::size_t caret, TextView removed,
+                 const FollowText& incoming) {
+    const bool tookBlanks =
+        std::any_of(removed.begin(), removed.end(), [](char16_t c) { return isAnyBlank(c); });
+    if (!tookBlanks || (removed.size() == 1 && incoming.empty()))
+        return false;
+    return caret > 0 && caret < now.size() && !isAnyBlank(now.chars()[caret - 1]) &&
+           !isAnyBlank(now.chars()[caret]);
+}
+
 FollowText behindLastRun(const FollowText& line, const std::vector<ChordRun>& runs) {
     return line.part(runs.empty() ? 0 : runs.back().end());
 }
@@ -210,10 +221,11 @@ std::optional<EditedLines> ChordFollow::takenBack(const FollowLines& lines, std:
     restore(isWords ? 1 : 0, isWords ? step.before.chordsNow : step.before.now);
     if (step.before.hasUpper)
         restore(isWords ? 2 : 1, step.before.upperNow);
-    const std::size_t number = line;
     reckoning_ = Reckoning(step.before);
-    reckoning_.line = number;
+    reckoning_.line = line;
     steps_.pop_back();
+    if (steps_.empty())
+        beginAnew();
     return result;
 }
 
@@ -222,13 +234,14 @@ EditedLines ChordFollow::followInLine(const FollowLines& lines, std::size_t star
     const std::size_t line = edit.from.line;
     arrive(lines, start, line);
     EditedLines result = editedPlainly(lines, edit.from, edit.to, edit.incoming);
-    const auto mayHoldChords = [&] {
-        return holdsChords(lines[line].text, edit.from.index) &&
-               holdsChords(result.lines[line].text, result.caret.index);
+    const auto isChordEdit = [&] {
+        return mayHoldChords(lines[line].text, edit.from.index, edit.to.index) &&
+               (edit.incoming.empty() ||
+                mayHoldChords(result.lines[line].text, edit.from.index, result.caret.index));
     };
-    if (auto undone = takenBack(lines, start, edit)) {
-        result = std::move(*undone);
-    } else if (continues(Subject::Chords, lines, start, edit) && mayHoldChords()) {
+    if (auto reversed = takenBack(lines, start, edit)) {
+        result = std::move(*reversed);
+    } else if (continues(Subject::Chords, lines, start, edit) && isChordEdit()) {
         result = followChords(lines, edit, true);
     } else if (continues(Subject::Words, lines, start, edit)) {
         LinePair pair{line, line - 1, std::nullopt};
@@ -238,7 +251,7 @@ EditedLines ChordFollow::followInLine(const FollowLines& lines, std::size_t star
     } else if (const auto pair = pairOfWords(lines, line)) {
         beginAnew();
         result = followWords(lines, *pair, edit);
-    } else if (mayHoldChords()) {
+    } else if (isChordEdit()) {
         beginAnew();
         result = followChords(lines, edit, false);
     } else {
@@ -362,8 +375,15 @@ EditedLines ChordFollow::followChords(const FollowLines& lines, const Edit& edit
     r.line = line;
     EditedLines result = editedPlainly(lines, edit.from, edit.to, edit.incoming);
     const FollowText& before = lines[line].text;
-    const FollowText now = result.lines[line].text;
+    FollowText now = result.lines[line].text;
     const std::size_t caret = result.caret.index;
+    const bool isParted = gluesChords(now, caret, steps_.back().removed, edit.incoming);
+    if (isParted) {
+        FollowText parted = now.part(0, caret);
+        parted.appendBlanks(1);
+        parted.append(now.part(caret));
+        now = std::move(parted);
+    }
     const std::vector<ChordRun> formerRuns = chordRuns(before);
     const std::vector<ChordRun> runs = chordRuns(now);
     std::vector<StackedChord> chords = chordsOf(now);
@@ -383,7 +403,7 @@ EditedLines ChordFollow::followChords(const FollowLines& lines, const Edit& edit
             continue;
         }
         const bool isWhole = formerRuns[former].index >= edit.to.index;
-        const bool isAtCaret = runs[i].index == caret;
+        const bool isAtCaret = runs[i].index == caret + (isParted ? 1 : 0);
         const bool isNext = i == fixed;
         if (isNext && (!isWhole || (isAtCaret && isBlankEdit) || deletesForward))
             continue;  // it goes where the edit alone puts it

@@ -107,7 +107,7 @@ std::optional<FollowAnswer> ChordVisit::tab(const Excerpt& text, std::size_t car
     FollowLines lines = linesOf(text);
     LinePlace place = placeOf(lines, text.start, caret);
     const bool isVisited = line_ == positionOf(lines, text.start, {place.line, 0});
-    if (!isVisited && !holdsChords(lines[place.line].text, place.index))
+    if (!isVisited && !mayHoldChords(lines[place.line].text, place.index, place.index))
         return std::nullopt;
     std::size_t column = lines[place.line].text.columns()[place.index];
     dropPadding(lines, text.start, place, false);

@@ -15,12 +15,6 @@ bool isGap(const FollowText& line, std::size_t index) {
     return line.trace(index).cells == 0 && isAnyBlank(c) && c != 0x200B && c != 0xFEFF;
 }
 
-bool isRowWithout(Text writing, std::size_t begin, std::size_t end) {
-    std::fill(writing.begin() + static_cast<std::ptrdiff_t>(begin),
-              writing.begin() + static_cast<std::ptrdiff_t>(end), u' ');
-    return isRowOfChords(readRow(writing));
-}
-
 bool followsBelow(const FollowText& upper, const FollowText& lower) {
     const std::vector<ChordRun> below = chordRuns(lower);
     const std::vector<ChordRun> above = chordRuns(upper);
@@ -36,20 +30,26 @@ bool isHyphen(char16_t c) {
 
 }  // namespace
 
-bool holdsChords(const FollowText& line, std::optional<std::size_t> caret) {
+bool holdsChords(const FollowText& line) {
     const Text writing = line.writing();
     if (isTablature(writing))
         return false;
     if (trimmed(writing).empty())
         return line.hasDiagrams();
-    if (isRowOfChords(readRow(writing)))
+    return isRowOfChords(readRow(writing));
+}
+
+bool mayHoldChords(const FollowText& line, std::size_t begin, std::size_t end) {
+    if (holdsChords(line))
         return true;
-    if (!caret)
+    Text writing = line.writing();
+    if (isTablature(writing))
         return false;
-    const auto token = chordRunAt(line, *caret);
-    if (!token)
-        return false;
-    return isRowWithout(writing, token->index, token->end());
+    for (const ChordRun& run : chordRuns(line)) {
+        if (run.index <= end && begin <= run.end())
+            std::fill_n(writing.begin() + static_cast<std::ptrdiff_t>(run.index), run.length, u' ');
+    }
+    return isRowOfChords(readRow(writing));
 }
 
 bool holdsWords(const FollowText& line) {

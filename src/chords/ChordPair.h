@@ -14,9 +14,11 @@
 
 namespace melvorin {
 
-// `caret` is where somebody types: the token there may be half written and does not count, unless
-// it is all there is. Nor do diagrams count; a line of nothing else is a chord line.
-bool holdsChords(const FollowText& line, std::optional<std::size_t> caret = std::nullopt);
+// Diagrams do not count; a line of nothing else is a chord line.
+bool holdsChords(const FollowText& line);
+// The same while somebody types between two indices: what is there or touches them may be half
+// written and does not count, unless it is all there is.
+bool mayHoldChords(const FollowText& line, std::size_t begin, std::size_t end);
 // True for an empty line too.
 bool holdsWords(const FollowText& line);
 

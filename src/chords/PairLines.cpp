@@ -321,6 +321,18 @@ void Inserter::cutAt(const std::optional<LinePair>& pair, std::size_t wordsLine,
     leftChords_ = stack.between(0, column);
     rightChords_ = stack.between(column, kEndless);
     rightChords_.move([&](std::size_t chord) { return chord - column; });
+    // Bars alone are no chord line: they stay with the chords.
+    const auto isBare = [](const ChordStack& half) {
+        return !half.empty() && !holdsChords(half.lowerLine());
+    };
+    if (isBare(rightChords_)) {
+        leftChords_ = stack;
+        rightChords_ = {};
+    } else if (isBare(leftChords_)) {
+        rightChords_ = stack;
+        rightChords_.move([&](std::size_t chord) { return chord - std::min(chord, column); });
+        leftChords_ = {};
+    }
     if (!rightChords_.empty())
         leftChords_.dropTails();
     if (!leftChords_.empty())
@@ -386,15 +398,16 @@ EditedLines Inserter::insertIntoWords() {
 
 EditedLines Inserter::insertIntoChords() {
     const auto pair = pairOfChords(lines_, at_.line);
-    const bool bareStart = at_.index == 0 && parts_.back().text.empty();
-    if (!pair || lines_[pair->words].text.isBlank() || bareStart ||
-        isBlankBehind(line().text, at_.index))
-        return plainly();
     std::size_t index = at_.index;
     for (const ChordRun& run : chordRuns(line().text)) {
         if (run.index < index && index < run.end())
             index = run.index;
     }
+    at_.index = index;
+    const bool bareStart = index == 0 && parts_.back().text.empty();
+    if (!pair || lines_[pair->words].text.isBlank() || bareStart ||
+        isBlankBehind(line().text, index))
+        return plainly();
     const std::size_t column = line().text.columns()[index];
     const std::vector<std::size_t> columns = lines_[pair->words].text.columns();
     const auto letter = std::lower_bound(columns.begin(), columns.end() - 1, column);
@@ -402,8 +415,7 @@ EditedLines Inserter::insertIntoChords() {
     const bool isEnter = parts_.size() == 2 && parts_[0].text.empty() && parts_[1].text.empty();
     if (!isEnter)
         return splitAround();
-    return column == 0 ? editedPlainly(lines_, {at_.line, 0}, {at_.line, 0}, incoming_)
-                       : split(true);
+    return split(!rightChords_.empty());
 }
 
 }  // namespace

@@ -278,7 +278,7 @@ TEST(ChordFollow, ChordLinesKeepTheirColumns) {
          "Cxy|   G\n"
          "over hills"},
         {"the upper line goes along",
-         "    D7\n"
+         "   D7\n"
          "C|  G\n"
          "over hills",
          "maj7/G",

@@ -1,0 +1,500 @@
+// What must hold for every edit, on invented songs. MELVORIN_SEED gives another course,
+// MELVORIN_EDITS a longer one.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <optional>
+#include <random>
+
+#include "FollowedSong.h"
+
+namespace melvorin {
+namespace {
+
+using testing::FollowedSong;
+
+// Letters that make neither chords nor labels.
+constexpr TextView kLetters = u"kwxyz";
+constexpr char16_t kWide = 0x6B4C;
+constexpr char16_t kMark = 0x301;
+constexpr TextView kChords[] = {u"C",     u"Am",   u"G7", u"F#m7(9)", u"Bb",
+                                u"Cmaj7", u"D/F#", u"A2", u"N.C.",    u"|"};
+
+std::size_t countOf(const char* name, std::size_t usual) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? usual : std::strtoull(value, nullptr, 10);
+}
+
+// Kept apart from the widths of the program.
+std::size_t widthOf(char16_t c) {
+    return c == kMark ? 0 : c == kWide ? 2 : 1;
+}
+
+class Dice {
+  public:
+    explicit Dice(std::size_t seed) : engine_(static_cast<std::uint32_t>(seed)) {}
+    std::size_t below(std::size_t count) { return engine_() % count; }
+    bool oneIn(std::size_t count) { return below(count) == 0; }
+
+    Text letters(std::size_t most) {
+        Text text;
+        for (std::size_t i = below(most + 1); i > 0; --i)
+            text += oneIn(5)    ? u' '
+                    : oneIn(25) ? kWide
+                    : oneIn(25) ? kMark
+                                : kLetters[below(kLetters.size())];
+        return text;
+    }
+    Text words() {
+        Text text = letters(12);
+        for (std::size_t i = below(6); i > 0; --i)
+            text.append(1, kLetters[below(5)]).append(letters(6)).append(1 + below(2), u' ');
+        return text;
+    }
+    Text chordLine() {
+        Text text(below(4), u' ');
+        text += kChords[below(std::size(kChords) - 1)];
+        for (std::size_t i = below(6); i > 0; --i)
+            text.append(1 + below(9), u' ').append(kChords[below(std::size(kChords))]);
+        return text.append(below(3), u' ');
+    }
+
+  private:
+    std::mt19937 engine_;
+};
+
+struct Token {
+    Text text;
+    std::size_t column = 0;
+    std::size_t end = 0;
+    std::size_t index = 0;
+};
+
+std::vector<Token> tokensOf(TextView line) {
+    std::vector<Token> tokens;
+    std::size_t column = 0;
+    bool inside = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] != u' ' && !inside)
+            tokens.push_back({Text(), column, column, i});
+        inside = line[i] != u' ';
+        column += widthOf(line[i]);
+        if (inside) {
+            tokens.back().text += line[i];
+            tokens.back().end = column;
+        }
+    }
+    return tokens;
+}
+
+Text namesOf(TextView line) {
+    Text names;
+    for (const Token& token : tokensOf(line))
+        names.append(token.text).append(u" ");
+    return names;
+}
+
+std::vector<Text> linesOfText(const Text& text) {
+    std::vector<Text> lines(1);
+    for (const char16_t c : text) {
+        if (c == u'\r')
+            lines.emplace_back();
+        else
+            lines.back() += c;
+    }
+    return lines;
+}
+
+// The rules for edits in words, by letters that have names instead of by columns.
+class WordsOracle {
+  public:
+    WordsOracle(const Text& words, const std::vector<Token>& chords) {
+        for (const char16_t c : words)
+            letters_.push_back({c, next_++});
+        anchor(chords);
+    }
+
+    struct Edit {
+        std::size_t from = 0;
+        std::size_t to = 0;
+        Text with;
+    };
+
+    // True when the edit is the reverse of the last one.
+    bool edit(const Edit& edit, const std::vector<Token>& chordsBefore);
+    // How many chords were forced away from their letters.
+    std::size_t check(const std::vector<Token>& chords) const;
+    Text words() const {
+        Text text;
+        for (const Letter& letter : letters_)
+            text += letter.c;
+        return text;
+    }
+    std::size_t begin() const { return begin_; }
+    std::size_t end() const { return end_; }
+    std::optional<Edit> reverseOfLast() const {
+        if (steps_.empty())
+            return std::nullopt;
+        return Edit{steps_.back().from, steps_.back().from + steps_.back().inserted,
+                    steps_.back().removed};
+    }
+
+  private:
+    struct Letter {
+        char16_t c = 0;
+        int name = 0;
+    };
+    struct Step {
+        std::size_t from = 0;
+        std::size_t inserted = 0;
+        Text removed;
+        std::vector<Letter> letters;
+        std::size_t begin = 0;
+        std::size_t end = 0;
+    };
+    struct Anchor {
+        int name = -1;  // of the letter that the chord stands over
+        std::size_t into = 0;
+    };
+
+    void anchor(const std::vector<Token>& chords);
+    bool isBlankFrom(std::size_t index) const {
+        return std::all_of(letters_.begin() + static_cast<std::ptrdiff_t>(index), letters_.end(),
+                           [](const Letter& letter) { return letter.c == u' '; });
+    }
+
+    std::vector<Letter> letters_;
+    std::vector<Anchor> anchors_;
+    std::vector<Step> steps_;
+    std::size_t begin_ = Text::npos;  // of the stretch that is there now
+    std::size_t end_ = 0;
+    int next_ = 0;
+};
+
+void WordsOracle::anchor(const std::vector<Token>& chords) {
+    anchors_.clear();
+    for (const Token& chord : chords) {
+        Anchor anchor;
+        std::size_t column = 0;
+        for (const Letter& letter : letters_) {
+            if (column <= chord.column && chord.column < column + widthOf(letter.c))
+                anchor = {letter.name, chord.column - column};
+            column += widthOf(letter.c);
+        }
+        anchors_.push_back(anchor);
+    }
+}
+
+bool WordsOracle::edit(const Edit& edit, const std::vector<Token>& chordsBefore) {
+    const auto reverse = reverseOfLast();
+    if (reverse && reverse->from == edit.from && reverse->to == edit.to &&
+        reverse->with == edit.with) {
+        letters_ = steps_.back().letters;
+        begin_ = steps_.back().begin;
+        end_ = steps_.back().end;
+        steps_.pop_back();
+        if (steps_.empty())
+            begin_ = Text::npos;
+        return true;
+    }
+    const bool touches = begin_ != Text::npos && edit.from <= end_ && edit.to >= begin_;
+    const bool deletesBehindBlank =
+        edit.with.empty() && edit.from == end_ && end_ > begin_ && letters_[end_ - 1].c == u' ';
+    if (!touches || deletesBehindBlank) {
+        anchor(chordsBefore);
+        steps_.clear();
+        begin_ = edit.from;
+        end_ = edit.to;
+    }
+    steps_.push_back({edit.from, edit.with.size(), words().substr(edit.from, edit.to - edit.from),
+                      letters_, begin_, end_});
+    const auto at = letters_.begin() + static_cast<std::ptrdiff_t>(edit.from);
+    auto place = letters_.erase(at, at + static_cast<std::ptrdiff_t>(edit.to - edit.from));
+    for (const char16_t c : edit.with)
+        place = letters_.insert(place, {c, next_++}) + 1;
+    begin_ = std::min(begin_, edit.from);
+    end_ = std::max(end_, edit.to) - (edit.to - edit.from) + edit.with.size();
+    return false;
+}
+
+std::size_t WordsOracle::check(const std::vector<Token>& chords) const {
+    EXPECT_EQ(chords.size(), anchors_.size());
+    if (chords.size() != anchors_.size())
+        return 0;
+    std::size_t forced = 0;
+    const bool nothingBehind = begin_ == Text::npos || isBlankFrom(end_);
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < letters_.size(); ++i) {
+        for (std::size_t k = 0; k < chords.size(); ++k) {
+            // Where only blanks stand behind the edit nothing moves, so it is not over them.
+            if (anchors_[k].name != letters_[i].name || (nothingBehind && i >= end_))
+                continue;
+            const std::size_t home = column + anchors_[k].into;
+            const bool isForced = k > 0 && chords[k].column == chords[k - 1].end + 1;
+            EXPECT_GE(chords[k].column, home) << toUtf8(chords[k].text);
+            EXPECT_TRUE(chords[k].column == home || isForced) << toUtf8(chords[k].text);
+            forced += chords[k].column == home ? 0U : 1U;
+        }
+        column += widthOf(letters_[i].c);
+    }
+    return forced;
+}
+
+WordsOracle::Edit inventedEdit(Dice& dice, const Text& words, const WordsOracle& oracle) {
+    const bool nearby = oracle.begin() != Text::npos && !dice.oneIn(4);
+    std::size_t from = nearby ? oracle.begin() + dice.below(oracle.end() - oracle.begin() + 1)
+                              : dice.below(words.size() + 1);
+    if (nearby && dice.oneIn(2))
+        from = oracle.end();
+    switch (dice.below(6)) {
+        case 0:
+        case 1:
+            return {from - (from > 0 ? 1U : 0U), from, Text()};
+        case 2:
+            return {from, std::min(from + 1, words.size()), Text()};
+        case 3:
+            return {from, std::min(from + dice.below(6), words.size()), dice.letters(6)};
+        default: {
+            Text typed = dice.letters(1);
+            return {from, from, typed.empty() ? Text(u"z") : typed};
+        }
+    }
+}
+
+TEST(ChordFollowProperty, WordsKeepTheirChords) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 20));
+    std::size_t reversed = 0;
+    std::size_t forced = 0;
+    for (std::size_t edits = 0; edits < most;) {
+        const Text words = dice.words();
+        const Text chords = dice.chordLine();
+        const Text around = dice.oneIn(2) ? u"\rzz zz" : u"";
+        FollowedSong song(chords + u'\r' + words + around, chords.size() + 1);
+        // The caret has not come to this line when it was empty.
+        song.follow.forget();
+        WordsOracle oracle(words, tokensOf(chords));
+        std::string course;
+        for (std::size_t i = 1 + dice.below(30); i > 0 && edits < most; --i, ++edits) {
+            const std::vector<Text> before = linesOfText(song.text());
+            if (before[1].find_first_not_of(u' ') == Text::npos)
+                break;
+            auto edit = inventedEdit(dice, before[1], oracle);
+            const auto reverse = oracle.reverseOfLast();
+            const bool takesBack = reverse && dice.oneIn(4);
+            if (takesBack)
+                edit = *reverse;
+            // Only where texts differ something was edited.
+            while (edit.from < edit.to && !edit.with.empty() &&
+                   before[1][edit.from] == edit.with[0]) {
+                ++edit.from;
+                edit.with.erase(0, 1);
+            }
+            const Text former = song.text();
+            course += toUtf8(former) + "\n" + std::to_string(edit.from) + " to " +
+                      std::to_string(edit.to) + ": '" + toUtf8(edit.with) + "'\n";
+            reversed += oracle.edit(edit, tokensOf(before[0])) ? 1U : 0U;
+            const std::size_t start = before[0].size() + 1;
+            song.put(start + edit.from, start + edit.to, edit.with, start + edit.to);
+            const std::vector<Text> after = linesOfText(song.text());
+            EXPECT_EQ(toUtf8(after[1]), toUtf8(oracle.words()));
+            EXPECT_EQ(toUtf8(namesOf(after[0])), toUtf8(namesOf(chords)));
+            forced += oracle.check(tokensOf(after[0]));
+            ASSERT_FALSE(::testing::Test::HasFailure()) << "edit " << edits << "\n"
+                                                        << course << toUtf8(song.text());
+            // The reverse gives the pair back; and then the edit is made again.
+            if (dice.oneIn(3)) {
+                const std::size_t line = after[0].size() + 1 + edit.from;
+                const Text now = song.text();
+                const FollowedSong copy = song;
+                song.put(line, line + edit.with.size(),
+                         before[1].substr(edit.from, edit.to - edit.from), line + edit.with.size());
+                ASSERT_TRUE(takesBack || song.text() == former) << toUtf8(former) << "\n"
+                                                                << toUtf8(now) << "\n"
+                                                                << toUtf8(song.text());
+                song = copy;
+            }
+        }
+    }
+    EXPECT_GT(reversed, most / 20);
+    EXPECT_GT(forced, most / 50);
+}
+
+TEST(ChordFollowProperty, EditsOfChordsKeepTheOthers) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 21));
+    for (std::size_t edits = 0; edits < most; ++edits) {
+        const Text chords = dice.chordLine();
+        const Text words = dice.words();
+        FollowedSong song(chords + u'\r' + words, 0);
+        const std::size_t from = dice.below(chords.size() + 1);
+        const bool deletes = dice.oneIn(2);
+        const std::size_t to = deletes ? std::min(from + 1, chords.size()) : from;
+        const Text with = deletes ? Text() : dice.oneIn(2) ? u" " : u"m";
+        const Text plain = Text(chords).replace(from, to - from, with);
+        song.put(from, to, with, to);
+        const std::vector<Text> lines = linesOfText(song.text());
+        EXPECT_EQ(toUtf8(namesOf(lines[0])), toUtf8(namesOf(plain)));
+        EXPECT_EQ(lines[1], words);
+        const std::vector<Token> before = tokensOf(chords);
+        const std::vector<Token> after = tokensOf(lines[0]);
+        const auto chordsLeft = std::count_if(
+            after.begin(), after.end(), [](const Token& token) { return token.text != u"|"; });
+        // What is half written counts as nothing; so one more chord is what makes it a chord line.
+        for (std::size_t k = 0; k < before.size() && k < after.size() && chordsLeft > 2; ++k) {
+            const Token& was = before[before.size() - 1 - k];
+            const Token& is = after[after.size() - 1 - k];
+            const bool isBehind = was.index > to && chords[was.index - 1] == u' ';
+            if (!isBehind || was.text != is.text)
+                break;
+            const bool isForced =
+                k + 1 < after.size() && is.column == after[after.size() - 2 - k].end + 1;
+            EXPECT_TRUE(is.column == was.column || (isForced && is.column > was.column));
+        }
+        song.put(from, from + with.size(), chords.substr(from, to - from), from + with.size());
+        EXPECT_EQ(toUtf8(song.text()), toUtf8(chords + u'\r' + words));
+        ASSERT_FALSE(::testing::Test::HasFailure())
+            << "edit " << edits << "\n"
+            << toUtf8(chords) << "\n"
+            << from << " to " << to << ": '" << toUtf8(with) << "'\n"
+            << toUtf8(lines[0]);
+    }
+}
+
+// Several pairs, some words alone, a label and empty lines.
+Text inventedSong(Dice& dice) {
+    Text song;
+    for (std::size_t i = 2 + dice.below(5); i > 0; --i) {
+        switch (dice.below(6)) {
+            case 0:
+                song += u"Intro:\r";
+                break;
+            case 1:
+                song += u"\r";
+                break;
+            case 2:
+                song.append(dice.words()).append(u"\r");
+                break;
+            default:
+                song.append(dice.chordLine()).append(u"\r").append(dice.words()).append(u"\r");
+                break;
+        }
+    }
+    return song;
+}
+
+bool isChordToken(const Text& token) {
+    return token.find_first_of(Text(kLetters) + kWide + kMark + u"Intro:") == Text::npos;
+}
+
+// All that is not a chord, in order, without blanks and line ends; and all chords.
+Text lettersOfSong(const Text& text, bool chords) {
+    Text letters;
+    for (const Text& line : linesOfText(text)) {
+        for (const Token& token : tokensOf(line)) {
+            if (isChordToken(token.text) == chords)
+                letters.append(token.text).append(chords ? u" " : u"");
+        }
+    }
+    return letters;
+}
+
+Text wordLetters(const Text& text) {
+    Text letters;
+    for (const char16_t c : text) {
+        if (kLetters.find(c) != TextView::npos || c == kWide || c == kMark)
+            letters += c;
+    }
+    return letters;
+}
+
+void expectNothingGlued(const Text& text) {
+    for (const Text& line : linesOfText(text)) {
+        bool chords = false;
+        bool others = false;
+        for (const Token& token : tokensOf(line))
+            (isChordToken(token.text) ? chords : others) = true;
+        EXPECT_FALSE(chords && others) << toUtf8(line);
+    }
+}
+
+TEST(ChordFollowProperty, SplitLinesAreJoinedAgain) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 22));
+    for (std::size_t edits = 0; edits < most; ++edits) {
+        const Text text = inventedSong(dice);
+        FollowedSong song(text, dice.below(text.size() + 1));
+        song.correctsAfterwards = dice.oneIn(2);
+        const std::string former = song.drawn();
+        song.press("\r");
+        const Text split = song.text();
+        EXPECT_EQ(lettersOfSong(split, false), lettersOfSong(text, false));
+        EXPECT_EQ(lettersOfSong(split, true), lettersOfSong(text, true));
+        expectNothingGlued(split);
+        const std::size_t lineStart = split.substr(0, song.caret()).rfind(u'\r') + 1;
+        const std::size_t caret = song.caret();
+        const Text here = linesOfText(split.substr(lineStart))[0];
+        song.press("\b");
+        // In a chord line Backspace joins lines of words only where words are above.
+        if (!isChordToken(namesOf(here).substr(0, namesOf(here).find(u' ')))) {
+            EXPECT_EQ(toUtf8(song.text()), toUtf8(text));
+        }
+        ASSERT_FALSE(::testing::Test::HasFailure()) << "edit " << edits << "\n"
+                                                    << former << "\n---\n"
+                                                    << toUtf8(split) << "\n---" << caret << "\n"
+                                                    << song.drawn();
+    }
+}
+
+TEST(ChordFollowProperty, WhatIsNotSelectedStays) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 23));
+    for (std::size_t edits = 0; edits < most; ++edits) {
+        const Text text = inventedSong(dice);
+        const std::size_t begin = dice.below(text.size() + 1);
+        const std::size_t end = std::min(begin + dice.below(60), text.size());
+        FollowedSong song(text, begin);
+        song.select(begin, end);
+        const std::string former = song.drawn();
+        song.press("\b");
+        Text plain = text;
+        plain.erase(begin, end - begin);
+        // A single blank between two chords goes.
+        if (end <= begin + 1)
+            continue;
+        expectNothingGlued(song.text());
+        EXPECT_FALSE(song.hasWrongSource);
+        if (song.text() != text) {
+            EXPECT_EQ(wordLetters(song.text()), wordLetters(plain));
+        }
+        // Each chord outside the selection, in its order.
+        Text outside;
+        std::size_t lineStart = 0;
+        for (const Text& line : linesOfText(text)) {
+            for (const Token& token : tokensOf(line)) {
+                const std::size_t at = lineStart + token.index;
+                const bool isOutside = at + token.text.size() <= begin || at >= end;
+                if (isOutside && isChordToken(token.text))
+                    outside.append(token.text).append(u" ");
+            }
+            lineStart += line.size() + 1;
+        }
+        std::size_t next = 0;
+        const Text left = lettersOfSong(song.text(), true);
+        for (const Text& chord : {outside}) {
+            for (const Token& token : tokensOf(chord)) {
+                next = left.find(token.text + u" ", next);
+                if (next == Text::npos)
+                    break;
+                next += token.text.size() + 1;
+            }
+        }
+        EXPECT_NE(next, Text::npos) << toUtf8(outside);
+        ASSERT_FALSE(::testing::Test::HasFailure()) << "edit " << edits << "\n"
+                                                    << former << "\n---\n"
+                                                    << song.drawn();
+    }
+}
+
+}  // namespace
+}  // namespace melvorin
