@@ -2,6 +2,7 @@
 
 #include "chords/ChordLine.h"
 #include "tablature/InsertTab.h"
+#include "tablature/TabOvertype.h"
 
 namespace melvorin {
 namespace {
@@ -119,6 +120,68 @@ TEST(Tablature, KeepsThePatternInUse) {
     EXPECT_EQ(lengthAt(u"800", kHigh), 94);
     EXPECT_EQ(lengthAt(u"1000", kLow), 94);
     EXPECT_EQ(lengthAt(u"1920", kLow), 122);
+}
+
+// '^' is the caret, or both ends of the selection; '\b' Backspace, '\x7f' Delete, anything else
+// typed.
+TEST(Tablature, TypingKeepsTheBarsInPlace) {
+    const struct {
+        const char* before;
+        const char16_t* key;
+        const char* after;  // "as ever": the control does it
+    } rows[] = {
+        {"E|--^----|----|", u"5", "E|--5^---|----|"},
+        {"E|--^7---|----|", u"5", "E|--5^---|----|"},
+        {"E|--^h---|----|", u"5", "E|--5^---|----|"},
+        {"E|------^|----|", u"5", "E|------|5^---|"},
+        {"^E|------|----|", u"5", "E|5^-----|----|"},
+        {"E^|------|----|", u"5", "E|5^-----|----|"},
+        {"E|-----^-|----|", u"12", "E|-----1|2^---|"},
+        {"E|--^-7--^|----|", u"5", "E|--5^---|----|"},
+        {"E|--^7--|3-^--|", u"5", "E|--5^--|----|"},
+        {"E|------|---^-|", u"12", "as ever"},
+        {"E|------|----|^", u"5", "as ever"},
+        {"E|------|----|^ x2", u"5", "as ever"},
+        {"E|--^----|", u"5\r6", "as ever"},
+        {"E|--^----|", u"\u6b4c", "as ever"},
+        {"E|--5^---|", u"\b", "E|--^----|"},
+        {"E|---^---|", u"\b", "E|--^----|"},
+        {"E|---7|^--|", u"\b", "E|---^-|--|"},
+        {"E|^-----|", u"\b", "^E|-----|"},
+        {"E^|-----|", u"\b", "^E|-----|"},
+        {"E|----7|^", u"\b", "E|----^-|"},
+        {"E|--7--| x2^", u"\b", "as ever"},
+        {"E|--^5---|", u"\x7f", "E|---^---|"},
+        {"E|---^|5-|", u"\x7f", "E|---|-^-|"},
+        {"^E|5--|", u"\x7f", "E|-^--|"},
+        {"E|---^|", u"\x7f", "E|---|^"},
+        {"E|---|^", u"\x7f", "E|---|^"},
+        {"E|---|^ x2", u"\x7f", "as ever"},
+        {"^E|-5-|7^-|", u"\x7f", "^E|---|--|"},
+        {"E|-^5-|7^-| x2", u"\b", "E|-^--|--| x2"},
+    };
+    for (const auto& row : rows) {
+        Text line = fromUtf8(row.before);
+        const std::size_t begin = line.find(u'^');
+        line.erase(begin, 1);
+        std::size_t end = line.find(u'^');
+        if (end != Text::npos)
+            line.erase(end, 1);
+        else
+            end = begin;
+        const TextView key = row.key;
+        const auto change = key == u"\b"     ? erasedInTab(line, begin, end, TabErase::Backspace)
+                            : key == u"\x7f" ? erasedInTab(line, begin, end, TabErase::Delete)
+                                             : typedOverTab(line, begin, end, key);
+        const std::size_t length = line.size();
+        Text after = u"as ever";
+        if (change) {
+            after = line.replace(change->index, change->text.size(), change->text);
+            EXPECT_EQ(after.size(), length) << row.before;
+            after.insert(change->caret, 1, u'^');
+        }
+        EXPECT_EQ(toUtf8(after), row.after) << row.before;
+    }
 }
 
 }  // namespace
