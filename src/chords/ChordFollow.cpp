@@ -98,6 +98,8 @@ TextEdit differenceOf(const Excerpt& before, const Excerpt& after, std::size_t c
 FollowAnswer ChordFollow::edited(const Excerpt& before, std::size_t caretBefore,
                                  const Excerpt& after, std::size_t caretAfter) {
     const TextEdit edit = differenceOf(before, after, caretAfter);
+    if (edit.length == 0 && edit.text.empty())
+        return {{}, caretAfter, false};
     const FollowLines lines = linesOf(before);
     const std::size_t end = edit.position + edit.length;
     const EditedLines result =

@@ -63,6 +63,16 @@ void applyEdits(Text& text, const std::vector<FollowEdit>& edits, std::size_t st
         text.replace(edit->position - start, edit->length, edit->text);
 }
 
+std::size_t positionAfter(const std::vector<FollowEdit>& edits, std::size_t position) {
+    std::size_t moved = position;
+    for (const FollowEdit& edit : edits) {
+        if (edit.position >= position)
+            break;
+        moved = moved + edit.text.size() - std::min(edit.length, position - edit.position);
+    }
+    return moved;
+}
+
 FollowText::FollowText(TextView chars, Origin origin, std::size_t from)
     : chars_(chars), traces_(chars.size()) {
     for (std::size_t i = 0; i < traces_.size(); ++i)

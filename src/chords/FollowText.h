@@ -58,6 +58,10 @@ struct FollowEdit {
 // others insert. `text` begins at position `start`.
 void applyEdits(Text& text, const std::vector<FollowEdit>& edits, std::size_t start = 0);
 
+// Where a position from before the edits is after them: in front of what comes in there, and behind
+// what took the place of its surroundings.
+std::size_t positionAfter(const std::vector<FollowEdit>& edits, std::size_t position);
+
 struct Trace {
     Origin origin = Origin::New;
     std::size_t from = 0;   // position in the document, or index in the incoming text
