@@ -15,6 +15,12 @@ std::pair<std::size_t, std::size_t> touchedLines(const FollowLines& lines, std::
     return {first.line, last.line - (endsBefore ? 1 : 0)};
 }
 
+std::vector<ChordRun> visibleWords(const FollowText& line) {
+    std::vector<ChordRun> words = chordRuns(line);
+    std::erase_if(words, [](const ChordRun& word) { return word.cells == 0; });
+    return words;
+}
+
 // Columns where the letters of a word begin.
 std::vector<std::size_t> lettersOf(const std::vector<std::size_t>& columns, const ChordRun& word) {
     std::vector<std::size_t> letters;
@@ -83,8 +89,8 @@ CopiedChords copyChords(const Excerpt& text, std::size_t begin, std::size_t end)
 }
 
 std::size_t columnOverOther(const FollowText& words, const FollowText& other, std::size_t column) {
-    const std::vector<ChordRun> own = chordRuns(words);
-    const std::vector<ChordRun> others = chordRuns(other);
+    const std::vector<ChordRun> own = visibleWords(words);
+    const std::vector<ChordRun> others = visibleWords(other);
     if (own.empty() || others.empty())
         return column;
     if (column < own.front().column) {

@@ -2,11 +2,15 @@
 // MELVORIN_EDITS a longer one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
 #include <random>
 
 #include "FollowedSong.h"
+#include "chords/CopyChords.h"
+#include "chords/FollowReplace.h"
 
 namespace melvorin {
 namespace {
@@ -496,6 +500,164 @@ TEST(ChordFollowProperty, WhatIsNotSelectedStays) {
                                                     << former << "\n---\n"
                                                     << song.drawn();
     }
+}
+
+// Anything that a control may hold: blanks of all kinds, halves of pairs, soft line breaks.
+Text inventedText(Dice& dice, std::size_t most) {
+    constexpr char16_t odd[] = {u'\t', 0xA0,   0x2003, 0x200B, 0x3000, 0xD83C, 0xDFB5, kWide,
+                                kMark, 0xFEFF, u'|',   u'-',   u'[',   u']',   u'{',   u'}',
+                                u'\v', u'\n',  u'"',   u'(',   u')',   u'/',   u':',   u'x'};
+    Text text;
+    for (std::size_t i = dice.below(most + 1); i > 0; --i) {
+        if (dice.oneIn(3))
+            text += u' ';
+        else if (dice.oneIn(6))
+            text += u'\r';
+        else if (dice.oneIn(3))
+            text += kChords[dice.below(std::size(kChords))];
+        else
+            text += dice.oneIn(2) ? odd[dice.below(std::size(odd))] : kLetters[dice.below(5)];
+    }
+    return text;
+}
+
+bool isSpacing(char16_t c) {
+    return c <= u' ' || c == 0xA0 || (c >= 0x2000 && c <= 0x200B) || c == 0x3000 || c == 0xFEFF;
+}
+
+Text withoutSpacing(const Text& text) {
+    Text rest;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(rest),
+                 [](char16_t c) { return !isSpacing(c); });
+    return rest;
+}
+
+TEST(ChordFollowProperty, NothingButSpacingChangesInALine) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 24));
+    for (std::size_t edits = 0; edits < most;) {
+        const Text invented = inventedText(dice, 120);
+        FollowedSong song(invented, dice.below(invented.size() + 1));
+        for (std::size_t i = dice.below(12); i > 0; --i, ++edits) {
+            const Text before = song.text();
+            const std::size_t begin = std::min(
+                dice.oneIn(3) ? dice.below(before.size() + 1) : song.caret(), before.size());
+            std::size_t end = std::min(begin + dice.below(3), before.size());
+            if (before.substr(begin, end - begin).find_first_of(u"\r\n\v") != Text::npos)
+                end = begin;
+            const Text with = dice.oneIn(3) ? Text() : dice.oneIn(2) ? Text(u" ") : Text(u"m");
+            const Text plain = Text(before).replace(begin, end - begin, with);
+            song.put(begin, end, with, dice.oneIn(2) ? begin : end);
+            ASSERT_EQ(toUtf8(withoutSpacing(song.text())), toUtf8(withoutSpacing(plain)))
+                << toUtf8(before) << "\n"
+                << begin << " to " << end;
+            ASSERT_FALSE(song.hasWrongSource);
+        }
+    }
+}
+
+// Whatever is cut, pasted, moved or copied in whatever text: the answer is one that can be carried
+// out.
+TEST(ChordFollowProperty, EveryAnswerCanBeCarriedOut) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000);
+    Dice dice(countOf("MELVORIN_SEED", 25));
+    for (std::size_t edits = 0; edits < most; ++edits) {
+        const Text invented = dice.oneIn(2) ? inventedText(dice, 150) : inventedSong(dice);
+        FollowedSong song(invented, dice.below(invented.size() + 1));
+        ChordVisit visit;
+        for (std::size_t i = dice.below(6); i > 0; --i) {
+            const Excerpt text = song.whole();
+            const std::size_t caret = song.caret();
+            const std::size_t end = std::min(caret + dice.below(40), text.chars.size());
+            std::optional<FollowAnswer> answer;
+            switch (dice.below(8)) {
+                case 0:
+                    answer = visit.tab(text, caret, dice.oneIn(2));
+                    break;
+                case 1:
+                    answer = visit.toChords(text, caret);
+                    break;
+                case 2:
+                    answer = visit.toWords(text, caret);
+                    break;
+                case 3:
+                    answer = visit.leave(text, caret);
+                    break;
+                case 4:
+                    answer = song.follow.moveChord(text, caret,
+                                                   static_cast<ChordFollow::Move>(dice.below(4)));
+                    break;
+                case 5: {
+                    const CopiedChords copied = copyChords(text, caret, end);
+                    const std::size_t place = dice.below(text.chars.size() + 1);
+                    const auto pasted = pasteChords(text, place, text.chars.size(), copied);
+                    if (!pasted)
+                        break;
+                    Text now = text.chars;
+                    applyEdits(now, pasted->answer.edits);
+                    ASSERT_LE(pasted->answer.caret, now.size());
+                    for (const FollowEdit& part : pasted->answer.edits) {
+                        const Text& source =
+                            part.origin == Origin::Incoming ? copied.chords.chars : text.chars;
+                        ASSERT_TRUE(part.origin == Origin::New ||
+                                    source.substr(part.from, part.text.size()) == part.text);
+                    }
+                    break;
+                }
+                default:
+                    visit.typed();
+                    song.put(caret, end, inventedText(dice, 20), dice.oneIn(2) ? caret : end);
+                    break;
+            }
+            if (answer) {
+                song.take(*answer);
+                ASSERT_EQ(withoutSpacing(song.text()), withoutSpacing(text.chars))
+                    << toUtf8(text.chars);
+            }
+            ASSERT_LE(song.caret(), song.text().size());
+            ASSERT_FALSE(song.hasWrongSource) << toUtf8(text.chars);
+        }
+    }
+}
+
+// Each match replaced at once is what each match replaced by hand would be, from pairs that nobody
+// edits before.
+TEST(ChordFollowProperty, ReplacedAtOnceAsByHand) {
+    const std::size_t most = countOf("MELVORIN_EDITS", 4000) / 4;
+    Dice dice(countOf("MELVORIN_SEED", 26));
+    std::size_t compared = 0;
+    for (std::size_t songs = 0; songs < most; ++songs) {
+        const Text text = inventedSong(dice);
+        const Text find = dice.letters(2);
+        const Text with = dice.letters(4);
+        if (find.find_first_not_of(u' ') == Text::npos)
+            continue;
+        // One match to a line: a second one would begin from what the first has left.
+        std::vector<TextEdit> replacements;
+        for (std::size_t at = text.find(find); at != Text::npos;) {
+            std::size_t front = 0;
+            while (front < find.size() && front < with.size() && find[front] == with[front])
+                ++front;
+            if (find.substr(front) != with.substr(front))
+                replacements.push_back({at + front, find.size() - front, Text(with.substr(front))});
+            const std::size_t lineEnd = text.find(u'\r', at);
+            at = lineEnd == Text::npos ? lineEnd : text.find(find, lineEnd);
+        }
+        Text atOnce = text;
+        applyEdits(atOnce, followReplacements({0, text, {}}, replacements));
+        FollowedSong byHand(text, 0);
+        for (auto edit = replacements.rbegin(); edit != replacements.rend(); ++edit) {
+            byHand.moveTo(0);
+            byHand.follow.forget();
+            // A caret that has come to a line of words with something in it.
+            byHand.put(edit->position, edit->position + edit->length, edit->text,
+                       edit->position + edit->length);
+            ++compared;
+        }
+        ASSERT_EQ(toUtf8(atOnce), toUtf8(byHand.text())) << toUtf8(text) << "\n"
+                                                         << toUtf8(find) << " by " << toUtf8(with);
+    }
+    EXPECT_GT(compared, most / 4);
 }
 
 }  // namespace
