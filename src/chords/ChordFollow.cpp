@@ -102,14 +102,19 @@ FollowAnswer ChordFollow::edited(const Excerpt& before, std::size_t caretBefore,
         return {{}, caretAfter, false};
     const FollowLines lines = linesOf(before);
     const std::size_t end = edit.position + edit.length;
-    const EditedLines result =
-        follow(lines, before.start,
-               {placeOf(lines, before.start, edit.position), placeOf(lines, before.start, end),
-                incomingText(after, edit.position, edit.text.size()), caretBefore >= end});
+    const Edit places{placeOf(lines, before.start, edit.position),
+                      placeOf(lines, before.start, end),
+                      incomingText(after, edit.position, edit.text.size()), caretBefore >= end};
+    const std::size_t ends = cutAtLineEnds(places.incoming).size() - 1;
+    const bool keepsLines = ends > 0 && ends == places.to.line - places.from.line;
+    const EditedLines result = keepsLines ? followLineByLine(lines, before.start, places)
+                                          : follow(lines, before.start, places);
     FollowText text = joined(result.lines);
     moveBehind(text, edit);
-    return {editsTo(text, after.start, after.end()),
-            positionOf(result.lines, before.start, result.caret), result.refused};
+    FollowAnswer answer{editsTo(text, after.start, after.end()), 0, result.refused};
+    answer.caret = keepsLines ? positionAfter(answer.edits, caretAfter)
+                              : positionOf(result.lines, before.start, result.caret);
+    return answer;
 }
 
 std::optional<FollowAnswer> ChordFollow::instead(const Excerpt& before, const TextEdit& edit,
@@ -156,6 +161,42 @@ EditedLines ChordFollow::follow(const FollowLines& lines, std::size_t start, con
     beginAnew();
     caretLine_.reset();
     cameToEmpty_ = false;
+    return result;
+}
+
+// From the top down: the chord lines come first, and the words below find them as they will be.
+EditedLines ChordFollow::followLineByLine(const FollowLines& lines, std::size_t start,
+                                          const Edit& edit) {
+    EditedLines result{lines, edit.from, false};
+    const FollowLines parts = cutAtLineEnds(edit.incoming);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const std::size_t line = edit.from.line + i;
+        const FollowText& part = parts[i].text;
+        FollowText& text = result.lines[line].text;
+        const std::size_t begin = i == 0 ? edit.from.index : 0;
+        const std::size_t end = i + 1 == parts.size() ? edit.to.index : text.size();
+        if (i + 1 < parts.size())
+            result.lines[line].end = parts[i].end;
+        // What is the same in both has come anew too.
+        const std::size_t most = std::min(end - begin, part.size());
+        std::size_t front = 0;
+        for (; front < most && text.chars()[begin + front] == part.chars()[front]; ++front)
+            text.trace(begin + front) = part.trace(front);
+        std::size_t rest = part.size();
+        std::size_t behind = end;
+        for (; rest > front && behind > begin + front &&
+               text.chars()[behind - 1] == part.chars()[rest - 1];
+             --rest, --behind)
+            text.trace(behind - 1) = part.trace(rest - 1);
+        beginAnew();
+        caretLine_.reset();
+        if (begin + front != behind || front != rest)
+            result = followInLine(
+                result.lines, start,
+                {{line, begin + front}, {line, behind}, part.part(front, rest), false});
+    }
+    beginAnew();
+    caretLine_.reset();
     return result;
 }
 

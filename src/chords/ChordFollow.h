@@ -41,7 +41,8 @@ class ChordFollow {
     // left their ends alone: `after.end()` is as far from the end of the document. The answer's
     // edits are to be made in what is there now; there may be none. An answer that brings a text
     // from another place has Origin::Document, positions of `after`.
-    // An input method's composition is one edit, at its end.
+    // An input method's composition is one edit, at its end. Where as many line ends have come as
+    // have gone (letter case, a text dragged to another line), each line is edited by itself.
     FollowAnswer edited(const Excerpt& before, std::size_t caretBefore, const Excerpt& after,
                         std::size_t caretAfter);
 
@@ -114,6 +115,7 @@ class ChordFollow {
     };
 
     EditedLines follow(const FollowLines& lines, std::size_t start, const Edit& edit);
+    EditedLines followLineByLine(const FollowLines& lines, std::size_t start, const Edit& edit);
     EditedLines followInLine(const FollowLines& lines, std::size_t start, const Edit& edit);
     EditedLines followWords(const FollowLines& lines, const LinePair& pair, const Edit& edit);
     EditedLines followChords(const FollowLines& lines, const Edit& edit, bool continues);

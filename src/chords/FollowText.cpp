@@ -162,6 +162,19 @@ FollowLines linesOf(const Excerpt& excerpt) {
     return lines;
 }
 
+FollowLines cutAtLineEnds(const FollowText& text) {
+    FollowLines lines;
+    std::size_t begin = 0;
+    TextView rest = text.chars();
+    do {
+        const TextLine line = takeEditorLine(rest);
+        const std::size_t end = begin + line.chars.size();
+        lines.push_back({text.part(begin, end), text.part(end, end + line.end.size())});
+        begin = end + line.end.size();
+    } while (!lines.back().end.empty());
+    return lines;
+}
+
 LinePlace placeOf(const FollowLines& lines, std::size_t start, std::size_t position) {
     std::size_t index = position - start;
     std::size_t line = 0;

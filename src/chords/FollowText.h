@@ -114,6 +114,8 @@ struct LinePlace {
 };
 
 FollowLines linesOf(const Excerpt& excerpt);
+// The lines of a text, at least one; the last one has no end.
+FollowLines cutAtLineEnds(const FollowText& text);
 // `position` lies within the excerpt.
 LinePlace placeOf(const FollowLines& lines, std::size_t start, std::size_t position);
 std::size_t positionOf(const FollowLines& lines, std::size_t start, LinePlace place);

@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "base/EditorLine.h"
 #include "chords/ChordStack.h"
 
 namespace melvorin {
@@ -24,19 +23,6 @@ FollowText together(FollowText left, const FollowText& right) {
 // A line end for a line that had none of its own: no line of a document ends otherwise.
 FollowText newLineEnd() {
     return FollowText(u"\r");
-}
-
-FollowLines cutAtLineEnds(const FollowText& text) {
-    FollowLines lines;
-    std::size_t begin = 0;
-    TextView rest = text.chars();
-    do {
-        const TextLine line = takeEditorLine(rest);
-        const std::size_t end = begin + line.chars.size();
-        lines.push_back({text.part(begin, end), text.part(end, end + line.end.size())});
-        begin = end + line.end.size();
-    } while (!lines.back().end.empty());
-    return lines;
 }
 
 // A chord line can lose some of its characters and keep the others in their columns.

@@ -644,6 +644,37 @@ TEST(ChordFollow, LinesAreJoinedPairToPair) {
         check(row);
 }
 
+// What the control has done to several lines at once without parting or joining any.
+TEST(ChordFollow, LinesAreEditedEachByItself) {
+    const struct {
+        const char* what;
+        const char16_t* before;
+        const char16_t* after;  // by the control
+        const char16_t* result;
+        std::size_t caret;  // as the control has it
+        std::size_t caretAfter;
+    } rows[] = {
+        {"letter case", u"C    Am\rOVER THE\rG\rHILLS", u"C    Am\rover the\rG\rhills",
+         u"C    Am\rover the\rG\rhills", 24, 24},
+        {"a word dragged to another line", u"C    Am   F\rover the hills\rG   D\rand far",
+         u"C    Am   F\rover hills\rG   D\rand the far",
+         u"C    Am F\rover hills\rG       D\rand the far", 37, 39},
+    };
+    for (const auto& row : rows) {
+        const Excerpt before{3, row.before, {}};
+        const Excerpt after{3, row.after, {}};
+        ChordFollow follow;
+        const FollowAnswer answer = follow.edited(before, 3 + row.caret, after, 3 + row.caret);
+        Text text = after.chars;
+        applyEdits(text, answer.edits, 3);
+        EXPECT_EQ(toUtf8(text), toUtf8(row.result)) << row.what;
+        EXPECT_EQ(answer.caret, 3 + row.caretAfter) << row.what;
+        // No letter is written anew.
+        for (const FollowEdit& edit : answer.edits)
+            EXPECT_EQ(edit.text.find_first_not_of(u' '), Text::npos) << toUtf8(edit.text);
+    }
+}
+
 TEST(ChordFollow, DeletingOverLineEnds) {
     const Row rows[] = {
         {"from words to words: chords over letters that stay do too",
