@@ -93,6 +93,7 @@ class Replacer {
   private:
     // Replacements that lie in one line, from edits_[next_] on.
     Replacements editsIn(const Line& line) const;
+    bool keepsLines(std::size_t first, std::size_t last) const;
     bool staysInLine(const TextEdit& edit, const Line& line) const;
     FollowLines linesAround(std::size_t line, std::size_t& first) const;
     void replaceGroup(const FollowLines& around, std::size_t first, const LinePair& pair,
@@ -146,6 +147,7 @@ void Replacer::replaceGroup(const FollowLines& around, std::size_t first, const 
     const ReplacedLine lower = replacedAt(pair.chords);
     std::vector<StackedChord> chords = chordsWithFormerColumns(lower, placeAt(pair.chords));
     std::vector<std::size_t> former;
+    former.reserve(chords.size());
     for (const StackedChord& chord : chords)
         former.push_back(chord.column);
     FollowLines group(
@@ -189,6 +191,19 @@ void Replacer::takePlainly(std::size_t end) {
         result_.push_back(plainEdit(edits_[next_++]));
 }
 
+// A line end that goes or comes makes other lines of them.
+bool Replacer::keepsLines(std::size_t first, std::size_t last) const {
+    for (std::size_t i = next_; i < edits_.size() && edits_[i].position <= lines_[last].end; ++i) {
+        const bool isKept =
+            std::any_of(lines_.begin() + static_cast<std::ptrdiff_t>(first),
+                        lines_.begin() + static_cast<std::ptrdiff_t>(last + 1),
+                        [&](const Line& line) { return staysInLine(edits_[i], line); });
+        if (!isKept)
+            return false;
+    }
+    return true;
+}
+
 std::vector<FollowEdit> Replacer::run() {
     std::size_t line = 0;
     while (next_ < edits_.size()) {
@@ -202,19 +217,7 @@ std::vector<FollowEdit> Replacer::run() {
         const bool hasWords = pair.has_value();
         if (!pair && isChords)
             pair = LinePair{here + 1, here, std::nullopt};
-        const std::size_t last = pair ? (hasWords ? pair->words : pair->chords) : here;
-        // A line end that goes or comes makes other lines of them.
-        bool isSimple = pair.has_value();
-        for (std::size_t i = next_; i < edits_.size() && pair; ++i) {
-            if (edits_[i].position > lines_[first + last].end)
-                break;
-            isSimple =
-                isSimple &&
-                std::any_of(lines_.begin() + static_cast<std::ptrdiff_t>(first + pair->top()),
-                            lines_.begin() + static_cast<std::ptrdiff_t>(first + last + 1),
-                            [&](const Line& l) { return staysInLine(edits_[i], l); });
-        }
-        if (isSimple)
+        if (pair && keepsLines(first + pair->top(), first + pair->chords + (hasWords ? 1 : 0)))
             replaceGroup(around, first, *pair, hasWords);
         else
             takePlainly(lines_[line].end);
