@@ -37,6 +37,8 @@ void moveBehind(FollowText& text, const TextEdit& edit) {
 
 // Enough for what somebody types before looking up.
 constexpr std::size_t kMostSteps = 256;
+// Of a longer line only the last edit can be taken back so.
+constexpr std::size_t kLongestLineKept = 4096;
 
 // The chords of `line` with the blanks of `text`, which has the same ones.
 FollowText respaced(const FollowText& line, TextView text) {
@@ -239,7 +241,8 @@ bool ChordFollow::continues(Subject subject, const FollowLines& lines, std::size
 }
 
 void ChordFollow::addStep(const FollowLines& lines, const Edit& edit) {
-    if (steps_.size() == kMostSteps)
+    const bool isFull = steps_.size() == kMostSteps || reckoning_.now.size() > kLongestLineKept;
+    if (isFull && !steps_.empty())
         steps_.erase(steps_.begin());
     const FollowText removed = lines[edit.from.line].text.part(edit.from.index, edit.to.index);
     steps_.push_back({edit.from.index, Text(removed.chars()), edit.incoming.size(), reckoning_});
@@ -482,7 +485,6 @@ std::optional<FollowAnswer> ChordFollow::moveChord(const Excerpt& text, std::siz
         target = nextChordStop(lines, place.line, run->column, left);
     if (left && (run->column == 0 || run->column <= least))
         return std::nullopt;
-    target = std::max(target, least);
 
     if (!continues(Subject::Chords, lines, text.start,
                    {{place.line, run->index}, {place.line, run->end()}, FollowText(u"."), false})) {

@@ -5,6 +5,19 @@
 // touches and kLinesBelow below the last one, fewer where the document ends. It gets back what is
 // to be edited besides, or instead. Edit, answer and caret belong to one change of the document.
 //
+// What stands between two blanks of a chord line ("Am-G", "|:") is one chord here and moves whole.
+// In a chord line:
+// - A blank typed or deleted right in front of a chord moves that chord. Elsewhere a blank is typed
+//   like a letter: it uses up one behind it, so that one can go to a place between two chords and
+//   write there; Backspace over it gives it back. Delete over blanks pulls the next chord, as
+//   nothing would happen otherwise.
+// - Only who deletes a single blank between two chords makes one of them; whatever takes more away
+//   leaves one.
+// - It may be half written where somebody types in it, but something else in it has to be a chord.
+//   With no words below it keeps its columns all the same.
+// The reverse of the last edit gives back what that found, also where the reckoning of columns
+// alone would not: a letter deleted behind a typed one and typed again.
+//
 // Lines whose columns mean nothing (proportional, centred, right to left) are not for these
 // functions: the caller does not call. Nothing here fails, whatever the text is.
 #pragma once

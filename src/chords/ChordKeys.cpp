@@ -83,7 +83,6 @@ void ChordVisit::dropPadding(FollowLines& lines, std::size_t start, LinePlace& c
         --caret.line;
     lines = editedPlainly(lines, from, to, {}).lines;
     padding_.blanks = 0;
-    padding_.hasLine = padding_.hasLine && !andLine;
 }
 
 // The caret to a column of a chord line, with the blanks that it takes.

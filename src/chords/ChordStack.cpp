@@ -187,13 +187,12 @@ std::size_t ColumnMap::operator()(std::size_t column) const {
     auto letter = static_cast<std::size_t>(behind - before_.begin()) - 1;
     while (letter > 0 && before_[letter - 1] == before_[letter])
         --letter;
-    const Stretch* last = nullptr;
-    for (const Stretch& stretch : stretches_) {
-        if (before_[stretch.begin] <= column)
-            last = &stretch;
-    }
-    if (last == nullptr)
+    const auto next = std::upper_bound(
+        stretches_.begin(), stretches_.end(), column,
+        [&](std::size_t c, const Stretch& stretch) { return c < before_[stretch.begin]; });
+    if (next == stretches_.begin())
         return column;
+    const auto last = next - 1;
     if (last->keeps)
         return now_[last->nowBegin] + (column - before_[last->begin]);
     if (column < before_[last->end])

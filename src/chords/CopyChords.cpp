@@ -15,12 +15,6 @@ std::pair<std::size_t, std::size_t> touchedLines(const FollowLines& lines, std::
     return {first.line, last.line - (endsBefore ? 1 : 0)};
 }
 
-std::vector<ChordRun> visibleWords(const FollowText& line) {
-    std::vector<ChordRun> words = chordRuns(line);
-    std::erase_if(words, [](const ChordRun& word) { return word.cells == 0; });
-    return words;
-}
-
 // Columns where the letters of a word begin.
 std::vector<std::size_t> lettersOf(const std::vector<std::size_t>& columns, const ChordRun& word) {
     std::vector<std::size_t> letters;
@@ -62,7 +56,7 @@ ChordStack rowOver(const FollowLines& chords, std::size_t first, const CopiedCho
     stack.dropTails();
     const FollowText own(row.words);
     if (!own.isBlank())
-        stack.move([&](std::size_t column) { return columnOverOther(own, words, column); });
+        stack.move(OtherWords(own, words));
     return stack;
 }
 
@@ -88,33 +82,43 @@ CopiedChords copyChords(const Excerpt& text, std::size_t begin, std::size_t end)
     return copied;
 }
 
-std::size_t columnOverOther(const FollowText& words, const FollowText& other, std::size_t column) {
-    const std::vector<ChordRun> own = visibleWords(words);
-    const std::vector<ChordRun> others = visibleWords(other);
+OtherWords::OtherWords(const FollowText& words, const FollowText& other)
+    : own_(read(words)), other_(read(other)) {}
+
+OtherWords::Line OtherWords::read(const FollowText& text) {
+    Line line{text.columns(), chordRuns(text)};
+    std::erase_if(line.words, [](const ChordRun& word) { return word.cells == 0; });
+    return line;
+}
+
+std::size_t OtherWords::operator()(std::size_t column) const {
+    const std::vector<ChordRun>& own = own_.words;
+    const std::vector<ChordRun>& others = other_.words;
     if (own.empty() || others.empty())
         return column;
-    if (column < own.front().column) {
+    const auto next =
+        std::upper_bound(own.begin(), own.end(), column,
+                         [](std::size_t c, const ChordRun& word) { return c < word.column; });
+    if (next == own.begin()) {
         const std::size_t before = own.front().column - column;
         return others.front().column - std::min(before, others.front().column);
     }
-    std::size_t number = 0;
-    while (number + 1 < own.size() && own[number + 1].column <= column)
-        ++number;
+    const auto number = static_cast<std::size_t>(next - own.begin()) - 1;
     const ChordRun& word = own[number];
     const bool isOver = column < word.column + word.cells;
     if (isOver && number < others.size()) {
-        const std::vector<std::size_t> from = lettersOf(words.columns(), word);
-        const std::vector<std::size_t> to = lettersOf(other.columns(), others[number]);
+        const std::vector<std::size_t> from = lettersOf(own_.columns, word);
+        const std::vector<std::size_t> to = lettersOf(other_.columns, others[number]);
         const auto letter = std::upper_bound(from.begin(), from.end(), column) - from.begin() - 1;
         return to[std::min(static_cast<std::size_t>(letter), to.size() - 1)];
     }
     // Behind a word: that with the same number, or the last one where it is behind all of them or
     // the other line has no such word.
-    const std::size_t anchor = number + 1 == own.size() && !isOver
-                                   ? others.size() - 1
-                                   : std::min(number, others.size() - 1);
-    const ChordRun& from = number >= others.size() ? own[others.size() - 1] : word;
-    return others[anchor].column + others[anchor].cells + column - (from.column + from.cells);
+    const bool isBehindAll = next == own.end() && !isOver;
+    const std::size_t last = others.size() - 1;
+    const ChordRun& anchor = others[isBehindAll ? last : std::min(number, last)];
+    const ChordRun& from = own[number > last ? last : number];
+    return anchor.column + anchor.cells + column - (from.column + from.cells);
 }
 
 std::optional<PastedChords> pasteChords(const Excerpt& text, std::size_t begin, std::size_t end,

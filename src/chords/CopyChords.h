@@ -27,11 +27,25 @@ struct CopiedChords {
 // nothing selected both are the caret's.
 CopiedChords copyChords(const Excerpt& text, std::size_t begin, std::size_t end);
 
-// The column that belongs to the other words as `column` does to these: over the same letter of the
-// word with the same number, at most the last one of it, or at the same distance before the first
-// word, behind the word in front, or behind all words. Words that the other line lacks are as if
-// they stood behind it.
-std::size_t columnOverOther(const FollowText& words, const FollowText& other, std::size_t column);
+// Where the columns of a line of words belong over other words: over the same letter of the word
+// with the same number, at most the last one of it, or at the same distance before the first word,
+// behind the word in front, or behind all words. Words that the other line lacks are as if they
+// stood behind it.
+class OtherWords {
+  public:
+    OtherWords(const FollowText& words, const FollowText& other);
+    std::size_t operator()(std::size_t column) const;
+
+  private:
+    struct Line {
+        std::vector<std::size_t> columns;
+        std::vector<ChordRun> words;
+    };
+    static Line read(const FollowText& text);
+
+    Line own_;
+    Line other_;
+};
 
 struct PastedChords {
     // What is carried has Origin::Incoming: indices of the copied text.

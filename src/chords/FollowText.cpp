@@ -32,6 +32,21 @@ std::vector<Piece> piecesOf(const FollowText& text) {
     return pieces;
 }
 
+// The usual case: everything that is left stays, however much it is.
+bool stayInOrder(std::vector<Piece>& pieces) {
+    std::size_t behind = 0;
+    for (const Piece& piece : pieces) {
+        if (piece.trace.origin != Origin::Document)
+            continue;
+        if (piece.trace.from < behind)
+            return false;
+        behind = piece.trace.from + piece.size();
+    }
+    for (Piece& piece : pieces)
+        piece.stays = piece.trace.origin == Origin::Document;
+    return true;
+}
+
 // Of the pieces of the document, those stay that are in its order and hold the most characters.
 void chooseStaying(std::vector<Piece>& pieces) {
     std::vector<std::size_t> weight(pieces.size(), 0);
@@ -208,7 +223,8 @@ void replaceLines(FollowLines& all, std::size_t first, std::size_t last, const F
 
 std::vector<FollowEdit> editsTo(const FollowText& text, std::size_t begin, std::size_t end) {
     std::vector<Piece> pieces = piecesOf(text);
-    chooseStaying(pieces);
+    if (!stayInOrder(pieces))
+        chooseStaying(pieces);
     std::vector<FollowEdit> edits;
     std::size_t at = begin;   // what of the document is dealt with
     std::size_t waiting = 0;  // edits at `at` that do not know yet what goes there

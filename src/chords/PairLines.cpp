@@ -319,8 +319,6 @@ void Inserter::cutAt(const std::optional<LinePair>& pair, std::size_t wordsLine,
         rightChords_.move([&](std::size_t chord) { return chord - std::min(chord, column); });
         leftChords_ = {};
     }
-    if (!rightChords_.empty())
-        leftChords_.dropTails();
     if (!leftChords_.empty())
         rightChords_.renewEnds();
 }

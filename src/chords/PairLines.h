@@ -5,6 +5,13 @@
 // The words are what the editing control alone would leave, but where a chord line would be glued
 // to words. No chord is lost that was not selected; of those that were, the ones in lines of chords
 // between two lines of words stay where their letters stay.
+//
+// - A selection of whole chord lines and nothing else takes them away; so does one of the end of a
+//   chord line with the chords in it.
+// - Chords that are left in front of a selection that ends in another chord line stand in that one,
+//   where they do not come to stand behind its chords; else the line end between stays.
+// - Bars without a chord are no chord line: they stay with the half that has chords.
+// - A chord line with no words below is put to the one above it with a blank between.
 #pragma once
 
 #include "chords/ChordPair.h"

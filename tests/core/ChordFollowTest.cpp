@@ -106,12 +106,20 @@ TEST(ChordFollow, WordsTakeTheirChordsAlong) {
          "over here<left><left>t\x7f",
          "C    G    Am\n"
          "over het|e"},
+        {"not even when a command comes between",
+         "C    G    Am\n"
+         "|",
+         "over here<command><left><left><left><left>t",
+         "C    G    Am\n"
+         "over t|here"},
         {"when the caret has been elsewhere they move",
          "C    G\n"
-         "|",
-         "over hills\b\b\b\b\b\b\b\b\b\b<left><right>over hills",
-         "C    G\n"
-         "over hills|"},
+         "|\n"
+         "far",
+         "over hills<right><right><left><left><left><left><left><left><left>t",
+         "C     G\n"
+         "over t|hills\n"
+         "far"},
         {"an edit elsewhere begins anew",
          "A  Cmaj7 G\n"
          "on Hello| you",
@@ -482,6 +490,12 @@ TEST(ChordFollow, PastedLinesPartThePair) {
          u"wide ",
          "C         G\n"
          "over wide |hills"},
+        {"more blanks in a chord line than there is room for",
+         "C|  G  F\n"
+         "over hills",
+         u"    ",
+         "C    |G F\n"
+         "over hills"},
         {"a chord in a chord line",
          "C|     G\n"
          "over hills",
