@@ -280,14 +280,13 @@ EditedLines ChordFollow::followInLine(const FollowLines& lines, std::size_t star
     const std::size_t line = edit.from.line;
     arrive(lines, start, line);
     EditedLines result = editedPlainly(lines, edit.from, edit.to, edit.incoming);
-    const auto isChordEdit = [&] {
-        return mayHoldChords(lines[line].text, edit.from.index, edit.to.index) &&
-               (edit.incoming.empty() ||
-                mayHoldChords(result.lines[line].text, edit.from.index, result.caret.index));
+    const auto staysChords = [&] {
+        return edit.incoming.empty() ||
+               mayStayChords(result.lines[line].text, edit.from.index, result.caret.index);
     };
     if (auto reversed = takenBack(lines, start, edit)) {
         result = std::move(*reversed);
-    } else if (continues(Subject::Chords, lines, start, edit) && isChordEdit()) {
+    } else if (continues(Subject::Chords, lines, start, edit) && staysChords()) {
         result = followChords(lines, edit, true);
     } else if (continues(Subject::Words, lines, start, edit)) {
         LinePair pair{line, line - 1, std::nullopt};
@@ -297,7 +296,7 @@ EditedLines ChordFollow::followInLine(const FollowLines& lines, std::size_t star
     } else if (const auto pair = pairOfWords(lines, line)) {
         beginAnew();
         result = followWords(lines, *pair, edit);
-    } else if (isChordEdit()) {
+    } else if (mayHoldChords(lines[line].text, edit.from.index, edit.to.index) && staysChords()) {
         beginAnew();
         result = followChords(lines, edit, false);
     } else {

@@ -15,6 +15,18 @@ bool isGap(const FollowText& line, std::size_t index) {
     return line.trace(index).cells == 0 && isAnyBlank(c) && c != 0x200B && c != 0xFEFF;
 }
 
+// Without what is between two indices or touches them; empty for a tablature.
+Text writingWithout(const FollowText& line, std::size_t begin, std::size_t end) {
+    Text writing = line.writing();
+    if (isTablature(writing))
+        return {};
+    for (const ChordRun& run : chordRuns(line)) {
+        if (run.index <= end && begin <= run.end())
+            std::fill_n(writing.begin() + static_cast<std::ptrdiff_t>(run.index), run.length, u' ');
+    }
+    return writing;
+}
+
 bool followsBelow(const FollowText& upper, const FollowText& lower) {
     const std::vector<ChordRun> below = chordRuns(lower);
     const std::vector<ChordRun> above = chordRuns(upper);
@@ -40,16 +52,17 @@ bool holdsChords(const FollowText& line) {
 }
 
 bool mayHoldChords(const FollowText& line, std::size_t begin, std::size_t end) {
-    if (holdsChords(line))
-        return true;
-    Text writing = line.writing();
-    if (isTablature(writing))
+    return holdsChords(line) || isRowOfChords(readRow(writingWithout(line, begin, end)));
+}
+
+bool mayStayChords(const FollowText& line, std::size_t begin, std::size_t end) {
+    if (isTablature(line.writing()))
         return false;
-    for (const ChordRun& run : chordRuns(line)) {
-        if (run.index <= end && begin <= run.end())
-            std::fill_n(writing.begin() + static_cast<std::ptrdiff_t>(run.index), run.length, u' ');
-    }
-    return isRowOfChords(readRow(writing));
+    if (mayHoldChords(line, begin, end))
+        return true;
+    const std::vector<RowItem> rest = readRow(writingWithout(line, begin, end));
+    return std::none_of(rest.begin(), rest.end(),
+                        [](const RowItem& item) { return item.kind == RowItemKind::Word; });
 }
 
 bool holdsWords(const FollowText& line) {

@@ -19,6 +19,9 @@ bool holdsChords(const FollowText& line);
 // The same while somebody types between two indices: what is there or touches them may be half
 // written and does not count, unless it is all there is.
 bool mayHoldChords(const FollowText& line, std::size_t begin, std::size_t end);
+// Whether what else is in the line leaves it open: bars and the like, or nothing. A chord line that
+// somebody types in is still one then.
+bool mayStayChords(const FollowText& line, std::size_t begin, std::size_t end);
 // True for an empty line too.
 bool holdsWords(const FollowText& line);
 
