@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/CodePages.h"
@@ -190,14 +191,94 @@ char16_t SideBySide::decoded(int byte) const {
     return text.empty() ? u'\uFFFD' : text.front();
 }
 
+// With a question mark for each control character that a control may write for what it does not
+// know: it takes the byte from a memory that nothing was put into. No text of a control has any.
+std::string withoutJunk(std::string rtf) {
+    RtfLexer lexer(rtf);
+    std::string out;
+    std::size_t copied = 0;
+    for (RtfToken token = lexer.next(); token.kind != RtfToken::Kind::End; token = lexer.next()) {
+        const bool isByte = token.kind == RtfToken::Kind::Byte || token.kind == RtfToken::Kind::Hex;
+        if (!isByte || token.byte < 0 || token.byte >= ' ' || token.byte == '\t')
+            continue;
+        out.append(rtf, copied, token.begin - copied).append("?");
+        copied = token.end;
+    }
+    if (copied == 0)
+        return rtf;
+    return out.append(rtf, copied);
+}
+
+// How the characters of a text stand to those of a source that has fewer.
+struct Alignment {
+    std::vector<std::size_t> place;  // in the source, of each character: its own, or the next one
+    std::vector<bool> isMissing;
+};
+
+// A control that does not know a character at all writes nothing for it. Nothing where more is
+// missing than that, or something else is there.
+std::optional<Alignment> aligned(const RtfMap& map, TextView text) {
+    const TextView written = map.text();
+    Alignment result;
+    std::size_t at = 0;
+    for (const char16_t c : text) {
+        const bool isThere =
+            at < written.size() &&
+            (written[at] == c || (map.isSymbolAt(at) && c >= u' ' && written[at] == (0xF000 | c)));
+        if (!isThere && c < 0x80)
+            return std::nullopt;
+        result.place.push_back(at);
+        result.isMissing.push_back(!isThere);
+        at += isThere ? 1U : 0U;
+    }
+    if (at != written.size())
+        return std::nullopt;
+    return result;
+}
+
+// What is missing is put in again, in the format of the next character that the stretch has.
+std::string withMissingCharacters(const RtfMap& map, const std::string& rtf, TextView text) {
+    const auto found = aligned(map, text);
+    if (!found)
+        return SideBySide(rtf, text).run();
+    const TextView written = map.text();
+    const auto isRight = [&](std::size_t i) {
+        return !found->isMissing[i] && written[found->place[i]] == text[i];
+    };
+    std::vector<LineRewrite> parts;
+    for (std::size_t i = 0; i < text.size();) {
+        if (isRight(i)) {
+            ++i;
+            continue;
+        }
+        LineRewrite part;
+        part.start = found->place[i];
+        for (; i < text.size() && !isRight(i); ++i) {
+            part.text += text[i];
+            part.source.push_back(static_cast<std::uint32_t>(found->place[i] - part.start));
+            part.length = found->place[i] - part.start + (found->isMissing[i] ? 0U : 1U);
+        }
+        for (std::uint32_t& source : part.source) {
+            if (part.length > 0 && source == part.length)
+                --source;
+        }
+        part.keepColour.assign(part.text.size(), true);
+        parts.push_back(std::move(part));
+    }
+    return map.rewrite(parts, Rgb{});
+}
+
 }  // namespace
 
 std::string withLostCharacters(std::string rtf, TextView text) {
     if (!mayHaveLost(rtf, text))
         return rtf;
+    rtf = withoutJunk(std::move(rtf));
     std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (!map || map->text().size() != text.size())
+    if (!map || map->text().size() > text.size())
         return SideBySide(rtf, text).run();
+    if (map->text().size() < text.size())
+        return withMissingCharacters(*map, rtf, text);
     map->takeBlanks(text);
     const TextView written = map->text();
     const auto isAtRisk = [&](std::size_t i) {
