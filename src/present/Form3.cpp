@@ -1,5 +1,6 @@
 #include "present/Form3.h"
 
+#include "platform/HeldKeys.h"
 #include "present/StageLayout.h"
 
 namespace melvorin {
@@ -77,22 +78,12 @@ LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-// kept: f-keys
-// One key further than the panel's text says; so it is kept.
 bool Form3::onKeyDown(WPARAM key) {
-    switch (key) {
-        case VK_F2:
-            callbacks_.key(RunKey::OneLine);
-            return true;
-        case VK_F3:
-            callbacks_.key(RunKey::FiveLines);
-            return true;
-        case VK_F4:
-            callbacks_.key(RunKey::TenLines);
-            return true;
-        default:
-            return callbacks_.viewKey(key);
-    }
+    const auto moves = runWithoutShift(kRunKeys, strokeOf(key));
+    if (!moves)
+        return callbacks_.viewKey(key);
+    callbacks_.key(*moves);
+    return true;
 }
 
 }  // namespace melvorin

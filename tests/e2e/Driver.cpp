@@ -38,9 +38,9 @@ Text captionOf(HWND window) {
 }
 
 std::optional<WPARAM> idOfCaption(TextView caption) {
-    for (const MenuEntry& entry : menuEntries()) {
-        if (entry.caption == caption && !entry.isSubmenu)
-            return idOf(entry.item);
+    for (const CommandRow& row : commands()) {
+        if (row.menu.caption == caption && row.menu.kind == MenuKind::Entry)
+            return idOf(row.id);
     }
     return std::nullopt;
 }

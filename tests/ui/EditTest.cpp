@@ -1,6 +1,5 @@
 // The daily commands on the real editor: clipboard, formats, case, keys, recent files, examples.
 #include "Scripted.h"
-#include "app/EnablingRules.h"
 
 namespace melvorin::testing {
 namespace {
@@ -229,21 +228,18 @@ TEST(Styles, ToggleAndFollowTheCaret) {
     const ScratchFolder folder;
     Program program;
     ASSERT_TRUE(program.start(folder.add(u"a.rtf", kRich)));
-    const auto checked = [&](int button) {
+    const auto checked = [&](Command button) {
         const Toolbar& bar = program.form->toolbar();
-        return ::SendMessageW(bar.handle(), TB_ISBUTTONCHECKED,
-                              idOf(toolButtons()[static_cast<std::size_t>(button - 1)].runs),
-                              0) != 0;
+        return ::SendMessageW(bar.handle(), TB_ISBUTTONCHECKED, idOf(button), 0) != 0;
     };
     struct Case {
         Command command;
-        int button;
         std::optional<bool> SelectionStyle::*attribute;
     };
     const Case cases[] = {
-        {Command::mnuBold, kBoldButton, &SelectionStyle::bold},
-        {Command::mnuItalic, kItalicButton, &SelectionStyle::italic},
-        {Command::mnuUnderline, kUnderlineButton, &SelectionStyle::underline},
+        {Command::mnuBold, &SelectionStyle::bold},
+        {Command::mnuItalic, &SelectionStyle::italic},
+        {Command::mnuUnderline, &SelectionStyle::underline},
     };
     for (const Case& c : cases) {
         program.editor().select({0, 6});  // for bold a mixed selection: it becomes bold
@@ -251,23 +247,23 @@ TEST(Styles, ToggleAndFollowTheCaret) {
             const std::int16_t snapshots = program.history().count();
             program.command(c.command);
             EXPECT_EQ(program.editor().selectionStyle().*c.attribute, on);
-            EXPECT_EQ(checked(c.button), on);
+            EXPECT_EQ(checked(c.command), on);
             EXPECT_EQ(program.history().count(), snapshots + 1);
         }
     }
     program.command(Command::alignRight);
-    EXPECT_TRUE(checked(kRightButton) && !checked(kLeftButton));
+    EXPECT_TRUE(checked(Command::alignRight) && !checked(Command::alignLeft));
     program.command(Command::alignLeft);
-    EXPECT_TRUE(checked(kLeftButton) && !checked(kRightButton));
+    EXPECT_TRUE(checked(Command::alignLeft) && !checked(Command::alignRight));
     program.editor().select({2, 4});
     program.command(Command::mnuBold);
-    EXPECT_TRUE(checked(kBoldButton));
+    EXPECT_TRUE(checked(Command::mnuBold));
     program.editor().select({6, 6});
     program.pump();
-    EXPECT_FALSE(checked(kBoldButton));
+    EXPECT_FALSE(checked(Command::mnuBold));
     program.editor().select({3, 3});
     program.pump();
-    EXPECT_TRUE(checked(kBoldButton));
+    EXPECT_TRUE(checked(Command::mnuBold));
 }
 
 // Letters change, pictures and formats stay; a long selection goes another way than a short one.
@@ -310,9 +306,9 @@ TEST(Case, ConvertsLettersInPlace) {
 std::string visibleRecent(Program& program) {
     const MenuBar& menu = program.form->menuBar();
     std::string items;
-    for (const MenuEntry& entry : menuEntries()) {
-        if (entry.parent == Command::mnuRecent && menu.isVisible(entry.item))
-            items += shown(fileNamePart(menu.caption(entry.item))) + "|";
+    for (const CommandRow& row : commands()) {
+        if (row.menu.parent == Command::mnuRecent && menu.isVisible(row.id))
+            items += shown(fileNamePart(menu.caption(row.id))) + "|";
     }
     return items;
 }
@@ -494,14 +490,13 @@ TEST(Examples, CannotBeOverwritten) {
 TEST(CommandMap, EveryEntryHasItsHandler) {
     Program program;
     ASSERT_TRUE(program.start());
-    for (const MenuEntry& entry : menuEntries()) {
-        if (entry.isSubmenu || entry.startsHidden || entry.caption == u"-" ||
-            entry.item == Command::mnuRecentFile0)
+    for (const CommandRow& row : commands()) {
+        if (row.menu.kind != MenuKind::Entry || row.menu.startsHidden ||
+            row.id == Command::mnuRecentFile0)
             continue;
-        const auto rule = std::find_if(kEnablingRules.begin(), kEnablingRules.end(),
-                                       [&](const EnablingRule& r) { return r.item == entry.item; });
-        const bool expected = rule == kEnablingRules.end() || program.state().*rule->when;
-        EXPECT_EQ(program.form->isEnabled(entry.item), expected) << shown(entry.caption);
+        const bool waits = row.id == Command::mnuFileSaveAs || row.id == Command::mnuEditUndo ||
+                           row.id == Command::mnuEditRedo;
+        EXPECT_EQ(program.form->isEnabled(row.id), !waits) << shown(row.menu.caption);
     }
     EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuSus)), ">> Use Sharps");
     EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuBem)), "Use Flats");

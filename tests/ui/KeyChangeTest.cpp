@@ -74,7 +74,7 @@ void CALLBACK lookWhileRunning(HWND, UINT, UINT_PTR, DWORD) {
     ++looksWhileRunning;
     for (const Command item : {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem})
         EXPECT_FALSE(running->form->isEnabled(item));
-    EXPECT_FALSE(running->form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_FALSE(running->form->toolbar().isEnabled(Command::mnuUp));
     running->command(Command::mnuFileNew);
     ::SendMessageW(running->form->handle(), WM_CLOSE, 0, 0);
 }
@@ -111,11 +111,11 @@ TEST(KeyChange, ButtonsGoOffWithEveryChangeAndComeBackWhenIdle) {
     ASSERT_TRUE(program.start());
     // Sent, so that no idle moment comes between.
     ::SendMessageW(program.editor().handle(), WM_CHAR, u'C', 1);
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuUp));
     program.waitForKeyButtons();
-    EXPECT_TRUE(program.form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_TRUE(program.form->toolbar().isEnabled(Command::mnuUp));
     ::SendMessageW(program.editor().handle(), WM_KEYDOWN, VK_BACK, 1);
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyDownButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuDwn));
     EXPECT_FALSE(program.state().saveAs);
 }
 

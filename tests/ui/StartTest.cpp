@@ -14,7 +14,7 @@ TEST(Start, EmptyDocumentIsCleanAndCannotBeUndone) {
     EXPECT_EQ(program.history().current(), 1);
     EXPECT_EQ(program.state(), ShellState{});
     EXPECT_FALSE(program.form->isEnabled(Command::mnuEditUndo));
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kUndoButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuEditUndo));
     EXPECT_TRUE(program.messages.boxes.empty());
 
     program.type(u"C");
