@@ -127,9 +127,13 @@ void Form::bringForward() {
 // ---- Controls ---------------------------------------------------------------------------------
 
 bool Form::createForm(const wchar_t* className, const wchar_t* caption, HWND owner) {
+    return createForm(smallWindow(className, caption, 0, 0, owner));
+}
+
+bool Form::createForm(const WindowSpec& spec) {
     parts_.clear();
     layout_ = {};
-    return create(smallWindow(className, caption, 0, 0, owner));
+    return create(spec);
 }
 
 Cell Form::added(HWND made) {
@@ -217,18 +221,29 @@ void Form::layOut(const Cell& root, HWND owner, Size usual) {
         const Part& it = parts_[static_cast<std::size_t>(part)];
         return it.window != nullptr ? neededSize(it.window, width) : it.needed;
     });
+    const bool isPanel = (::GetWindowLongPtrW(handle(), GWL_STYLE) & WS_CHILD) != 0;
+    if (!isPanel)
+        giveSize(owner, usual);
+    placeParts();
+    if (!isPanel)
+        centreOver(handle(), owner);
+}
+
+void Form::giveSize(HWND owner, Size usual) {
     if (layout_.growsAcross() || layout_.growsDown()) {
         const LONG_PTR style = ::GetWindowLongPtrW(handle(), GWL_STYLE);
         ::SetWindowLongPtrW(handle(), GWL_STYLE, style | LONG_PTR{WS_THICKFRAME});
     }
-    const Size least = layout_.least();
+    RECT over{};
+    ::GetWindowRect(owner, &over);
+    const Area room = services_.screen.monitorOf(areaOf(over)).work;
     const Size frame = frameSize();
-    ::SetWindowPos(handle(), nullptr, 0, 0,
-                   frame.width + std::max(least.width, scaled(usual.width)),
-                   frame.height + std::max(least.height, scaled(usual.height)),
+    const Size least = layout_.least();
+    const int width = std::min(frame.width + scaled(usual.width), room.width);
+    const int height = std::min(frame.height + scaled(usual.height), room.height);
+    ::SetWindowPos(handle(), nullptr, 0, 0, std::max(frame.width + least.width, width),
+                   std::max(frame.height + least.height, height),
                    SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
-    placeParts();
-    centreOver(handle(), owner);
 }
 
 void Form::placeParts() {

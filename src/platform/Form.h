@@ -76,9 +76,13 @@ class Form : public Window {
 
     // Creates the window: caption, close button, no size yet. False when Windows refuses.
     bool createForm(const wchar_t* className, const wchar_t* caption, HWND owner);
+    // The same for a window of another kind: with an icon, or a panel in another window.
+    bool createForm(const WindowSpec& spec);
     // Measures the controls, places them and centres the window over its owner. It is as large as
-    // they need, or as `usual` (at 96 dpi) where that is more; where something grows, the border
-    // can be dragged. What a control shows at this moment is what it has room for.
+    // they need, or as `usual` (at 96 dpi) where that is more and the screen has room for it; where
+    // something grows, the border can be dragged. What a control shows at this moment is what it
+    // has room for. A panel in another window keeps its place and size, and may be laid out again
+    // by another tree.
     void layOut(const Cell& root, HWND owner, Size usual = {});
 
     // A control, to be placed by `layOut`; `style` beyond WS_CHILD and WS_VISIBLE.
@@ -124,6 +128,7 @@ class Form : public Window {
     static std::size_t indexOf(const Cell& cell) { return static_cast<std::size_t>(cell.part); }
     void putBefore(HWND frame, const Cell& content);
     void placeParts();
+    void giveSize(HWND owner, Size usual);
     Size frameSize() const;
     void limitSize(MINMAXINFO& limits) const;
 
