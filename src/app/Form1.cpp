@@ -200,8 +200,7 @@ void Form1::createAccelerators() {
 }
 
 bool Form1::translate(MSG& message) {
-    if (find_.translate(message) || font_.translate(message) || tab_.translate(message) ||
-        song_.translate(message) || fullScreen_.translate(message))
+    if (fullScreen_.translate(message) || Form::translateAny(message))
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);

@@ -120,7 +120,7 @@ void Form1::editDelete() {
 void Form1::editPaste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
         const Busy busy(*this);
-        return FrmTxt().convert(handle(), std::move(text), startColumn);
+        return FrmTxt(services_).convert(handle(), std::move(text), startColumn);
     };
     const CursorScope hourglass(IDC_WAIT);
     if (!pasteClipboard(rtftext_, services_.clipboard, services_.messages,

@@ -9,6 +9,7 @@
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/NotationDraft.h"
+#include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/TarnelButton.h"
 
@@ -27,12 +28,12 @@ struct CreatedChart {
     int points = 0;
 };
 
-class FrmCifraCreator : public Dialog {
+class FrmCifraCreator : public Form {
   public:
     // `lookup` tells which chords the dictionary has; without one the chords that can be read
     // count as found.
     FrmCifraCreator(const Services& services, const ChordLookup* lookup)
-        : services_(services), draft_(lookup), sounds_(services_) {}
+        : Form(services), draft_(lookup), sounds_(services_) {}
 
     // Shows the window and returns when it is gone again: with the chart, or with nothing after
     // Cancel. The text has the creator's face, read anew here, at 10 points.
@@ -63,7 +64,7 @@ class FrmCifraCreator : public Dialog {
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onException(const std::exception& error) override;
-    void onCommand(int id, int code);
+    void onCommand(int id, int code) override;
     LRESULT onNotify(LPARAM lParam);
     void onLineKey(WORD key);
     LRESULT onLineDraw(LPARAM lParam) const;
@@ -95,7 +96,6 @@ class FrmCifraCreator : public Dialog {
     void showPlaces(std::size_t sourceLine);
     const std::vector<ListedChord>& listOf(int id) const;
 
-    const Services services_;
     NotationDraft draft_;
     RichEdit Rb1_;
     RichEdit RTB2_;

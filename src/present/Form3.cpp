@@ -19,7 +19,11 @@ constexpr TextView kRestart = u"Restart";
 }  // namespace
 
 Form3::Form3(const Services& services, Callbacks callbacks)
-    : callbacks_(std::move(callbacks)), sounds_(services), Cmd_(sounds_), Cmd2_(sounds_) {}
+    : Form(services),
+      callbacks_(std::move(callbacks)),
+      sounds_(services),
+      Cmd_(sounds_),
+      Cmd2_(sounds_) {}
 
 bool Form3::open(HWND owner, const Area& screen) {
     if (!isOpen() && !createWindow(owner))

@@ -5,12 +5,13 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "present/StageRun.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class Form3 : public ModelessDialog {
+class Form3 : public Form {
   public:
     enum ControlId { Cmd = 101, Cmd2 = IDCANCEL };
 

@@ -13,7 +13,7 @@ constexpr int kButtonHeight = 28;
 }  // namespace
 
 Form3b::Form3b(const Services& services, Callbacks callbacks)
-    : callbacks_(std::move(callbacks)), sounds_(services), Cmd3_(sounds_) {}
+    : Form(services), callbacks_(std::move(callbacks)), sounds_(services), Cmd3_(sounds_) {}
 
 bool Form3b::open(HWND owner, const Area& screen) {
     if (!isOpen() && !createWindow(owner))

@@ -4,11 +4,12 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class Form3b : public ModelessDialog {
+class Form3b : public Form {
   public:
     enum ControlId { Cmd3 = IDCANCEL };
 

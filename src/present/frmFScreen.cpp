@@ -352,7 +352,7 @@ std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn)
     };
     try {
         callbacks_.undisturbed(
-            [&] { expanded = FrmTxt().convert(handle(), std::move(text), startColumn); });
+            [&] { expanded = FrmTxt(services_).convert(handle(), std::move(text), startColumn); });
     } catch (...) {
         goOn();
         throw;

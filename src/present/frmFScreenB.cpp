@@ -59,7 +59,7 @@ void addNumbers(HWND list, int first, int last) {
 }  // namespace
 
 frmFScreenB::frmFScreenB(const Services& services, StageView& view)
-    : services_(services),
+    : Form(services),
       view_(view),
       run_(services_.clock, *this),
       bar_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
@@ -208,8 +208,7 @@ void frmFScreenB::createButtons() {
 }
 
 bool frmFScreenB::translate(MSG& message) {
-    return bar_.translate(message) || smallBar_.translate(message) ||
-           ModelessDialog::translate(message);
+    return bar_.translate(message) || smallBar_.translate(message) || Form::translate(message);
 }
 
 Monitor frmFScreenB::monitor() const {

@@ -288,6 +288,11 @@ std::optional<LRESULT> TarnelButton::onState(UINT message, WPARAM wParam, LPARAM
             if (lParam)
                 redraw();
             return 0;
+        case BCM_GETIDEALSIZE: {
+            const Extent ideal = idealSize();
+            *reinterpret_cast<SIZE*>(lParam) = {ideal.width, ideal.height};
+            return TRUE;
+        }
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(font());
         case WM_ENABLE:

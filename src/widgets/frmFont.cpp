@@ -40,7 +40,7 @@ bool sameStyle(const SelectionStyle& a, const SelectionStyle& b) {
 }  // namespace
 
 frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callbacks)
-    : services_(services),
+    : Form(services),
       rtftext_(rtftext),
       callbacks_(std::move(callbacks)),
       sounds_(services_),
@@ -72,15 +72,6 @@ bool frmFont::open(HWND owner) {
     ::SetActiveWindow(handle());
     ::SetFocus(lastFocus_);
     return true;
-}
-
-bool frmFont::translate(MSG& message) {
-    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
-    return isMine && ::IsDialogMessageW(handle(), &message);
-}
-
-void frmFont::onException(const std::exception& error) {
-    reportException(services_.messages, error);
 }
 
 LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -402,9 +393,9 @@ Rgb frmFont::colourOfFirst(Selection selection) {
 
 void frmFont::showStyle() {
     filling_ = true;
-    check(control(kCheck1), style_.bold);
-    check(control(kCheck2), style_.italic);
-    check(control(kCheck3), style_.underline);
+    setChecked(control(kCheck1), style_.bold);
+    setChecked(control(kCheck2), style_.italic);
+    setChecked(control(kCheck3), style_.underline);
     markFace(style_.face.value_or(Text()));
     markSize(style_.halfPoints);
     filling_ = false;

@@ -9,7 +9,7 @@ constexpr int kFirst = 11;
 constexpr int kSecond = 12;
 
 // A dialog with two buttons and a place that is neither.
-class Host : public Dialog {
+class Host : public Window {
   public:
     bool open() {
         WindowSpec spec;
