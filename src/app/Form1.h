@@ -137,7 +137,7 @@ class Form1 : public Window {
     void toggleBold();
     void toggleItalic();
     void toggleUnderline();
-    void toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool));
+    void toggleEffect(TextEffect effect);
     void upperCase() { changeCase(LetterCase::Upper); }
     void lowerCase() { changeCase(LetterCase::Lower); }
     void changeCase(LetterCase to);

@@ -483,10 +483,6 @@ POINT RichEdit::pointOf(std::int32_t position) const {
     return {point.x, point.y};
 }
 
-std::optional<Text> RichEdit::selectionFace() const {
-    return selectionStyle().face;
-}
-
 Text RichEdit::faceAt(std::int32_t position) {
     const Selection former = selection();
     select({position, position + 1});

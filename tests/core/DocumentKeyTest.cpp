@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-#include <utility>
 
 #include "ScriptedEditor.h"
-#include "rtf/EditCommands.h"
 
 namespace melvorin {
 namespace {
@@ -40,14 +38,6 @@ TEST(DocumentKey, PutsBackWhatAnEditorChangesOnlyInPart) {
     EXPECT_EQ(editor.selected, (Selection{7, 9}));
     EXPECT_EQ(editor.scroll, (ScrollPosition{0, 25}));
     EXPECT_EQ(editor.work, 0);
-}
-
-TEST(DocumentKey, ColumnsBeginBehindTheRowOfATable) {
-    ScriptedEditor editor(u"x\t\r\nC  G\vAm");
-    for (const auto& [position, column] : {std::pair(1, 1U), {4, 0U}, {7, 3U}, {10, 1U}}) {
-        editor.select({position, position});
-        EXPECT_EQ(columnOfSelection(editor), column) << position;
-    }
 }
 
 }  // namespace

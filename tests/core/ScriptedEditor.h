@@ -42,7 +42,10 @@ class ScriptedEditor : public Editor {
     }
     void setSelectionFace(TextView) override {}
     void setSelectionSize(int) override {}
-    std::optional<Text> selectionFace() const override { return std::nullopt; }
+    void setBold(bool on) override { style.bold = on; }
+    void setItalic(bool on) override { style.italic = on; }
+    void setUnderline(bool on) override { style.underline = on; }
+    SelectionStyle selectionStyle() const override { return style; }
     void setSelectionColour(Rgb colour) override {
         done += shown(selected) + (colour == Rgb{} ? u" black|" : u"|");
     }
@@ -90,6 +93,7 @@ class ScriptedEditor : public Editor {
     std::function<std::optional<Text>(std::string_view rtf)> reading = [](std::string_view) {
         return std::optional<Text>();
     };
+    SelectionStyle style;  // of any selection
     Selection selected;
     ScrollPosition scroll;
     int work = 0;
