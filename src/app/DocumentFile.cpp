@@ -6,6 +6,7 @@
 #include "base/LetterCase.h"
 #include "base/Paths.h"
 #include "base/TabExpansion.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfCheck.h"
 
 namespace melvorin {

@@ -11,7 +11,7 @@
 #include "chords/ChordLine.h"
 #include "chords/SuffixNormaliser.h"
 #include "platform/Handles.h"
-#include "rtf/RtfCheck.h"
+#include "rtf/FileKind.h"
 
 namespace melvorin {
 namespace {

@@ -13,7 +13,7 @@
 #include "platform/PicturesOnly.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"
-#include "rtf/RtfCheck.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfMap.h"
 #include "rtf/RtfRepair.h"
 #include "rtf/RtfUnfold.h"
