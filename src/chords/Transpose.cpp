@@ -1,7 +1,6 @@
 #include "chords/Transpose.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "chords/ChordLine.h"
 
@@ -9,28 +8,8 @@ namespace melvorin {
 
 namespace {
 
-constexpr bool isLetter(char16_t c) {
-    return c >= u'A' && c <= u'G';
-}
-
-constexpr bool isAccidental(char16_t c) {
-    return c == u'#' || c == u'b';
-}
-
-constexpr std::size_t letterIndex(char16_t letter) {
-    return static_cast<std::size_t>(letter - u'A');
-}
-
 constexpr std::size_t accidentalIndex(char16_t accidental) {
     return accidental == u'#' ? 1 : accidental == u'b' ? 2 : 0;
-}
-
-// kept: odd-notes
-// E#, B#, Cb and Fb are not names: their letter moves as a natural, the accidental stays.
-constexpr bool isName(char16_t letter, char16_t accidental) {
-    const TextView withoutName = accidental == u'#' ? u"BE" : u"CF";
-    return isLetter(letter) && isAccidental(accidental) &&
-           withoutName.find(letter) == TextView::npos;
 }
 
 // Room enough for a transposed line. It has at most twice the characters, realigned or not: every
@@ -178,46 +157,22 @@ KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
     }
 }
 
-// One half step, from a natural or a name.
-KeyChange::Note KeyChange::halfStep(Note note) const {
-    static constexpr TextView sharpsUp = u"A#C C#D#F F#G#";
-    static constexpr TextView flatsUp = u"BbC DbEbF GbAb";
-    static constexpr TextView sharpsDown = u"G#A#B C#D#E F#";
-    static constexpr TextView flatsDown = u"AbBbB DbEbE Gb";
-    static constexpr TextView above = u"BCDEFGA";
-    static constexpr TextView below = u"GABCDEF";
-
-    const bool up = direction_ == Direction::Up;
-    const std::size_t letter = letterIndex(note.letter);
-    if (note.accidental == 0) {
-        const TextView row = spelling_ == Spelling::Sharps ? (up ? sharpsUp : sharpsDown)
-                                                           : (up ? flatsUp : flatsDown);
-        const char16_t accidental = row[2 * letter + 1];
-        return {row[2 * letter], accidental == u' ' ? u'\0' : accidental};
-    }
-    if (note.accidental == u'#') {
-        return {up ? above[letter] : note.letter, 0};
-    }
-    return {up ? note.letter : below[letter], 0};
-}
-
 // Writes a letter with any number of accidentals behind it. Only a name moves with its accidental;
 // what else stands behind the letter stays, and becomes part of a name as soon as the letter in
 // front makes one with it: "Cb" goes up to "C#b", that to "Db", and that to "D".
 char16_t* KeyChange::writeLongNote(TextView note, char16_t* out) const {
-    Note name{note[0], 0};
+    const int way = direction_ == Direction::Up ? 1 : -1;
+    TextView name = note.substr(0, 1);
     TextView rest = note.substr(1);
     for (unsigned step = 0; step < steps_; ++step) {
-        if (name.accidental == 0 && !rest.empty() && isName(name.letter, rest[0])) {
-            name.accidental = rest[0];
+        int moved = halfSteps(name) + way;
+        if (name.size() == 1 && !rest.empty() && isNoteName(name[0], rest[0])) {
+            moved += halfSteps(rest[0]);
             rest.remove_prefix(1);
         }
-        name = halfStep(name);
+        name = noteName(moved, spelling_);
     }
-    *out++ = name.letter;
-    if (name.accidental != 0) {
-        *out++ = name.accidental;
-    }
+    out = std::copy(name.begin(), name.end(), out);
     return std::copy(rest.begin(), rest.end(), out);
 }
 
@@ -262,7 +217,7 @@ char16_t* KeyChange::moveInto(char16_t* begin, TextView line, Watcher& watcher) 
         const std::size_t token = column;
         const std::size_t start = out.column();
         while (column < line.size() && !separates(column)) {
-            if (isLetter(line[column]) && !watcher.isFixed(column)) {
+            if (isNoteLetter(line[column]) && !watcher.isFixed(column)) {
                 column = moveNote(line, column, watcher, out);
             } else {
                 out.put(line[column++]);
@@ -294,7 +249,7 @@ void KeyChange::appendTransposed(TextView line, Text& out) const {
         NoWatcher nobody;
         ColumnWriter writer(begin);
         for (std::size_t column = 0; column < line.size();) {
-            if (isLetter(line[column])) {
+            if (isNoteLetter(line[column])) {
                 column = moveNote(line, column, nobody, writer);
             } else {
                 writer.put(line[column++]);
