@@ -308,10 +308,10 @@ EditorText RichEdit::text() const {
     return {std::move(chars)};
 }
 
-std::string RichEdit::streamOut(WPARAM format) const {
+std::string RichEdit::streamOut() const {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, writeTarget};
-    send(EM_STREAMOUT, format, lparamOf(&stream));
+    send(EM_STREAMOUT, SF_RTF, lparamOf(&stream));
     // Half a document must never pass for a whole one.
     if (!::IsWindow(handle_) || stream.dwError != 0 || bytes.empty())
         throw std::runtime_error("the editor does not give its Rich Text");
@@ -321,7 +321,7 @@ std::string RichEdit::streamOut(WPARAM format) const {
 }
 
 std::string RichEdit::rtf() const {
-    std::string written = streamOut(SF_RTF);
+    std::string written = streamOut();
     // The text only helps to mend it: a control that does not give it keeps nobody from saving.
     Text shown;
     try {
@@ -330,11 +330,6 @@ std::string RichEdit::rtf() const {
         return withTableRows(written);
     }
     return withTableRows(withLostCharacters(std::move(written), shown));
-}
-
-std::string RichEdit::selectionRtf() const {
-    return withTableRows(
-        withLostCharacters(streamOut(SF_RTF | SFF_SELECTION), textBetween(selection())));
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {

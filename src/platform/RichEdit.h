@@ -85,8 +85,6 @@ class RichEdit : public Editor {
     bool atWork() const { return work_ > 0; }
 
     Text textBetween(Selection range) const;
-    // Rich Text of the selection alone.
-    std::string selectionRtf() const;
     // The standard edit messages.
     void cut();
     void copy();
@@ -115,7 +113,7 @@ class RichEdit : public Editor {
     }
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
-    std::string streamOut(WPARAM format) const;
+    std::string streamOut() const;
     HWND createControl();
     static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self);

@@ -341,8 +341,10 @@ TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
     EXPECT_EQ(program.text(), glyphs + "\rC     F\rsong by the river");
     EXPECT_EQ(stylesNow(), styles);
 
-    program.editor().select({0, 8});
-    program.clipboard.rich = program.editor().selectionRtf();
+    program.editor().select({8, -1});
+    program.editor().replaceSelection(u"");
+    program.clipboard.rich = program.editor().rtf();
+    ASSERT_TRUE(program.editor().loadRtf(folder.content(u"kept.mlv")));
     program.editor().select({9, 10});
     program.command(Command::mnuEditPaste);
     EXPECT_EQ(program.text(), glyphs + "\r" + glyphs + "     F\rsong by the river");
