@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
+#include "base/Hex.h"
 #include "rtf/RtfCharacters.h"
 
 namespace melvorin {
 namespace {
 
 void putCharacter(char16_t c, std::string& rtf) {
-    constexpr char digits[] = "0123456789abcdef";
     if (c == u'\\' || c == u'{' || c == u'}') {
         rtf += '\\';
         rtf += static_cast<char>(c);
@@ -16,8 +16,7 @@ void putCharacter(char16_t c, std::string& rtf) {
         rtf += static_cast<char>(c);
     } else if (const int byte = latinByte(c); c > 0x7F && byte >= 0) {
         rtf += "\\'";
-        rtf += digits[byte / 16];
-        rtf += digits[byte % 16];
+        appendHex(rtf, static_cast<std::uint32_t>(byte), 2);
     } else {
         rtf += "\\u" + std::to_string(c > 0x7FFF ? c - 0x10000 : c) + "?";
     }

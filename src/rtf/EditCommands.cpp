@@ -29,10 +29,10 @@ bool tell(MessageBoxes& messages, TextView text) {
 Result<std::string> soundRichText(Clipboard& clipboard) {
     const Result<std::string> bytes = clipboard.richText(kLargestPaste);
     if (!bytes)
-        return Result<std::string>::failure(bytes.cause);
+        return Failure{bytes.cause};
     RtfVerdict verdict = checkRtf(*bytes.value);
     if (verdict.kind != RtfVerdict::Kind::Ok)
-        return Result<std::string>::failure(verdict.sentence);
+        return Failure{verdict.sentence};
     // A control that has lost characters on the way out may have put the plain text beside.
     const Result<Text> text = clipboard.text(kLargestPaste);
     return Result<std::string>::success(

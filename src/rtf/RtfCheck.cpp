@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/Hex.h"
 #include "rtf/FileKind.h"
 #include "rtf/PictureCheck.h"
 #include "rtf/RtfDiagrams.h"
@@ -440,16 +441,14 @@ void Checker::rewriteBinary(const RtfToken& raw) {
     // The line end ends whatever word stands before, and is neither data nor text.
     std::string hex = "\r\n";
     if (level().place == Place::Data) {
-        constexpr std::string_view digits = "0123456789abcdef";
+        const std::size_t begin = hex.size();
+        for (const char c : bytes_.substr(raw.data, raw.end - raw.data))
+            appendHex(hex, static_cast<unsigned char>(c), 2);
         RtfToken written;
         written.kind = RtfToken::Kind::Byte;
-        for (const char c : bytes_.substr(raw.data, raw.end - raw.data)) {
-            const auto byte = static_cast<unsigned char>(c);
-            for (const char digit : {digits[byte >> 4U], digits[byte & 15U]}) {
-                hex += digit;
-                written.byte = static_cast<unsigned char>(digit);
-                token(written);
-            }
+        for (const char digit : std::string_view(hex).substr(begin)) {
+            written.byte = static_cast<unsigned char>(digit);
+            token(written);
         }
     }
     edits_.push_back({raw.begin, raw.end, std::move(hex)});

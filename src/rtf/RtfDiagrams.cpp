@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/DiagramFont.h"
+#include "base/Hex.h"
 #include "base/Text.h"
 #include "rtf/RtfLexer.h"
 
@@ -134,8 +135,9 @@ void DiagramWriter::character(const RtfToken& token) {
     if (unit < 0xF020 || unit > 0xF0FF || !isDiagram())
         return;
     const std::size_t end = takeStandIns(lexer_, states_.back().skip);
-    constexpr std::string_view digits = "0123456789abcdef";
-    replace(token.begin, end, {'\\', '\'', digits[unit >> 4U & 15U], digits[unit & 15U]});
+    std::string byte = "\\'";
+    appendHex(byte, unit, 2);
+    replace(token.begin, end, byte);
 }
 
 }  // namespace

@@ -3,14 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/Hex.h"
+
 namespace melvorin {
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
 
 namespace {
 

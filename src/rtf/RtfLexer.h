@@ -8,9 +8,6 @@
 
 namespace melvorin {
 
-// The value of a hexadecimal digit; -1 for any other character.
-int hexDigit(char c);
-
 struct RtfToken {
     enum class Kind {
         Open,    // {

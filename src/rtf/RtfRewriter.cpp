@@ -3,6 +3,7 @@
 #include <array>
 #include <stdexcept>
 
+#include "base/Hex.h"
 #include "rtf/RtfCharacters.h"
 #include "rtf/RtfMap.h"
 
@@ -217,10 +218,8 @@ void RtfRewriter::escaped(char16_t c, const Char& format) {
     } else if (c == u'\v') {
         out_ += "\\line ";
     } else if (byte >= 0x20) {
-        constexpr std::string_view digits = "0123456789abcdef";
         out_ += "\\'";
-        out_ += digits[static_cast<std::size_t>(byte) >> 4U];
-        out_ += digits[static_cast<std::size_t>(byte) & 15U];
+        appendHex(out_, static_cast<std::uint32_t>(byte), 2);
     } else {
         out_ += "\\u";
         number(c < 0x8000 ? c : c - 0x10000);
