@@ -9,7 +9,7 @@ namespace melvorin {
 namespace {
 
 void putCharacter(char16_t c, std::string& rtf) {
-    if (c == u'\\' || c == u'{' || c == u'}') {
+    if (needsBackslash(c)) {
         rtf += '\\';
         rtf += static_cast<char>(c);
     } else if (c >= u' ' && c < 0x7F) {
@@ -18,7 +18,7 @@ void putCharacter(char16_t c, std::string& rtf) {
         rtf += "\\'";
         appendHex(rtf, static_cast<std::uint32_t>(byte), 2);
     } else {
-        rtf += "\\u" + std::to_string(c > 0x7FFF ? c - 0x10000 : c) + "?";
+        appendUnicode(rtf, c, 1);
     }
 }
 

@@ -310,7 +310,8 @@ TEST(EditorRtf, KeepsEveryCharacter) {
         const std::string whole = host.edit.rtf();
         EXPECT_TRUE(isAscii(whole));
         host.plain(word);
-        const std::string piece = host.edit.rtf();
+        std::string piece = host.edit.rtf();
+        piece.erase(piece.rfind("\\par"), 4);  // of words within a line
         ASSERT_TRUE(host.edit.loadRtf(whole));
         EXPECT_EQ(host.text(), shown(line));
         EXPECT_EQ(host.styleOf(3, 3 + length).bold, true);
