@@ -1,6 +1,7 @@
 #include "chords/Transpose.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "chords/ChordLine.h"
 
@@ -72,6 +73,43 @@ class Recorder {
     MovedLine& moved_;
 };
 
+template <class Watcher>
+bool separates(TextView line, std::size_t column, Watcher& watcher) {
+    return isTokenSeparator(line[column]) && !watcher.isFixed(column);
+}
+
+// Puts what becomes of the tokens of a line into their columns. `put` is given the column of one of
+// them, writes its successor and returns the column behind it.
+template <class Watcher, class Writer, class Put>
+void realign(TextView line, Watcher& watcher, Writer& out, Put put) {
+    std::size_t column = 0;
+    for (bool first = true;; first = false) {
+        const std::size_t gap = column;
+        while (column < line.size() && separates(line, column, watcher)) {
+            ++column;
+        }
+        const bool atEnd = column == line.size();
+        const std::size_t gapAfter = out.column();
+        out.fillTo(atEnd ? column : placeToken(column, gapAfter, first));
+        watcher.gap({gap, column - gap}, {gapAfter, out.column() - gapAfter});
+        if (atEnd) {
+            return;
+        }
+        const std::size_t token = column;
+        const std::size_t start = out.column();
+        column = put(token);
+        watcher.token({token, column - token}, {start, out.column() - start});
+    }
+}
+
+// Writes a line of any length.
+struct LineWriter {
+    Text line;
+
+    std::size_t column() const { return line.size(); }
+    void fillTo(std::size_t column) { line.resize(std::max(column, line.size()), u' '); }
+};
+
 }  // namespace
 
 // Writes into a line of which there is enough, and knows the column it is at.
@@ -127,21 +165,32 @@ Text TransposeLine(TextView line, Direction direction, Spelling spelling) {
 }
 
 Text RealignLine(TextView before, TextView transposed) {
-    std::vector<ChordToken> oldTokens;
-    std::vector<ChordToken> newTokens;
-    ScanTokens(before, oldTokens);
-    ScanTokens(transposed, newTokens);
-
-    Text line;
-    for (std::size_t i = 0; i < newTokens.size(); ++i) {
-        // The scan reports from right to left.
-        const std::size_t recorded =
-            i < oldTokens.size() ? oldTokens[oldTokens.size() - 1 - i].column : 0;
-        line.resize(placeToken(recorded, line.size(), i == 0), u' ');
-        line += newTokens[newTokens.size() - 1 - i].text;
+    std::vector<ChordToken> tokens;  // still to be written, the next one last
+    ScanTokens(transposed, tokens);
+    NoWatcher nobody;
+    LineWriter out;
+    std::size_t end = 0;  // of the last one written
+    const auto putNext = [&] {
+        out.line += tokens.back().text;
+        tokens.pop_back();
+        end = out.column();
+    };
+    realign(before, nobody, out, [&](std::size_t column) {
+        while (column < before.size() && !separates(before, column, nobody)) {
+            ++column;
+        }
+        if (!tokens.empty()) {
+            putNext();
+        }
+        return column;
+    });
+    out.line.resize(end);
+    while (!tokens.empty()) {
+        out.fillTo(placeToken(0, end, end == 0));
+        putNext();
     }
-    line.resize(std::max(line.size(), before.size()), u' ');
-    return line;
+    out.fillTo(before.size());
+    return std::move(out.line);
 }
 
 KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
@@ -197,34 +246,18 @@ std::size_t KeyChange::moveNote(TextView line, std::size_t column, Watcher& watc
 
 template <class Watcher>
 char16_t* KeyChange::moveInto(char16_t* begin, TextView line, Watcher& watcher) const {
-    const auto separates = [&](std::size_t column) {
-        return isTokenSeparator(line[column]) && !watcher.isFixed(column);
-    };
     ColumnWriter out(begin);
-    std::size_t column = 0;
-    for (bool first = true;; first = false) {
-        const std::size_t gap = column;
-        while (column < line.size() && separates(column)) {
-            ++column;
-        }
-        const bool atEnd = column == line.size();
-        const std::size_t gapAfter = out.column();
-        out.fillTo(atEnd ? column : placeToken(column, gapAfter, first));
-        watcher.gap({gap, column - gap}, {gapAfter, out.column() - gapAfter});
-        if (atEnd) {
-            return out.end();
-        }
-        const std::size_t token = column;
-        const std::size_t start = out.column();
-        while (column < line.size() && !separates(column)) {
+    realign(line, watcher, out, [&](std::size_t column) {
+        while (column < line.size() && !separates(line, column, watcher)) {
             if (isNoteLetter(line[column]) && !watcher.isFixed(column)) {
                 column = moveNote(line, column, watcher, out);
             } else {
                 out.put(line[column++]);
             }
         }
-        watcher.token({token, column - token}, {start, out.column() - start});
-    }
+        return column;
+    });
+    return out.end();
 }
 
 void KeyChange::appendMoved(TextView line, Text& out) const {
