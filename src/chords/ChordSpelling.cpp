@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "chords/CellWidth.h"
 #include "chords/Note.h"
 #include "chords/SuffixNormaliser.h"
 
@@ -43,10 +44,6 @@ char16_t usualSign(char16_t c) {
             break;
     }
     return c >= 0xFF01 && c <= 0xFF5E ? static_cast<char16_t>(c - 0xFEE0) : c;
-}
-
-bool isDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
 }
 
 // ---- Notes -----------------------------------------------------------------------------------

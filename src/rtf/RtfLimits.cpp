@@ -29,19 +29,14 @@ constexpr auto kDistances = std::to_array<Distance>({{"fi", -31'680, 31'680},
                                                      {"tb", 0, 31'680},
                                                      {"tx", 0, 31'680}});
 
-template <class Range>
-bool contains(const Range& range, std::int32_t number) {
-    return std::find(range.begin(), range.end(), number) != range.end();
-}
-
 }  // namespace
 
 bool isKnownCodePage(std::int32_t number) {
-    return contains(kCodePages, number);
+    return std::find(kCodePages.begin(), kCodePages.end(), number) != kCodePages.end();
 }
 
 bool isKnownCharset(std::int32_t number) {
-    return contains(kCharsets, number);
+    return std::find(kCharsets.begin(), kCharsets.end(), number) != kCharsets.end();
 }
 
 std::optional<std::int32_t> keptDistance(const RtfToken& word) {
