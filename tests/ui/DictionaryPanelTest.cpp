@@ -343,7 +343,9 @@ TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
 
     program.editor().select({8, -1});
     program.editor().replaceSelection(u"");
-    program.clipboard.rich = program.editor().rtf();
+    std::string copied = program.editor().rtf();
+    copied.erase(copied.rfind("\\par"), 4);  // a part of a line
+    program.clipboard.rich = copied;
     ASSERT_TRUE(program.editor().loadRtf(folder.content(u"kept.mlv")));
     program.editor().select({9, 10});
     program.command(Command::mnuEditPaste);
