@@ -144,7 +144,6 @@ bool Form1::load(TextView commandLine, int showCommand) {
     step([&] { documents_.begin(); });
     step([&] { documents_.openFromCommandLine(commandLine); });
     step([&] { recent_.begin(); });
-    step([&] { creatorFace_ = editorFontFace(services_); });
     step([&] {
         splash_ = std::make_unique<frmSplash>(services_, [this] { bringForward(); });
         failed = !splash_->show();

@@ -134,23 +134,22 @@ void Form1::selectAll() {
     rtftext_.select({0, static_cast<std::int32_t>(rtftext_.text().chars.size())});
 }
 
-// What is mixed becomes all set.
-void Form1::toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool)) {
+void Form1::toggleEffect(TextEffect effect) {
     {
         const EditorWork work(rtftext_);
-        (rtftext_.*set)(rtftext_.selectionStyle().*attribute != true);
+        toggle(rtftext_, effect);
     }
     documents_.changed();
 }
 
 void Form1::toggleBold() {
-    toggle(&SelectionStyle::bold, &RichEdit::setBold);
+    toggleEffect(kBold);
 }
 void Form1::toggleItalic() {
-    toggle(&SelectionStyle::italic, &RichEdit::setItalic);
+    toggleEffect(kItalic);
 }
 void Form1::toggleUnderline() {
-    toggle(&SelectionStyle::underline, &RichEdit::setUnderline);
+    toggleEffect(kUnderline);
 }
 
 void Form1::changeCase(LetterCase to) {

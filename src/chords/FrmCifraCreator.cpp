@@ -13,7 +13,7 @@
 #include "chords/SuffixNormaliser.h"
 #include "platform/Handles.h"
 #include "platform/HeldKeys.h"
-#include "rtf/RtfCheck.h"
+#include "rtf/FileKind.h"
 
 namespace melvorin {
 namespace {

@@ -8,25 +8,13 @@
 
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
+#include "chords/InsertChart.h"
 #include "chords/NotationDraft.h"
 #include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
-
-// Charts with more lines are not handed to the control as Rich Text: the time it takes to read that
-// grows with the square of the length (Wine).
-inline constexpr std::size_t kMostRichLines = 3000;
-// Charts with more lines are not coloured; every coloured line takes longer than the one before.
-inline constexpr std::size_t kMostColouredLines = 12'000;
-
-// What the creator hands over.
-struct CreatedChart {
-    std::vector<ImportedLine> lines;
-    Text face;
-    int points = 0;
-};
 
 class FrmCifraCreator : public Form {
   public:

@@ -32,11 +32,6 @@ bool isChecked(HWND control) {
     return ::SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-bool sameStyle(const SelectionStyle& a, const SelectionStyle& b) {
-    return a.face == b.face && a.halfPoints == b.halfPoints && a.bold == b.bold &&
-           a.italic == b.italic && a.underline == b.underline && a.colour == b.colour;
-}
-
 }  // namespace
 
 frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callbacks)
@@ -300,11 +295,8 @@ void frmFont::takeTypedSize() {
 
 // A style that is mixed in the selection becomes the style of all of it.
 void frmFont::onStyleClicked(int id) {
-    const bool on = !isChecked(control(id));
-    const auto set = id == kCheck1   ? &RichEdit::setBold
-                     : id == kCheck2 ? &RichEdit::setItalic
-                                     : &RichEdit::setUnderline;
-    apply([&] { (rtftext_.*set)(on); });
+    const TextEffect effect = id == kCheck1 ? kBold : id == kCheck2 ? kItalic : kUnderline;
+    apply([&] { toggle(rtftext_, effect); });
 }
 
 void frmFont::applyColour(Rgb colour) {
@@ -369,7 +361,7 @@ void frmFont::onSave() {
 void frmFont::followSelection() {
     const SelectionStyle style = rtftext_.selectionStyle();
     const Selection selection = rtftext_.selection();
-    const bool isSame = sameStyle(style, style_) && rtftext_.background() == background_ &&
+    const bool isSame = style == style_ && rtftext_.background() == background_ &&
                         selection == selection_ && exampleFont_;
     if (isSame)
         return;

@@ -6,6 +6,7 @@
 #include <map>
 #include <random>
 
+#include "RtfColours.h"
 #include "app/RecentFiles.h"
 #include "base/LetterCase.h"
 #include "base/TabExpansion.h"
@@ -143,11 +144,14 @@ TEST(ReplacePlan, ChangesTheRichTextAsTheLoopDoes) {
         ASSERT_EQ(plan.text(), loop.text);
         const auto map = RtfMap::parse(before);
         ASSERT_TRUE(map && map->text() == text);
-        const auto after = RtfMap::parse(map->rewrite(plan.parts(), {}));
+        const std::string rewritten = map->rewrite(plan.parts(), {});
+        const auto after = RtfMap::parse(rewritten);
         ASSERT_TRUE(after);
         ASSERT_EQ(after->text(), loop.text);
+        const auto colours = coloursOf(rewritten);
+        ASSERT_EQ(colours.size(), loop.text.size());
         for (std::size_t i = 0; i < loop.text.size(); ++i) {
-            const std::optional<Rgb> colour = after->colourAt(i);
+            const std::optional<Rgb> colour = colours[i];
             ASSERT_EQ(colour ? colour->red / 10 : 0, loop.colours[i]) << i;
         }
         replaced += done.count;

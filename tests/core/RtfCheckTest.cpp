@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "RtfSamples.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfReader.h"
 #include "rtf/RtfRows.h"
 

@@ -341,8 +341,12 @@ TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
     EXPECT_EQ(program.text(), glyphs + "\rC     F\rsong by the river");
     EXPECT_EQ(stylesNow(), styles);
 
-    program.editor().select({0, 8});
-    program.clipboard.rich = program.editor().selectionRtf();
+    program.editor().select({8, -1});
+    program.editor().replaceSelection(u"");
+    std::string copied = program.editor().rtf();
+    copied.erase(copied.rfind("\\par"), 4);  // a part of a line
+    program.clipboard.rich = copied;
+    ASSERT_TRUE(program.editor().loadRtf(folder.content(u"kept.mlv")));
     program.editor().select({9, 10});
     program.command(Command::mnuEditPaste);
     EXPECT_EQ(program.text(), glyphs + "\r" + glyphs + "     F\rsong by the river");

@@ -35,7 +35,6 @@ TEST(Start, EditorFaceFollowsTheSetting) {
         Program program;
         program.profiles.values[{u"C:\\Program\\Melvorin.ini", u"Tela", u"Option"}] = stored;
         ASSERT_TRUE(program.start());
-        EXPECT_EQ(program.form->creatorFace(), face);
         program.type(u"C");
         EXPECT_EQ(program.editor().selectionStyle().face, face);
     }

@@ -319,7 +319,7 @@ TEST_F(ButtonStage, DrawsWhatItsPropertiesSay) {
     first.setProperties(look);
     EXPECT_EQ(pixelOf(first, 50, 15), COLORREF{RGB(10, 200, 30)});
     // Styles below 2 are pushed in while pressed.
-    first.setTakesFocus(false);
+    first.setEnterClicks(false);  // or the frame of the default button is where the bevel begins
     const COLORREF light = ::GetSysColor(COLOR_BTNHIGHLIGHT);
     const COLORREF shadow = ::GetSysColor(COLOR_BTNSHADOW);
     for (const int style : {0, 1, 2, 3}) {
