@@ -29,7 +29,7 @@ Text nameOfKey(std::uint16_t key) {
 }  // namespace
 
 Text nameOf(const KeyStroke& stroke) {
-    const Text key = nameOfKey(stroke.key);
+    Text key = nameOfKey(stroke.key);
     if (key.empty())
         return key;
     return Text(stroke.control ? u"Ctrl+" : u"") + (stroke.alt ? u"Alt+" : u"") +
