@@ -67,7 +67,7 @@ class FakePorts final : public CliPorts {
     Text programFolder() override { return u"nowhere"; }
 };
 
-class Cli : public testing::Test {
+class Cli : public ::testing::Test {
   protected:
     int run(const std::vector<Text>& arguments) {
         ports.output.clear();

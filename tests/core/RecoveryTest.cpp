@@ -90,7 +90,7 @@ class RandomRun {
     }
     const std::string& written() const { return disk.content.at(u"C:\\Temp\\bbj1.tmp"); }
 
-    MemoryFiles disk;
+    testing::MemoryFiles disk;
     SnapshotHistory history{disk};
     RunJournal journal{disk};
     DocumentOrigin origin;
@@ -112,7 +112,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
         }
         // A history taken over is told as a whole.
         RunState whole = run.state();
-        MemoryFiles other;
+        testing::MemoryFiles other;
         SnapshotHistory history(other);
         RunJournal journal(other);
         journal.begin();
@@ -193,7 +193,7 @@ TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
 }
 
 // A run with so many states after the first, that ends without closing.
-void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
+void leaveRun(testing::MemoryFiles& disk, TextView path, int changes, int undone) {
     SnapshotHistory history(disk);
     RunJournal journal(disk);
     journal.begin();
@@ -207,7 +207,7 @@ void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
 }
 
 TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
-    MemoryFiles disk;
+    testing::MemoryFiles disk;
     leaveRun(disk, u"first", 3, 1);
     leaveRun(disk, u"untouched", 0, 0);
     leaveRun(disk, u"second", 2, 0);
@@ -254,7 +254,7 @@ TEST(Remains, LeadBackToTheLastStateThatIsWhole) {
     };
     for (const Case& c : cases) {
         for (const bool isGone : {false, true}) {
-            MemoryFiles disk;
+            testing::MemoryFiles disk;
             leaveRun(disk, u"a", 4, c.undone);
             for (const int index : c.spoiled) {
                 // The journal has the first name.

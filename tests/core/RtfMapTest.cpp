@@ -286,7 +286,7 @@ void expectKept(const std::string& result, const samples::Sample& sample,
 
 TEST(RtfMap, SurvivesRandomRewrites) {
     samples::Random random(12);
-    for (int i = 0; i < 3000 && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < 3000 && !::testing::Test::HasFailure(); ++i) {
         samples::Sample sample = samples::randomSample(random);
         SCOPED_TRACE(sample.rtf);
         const auto map = RtfMap::parse(sample.rtf);

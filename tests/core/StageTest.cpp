@@ -5,17 +5,12 @@
 #include <fstream>
 #include <random>
 
+#include "StandIns.h"
 #include "present/StageLayout.h"
 #include "present/StageRun.h"
 
 namespace melvorin {
 namespace {
-
-class HandClock : public Clock {
-  public:
-    std::int64_t nowMs() override { return ms; }
-    std::int64_t ms = 12'345;
-};
 
 class LoggedStage : public StageSurface {
   public:
@@ -29,7 +24,9 @@ class LoggedStage : public StageSurface {
 };
 
 struct Stage {
-    HandClock clock;
+    Stage() { clock.ms = 12'345; }
+
+    testing::ScriptedClock clock;
     LoggedStage surface;
     StageRun run{clock, surface};
     RunSettings settings;

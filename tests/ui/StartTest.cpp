@@ -104,10 +104,10 @@ TEST(Start, EveryStepFailsOnItsOwn) {
     for (const bool systemFails : {false, true}) {
         SystemSettings& chosen = systemFails ? static_cast<SystemSettings&>(system)
                                              : static_cast<SystemSettings&>(program.system);
-        const Services services{
-            program.files, program.messages, program.dialogs, program.profiles,   program.settings,
-            chosen,        folder,           program.screen,  systemAnsiCodec(),  program.clipboard,
-            program.shell, program.sounds,   program.colors,  program.multimedia, program.clock};
+        const Services services = ServicesBuilder(program, program.files, systemAnsiCodec())
+                                      .system(chosen)
+                                      .program(folder)
+                                      .build();
         Form1 form(services, [] {});
         ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
         program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });
