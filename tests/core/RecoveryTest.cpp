@@ -124,7 +124,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
     }
 }
 
-TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
+TEST(RunJournal, WhateverIsCutOrSpoiledStaysInItsBounds) {
     RandomRun run(3);
     for (int i = 0; i < 60; ++i)
         run.step();
@@ -148,7 +148,9 @@ TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
             spoiled[random() % spoiled.size()] = static_cast<char>(random());
         expectSane(spoiled);
     }
+}
 
+TEST(RunJournal, ALineCountsOrDoesNot) {
     const std::string good =
         "melvorin journal 1\nsnapshot 1 " + hex("bb1A.tmp") + " 4 - 5 6\nstate 1 1 1 1\n";
     const auto before = replayJournal(good, u"C:\\Temp");

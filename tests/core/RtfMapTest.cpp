@@ -67,6 +67,9 @@ TEST(RtfMap, FollowsTheText) {
         ASSERT_TRUE(map) << body;
         EXPECT_EQ(map->text(), text) << body;
     }
+}
+
+TEST(RtfMap, KnowsFontsAndColours) {
     const std::string lacking = "\\f2 a" + std::string(1, '\0') + "b";
     const auto symbols = RtfMap::parse(document(lacking));
     ASSERT_TRUE(symbols);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <stdexcept>
 
 #include "StandIns.h"
 #include "app/Form1.h"
@@ -100,6 +101,8 @@ class ScratchFolder {
     Text path_;
 };
 
+inline constexpr TextView kNoSong;
+
 // The whole program short of its entry: the real main window over scripted services.
 class Program : public StandIns {
   public:
@@ -107,6 +110,11 @@ class Program : public StandIns {
         program.resources = [](TextView type, int id) {
             return Win32ProgramFolder().resource(type, id);
         };
+    }
+    // Started with this command line.
+    explicit Program(TextView commandLine) : Program() {
+        if (!start(commandLine))
+            throw std::runtime_error("the program does not start");
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -170,18 +178,20 @@ class Program : public StandIns {
     const ShellState& state() const { return form->documents().state(); }
     const SnapshotHistory& history() const { return form->documents().history(); }
     std::string text() { return shown(editor().text().chars); }
-    std::string caption() const {
-        Text buffer(512, u'\0');
-        buffer.resize(
-            static_cast<std::size_t>(::GetWindowTextW(form->handle(), wideBuffer(buffer), 512)));
-        return shown(buffer);
-    }
+    std::string caption() const { return shown(windowText(form->handle())); }
 
     FaultyFiles files;
     Services services = ServicesBuilder(*this, files, systemAnsiCodec()).build();
     std::unique_ptr<Form1> form;
     bool ended = false;
 };
+
+// The program has shown one box, which says this among other things.
+inline void expectOneBox(const Program& program, std::string_view part) {
+    ASSERT_EQ(program.messages.boxes.size(), 1U);
+    const std::string& text = program.messages.boxes[0].text;
+    EXPECT_NE(text.find(part), std::string::npos) << text;
+}
 
 // While it lives, rich-edit controls that are created take no text.
 class RefusingControls {

@@ -1,6 +1,6 @@
 // Every window of the program with the system's font and with one that is a step wider, as other
 // versions of Windows have it: nothing is cut off, nothing overlaps.
-#include "Scripted.h"
+#include "Controls.h"
 
 namespace melvorin::testing {
 namespace {
@@ -153,20 +153,6 @@ void expectSound(HWND window, const std::string& name) {
     }
 }
 
-constexpr const wchar_t* kModal[] = {L"MelvorinfrmAbout", L"MelvorinFrmCifraCreator"};
-std::string modalName;
-
-// Looks at the modal window that is open, and closes it.
-void CALLBACK lookAtModal(HWND, UINT, UINT_PTR, DWORD) {
-    for (const wchar_t* name : kModal) {
-        const HWND window = ::FindWindowW(name, nullptr);
-        if (modalName.empty() || window == nullptr || !::IsWindowVisible(window))
-            continue;
-        expectSound(window, std::exchange(modalName, ""));
-        ::PostMessageW(window, WM_CLOSE, 0, 0);
-    }
-}
-
 // Every window in turn, as a user opens them.
 void lookAtAll(Program& program, const std::string& font) {
     Form1& form = *program.form;
@@ -200,13 +186,16 @@ void lookAtAll(Program& program, const std::string& font) {
     look(dictionary.handle(), "dictionary, table");
     dictionary.press(PanelPart::GB8);
 
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, lookAtModal);
-    for (const Command command : {Command::mnuFileAbout, Command::mnuEditCifra}) {
-        modalName = (command == Command::mnuFileAbout ? "About" : "creator") + font;
+    // A modal window is looked at while it is open.
+    for (const auto& [command, name] : {std::pair(Command::mnuFileAbout, L"MelvorinfrmAbout"),
+                                        {Command::mnuEditCifra, L"MelvorinFrmCifraCreator"}}) {
+        const WhileOpen run(name, [&](HWND window) {
+            expectSound(window, shown(textOf(name)) + font);
+            ::PostMessageW(window, WM_CLOSE, 0, 0);
+        });
         program.command(command);
-        EXPECT_TRUE(modalName.empty()) << modalName << " did not come";
+        EXPECT_EQ(run.seen(), 1) << shown(textOf(name)) << " did not come";
     }
-    ::KillTimer(nullptr, timer);
 
     program.command(Command::mnuFullScreen);
     frmFScreenB& panel = form.fullScreen().panel();
