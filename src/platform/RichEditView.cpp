@@ -106,7 +106,7 @@ void RichEdit::setZoom(int percent) {
     const Selection selected = selection();
     const EditorWork work(*this);
     const Selection probe = beginningOfText(top);
-    const double wanted = widthOf(probe) * percent / former;
+    const double wanted = static_cast<double>(widthOf(probe)) * percent / former;
     applyZoom(handle_);
     // Some controls go on with the former widths until a format changes. The author of a revision
     // is one that nobody sees and no Rich Text has.

@@ -373,7 +373,7 @@ std::vector<std::unique_ptr<HeldFile>> Win32Files::takeHeld(TextView prefix) {
 }
 
 Text Win32Files::fullPath(TextView path) {
-    const Text relative(path);
+    Text relative(path);
     const DWORD needed = ::GetFullPathNameW(wide(relative), 0, nullptr, nullptr);
     Text full(needed, u'\0');
     const DWORD length = ::GetFullPathNameW(wide(relative), needed, wideBuffer(full), nullptr);

@@ -183,7 +183,7 @@ TEST(RtfRepair, PutsCharactersRightWhereThereIsNoMap) {
 }
 
 TEST(SnapshotHistory, StepsBackForthAndBranches) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     EXPECT_FALSE(history.canUndo() || history.canRedo());
     history.record("one", 1);
@@ -219,7 +219,7 @@ TEST(SnapshotHistory, StepsBackForthAndBranches) {
 
 TEST(SnapshotHistory, KeepsTheBackgroundBesideEachState) {
     constexpr Rgb grey{200, 200, 200};
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     history.record("one", 0);
     history.record("two", 0, grey);
@@ -233,7 +233,7 @@ TEST(SnapshotHistory, KeepsTheBackgroundBesideEachState) {
 }
 
 TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     history.record("one", 1);
     files.isFull = true;
@@ -245,7 +245,7 @@ TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
 }
 
 TEST(SnapshotHistory, StopsAtTheEndOfItsCounters) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     for (int i = 1; i <= 32'767; ++i)
         ASSERT_EQ(history.record("x", i), SnapshotHistory::Outcome::Recorded);

@@ -68,6 +68,9 @@ TEST(RtfMap, FollowsTheText) {
         ASSERT_TRUE(map) << body;
         EXPECT_EQ(map->text(), text) << body;
     }
+}
+
+TEST(RtfMap, KnowsFontsAndColours) {
     const std::string lacking = "\\f2 a" + std::string(1, '\0') + "b";
     const auto symbols = RtfMap::parse(document(lacking));
     ASSERT_TRUE(symbols);
@@ -287,7 +290,7 @@ void expectKept(const std::string& result, const samples::Sample& sample,
 
 TEST(RtfMap, SurvivesRandomRewrites) {
     samples::Random random(12);
-    for (int i = 0; i < 3000 && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < 3000 && !::testing::Test::HasFailure(); ++i) {
         samples::Sample sample = samples::randomSample(random);
         SCOPED_TRACE(sample.rtf);
         const auto map = RtfMap::parse(sample.rtf);

@@ -41,8 +41,7 @@ TEST(Paste, PlainTextArrivesInColumnsAndInTheEditorsFont) {
     };
     for (const Case& c : cases) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"a.txt", toUtf8(c.document))));
+        Program program(folder.add(u"a.txt", toUtf8(c.document)));
         const std::string before = program.text();
         const std::int16_t snapshots = program.history().count();
         program.clipboard.plain = c.clipboard;
@@ -62,8 +61,7 @@ TEST(Paste, PlainTextArrivesInColumnsAndInTheEditorsFont) {
 }
 
 TEST(Paste, RichTextKeepsItsFormats) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"xy");
     program.editor().select({1, 1});
     program.clipboard.rich = kRich;
@@ -80,8 +78,7 @@ TEST(Paste, RichTextKeepsItsFormats) {
 // An equation or a note would be gone with the formats; the plain text beside has it.
 TEST(Paste, WordsThatTheFormatsLoseAreOffered) {
     for (const Answer answer : {Answer::No, Answer::Yes}) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         program.type(u"xy");
         program.editor().select({1, 1});
         program.clipboard.rich =
@@ -89,9 +86,7 @@ TEST(Paste, WordsThatTheFormatsLoseAreOffered) {
         program.clipboard.plain = u"one two three";
         program.messages.answer(answer);
         program.command(Command::mnuEditPaste);
-        ASSERT_EQ(program.messages.boxes.size(), 1U);
-        EXPECT_NE(program.messages.boxes[0].text.find("1 word of what was copied is missing"),
-                  std::string::npos);
+        expectOneBox(program, "1 word of what was copied is missing");
         EXPECT_EQ(program.text(), answer == Answer::Yes ? "xone two threey" : "xone  threey");
         program.command(Command::mnuEditUndo);
         EXPECT_EQ(program.text(), "xy");
@@ -116,8 +111,7 @@ TEST(Paste, BadClipboards) {
          "It is too large."},
     };
     for (const Case& c : cases) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         program.type(u"Am");
         program.clipboard.rich = c.rich;
         program.clipboard.plain = c.plain;
@@ -136,8 +130,7 @@ TEST(Paste, BadClipboards) {
 
 // A long text shows its progress meanwhile, and nothing else begins.
 TEST(Paste, LongTextIsConvertedInParts) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"la");
     Text text;
     while (text.size() <= FrmTxt::kLongText)
@@ -187,8 +180,7 @@ TEST(Clipboard, CutAndCopyGoThroughTheSystem) {
 }
 
 TEST(Keys, ShortcutsDoWhatTheirMenuEntriesDo) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.clipboard.plain = u"x\ty";
     program.type(u"ab");
     press(program, 'V', {VK_CONTROL});
@@ -211,8 +203,7 @@ TEST(Keys, ShortcutsDoWhatTheirMenuEntriesDo) {
 // Typed text takes the editor's font, unless the clipboard holds Rich Text.
 TEST(Keys, TypingFollowsTheClipboard) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"a.rtf", kRich)));
+    Program program(folder.add(u"a.rtf", kRich));
     for (const bool rich : {true, false}) {
         program.clipboard.rich = rich ? std::optional<std::string>(kRich) : std::nullopt;
         program.editor().select({8, 8});  // behind a diagram
@@ -226,8 +217,7 @@ TEST(Keys, TypingFollowsTheClipboard) {
 
 TEST(Styles, ToggleAndFollowTheCaret) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"a.rtf", kRich)));
+    Program program(folder.add(u"a.rtf", kRich));
     const auto checked = [&](Command button) {
         const Toolbar& bar = program.form->toolbar();
         return ::SendMessageW(bar.handle(), TB_ISBUTTONCHECKED, idOf(button), 0) != 0;
@@ -270,8 +260,7 @@ TEST(Styles, ToggleAndFollowTheCaret) {
 TEST(Case, ConvertsLettersInPlace) {
     constexpr TextView line = u"é ß \u044F a b7 ";
     for (const int copies : {1, 60}) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         Text song;
         for (int i = 0; i < copies; ++i)
             song += line;
@@ -317,8 +306,7 @@ TEST(Recent, TheMenuOpensWhatItLists) {
     const ScratchFolder folder;
     const Text first = folder.add(u"a & b.txt", "A\n");
     const Text second = folder.add(u"c.txt", "C\n");
-    Program program;
-    ASSERT_TRUE(program.start(first));
+    Program program(first);
     EXPECT_EQ(visibleRecent(program), "(Empty)|") << "the command line adds nothing";
     for (const Text& path : {first, second}) {
         program.dialogs.choose(FileChoice{path, 3});
@@ -337,8 +325,7 @@ TEST(Recent, TheMenuOpensWhatItLists) {
     ::DeleteFileW(wide(second));
     program.messages.boxes.clear();
     program.command(Command::mnuRecentFile1);
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("Please verify"), std::string::npos);
+    expectOneBox(program, "Please verify");
     EXPECT_EQ(program.text(), "A");
     EXPECT_EQ(visibleRecent(program), "c.txt|a && b.txt||Clean List of Recent Files|");
 
@@ -356,8 +343,7 @@ TEST(Recent, TheMenuOpensWhatItLists) {
 TEST(Recent, TheMenuFollowsTheFileAndLongPathsAreToldOnce) {
     const ScratchFolder folder;
     const Text path = folder.add(u"a.txt", "A\n");
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.dialogs.otherwise = FileChoice{path, 3};
     program.command(Command::mnuFileOpen);
     program.profiles.write(u"Recent Files", u"RecentFile2", u"C:\\other.mlv", u"Melvorin.INI");
@@ -401,8 +387,7 @@ class ProgramInFolder : public ScriptedProgram {
 };
 
 TEST(Examples, OpenUntitledAndTellWhatIsMissing) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"x");
     program.messages.answer(Answer::No);
     program.command(Command::mnuEpl);
@@ -424,8 +409,7 @@ TEST(Examples, OpenUntitledAndTellWhatIsMissing) {
 }
 
 TEST(Help, OpensAtThePageOfTheWindow) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.program.present = {u"C:\\Program\\Melvorin.chm"};
     std::vector<std::string>& shown = program.shell.helpShown;
     const auto expectPage = [&](const std::string& page) {
@@ -473,8 +457,7 @@ TEST(Help, OpensAtThePageOfTheWindow) {
 TEST(Examples, CannotBeOverwritten) {
     const ScratchFolder folder;
     const Text path = folder.add(u"example.rtf", kRich);
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"x");
     auto& documents = const_cast<Documents&>(program.form->documents());
     EXPECT_TRUE(documents.openExample(path));
@@ -488,8 +471,7 @@ TEST(Examples, CannotBeOverwritten) {
 }
 
 TEST(CommandMap, EveryEntryHasItsHandler) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     for (const CommandRow& row : commands()) {
         if (row.menu.kind != MenuKind::Entry || row.menu.startsHidden ||
             row.id == Command::mnuRecentFile0)

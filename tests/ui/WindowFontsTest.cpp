@@ -1,7 +1,7 @@
 // Every window of the program with the system's font and with one that is a step wider, as other
 // versions of Windows have it: nothing is cut off, nothing overlaps. Windows that measure their
 // texts stand a much larger font too, and being dragged.
-#include "Scripted.h"
+#include "Controls.h"
 #include "widgets/FrmTxt.h"
 
 namespace melvorin::testing {
@@ -207,27 +207,15 @@ void expectToFollow(HWND window, const std::string& name, SIZE by) {
     expectSound(window, name + ", dragged back");
 }
 
-// What is done with the modal window of that class when it is open; it is closed then.
-const wchar_t* modalClass = nullptr;
-std::function<void(HWND)> modalSteps;
-
-void CALLBACK lookAtModal(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND window = modalSteps ? ::FindWindowW(modalClass, nullptr) : nullptr;
-    if (window == nullptr || !::IsWindowVisible(window))
-        return;
-    std::exchange(modalSteps, nullptr)(window);
-    ::PostMessageW(window, WM_CLOSE, 0, 0);
-}
-
+// A modal window that the command opens; it is closed when it has been looked at.
 void inModal(Program& program, const wchar_t* name, Command command,
-             std::function<void(HWND)> steps) {
-    modalClass = name;
-    modalSteps = std::move(steps);
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, lookAtModal);
+             const std::function<void(HWND)>& steps) {
+    const WhileOpen run(name, [&](HWND window) {
+        steps(window);
+        ::PostMessageW(window, WM_CLOSE, 0, 0);
+    });
     program.command(command);
-    ::KillTimer(nullptr, timer);
-    EXPECT_FALSE(modalSteps) << "the window did not come";
-    modalSteps = nullptr;
+    EXPECT_EQ(run.seen(), 1) << shown(textOf(name)) << " did not come";
 }
 
 // The windows that measure their texts.
