@@ -142,7 +142,7 @@ Cell Form::added(HWND made) {
 }
 
 Cell Form::space(Size needed) {
-    const Cell cell = added(nullptr);
+    Cell cell = added(nullptr);
     parts_.back().needed = needed;
     return cell;
 }

@@ -6,12 +6,6 @@
 namespace melvorin {
 namespace {
 
-// Pixels at 96 dpi.
-constexpr int kMargin = 8;
-constexpr int kGap = 8;
-constexpr int kButtonWidth = 92;
-constexpr int kButtonHeight = 28;
-
 // kept: pause-caption
 constexpr TextView kPause = u"| |  Pause";
 constexpr TextView kRestart = u"Restart";
@@ -36,16 +30,9 @@ bool Form3::open(HWND owner, const Area& screen) {
 }
 
 bool Form3::createWindow(HWND owner) {
-    if (!create(smallWindow(L"MelvorinForm3", L"0:00",
-                            scaled(2 * kMargin + 2 * kButtonWidth + kGap),
-                            scaled(2 * kMargin + kButtonHeight), owner)))
+    if (!createForm(L"MelvorinForm3", L"0:00", owner))
         return false;
-    const auto at = [](int left) {
-        return RECT{scaled(left), scaled(kMargin), scaled(left + kButtonWidth),
-                    scaled(kMargin + kButtonHeight)};
-    };
-    Cmd_.create(handle(), Cmd, at(kMargin), kPause);
-    Cmd2_.create(handle(), Cmd2, at(kMargin + kButtonWidth + kGap), u"Return");
+    layOut(rowOf({button(Cmd_, Cmd, kPause), button(Cmd2_, Cmd2, u"Return")}), owner);
     return true;
 }
 
@@ -63,23 +50,25 @@ void Form3::showPaused(bool paused) {
 
 LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            if (LOWORD(wParam) == Cmd)
-                callbacks_.pauseOrResume();
-            else if (LOWORD(wParam) == Cmd2)
-                callbacks_.returned();
-            return 0;
-        case WM_CLOSE:
-            callbacks_.returned();
-            return 0;
         case WM_HELP:
             // On stage a slip beside F2 must not bring a window up.
             return TRUE;
         case WM_SYSCOMMAND:
             return callbacks_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
+}
+
+void Form3::onCommand(int id, int event) {
+    if (id == Cmd)
+        callbacks_.pauseOrResume();
+    else
+        Form::onCommand(id, event);
+}
+
+void Form3::onClose() {
+    callbacks_.returned();
 }
 
 bool Form3::onKeyDown(WPARAM key) {

@@ -35,6 +35,8 @@ class Form3 : public Form {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onKeyDown(WPARAM key) override;
+    void onCommand(int id, int event) override;
+    void onClose() override;
     bool createWindow(HWND owner);
 
     Callbacks callbacks_;

@@ -25,7 +25,7 @@ class Form3b : public Form {
     bool open(HWND owner, const Area& screen);
 
   private:
-    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onClose() override { callbacks_.enlarged(); }
     bool onKeyDown(WPARAM key) override { return callbacks_.viewKey(key); }
     bool createWindow(HWND owner);
 

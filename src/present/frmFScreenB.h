@@ -86,14 +86,13 @@ class frmFScreenB : public Form, private StageSurface {
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onKeyDown(WPARAM key) override;
     void onCommand(int control, int code) override;
+    void onClose() override;
     void onTimer(UINT_PTR timer);
 
     bool createWindow();
     void createControls();
-    void createRows();
-    void createButtons();
-    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
-    HWND addList(int id, const RECT& place, int count);
+    Cell numberList(int id, int count);
+    Cell buttons();
     int chosen(int list) const;
     Monitor monitor() const;
     void moveToCorner();

@@ -72,7 +72,7 @@ void FrmTab::usePreviewFont() {
 Cell FrmTab::createChoices() {
     const auto list = [this](int id, int width, int chosen,
                              std::initializer_list<const wchar_t*> items) {
-        const Cell box = dropDown(id, CBS_DROPDOWNLIST).least(width);
+        Cell box = dropDown(id, CBS_DROPDOWNLIST).least(width);
         for (const wchar_t* const text : items)
             ::SendMessageW(windowOf(box), CB_ADDSTRING, 0, lparamOf(text));
         ::SendMessageW(windowOf(box), CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);

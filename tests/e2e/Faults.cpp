@@ -134,7 +134,7 @@ class Kills {
                 startAgain();
             } catch (const Failed& failure) {
                 throw Failed("kill " + std::to_string(i + 1) + " (" + pendingName() +
-                              "): " + failure.what());
+                             "): " + failure.what());
             }
         }
         ::TerminateProcess(process_.get(), 1);
