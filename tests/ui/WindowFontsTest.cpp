@@ -245,13 +245,31 @@ void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& 
             [&](HWND window) { expectSound(window, "progress" + font); });
 }
 
+void expectShown(Program& program, HWND window, const std::string& name) {
+    program.pump();
+    ASSERT_TRUE(window != nullptr && ::IsWindowVisible(window)) << name;
+    expectSound(window, name);
+}
+
+// The panel of the full screen and its bars.
+void lookAtStage(Program& program, const std::string& font) {
+    program.command(Command::mnuFullScreen);
+    frmFScreenB& panel = program.form->fullScreen().panel();
+    program.waitUntil([&] { return panel.isPrepared(); });
+    expectShown(program, panel.handle(), "panel of the full screen" + font);
+    clickOn(::GetDlgItem(panel.handle(), frmFScreenB::Command8));
+    const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
+    expectShown(program, enlarge, "small bar" + font);
+    clickOn(::GetWindow(enlarge, GW_CHILD));
+    clickOn(::GetDlgItem(panel.handle(), frmFScreenB::Command4));
+    expectShown(program, panel.bar().handle(), "bar of a run" + font);
+}
+
 // The others in turn, as a user opens them.
 void lookAtOthers(Program& program, const std::string& font) {
     Form1& form = *program.form;
     const auto look = [&](HWND window, const char* name) {
-        program.pump();
-        ASSERT_TRUE(window != nullptr && ::IsWindowVisible(window)) << name;
-        expectSound(window, name + font);
+        expectShown(program, window, name + font);
     };
     const auto lookAndHide = [&](HWND window, const char* name) {
         look(window, name);
@@ -276,20 +294,6 @@ void lookAtOthers(Program& program, const std::string& font) {
 
     inModal(program, L"MelvorinFrmCifraCreator", Command::mnuEditCifra,
             [&](HWND window) { expectSound(window, "creator" + font); });
-
-    program.command(Command::mnuFullScreen);
-    frmFScreenB& panel = form.fullScreen().panel();
-    program.waitUntil([&] { return panel.isPrepared(); });
-    look(panel.handle(), "panel of the full screen");
-    const auto press = [&](int button) {
-        ::SendMessageW(::GetDlgItem(panel.handle(), button), BM_CLICK, 0, 0);
-    };
-    press(frmFScreenB::Command8);
-    const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
-    look(enlarge, "small bar");
-    ::SendMessageW(::GetWindow(enlarge, GW_CHILD), BM_CLICK, 0, 0);
-    press(frmFScreenB::Command4);
-    look(panel.bar().handle(), "bar of a run");
 }
 
 TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
@@ -302,6 +306,7 @@ TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
         lookAtMeasured(program, folder, growth.name);
         if (growth.across < kLarge.across)
             lookAtOthers(program, growth.name);
+        lookAtStage(program, growth.name);
         EXPECT_TRUE(program.messages.boxes.empty());
     }
 }
