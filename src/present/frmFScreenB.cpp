@@ -100,7 +100,7 @@ void frmFScreenB::createControls() {
     }
     const Cell cursor =
         rowOf({label(L"The cursor is in the line number:"),
-               control(L"EDIT", L"", ES_READONLY | WS_BORDER, Text1).least(kNumberList),
+               control(L"EDIT", L"", ES_READONLY, Text1, WS_EX_CLIENTEDGE).least(kNumberList),
                label(L"Show the line:"), numberList(Seconds2, 0).least(kLineList)});
     // kept: f-keys
     const Cell keys = columnOf({label(L"Press (F1) to go up (1) one line"),
