@@ -63,8 +63,8 @@ $(BUILD_TARGETS): setup
 	    { cat build/$@.configure.log; exit 1; }
 	@cmake --build --preset $@
 
-lint: setup native
-	@tools/lint.sh
+lint: setup native win-x64
+	@tools/lint.py
 
 clean:
 	rm -rf build

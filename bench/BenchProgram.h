@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "StandIns.h"
 #include "Verse.h"
 #include "app/Form1.h"
 #include "platform/SystemAnsiCodec.h"
@@ -73,89 +74,10 @@ inline double workOfThread() {
 
 // ---- The program over quiet services ----------------------------------------------------------
 
-// Lets every changed document go; any other box would mean that something else was measured.
-class NoQuestions : public MessageBoxes {
-  public:
-    Answer show(TextView text, TextView, MessageIcon, MessageButtons buttons) override {
-        if (buttons != MessageButtons::YesNoCancel)
-            giveUp(toUtf8(text).c_str());
-        return Answer::No;
-    }
-};
-
-// The file that the next Open chooses.
-class ScriptedDialogs : public FileDialogs {
-  public:
-    std::optional<FileChoice> open(const FileDialogRequest&) override {
-        return FileChoice{file, 1};
-    }
-    std::optional<FileChoice> save(const FileDialogRequest&) override { return std::nullopt; }
-
-    Text file;
-};
-
-// Counts the boxes that say how many items were replaced.
-class EndOfSearch : public MessageBoxes {
-  public:
-    Answer show(TextView text, TextView, MessageIcon, MessageButtons) override {
-        last = toUtf8(text);
-        return Answer::Ok;
-    }
-
-    std::string last;
-};
-
-class NoColors : public ColorDialogs {
-  public:
-    std::optional<Rgb> choose(Rgb) override { return std::nullopt; }
-};
-
-class DefaultProfiles : public ProfileFiles {
-  public:
-    Text read(TextView, TextView, TextView fallback, TextView, std::uint32_t) override {
-        return Text(fallback);
-    }
-    bool write(TextView, TextView, TextView, TextView) override { return true; }
-};
-
-class NoSettings : public SettingsStore {
-  public:
-    void write(TextView, TextView, TextView, TextView) override {}
-};
-
-class UntouchedSystem : public SystemSettings {
-  public:
-    bool setFontSmoothing(bool) override { return true; }
-    bool fontSmoothing() override { return false; }
-    std::optional<Text> registryString(TextView, TextView) override { return std::nullopt; }
-    void setRegistryString(TextView, TextView, TextView) override {}
-    void initCommonControls() override {}
-    Text documentsFolder() override { return {}; }
-};
-
 class UntouchedFolder : public Win32ProgramFolder {
   public:
     bool contains(TextView) override { return true; }
     bool writeWithAttributes(TextView, std::string_view, std::uint32_t) override { return true; }
-};
-
-// Plain text that the benchmark puts there.
-class BenchClipboard : public Clipboard {
-  public:
-    bool hasRichText() override { return false; }
-    bool hasText() override { return true; }
-    Result<std::string> richText(std::uint64_t) override {
-        return Result<std::string>::failure({});
-    }
-    Result<Text> text(std::uint64_t) override { return Result<Text>::success(content); }
-
-    Text content;
-};
-
-class NoShell : public ShellOpener {
-  public:
-    bool showHelp(TextView, TextView) override { return false; }
-    Result<Done> open(TextView) override { return Result<Done>::failure({}); }
 };
 
 // The main window with a chart of so many lines, opened from a file as the user opens it.
@@ -166,6 +88,9 @@ class OpenChart {
         const Text path = files_.createTemporary(u"mbn").value.value_or(u"");
         if (!files_.write(path, song))
             giveUp("the chart cannot be written");
+        standIns_.messages.otherwise = Answer::No;  // every changed document goes
+        standIns_.messages.whileOpen = [this] { expectQuestion(); };
+        standIns_.clipboard.plain = Text();
         form_ = std::make_unique<Form1>(services_, [] {});
         const bool loaded = form_->load(path, SW_SHOWNORMAL);
         files_.remove(path);
@@ -196,30 +121,34 @@ class OpenChart {
     Files& files() { return files_; }
     // By the command, until the song is drawn.
     void open(const Text& path) {
-        dialogs_.file = path;
+        standIns_.dialogs.choose(FileChoice{path, 1});
         form_->run(Command::mnuFileOpen);
         ::UpdateWindow(editor().handle());
     }
-    void putOnClipboard(Text text) { clipboard_.content = std::move(text); }
+    void putOnClipboard(Text text) { standIns_.clipboard.plain = std::move(text); }
 
   private:
+    // Any other box would mean that something else was measured.
+    void expectQuestion() const {
+        const testing::ShownMessage& box = standIns_.messages.boxes.back();
+        if (box.buttons != MessageButtons::YesNoCancel)
+            giveUp(box.text.c_str());
+    }
+
     Win32Files files_;
-    NoQuestions messages_;
-    ScriptedDialogs dialogs_;
-    DefaultProfiles profiles_;
-    NoSettings settings_;
-    UntouchedSystem system_;
     UntouchedFolder folder_;
     Win32Screen screen_;
-    BenchClipboard clipboard_;
-    NoShell shell_;
     Win32Sounds sounds_;
-    NoColors colors_;
     Win32Multimedia multimedia_;
     Win32Clock clock_;
-    Services services_{files_,  messages_, dialogs_, profiles_,         settings_,
-                       system_, folder_,   screen_,  systemAnsiCodec(), clipboard_,
-                       shell_,  sounds_,   colors_,  multimedia_,       clock_};
+    testing::StandIns standIns_;
+    Services services_ = testing::ServicesBuilder(standIns_, files_, systemAnsiCodec())
+                             .program(folder_)
+                             .screen(screen_)
+                             .sounds(sounds_)
+                             .multimedia(multimedia_)
+                             .clock(clock_)
+                             .build();
     std::unique_ptr<Form1> form_;
 };
 

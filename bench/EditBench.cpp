@@ -26,7 +26,7 @@ void replacing(std::size_t matches) {
     Times load;
     for (int round = 0; round < 5; ++round) {
         OpenChart chart(songWithMatches(matches));
-        EndOfSearch messages;
+        testing::ScriptedMessages messages;
         const std::string rtf = chart.editor().rtf();
         load.push_back(timeOfFreshLoad(chart, rtf));
         FindReplace finder(
@@ -34,8 +34,9 @@ void replacing(std::size_t matches) {
         replace.push_back(timeOf([&] {
             finder.replaceEach({u"qqq", u"Gm7", {}}, [&] { chart.pump(); });
         }));
-        if (messages.last.find("and " + std::to_string(matches) + " items") == std::string::npos)
-            giveUp(messages.last.c_str());
+        if (messages.boxes.back().text.find("and " + std::to_string(matches) + " items") ==
+            std::string::npos)
+            giveUp(messages.boxes.back().text.c_str());
     }
     const std::string name = "replace_" + std::to_string(matches) + "_matches";
     report(name, median(replace), "ms");

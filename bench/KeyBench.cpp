@@ -65,10 +65,13 @@ class TimedEditor : public Editor {
         const Watch watch(other);
         editor_.setSelectionSize(halfPoints);
     }
-    std::optional<Text> selectionFace() const override {
+    SelectionStyle selectionStyle() const override {
         const Watch watch(other);
-        return editor_.selectionFace();
+        return editor_.selectionStyle();
     }
+    void setBold(bool on) override { editor_.setBold(on); }
+    void setItalic(bool on) override { editor_.setItalic(on); }
+    void setUnderline(bool on) override { editor_.setUnderline(on); }
     void setSelectionColour(Rgb colour) override {
         const Watch watch(other);
         editor_.setSelectionColour(colour);

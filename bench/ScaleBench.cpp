@@ -42,7 +42,7 @@ void typeAndFind(OpenChart& chart, std::int32_t lines, Moments& moments) {
     const std::int32_t end = editor.firstOfLine(lines - 1);
     editor.select({end, end});
     editor.replaceSelection(u"zebra");
-    EndOfSearch messages;
+    testing::ScriptedMessages messages;
     FindReplace finder(
         editor, messages, [] {}, [] {});
     bool found = false;
@@ -81,7 +81,7 @@ void measureMoments(OpenChart& chart, const Text& song, std::int32_t lines, Mome
     moments["key_change"].push_back(timed(Command::mnuUp));
     moments["undo"].push_back(timed(Command::mnuEditUndo));
     // In every tenth line.
-    EndOfSearch messages;
+    testing::ScriptedMessages messages;
     FindReplace finder(
         chart.editor(), messages, [] {}, [] {});
     moments["replace_all"].push_back(timeOf([&] {

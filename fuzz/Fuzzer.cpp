@@ -1,11 +1,13 @@
 // The fuzzer of one subject: MELVORIN_SUBJECT is its name.
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <string>
 
 #include "Checks.h"
+#include "StandIns.h"
 
 namespace {
 
@@ -17,6 +19,11 @@ const melvorin::fuzz::Subject& subject() {
 }
 
 }  // namespace
+
+void melvorin::testing::unexpected(const std::string& what) {
+    std::fprintf(stderr, "unexpected %s\n", what.c_str());
+    std::abort();
+}
 
 // Puts an input that gets far into MELVORIN_SEED_FILE, to begin with.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

@@ -2,7 +2,9 @@
 #include <algorithm>
 
 #include "Checks.h"
+#include "Diagrams.h"
 #include "MemoryFiles.h"
+#include "StandIns.h"
 #include "app/RecentFiles.h"
 #include "app/RunJournal.h"
 #include "base/LetterCase.h"
@@ -51,19 +53,6 @@ void checkMap(const RtfMap& map, const std::string& rtf) {
             shown(rtf));
 }
 
-class OneValue : public ProfileFiles {
-  public:
-    Text read(TextView, TextView key, TextView fallback, TextView, std::uint32_t most) override {
-        const auto found = values.find(Text(key));
-        return found == values.end() ? Text(fallback) : found->second.substr(0, most - 1);
-    }
-    bool write(TextView, TextView key, TextView value, TextView) override {
-        values[Text(key)] = value;
-        return true;
-    }
-    std::map<Text, Text> values;
-};
-
 class MemoryPorts : public CliPorts {
   public:
     Result<std::string> readInput() override { return Result<std::string>::success("C G\n"); }
@@ -76,15 +65,6 @@ class MemoryPorts : public CliPorts {
 
     std::string output;
     Text errors;
-};
-
-class TwoRows : public RowSource {
-  public:
-    Result<Done> open(TextView) override { return Result<Done>::success({}); }
-    Result<Table> read(TextView) override {
-        return Result<Table>::success(
-            {{u"Acorde", u"Nome"}, {{u"Cm7", u"C minor 7"}, {std::nullopt, u"'"}}});
-    }
 };
 
 std::vector<Text> linesOf(std::string_view bytes) {
@@ -132,7 +112,7 @@ void checkJournal(std::string_view bytes) {
                                   lower.find_first_of(u"\\/:", 8) == Text::npos),
                 "snapshots lie in the folder", snapshot.path);
     }
-    MemoryFiles files;
+    testing::MemoryFiles files;
     auto held = files.createHeld(u"bbj");
     held->append(bytes);
     held.reset();
@@ -145,10 +125,11 @@ void checkJournal(std::string_view bytes) {
 }
 
 void checkRecent(std::string_view bytes) {
-    OneValue profiles;
+    testing::ScriptedProfiles profiles;
     int slot = 1;
     for (Text& line : linesOf(bytes))
-        profiles.values[Text(u"RecentFile") + decimal(slot++)] = std::move(line);
+        profiles.write(u"Recent Files", Text(u"RecentFile") + decimal(slot++), line,
+                       u"Melvorin.INI");
     RecentMenu shownMenu;
     RecentFiles recent(profiles, [&](const RecentMenu& menu) { shownMenu = menu; });
     recent.begin();
@@ -160,7 +141,7 @@ void checkRecent(std::string_view bytes) {
 }
 
 void checkArguments(std::string_view bytes) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     files.content = {{u"song", "C  G\nla la\n"}, {u"broken", std::string("\0\xFF", 2)}};
     const auto before = files.content;
     MemoryPorts ports;
@@ -201,7 +182,9 @@ void checkCriterion(std::string_view bytes) {
         require(!read.cause.empty(), "a refusal has a reason", criterion);
     }
     Recordset records;
-    records.open(std::make_unique<TwoRows>(), {}, {});
+    records.open(std::make_unique<testing::ScriptedRows>(
+                     Table{{u"Acorde", u"Nome"}, {{u"Cm7", u"C minor 7"}, {std::nullopt, u"'"}}}),
+                 {}, {});
     const auto found = records.find(criterion);
     require(!found || *found.value == !records.eof(), "found is where the recordset stands",
             criterion);

@@ -7,5 +7,5 @@ cd "$(dirname "$0")/.."
 export MELVORIN_KILLS=${MELVORIN_KILLS:-200}
 tools/with-display.sh --own bash -c '
     tools/wine-prefix.sh
-    tests/e2e/run.sh kills snapshots_run_out temporary_folder full_disk
+    tests/e2e/run.py kills snapshots_run_out temporary_folder full_disk
     tools/wine.sh build/win-x64/ui_tests.exe --gtest_brief=1 --gtest_filter="Recovery.*:Save.*"'

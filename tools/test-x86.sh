@@ -52,7 +52,7 @@ fi
 # ---- On the private display ---------------------------------------------------------------------
 
 "$root/tools/wine-prefix.sh"
-run=$root/tests/e2e/run.sh
+run=$root/tests/e2e/run.py
 failures=0
 drivers=(melvorin-driver.exe melvorin-faults.exe planted.dll)
 

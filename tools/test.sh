@@ -14,10 +14,10 @@ on_display() { # COMMAND...: where everything is ready for Wine
     "$root/tools/with-display.sh" --own bash -c '"$0" && "$@"' "$root/tools/wine-prefix.sh" "$@"
 }
 runs=$(mktemp)
-MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.sh" >"$runs" 2>&1 &
+MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.py" >"$runs" 2>&1 &
 runs_process=$!
 lint=$(mktemp)
-nice "$root/tools/lint.sh" >"$lint" 2>&1 &
+nice "$root/tools/lint.py" >"$lint" 2>&1 &
 lint_process=$!
 result=0
 on_display ctest --test-dir "$root/build/win-x64" --output-on-failure --no-tests=error || result=1

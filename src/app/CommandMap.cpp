@@ -6,177 +6,222 @@ namespace melvorin {
 namespace {
 
 using enum Command;
+using enum ToolButtonKind;
+constexpr auto kText = KeyReach::Editor;
+constexpr auto kOwn = KeyReach::Own;
 
-constexpr MenuEntry submenu(Command item, Command parent, TextView caption) {
-    return {item, parent, caption, true, false};
+constexpr MenuPlace submenu(TextView caption, Command parent = none) {
+    return {MenuKind::Submenu, parent, caption};
 }
-constexpr MenuEntry entry(Command item, Command parent, TextView caption) {
-    return {item, parent, caption, false, false};
+constexpr MenuPlace in(Command parent, TextView caption) {
+    return {MenuKind::Entry, parent, caption};
 }
-constexpr MenuEntry recent(Command item) {
-    return {item, mnuRecent, u"Not Used", false, true};
+constexpr MenuPlace separator(Command parent, bool startsHidden = false) {
+    return {MenuKind::Separator, parent, u"-", startsHidden};
+}
+constexpr MenuPlace recent(TextView caption = u"Not Used") {
+    return {MenuKind::Entry, mnuRecent, caption, true};
 }
 
-constexpr MenuEntry kMenu[] = {
-    submenu(mnuFile, none, u"F&ile"),
-    entry(mnuFileNew, mnuFile, u"New"),
-    entry(mnuFileOpen, mnuFile, u"Open"),
-    entry(mnuFileSave3, mnuFile, u"Save"),
-    entry(mnuFileSaveAs, mnuFile, u"Save As"),
-    submenu(mnuRecent, mnuFile, u"Recent Files"),
-    entry(mnuRecentFile0, mnuRecent, u"(Empty)"),
-    recent(mnuRecentFile1),
-    recent(mnuRecentFile2),
-    recent(mnuRecentFile3),
-    recent(mnuRecentFile4),
-    recent(mnuRecentFile5),
-    recent(mnuRecentFile6),
-    recent(mnuRecentFile7),
-    recent(mnuRecentFile8),
-    {mnuLn, mnuRecent, u"-", false, true},
-    {mnuReset, mnuRecent, u"Clean List of Recent Files", false, true},
-    entry(mnuFileSpace, mnuFile, u"-"),
-    entry(mnuFileExit, mnuFile, u"Exit"),
+constexpr CommandRow kCommands[] = {
+    // clang-format off
+    {.id = mnuFile, .menu = submenu(u"F&ile")},
+    {.id = mnuFileNew, .menu = in(mnuFile, u"New"),
+     .keys = {{{ctrl(u'N')}}}, .button = {1, u"New"}},
+    {.id = mnuFileOpen, .menu = in(mnuFile, u"Open"),
+     .keys = {{{ctrl(u'O')}}}, .button = {2, u"Open"}},
+    {.id = mnuFileSave3, .menu = in(mnuFile, u"Save"),
+     .keys = {{{ctrl(u'S')}}}},
+    {.id = mnuFileSaveAs, .menu = in(mnuFile, u"Save As"),
+     .itemWhen = &ShellState::saveAs},
+    {.id = mnuRecent, .menu = submenu(u"Recent Files", mnuFile)},
+    {.id = mnuRecentFile0, .menu = in(mnuRecent, u"(Empty)")},
+    {.id = mnuRecentFile1, .menu = recent()},
+    {.id = mnuRecentFile2, .menu = recent()},
+    {.id = mnuRecentFile3, .menu = recent()},
+    {.id = mnuRecentFile4, .menu = recent()},
+    {.id = mnuRecentFile5, .menu = recent()},
+    {.id = mnuRecentFile6, .menu = recent()},
+    {.id = mnuRecentFile7, .menu = recent()},
+    {.id = mnuRecentFile8, .menu = recent()},
+    {.id = mnuLn, .menu = separator(mnuRecent, true)},
+    {.id = mnuReset, .menu = recent(u"Clean List of Recent Files")},
+    {.id = mnuFileSpace, .menu = separator(mnuFile)},
+    {.id = mnuFileExit, .menu = in(mnuFile, u"Exit"),
+     .keys = {{{alt(keys::kF4), kOwn}}}},
 
-    submenu(mnuEdit, none, u"&Edit"),
-    entry(mnuEditCut, mnuEdit, u"Cut (Ctrl+X)"),
-    entry(mnuEditCopy, mnuEdit, u"Copy (Ctrl+C)"),
-    entry(mnuEditPaste, mnuEdit, u"Paste (Ctrl+V)"),
-    entry(mnuEditDelete, mnuEdit, u"Delete (Del)"),
-    entry(mnuSelectAll, mnuEdit, u"Select All (Ctrl+A)"),
-    entry(mnuFind, mnuEdit, u"Find and Replace"),
-    entry(mnuEditSpace1, mnuEdit, u"-"),
-    entry(mnuEditUndo, mnuEdit, u"Undo"),
-    entry(mnuEditRedo, mnuEdit, u"Redo"),
+    {.id = mnuEdit, .menu = submenu(u"&Edit")},
+    {.id = mnuEditCut, .menu = in(mnuEdit, u"Cut (Ctrl+X)"),
+     .keys = {{{ctrl(u'X'), kOwn}, {shift(keys::kDelete), kText}}}, .button = {5, u"Cut"}},
+    {.id = mnuEditCopy, .menu = in(mnuEdit, u"Copy (Ctrl+C)"),
+     .keys = {{{ctrl(u'C'), kOwn}, {ctrl(keys::kInsert), kText}}}, .button = {6, u"Copy"}},
+    {.id = mnuEditPaste, .menu = in(mnuEdit, u"Paste (Ctrl+V)"),
+     .keys = {{{kPasteStrokes[0], kText}, {kPasteStrokes[1], kText}}}, .button = {7, u"Paste"}},
+    {.id = mnuEditDelete, .menu = in(mnuEdit, u"Delete (Del)"),
+     .keys = {{{plainKey(keys::kDelete), kOwn}}}, .button = {8, u"Delete"}},
+    {.id = mnuSelectAll, .menu = in(mnuEdit, u"Select All (Ctrl+A)"),
+     .keys = {{{ctrl(u'A'), kText}}}},
+    {.id = mnuFind, .menu = in(mnuEdit, u"Find and Replace"),
+     .keys = {{{ctrl(u'F'), kText}}}},
+    {.id = mnuEditSpace1, .menu = separator(mnuEdit)},
+    {.id = mnuEditUndo, .menu = in(mnuEdit, u"Undo"),
+     .keys = {{{ctrl(u'Z')}}}, .button = {12, u"Undo"},
+     .itemWhen = &ShellState::undo, .buttonWhen = &ShellState::undo},
+    {.id = mnuEditRedo, .menu = in(mnuEdit, u"Redo"),
+     .keys = {{{ctrl(u'Y')}}}, .button = {13, u"Redo"},
+     .itemWhen = &ShellState::redo, .buttonWhen = &ShellState::redo},
 
-    submenu(mnuFormat, none, u"Format"),
-    entry(mnuFont, mnuFormat, u"Font and Colors"),
-    entry(mnuPss, mnuFormat, u"-"),
-    entry(mnuBold, mnuFormat, u"Bold"),
-    entry(mnuItalic, mnuFormat, u"Italic"),
-    entry(mnuUnderline, mnuFormat, u"Underline"),
-    entry(mnuUnder2, mnuFormat, u"-"),
-    entry(mnuUpper, mnuFormat, u"To Upper Case"),
-    entry(mnuLowe, mnuFormat, u"To Lower Case"),
+    {.id = mnuFormat, .menu = submenu(u"Format")},
+    {.id = mnuFont, .menu = in(mnuFormat, u"Font and Colors"), .button = {25, u"Font"}},
+    {.id = mnuPss, .menu = separator(mnuFormat)},
+    {.id = mnuBold, .menu = in(mnuFormat, u"Bold"),
+     .keys = {{{ctrl(u'B')}}}, .button = {15, u"Bold", Check}},
+    {.id = mnuItalic, .menu = in(mnuFormat, u"Italic"),
+     .keys = {{{ctrl(u'I')}}}, .button = {16, u"Italic", Check}},
+    {.id = mnuUnderline, .menu = in(mnuFormat, u"Underline"),
+     .keys = {{{ctrl(u'U')}}}, .button = {17, u"Underline", Check}},
+    {.id = mnuUnder2, .menu = separator(mnuFormat)},
+    {.id = mnuUpper, .menu = in(mnuFormat, u"To Upper Case")},
+    {.id = mnuLowe, .menu = in(mnuFormat, u"To Lower Case")},
 
-    submenu(Exibir, none, u"&View"),
-    entry(mnuEditDic, Exibir, u"Dictionary"),
-    entry(mnuFullScreen, Exibir, u"Full Screen"),
+    {.id = Exibir, .menu = submenu(u"&View")},
+    {.id = mnuEditDic, .menu = in(Exibir, u"Dictionary"), .button = {31, u"Dic"}},
+    {.id = mnuFullScreen, .menu = in(Exibir, u"Full Screen"), .button = {32, u"FScreen"}},
 
-    submenu(mnuCifrar, none, u"Chord Notation"),
-    entry(mnuEditCifra, mnuCifrar, u"Create Chord Notation"),
-    entry(mnuChDigt, mnuCifrar, u"Change the Fingering of the Chord"),
-    entry(mnuTab, mnuCifrar, u"Insert Tablature"),
-    entry(mnuDps, mnuCifrar, u"Melvorin Guitar Tuner"),
-    submenu(mnuTom, mnuCifrar, u"Key"),
-    entry(mnuDwn, mnuTom, u"Go Down a Half Step"),
-    entry(mnuUp, mnuTom, u"Go Up a Half Step"),
-    submenu(mnuSgn, mnuCifrar, u"Alteration Signs"),
+    {.id = mnuCifrar, .menu = submenu(u"Chord Notation")},
+    {.id = mnuEditCifra, .menu = in(mnuCifrar, u"Create Chord Notation"),
+     .button = {23, u"Cifra"}},
+    {.id = mnuChDigt, .menu = in(mnuCifrar, u"Change the Fingering of the Chord"),
+     .keys = {{{ctrl(u'D')}}}},
+    {.id = mnuTab, .menu = in(mnuCifrar, u"Insert Tablature"), .button = {24, u"Tab"}},
+    {.id = mnuDps, .menu = in(mnuCifrar, u"Melvorin Guitar Tuner"), .button = {26, u"Tune"}},
+    {.id = mnuTom, .menu = submenu(u"Key", mnuCifrar)},
+    {.id = mnuDwn, .menu = in(mnuTom, u"Go Down a Half Step"),
+     .button = {28, u"ChgTune1", DropDown},
+     .itemWhen = &ShellState::keyCommands, .buttonWhen = &ShellState::keyButtons},
+    {.id = mnuUp, .menu = in(mnuTom, u"Go Up a Half Step"), .button = {29, u"ChgTune2"},
+     .itemWhen = &ShellState::keyCommands, .buttonWhen = &ShellState::keyButtons},
+    {.id = mnuSgn, .menu = submenu(u"Alteration Signs", mnuCifrar)},
     // kept: first-sharps-caption
-    entry(mnuSus, mnuSgn, u">> Use Sharps"),
-    entry(mnuBem, mnuSgn, u"Use Flats"),
+    {.id = mnuSus, .menu = in(mnuSgn, u">> Use Sharps"), .itemWhen = &ShellState::keyCommands},
+    {.id = mnuBem, .menu = in(mnuSgn, u"Use Flats"), .itemWhen = &ShellState::keyCommands},
 
-    submenu(mnuExp, none, u"Examples"),
-    entry(mnuEpl, mnuExp, u"Example 1 (Read this first)"),
-    entry(mnuEpl2, mnuExp, u"Example 2"),
-    entry(ExMovie1, mnuExp, u"First Demonstration"),
-    entry(ExMovie2, mnuExp, u"Second Demonstration"),
-    entry(ExMovie3, mnuExp, u"Melvorin Home Page"),
-    entry(ExMovie4, mnuExp, u"Melvorin on the Social Network"),
+    {.id = mnuExp, .menu = submenu(u"Examples")},
+    {.id = mnuEpl, .menu = in(mnuExp, u"Example 1 (Read this first)")},
+    {.id = mnuEpl2, .menu = in(mnuExp, u"Example 2")},
+    {.id = ExMovie1, .menu = in(mnuExp, u"First Demonstration")},
+    {.id = ExMovie2, .menu = in(mnuExp, u"Second Demonstration")},
+    {.id = ExMovie3, .menu = in(mnuExp, u"Melvorin Home Page")},
+    {.id = ExMovie4, .menu = in(mnuExp, u"Melvorin on the Social Network")},
 
-    submenu(About, none, u"Help"),
-    entry(mnuHlpTcs, About, u"Help Contents"),
-    entry(mnuLn2, About, u"-"),
-    entry(mnuFileAbout, About, u"About Melvorin"),
+    {.id = About, .menu = submenu(u"Help")},
+    {.id = mnuHlpTcs, .menu = in(About, u"Help Contents"),
+     .keys = {{{plainKey(keys::kF1), kOwn}}}, .button = {34, u"Help"}},
+    {.id = mnuLn2, .menu = separator(About)},
+    {.id = mnuFileAbout, .menu = in(About, u"About Melvorin")},
+
+    {.id = mnuFileSave, .button = {3, u"Save"}, .standsFor = mnuFileSave3},
+    {.id = alignLeft, .keys = {{{ctrl(u'L')}}}, .button = {19, u"Left", Check},
+     .name = u"Align Left"},
+    {.id = alignCenter, .keys = {{{ctrl(u'E')}}}, .button = {20, u"Center", Check},
+     .name = u"Center"},
+    {.id = alignRight, .keys = {{{ctrl(u'R')}}}, .button = {21, u"Right", Check},
+     .name = u"Align Right"},
+    {.id = findAgain, .keys = {{{plainKey(keys::kF3)}}}, .name = u"Find the Next"},
+    {.id = toolbarFind, .button = {10, u"Find"}, .standsFor = mnuFind},
+    // clang-format on
 };
 
-constexpr ToolButton push(TextView key, Command runs, TextView tip) {
-    return {key, runs, tip, ToolButtonKind::Push};
+constexpr std::size_t indexOf(Command command) {
+    return static_cast<std::size_t>(command) - 1;
 }
-constexpr ToolButton check(TextView key, Command runs, TextView tip) {
-    return {key, runs, tip, ToolButtonKind::Check};
+
+// Row by row in the order of the enumeration, so that a command is its row's number.
+consteval bool everyCommandHasItsRow() {
+    if (std::size(kCommands) != indexOf(count))
+        return false;
+    for (std::size_t index = 0; index < std::size(kCommands); ++index) {
+        if (indexOf(kCommands[index].id) != index)
+            return false;
+    }
+    return true;
 }
-constexpr ToolButton kSeparator = {{}, none, {}, ToolButtonKind::Separator};
+static_assert(everyCommandHasItsRow());
 
-constexpr ToolButton kToolbar[] = {
-    push(u"New", mnuFileNew, u"New (Ctrl+N)"),
-    push(u"Open", mnuFileOpen, u"Open (Ctrl+O)"),
-    push(u"Save", mnuFileSave, u"Save (Ctrl+S)"),
-    kSeparator,
-    push(u"Cut", mnuEditCut, u"Cut (Ctrl+X)"),
-    push(u"Copy", mnuEditCopy, u"Copy (Ctrl+C)"),
-    push(u"Paste", mnuEditPaste, u"Paste (Ctrl+V)"),
-    push(u"Delete", mnuEditDelete, u"Delete (Del)"),
-    kSeparator,
-    push(u"Find", toolbarFind, u"Find and Replace (Ctrl+F)"),
-    kSeparator,
-    push(u"Undo", mnuEditUndo, u"Undo (Ctrl+Z)"),
-    push(u"Redo", mnuEditRedo, u"Redo (Ctrl+Y)"),
-    kSeparator,
-    check(u"Bold", mnuBold, u"Bold (Ctrl+B)"),
-    check(u"Italic", mnuItalic, u"Italic (Ctrl+I)"),
-    check(u"Underline", mnuUnderline, u"Underline (Ctrl+U)"),
-    kSeparator,
-    check(u"Left", alignLeft, u"Align Left (Ctrl+L)"),
-    check(u"Center", alignCenter, u"Center (Ctrl+E)"),
-    check(u"Right", alignRight, u"Align Right (Ctrl+R)"),
-    kSeparator,
-    push(u"Cifra", mnuEditCifra, u"Create Chord Notation"),
-    push(u"Tab", mnuTab, u"Insert Tablature"),
-    push(u"Font", mnuFont, u"Font and Colors"),
-    push(u"Tune", mnuDps, u"Melvorin Guitar Tuner"),
-    kSeparator,
-    {u"ChgTune1", mnuDwn, u"Go Down a Half Step", ToolButtonKind::DropDown},
-    push(u"ChgTune2", mnuUp, u"Go Up a Half Step"),
-    kSeparator,
-    push(u"Dic", mnuEditDic, u"Dictionary"),
-    push(u"FScreen", mnuFullScreen, u"Full Screen"),
-    kSeparator,
-    push(u"Help", mnuHlpTcs, u"Help Contents"),
-};
+using Buttons = std::array<const CommandRow*, kLastButton>;
 
-constexpr std::uint16_t kFindAgainKey = 0x72;  // F3
-
-constexpr Shortcut kShortcuts[] = {
-    {u'N', true, mnuFileNew},          {u'O', true, mnuFileOpen},  {u'S', true, mnuFileSave},
-    {u'Z', true, mnuEditUndo},         {u'Y', true, mnuEditRedo},  {u'B', true, mnuBold},
-    {u'I', true, mnuItalic},           {u'U', true, mnuUnderline}, {u'L', true, alignLeft},
-    {u'E', true, alignCenter},         {u'R', true, alignRight},   {u'D', true, mnuChDigt},
-    {kFindAgainKey, false, findAgain},
-};
-
-static_assert(std::size(kToolbar) == 34);
-static_assert(kToolbar[kUndoButton - 1].runs == mnuEditUndo);
-static_assert(kToolbar[kRedoButton - 1].runs == mnuEditRedo);
-static_assert(kToolbar[kBoldButton - 1].runs == mnuBold);
-static_assert(kToolbar[kItalicButton - 1].runs == mnuItalic);
-static_assert(kToolbar[kUnderlineButton - 1].runs == mnuUnderline);
-static_assert(kToolbar[kLeftButton - 1].runs == alignLeft);
-static_assert(kToolbar[kCenterButton - 1].runs == alignCenter);
-static_assert(kToolbar[kRightButton - 1].runs == alignRight);
-static_assert(kToolbar[kKeyDownButton - 1].runs == mnuDwn);
-static_assert(kToolbar[kKeyUpButton - 1].runs == mnuUp);
+// Two commands with one number do not compile: a throw is no constant.
+consteval Buttons buttonsInOrder() {
+    Buttons buttons{};
+    for (const CommandRow& row : kCommands) {
+        if (row.button.number == 0)
+            continue;
+        const CommandRow*& place = buttons.at(static_cast<std::size_t>(row.button.number - 1));
+        if (place != nullptr)
+            throw "two commands on one button";
+        place = &row;
+    }
+    return buttons;
+}
+constexpr Buttons kButtons = buttonsInOrder();
+static_assert(kButtons.back() != nullptr);
 
 }  // namespace
 
-std::span<const MenuEntry> menuEntries() {
-    return kMenu;
+std::span<const CommandRow> commands() {
+    return kCommands;
 }
 
-std::span<const ToolButton> toolButtons() {
-    return kToolbar;
+const CommandRow& rowOf(Command command) {
+    return kCommands[indexOf(command)];
 }
 
-std::span<const Shortcut> shortcuts() {
-    return kShortcuts;
+const CommandRow* rowOfButton(int number) {
+    return kButtons.at(static_cast<std::size_t>(number - 1));
 }
 
 std::optional<Command> commandOfKey(TextView key) {
-    const auto found = std::find_if(std::begin(kToolbar), std::end(kToolbar),
-                                    [&](const ToolButton& b) { return b.key == key; });
-    if (key.empty() || found == std::end(kToolbar))
-        return std::nullopt;
-    return found->runs;
+    const auto found = std::find_if(kButtons.begin(), kButtons.end(), [&](const CommandRow* row) {
+        return row != nullptr && row->button.key == key;
+    });
+    return found == kButtons.end() ? std::nullopt : std::optional((*found)->id);
+}
+
+std::optional<Command> commandInText(const KeyStroke& stroke) {
+    for (const CommandRow& row : kCommands) {
+        for (const CommandKey& key : row.keys) {
+            if (key.reach == KeyReach::Editor && key.stroke == stroke)
+                return row.id;
+        }
+    }
+    return std::nullopt;
+}
+
+KeyStroke shownKey(const CommandRow& row) {
+    return row.standsFor == none ? row.keys.front().stroke : shownKey(rowOf(row.standsFor));
+}
+
+namespace {
+
+Text withKey(const CommandRow& row, TextView caption, TextView before, TextView behind) {
+    const Text key = nameOf(shownKey(row));
+    Text shown(caption);
+    if (!key.empty() && caption.find(key) == TextView::npos)
+        shown.append(before).append(key).append(behind);
+    return shown;
+}
+
+}  // namespace
+
+Text menuText(const CommandRow& row, TextView caption) {
+    return withKey(row, caption, u"\t", {});
+}
+
+Text tipOf(const CommandRow& row) {
+    if (row.standsFor != none)
+        return tipOf(rowOf(row.standsFor));
+    const TextView name = row.name.empty() ? row.menu.caption : row.name;
+    return withKey(row, name, u" (", u")");
 }
 
 }  // namespace melvorin

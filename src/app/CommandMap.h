@@ -1,17 +1,19 @@
-// The menu tree and the toolbar as data: names, captions, keys, order. Form1 builds its menus and
-// buttons from these tables and asks them what a toolbar key runs.
+// The commands as one table: where each stands in the menus and on the toolbar, its keys, its tip
+// and what enables it. Form1 builds menus, toolbar and shortcuts from it and binds one handler to
+// each command.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
 
-#include "base/Text.h"
+#include "app/ShellState.h"
+#include "base/Keys.h"
 
 namespace melvorin {
 
-// Menu items under their own names, submenus and separators included, then the toolbar's commands
-// that no menu has.
+// Menu items under their own names, submenus and separators included, then what no menu has.
 enum class Command : std::uint16_t {
     none,
     mnuFile,
@@ -89,52 +91,73 @@ enum class Command : std::uint16_t {
     count,
 };
 
-struct MenuEntry {
-    Command item;
-    Command parent;     // none: on the menu bar
-    TextView caption;   // "-" is a separator
-    bool isSubmenu;     // other entries name it as parent
-    bool startsHidden;  // what belongs to recent files, until there are some
+// Where a key runs its command.
+enum class KeyReach : std::uint8_t {
+    Window,  // anywhere in the main window
+    Editor,  // in the editor; other texts have the same keys for themselves
+    Own,     // the control that has the focus, or Windows, answers it so by itself
 };
 
-// In menu order, every submenu before its entries.
-std::span<const MenuEntry> menuEntries();
-
-enum class ToolButtonKind { Push, Check, DropDown, Separator };
-
-struct ToolButton {
-    TextView key;  // empty for a separator
-    Command runs;
-    TextView tip;
-    ToolButtonKind kind;
+struct CommandKey {
+    KeyStroke stroke;
+    KeyReach reach = KeyReach::Window;
 };
 
-// In toolbar order; a button's number is its index + 1 (Undo is 12, the key buttons 28 and 29).
-std::span<const ToolButton> toolButtons();
+enum class MenuKind : std::uint8_t { None, Submenu, Entry, Separator };
 
-// Numbers of the buttons that the shell's rules name.
-inline constexpr int kUndoButton = 12;
-inline constexpr int kRedoButton = 13;
-inline constexpr int kBoldButton = 15;
-inline constexpr int kItalicButton = 16;
-inline constexpr int kUnderlineButton = 17;
-inline constexpr int kLeftButton = 19;
-inline constexpr int kCenterButton = 20;
-inline constexpr int kRightButton = 21;
-inline constexpr int kKeyDownButton = 28;
-inline constexpr int kKeyUpButton = 29;
+struct MenuPlace {
+    MenuKind kind = MenuKind::None;
+    Command parent = Command::none;  // none: on the menu bar
+    TextView caption;
+    bool startsHidden = false;  // what belongs to recent files, until there are some
+};
+
+enum class ToolButtonKind : std::uint8_t { Push, Check, DropDown };
+
+struct ToolPlace {
+    int number = 0;  // from 1, in toolbar order; 0: on no toolbar. A number left out is a gap.
+    TextView key;
+    ToolButtonKind kind = ToolButtonKind::Push;
+};
+
+// Null: always.
+using EnabledWhen = bool ShellState::*;
+
+struct CommandRow {
+    Command id = Command::none;
+    MenuPlace menu = {};
+    // The first is the one that menu and tip show.
+    std::array<CommandKey, 2> keys = {};
+    ToolPlace button = {};
+    EnabledWhen itemWhen = nullptr;
+    EnabledWhen buttonWhen = nullptr;
+    TextView name = {};  // of a command that no menu has
+    // Whose name and key this one goes by: a button that stands for a menu item.
+    Command standsFor = Command::none;
+};
+
+// In the order of `Command`, which is that of the menus: every submenu before its entries.
+std::span<const CommandRow> commands();
+// `command` is one that `commands` has.
+const CommandRow& rowOf(Command command);
+
+// The highest number of a toolbar button.
+inline constexpr int kLastButton = 34;
+// The command with this button; null for a gap between buttons. `number` is 1 to kLastButton.
+const CommandRow* rowOfButton(int number);
 
 // What a toolbar key runs; the comparison is exact. Nothing for an unknown key.
 std::optional<Command> commandOfKey(TextView key);
 
-// The keyboard shortcuts that hold wherever the focus is in the main window; the editor has more of
-// its own (Ctrl+A, C, F, V, X).
-struct Shortcut {
-    std::uint16_t key;  // virtual-key code
-    bool control;
-    Command runs;
-};
-std::span<const Shortcut> shortcuts();
+// What a stroke in the editor runs, of the keys that reach there alone.
+std::optional<Command> commandInText(const KeyStroke& stroke);
+
+// The key that a command shows beside its name; no key where it has none.
+KeyStroke shownKey(const CommandRow& row);
+// What its menu entry shows behind `caption`: that key, unless the caption names it already.
+Text menuText(const CommandRow& row, TextView caption);
+// What its button says when the pointer rests on it.
+Text tipOf(const CommandRow& row);
 
 // Numbers under which windows and accelerators know the commands.
 inline constexpr std::uint16_t kFirstCommandId = 1000;

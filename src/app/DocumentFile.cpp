@@ -6,6 +6,7 @@
 #include "base/LetterCase.h"
 #include "base/Paths.h"
 #include "base/TabExpansion.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfCheck.h"
 
 namespace melvorin {
@@ -29,23 +30,23 @@ const AnsiCodec* codecOf(const TextFormat& format, const AnsiCodec& ansi) {
 Result<DocumentContent> readPlain(std::string_view bytes, const AnsiCodec& ansi,
                                   const ReadingChooser& choose) {
     if (looksBinary(bytes))
-        return Result<DocumentContent>::failure(u"The file holds neither text nor Rich Text.");
+        return Failure{u"The file holds neither text nor Rich Text."};
     TextFormat format;
     format.encoding = detectEncoding(bytes);
     if (format.encoding == TextEncoding::Ansi && choose) {
         const std::vector<CodePageReading> readings = doubtfulReadings(bytes, ansi);
         const auto chosen = readings.empty() ? std::nullopt : choose(readings);
         if (!readings.empty() && !chosen)
-            return Result<DocumentContent>::failure({});
+            return Failure{{}};
         if (chosen)
             format.codePage = readings.at(*chosen).codePage;
     }
     DecodedText decoded = decodeText(bytes, *codecOf(format, ansi));
     if (decoded.lossy)
-        return Result<DocumentContent>::failure(
+        return Failure{
             format.encoding == TextEncoding::Ansi
                 ? u"Its text is damaged, or in an encoding that this computer does not know."
-                : u"The file is marked as Unicode text, but some of it is not.");
+                : u"The file is marked as Unicode text, but some of it is not."};
     Text& text = decoded.text;
     format.lineEnd = commonLineEnd(text);
     if (text.empty())
@@ -60,9 +61,9 @@ Result<DocumentContent> readPlain(std::string_view bytes, const AnsiCodec& ansi,
 Result<DocumentContent> readRich(std::string_view bytes, bool asWhole) {
     RtfVerdict verdict = checkRtf(bytes);
     if (asWhole && verdict.textBehind)
-        return Result<DocumentContent>::failure(u"There is more behind the Rich Text.");
+        return Failure{u"There is more behind the Rich Text."};
     if (verdict.kind != RtfVerdict::Kind::Ok)
-        return Result<DocumentContent>::failure(verdict.sentence);
+        return Failure{verdict.sentence};
     return Result<DocumentContent>::success({true, std::move(verdict.document), {}, {}});
 }
 
@@ -72,7 +73,7 @@ Result<DocumentContent> readDocument(std::string_view bytes, TextView extension,
                                      const AnsiCodec& ansi, const ReadingChooser& choose) {
     const bool isTextFile = asciiLowerCase(extension) == u"txt";
     if (bytes.empty() && !isTextFile)
-        return Result<DocumentContent>::failure(u"The file is empty.");
+        return Failure{u"The file is empty."};
     if (!looksLikeRtf(bytes))
         return readPlain(bytes, ansi, choose);
     // A text file may quote Rich Text; only a whole document is one.

@@ -6,23 +6,12 @@
 
 #include "app/DocumentFile.h"
 #include "app/RunJournal.h"
+#include "app/ShellState.h"
 #include "app/SnapshotHistory.h"
 #include "base/Editor.h"
 #include "base/Services.h"
 
 namespace melvorin {
-
-// What the menus, the toolbar and the title show.
-struct ShellState {
-    Text title = u"Chord Notation - Melvorin";
-    bool dirty = false;       // mnuFileSave
-    bool saveAs = false;      // mnuFileSaveAs
-    bool undo = false;        // mnuEditUndo and its button
-    bool redo = false;        // mnuEditRedo and its button
-    bool keyButtons = false;  // the two key buttons
-
-    friend bool operator==(const ShellState&, const ShellState&) = default;
-};
 
 // Folders and extension last used in this run. Written at a cancelled close, never read back.
 struct LastUsedPaths {
@@ -100,8 +89,9 @@ class Documents {
     bool redo();
     // Called while nothing else happens: the key buttons come back where there is text to change.
     void idle();
-    // The key buttons are switched off while a key change is under way.
-    void disableKeyButtons();
+    // The key commands are switched off while a key change or another job on the song is under way.
+    void beginKeyWork();
+    void endKeyWork();
     // Deletes what the run keeps on disk, or leaves it for the next start: the one place that
     // decides about it.
     void endRun(RunEnd how);

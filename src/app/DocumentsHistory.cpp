@@ -181,8 +181,15 @@ void Documents::idle() {
     publish();
 }
 
-void Documents::disableKeyButtons() {
+void Documents::beginKeyWork() {
     state_.keyButtons = false;
+    state_.keyCommands = false;
+    publish();
+}
+
+void Documents::endKeyWork() {
+    state_.keyButtons = !editor_.isEmpty();
+    state_.keyCommands = true;
     publish();
 }
 

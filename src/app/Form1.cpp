@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/EnablingRules.h"
 #include "base/ProgramSettings.h"
 #include "chords/FrmCifra.h"
 #include "dictionary/BookLookup.h"
@@ -22,8 +21,6 @@ constexpr UINT kShown = WM_APP + 1;
 // kept: video-settings
 constexpr TextView kUnsupportedScreen =
     u"The Melvorin Editor doesn't work with this video settings  ";
-
-constexpr Command kKeyItems[] = {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem};
 
 }  // namespace
 
@@ -96,10 +93,21 @@ Form1::Handler Form1::handlerOf(Command command) {
 
 Form1::Form1(const Services& services, std::function<void()> endProgram)
     : modal_(services.messages, services.dialogs, services.colors),
-      services_{services.files,    modal_.messages(),   modal_.dialogs(), services.profiles,
-                services.settings, services.system,     services.program, services.screen,
-                services.ansi,     services.clipboard,  services.shell,   services.sounds,
-                modal_.colors(),   services.multimedia, services.clock},
+      services_{.files = services.files,
+                .messages = modal_.messages(),
+                .dialogs = modal_.dialogs(),
+                .profiles = services.profiles,
+                .settings = services.settings,
+                .system = services.system,
+                .program = services.program,
+                .screen = services.screen,
+                .ansi = services.ansi,
+                .clipboard = services.clipboard,
+                .shell = services.shell,
+                .sounds = services.sounds,
+                .colors = modal_.colors(),
+                .multimedia = services.multimedia,
+                .clock = services.clock},
       endProgram_(std::move(endProgram)),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
@@ -147,7 +155,6 @@ bool Form1::load(TextView commandLine, int showCommand) {
     step([&] { documents_.begin(); });
     step([&] { documents_.openFromCommandLine(commandLine); });
     step([&] { recent_.begin(); });
-    step([&] { creatorFace_ = editorFontFace(services_); });
     step([&] {
         splash_ = std::make_unique<frmSplash>(services_, [this] { bringForward(); });
         failed = !splash_->show();
@@ -158,25 +165,21 @@ bool Form1::load(TextView commandLine, int showCommand) {
 }
 
 bool Form1::createParts() {
-    menuBar_.build(menuEntries());
+    menuBar_.build(commands());
     WindowSpec spec;
     spec.className = L"MelvorinForm1";
     spec.caption = L"Chord Notation - Melvorin";
     spec.style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
     spec.menu = menuBar_.bar();
     spec.iconResource = kProgramIcon;
-    if (!create(spec) || !toolbar_.create(handle(), toolButtons()) ||
+    if (!create(spec) || !toolbar_.create(handle()) ||
         !rtftext_.create(handle(), kEditorId, editorFontFace(services_), kEditorFontPoints) ||
         !dictionary_.create(handle()))
         return false;
-    for (const MenuEntry& entry : menuEntries()) {
-        const bool implemented = entry.isSubmenu || handlerOf(entry.item) != nullptr;
-        menuBar_.enable(entry.item, implemented);
-    }
-    const std::span<const ToolButton> buttons = toolButtons();
-    for (std::size_t index = 0; index < buttons.size(); ++index) {
-        if (buttons[index].kind != ToolButtonKind::Separator)
-            toolbar_.enable(static_cast<int>(index) + 1, handlerOf(buttons[index].runs) != nullptr);
+    for (const CommandRow& row : commands()) {
+        const bool works = handlerOf(row.id) != nullptr;
+        menuBar_.enable(row.id, works || row.menu.kind == MenuKind::Submenu);
+        toolbar_.enable(row.id, works);
     }
     rtftext_.setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
         return onEditorInput(message, wParam, lParam);
@@ -194,16 +197,20 @@ bool Form1::createParts() {
 
 void Form1::createAccelerators() {
     std::vector<ACCEL> table;
-    for (const Shortcut& shortcut : shortcuts()) {
-        const auto flags = static_cast<BYTE>(FVIRTKEY | (shortcut.control ? FCONTROL : 0));
-        table.push_back({flags, shortcut.key, idOf(shortcut.runs)});
+    for (const CommandRow& row : commands()) {
+        for (const auto& [stroke, reach] : row.keys) {
+            if (stroke.key == 0 || reach != KeyReach::Window)
+                continue;
+            const int held = (stroke.control ? FCONTROL : 0) | (stroke.alt ? FALT : 0) |
+                             (stroke.shift ? FSHIFT : 0);
+            table.push_back({static_cast<BYTE>(FVIRTKEY | held), stroke.key, idOf(row.id)});
+        }
     }
     accelerators_.reset(::CreateAcceleratorTableW(table.data(), static_cast<int>(table.size())));
 }
 
 bool Form1::translate(MSG& message) {
-    if (find_.translate(message) || font_.translate(message) || tab_.translate(message) ||
-        song_.translate(message) || fullScreen_.translate(message))
+    if (fullScreen_.translate(message) || Form::translateAny(message))
         return true;
     // Other windows have shortcuts of their own.
     const bool isMine = message.hwnd == handle() || ::IsChild(handle(), message.hwnd);
@@ -329,8 +336,9 @@ void Form1::onCommand(WPARAM wParam, LPARAM lParam) {
         return;
     }
     const bool fromToolbar = lParam != 0 && reinterpret_cast<HWND>(lParam) == toolbar_.handle();
-    const auto command =
-        fromToolbar ? commandOfKey(toolbar_.keyOf(LOWORD(wParam))) : commandOfId(LOWORD(wParam));
+    auto command = commandOfId(LOWORD(wParam));
+    if (command && fromToolbar)
+        command = commandOfKey(rowOf(*command).button.key);
     if (command)
         run(*command);
     // A check button changes by itself, whether or not its command could run.
@@ -342,8 +350,9 @@ LRESULT Form1::onNotify(LPARAM lParam) {
     const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
     if (header.code == TTN_GETDISPINFOW) {
         auto& info = *reinterpret_cast<NMTTDISPINFOW*>(lParam);
-        const TextView tip = toolbar_.tipOf(header.idFrom);
-        info.lpszText = const_cast<wchar_t*>(wide(tip.data()));
+        const auto command = commandOfId(static_cast<std::uint32_t>(header.idFrom));
+        const Text tip = command ? tipOf(rowOf(*command)) : Text();
+        ::lstrcpynW(info.szText, wide(tip), static_cast<int>(std::size(info.szText)));
     } else if (header.code == TBN_DROPDOWN && header.hwndFrom == toolbar_.handle()) {
         showSpellingMenu();
         return TBDDRET_DEFAULT;
@@ -421,13 +430,14 @@ void Form1::showState(const ShellState& state) {
     const bool isFirst = !loaded_;
     if (isFirst || state.title != shownState_.title)
         setCaption(state.title);
-    for (const EnablingRule& rule : kEnablingRules) {
-        const bool enabled = state.*rule.when;
-        if (!isFirst && enabled == shownState_.*rule.when)
-            continue;
-        menuBar_.enable(rule.item, enabled);
-        if (rule.button != 0)
-            toolbar_.enable(rule.button, enabled);
+    const auto changed = [&](EnabledWhen when) {
+        return when != nullptr && (isFirst || state.*when != shownState_.*when);
+    };
+    for (const CommandRow& row : commands()) {
+        if (changed(row.itemWhen))
+            menuBar_.enable(row.id, state.*row.itemWhen);
+        if (changed(row.buttonWhen))
+            toolbar_.enable(row.id, state.*row.buttonWhen);
     }
     shownState_ = state;
 }
@@ -435,12 +445,12 @@ void Form1::showState(const ShellState& state) {
 // The buttons show the format at the caret.
 void Form1::followSelection() {
     const SelectionStyle style = rtftext_.selectionStyle();
-    toolbar_.setChecked(kBoldButton, style.bold == true);
-    toolbar_.setChecked(kItalicButton, style.italic == true);
-    toolbar_.setChecked(kUnderlineButton, style.underline == true);
-    toolbar_.setChecked(kLeftButton, style.alignment == Alignment::Left);
-    toolbar_.setChecked(kCenterButton, style.alignment == Alignment::Center);
-    toolbar_.setChecked(kRightButton, style.alignment == Alignment::Right);
+    toolbar_.setChecked(Command::mnuBold, style.bold == true);
+    toolbar_.setChecked(Command::mnuItalic, style.italic == true);
+    toolbar_.setChecked(Command::mnuUnderline, style.underline == true);
+    toolbar_.setChecked(Command::alignLeft, style.alignment == Alignment::Left);
+    toolbar_.setChecked(Command::alignCenter, style.alignment == Alignment::Center);
+    toolbar_.setChecked(Command::alignRight, style.alignment == Alignment::Right);
 }
 
 // A path that the list cannot hold is told once: the next song from that folder would bring the
@@ -475,23 +485,12 @@ void Form1::showRecent(const RecentMenu& menu) {
 // A key change under way: its commands are off, and come back however it ends.
 class Form1::Job {
   public:
-    explicit Job(Form1& form) : form_(form), busy_(form) {
-        form_.documents_.disableKeyButtons();
-        enableItems(false);
-    }
+    explicit Job(Form1& form) : form_(form), busy_(form) { form_.documents_.beginKeyWork(); }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
-    ~Job() {
-        enableItems(true);
-        form_.documents_.idle();
-    }
+    ~Job() { form_.documents_.endKeyWork(); }
 
   private:
-    void enableItems(bool enabled) {
-        for (const Command item : kKeyItems)
-            form_.menuBar_.enable(item, enabled);
-    }
-
     Form1& form_;
     const Busy busy_;
 };
@@ -558,7 +557,7 @@ void Form1::showSpellingMenu() {
     const UniqueMenu menu(::CreatePopupMenu());
     for (const Command item : {Command::mnuSus, Command::mnuBem})
         ::AppendMenuW(menu.get(), MF_STRING, idOf(item), wide(menuBar_.caption(item)));
-    const RECT button = toolbar_.buttonOnScreen(kKeyDownButton);
+    const RECT button = toolbar_.buttonOnScreen(Command::mnuDwn);
     toolbar_.showTips(false);
     ::TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN, button.left, button.bottom, 0,
                      handle(), nullptr);

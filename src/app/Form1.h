@@ -66,7 +66,6 @@ class Form1 : public Window {
     FrmSong& songWindow() { return song_; }
     frmFScreen& fullScreen() { return fullScreen_; }
     Text keyTag() const { return melvorin::keyTag(T6_); }
-    const Text& creatorFace() const { return creatorFace_; }
 
   private:
     using Handler = void (Form1::*)();
@@ -137,7 +136,7 @@ class Form1 : public Window {
     void toggleBold();
     void toggleItalic();
     void toggleUnderline();
-    void toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool));
+    void toggleEffect(TextEffect effect);
     void upperCase() { changeCase(LetterCase::Upper); }
     void lowerCase() { changeCase(LetterCase::Lower); }
     void changeCase(LetterCase to);
@@ -200,7 +199,6 @@ class Form1 : public Window {
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
     int T6_ = 0;                            // half steps that songs were moved by in this run
     ScreenSize J2_;                         // the work area, in pixels
-    Text creatorFace_;                      // face of the chord-notation creator's text
     int showCommand_ = SW_SHOWMAXIMIZED;
     ShellState shownState_;
     bool loaded_ = false;

@@ -10,6 +10,7 @@
 #include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "platform/HeldKeys.h"
 #include "rtf/EditCommands.h"
 
 namespace melvorin {
@@ -34,49 +35,33 @@ bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) try {
     return true;
 }
 
-// Keys that the control would answer in a way of its own.
+// Keys that the control would answer in a way of its own. Those that come as characters too run
+// their commands then.
 bool Form1::onEditorKey(WPARAM key) {
-    const auto isDown = [](int name) { return ::GetKeyState(name) < 0; };
-    const bool control = isDown(VK_CONTROL) && !isDown(VK_MENU);
-    const bool shift = isDown(VK_SHIFT) && !isDown(VK_MENU);
-    const auto runs = [&](Command command) {
-        ::SendMessageW(handle(), WM_COMMAND, idOf(command), 0);
-        return true;
-    };
-    if (key == VK_INSERT && control)
-        return runs(Command::mnuEditCopy);
-    if (key == VK_INSERT && shift)
-        return runs(Command::mnuEditPaste);
-    if (key == VK_DELETE && shift)
-        return runs(Command::mnuEditCut);
-    // These two come as characters too, which run the commands.
-    return control && (key == 'A' || key == 'V');
+    KeyStroke stroke = strokeOf(key);
+    const bool isLetter = key >= u'A' && key <= u'Z';
+    if (isLetter)
+        stroke.shift = false;
+    const auto command = commandInText(stroke);
+    if (command && !isLetter)
+        ::SendMessageW(handle(), WM_COMMAND, idOf(*command), 0);
+    return command.has_value();
 }
 
 bool Form1::onEditorCharacter(WPARAM character) {
     constexpr WPARAM ctrlA = 1;
-    constexpr WPARAM ctrlF = 6;
-    constexpr WPARAM ctrlV = 22;
+    constexpr WPARAM ctrlZ = 26;
     constexpr WPARAM ctrlBackspace = 0x7F;
-    const auto runs = [&](Command command) {
-        ::SendMessageW(handle(), WM_COMMAND, idOf(command), 0);
+    if (character == u'\t') {
+        typeTab();
         return true;
-    };
-    switch (character) {
-        case ctrlA:
-            return runs(Command::mnuSelectAll);
-        case ctrlF:
-            return runs(Command::mnuFind);
-        case ctrlV:
-            return runs(Command::mnuEditPaste);
-        case ctrlBackspace:
-            return true;
-        case u'\t':
-            typeTab();
-            return true;
-        default:
-            return false;
     }
+    if (character < ctrlA || character > ctrlZ)
+        return character == ctrlBackspace;
+    const auto command = commandInText(ctrl(static_cast<std::uint16_t>(u'A' + character - ctrlA)));
+    if (command)
+        ::SendMessageW(handle(), WM_COMMAND, idOf(*command), 0);
+    return command.has_value();
 }
 
 // What is typed is in the editor's font, unless the user is at work with formatted text; behind a
@@ -135,7 +120,7 @@ void Form1::editDelete() {
 void Form1::editPaste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
         const Busy busy(*this);
-        return FrmTxt().convert(handle(), std::move(text), startColumn);
+        return FrmTxt(services_).convert(handle(), std::move(text), startColumn);
     };
     const CursorScope hourglass(IDC_WAIT);
     if (!pasteClipboard(rtftext_, services_.clipboard, services_.messages,
@@ -149,23 +134,22 @@ void Form1::selectAll() {
     rtftext_.select({0, static_cast<std::int32_t>(rtftext_.text().chars.size())});
 }
 
-// What is mixed becomes all set.
-void Form1::toggle(std::optional<bool> SelectionStyle::*attribute, void (RichEdit::*set)(bool)) {
+void Form1::toggleEffect(TextEffect effect) {
     {
         const EditorWork work(rtftext_);
-        (rtftext_.*set)(rtftext_.selectionStyle().*attribute != true);
+        toggle(rtftext_, effect);
     }
     documents_.changed();
 }
 
 void Form1::toggleBold() {
-    toggle(&SelectionStyle::bold, &RichEdit::setBold);
+    toggleEffect(kBold);
 }
 void Form1::toggleItalic() {
-    toggle(&SelectionStyle::italic, &RichEdit::setItalic);
+    toggleEffect(kItalic);
 }
 void Form1::toggleUnderline() {
-    toggle(&SelectionStyle::underline, &RichEdit::setUnderline);
+    toggleEffect(kUnderline);
 }
 
 void Form1::changeCase(LetterCase to) {

@@ -2,32 +2,34 @@
 
 namespace melvorin {
 
-void MenuBar::build(std::span<const MenuEntry> entries) {
-    entries_ = entries;
+void MenuBar::build(std::span<const CommandRow> rows) {
+    rows_ = rows;
     bar_ = ::CreateMenu();
-    for (const MenuEntry& entry : entries) {
-        const HMENU parent = entry.parent == Command::none ? bar_ : submenu(entry.parent);
-        menus_[static_cast<std::size_t>(entry.item)] = parent;
-        if (!entry.startsHidden)
-            insert(entry, static_cast<UINT>(::GetMenuItemCount(parent)));
+    for (const CommandRow& row : rows) {
+        if (row.menu.kind == MenuKind::None)
+            continue;
+        const HMENU parent = row.menu.parent == Command::none ? bar_ : submenu(row.menu.parent);
+        menus_[static_cast<std::size_t>(row.id)] = parent;
+        if (!row.menu.startsHidden)
+            insert(row, static_cast<UINT>(::GetMenuItemCount(parent)));
     }
 }
 
-void MenuBar::insert(const MenuEntry& entry, UINT position) {
+void MenuBar::insert(const CommandRow& row, UINT position) {
     MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_ID | MIIM_FTYPE | MIIM_STRING;
-    info.wID = idOf(entry.item);
-    Text caption(entry.caption);
-    info.dwTypeData = wideBuffer(caption);
-    if (entry.caption == u"-") {
+    info.wID = idOf(row.id);
+    Text text = menuText(row, row.menu.caption);
+    info.dwTypeData = wideBuffer(text);
+    if (row.menu.kind == MenuKind::Separator) {
         info.fMask = MIIM_ID | MIIM_FTYPE;
         info.fType = MFT_SEPARATOR;
-    } else if (entry.isSubmenu) {
+    } else if (row.menu.kind == MenuKind::Submenu) {
         info.fMask |= MIIM_SUBMENU;
         info.hSubMenu = ::CreatePopupMenu();
     }
-    ::InsertMenuItemW(menuOf(entry.item), position, TRUE, &info);
+    ::InsertMenuItemW(menuOf(row.id), position, TRUE, &info);
 }
 
 HMENU MenuBar::submenu(Command item) const {
@@ -52,12 +54,12 @@ void MenuBar::show(Command item, bool visible) {
     }
     // Behind the entries before it that are there.
     UINT position = 0;
-    for (const MenuEntry& entry : entries_) {
-        if (entry.item == item) {
-            insert(entry, position);
+    for (const CommandRow& row : rows_) {
+        if (row.id == item) {
+            insert(row, position);
             return;
         }
-        if (menuOf(entry.item) == menuOf(item) && isVisible(entry.item))
+        if (menuOf(row.id) == menuOf(item) && isVisible(row.id))
             ++position;
     }
 }
@@ -76,7 +78,7 @@ bool MenuBar::isEnabled(Command item) const {
 }
 
 void MenuBar::setCaption(Command item, TextView caption) {
-    Text text(caption);
+    Text text = menuText(rowOf(item), caption);
     MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_STRING;
@@ -89,7 +91,7 @@ Text MenuBar::caption(Command item) const {
     const int length = ::GetMenuStringW(menuOf(item), idOf(item), wideBuffer(buffer),
                                         static_cast<int>(buffer.size()), MF_BYCOMMAND);
     buffer.resize(static_cast<std::size_t>(length));
-    return buffer;
+    return buffer.substr(0, buffer.find(u'\t'));
 }
 
 }  // namespace melvorin

@@ -12,8 +12,8 @@ namespace melvorin {
 class MenuBar {
   public:
     // Builds the menus; entries that start hidden are left out until they are shown. The bar
-    // belongs to the window it is given to, which destroys it. `entries` outlive the object.
-    void build(std::span<const MenuEntry> entries);
+    // belongs to the window it is given to, which destroys it. `rows` outlive the object.
+    void build(std::span<const CommandRow> rows);
     HMENU bar() const { return bar_; }
     // The menu that an entry opens; null if it opens none.
     HMENU submenu(Command item) const;
@@ -24,14 +24,15 @@ class MenuBar {
     void enable(Command item, bool enabled);
     // True also for a command that no menu has.
     bool isEnabled(Command item) const;
+    // Captions are without the column of keys, which is the table's.
     void setCaption(Command item, TextView caption);
     Text caption(Command item) const;
 
   private:
-    void insert(const MenuEntry& entry, UINT position);
+    void insert(const CommandRow& row, UINT position);
     HMENU menuOf(Command item) const { return menus_[static_cast<std::size_t>(item)]; }
 
-    std::span<const MenuEntry> entries_;
+    std::span<const CommandRow> rows_;
     HMENU bar_ = nullptr;
     // Per item, the menu that it stands in.
     std::array<HMENU, static_cast<std::size_t>(Command::count)> menus_{};

@@ -88,12 +88,10 @@ bool RecentFiles::clean() {
     for (int slot = 1; slot <= kSlots; ++slot)
         written = write(slot, kUnused) && written;
     menu_ = {};
-    if (!written) {
-        load();
-        hideEmpty();
-        menu_.clean = !menu_.empty;
-    }
-    changed_(menu_);
+    if (written)
+        changed_(menu_);
+    else
+        reload();
     return written;
 }
 

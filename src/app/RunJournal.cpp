@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/Hex.h"
 #include "base/LetterCase.h"
 #include "base/Paths.h"
 
@@ -20,12 +21,9 @@ constexpr std::string_view kNone = "-";
 
 // Any path, also one with halves of surrogate pairs, as one word: four digits per unit.
 std::string hexOf(TextView text) {
-    constexpr std::string_view digits = "0123456789abcdef";
     std::string hex;
-    for (const char16_t c : text) {
-        for (int shift = 12; shift >= 0; shift -= 4)
-            hex += digits[(c >> shift) & 15];
-    }
+    for (const char16_t c : text)
+        appendHex(hex, c, 4);
     return hex.empty() ? std::string(kNone) : hex;
 }
 
@@ -123,7 +121,7 @@ bool isSnapshotName(TextView name) {
         return false;
     const TextView digits =
         TextView(lower).substr(start.size(), lower.size() - start.size() - end.size());
-    return digits.find_first_not_of(u"0123456789abcdef") == TextView::npos;
+    return std::all_of(digits.begin(), digits.end(), [](char16_t c) { return hexDigit(c) >= 0; });
 }
 
 class Replay {

@@ -73,8 +73,6 @@ UniqueImageList blendedList(const DIBSECTION& strip, int size, bool disabled) {
 
 BYTE styleOf(ToolButtonKind kind) {
     switch (kind) {
-        case ToolButtonKind::Separator:
-            return BTNS_SEP;
         case ToolButtonKind::Check:
             return BTNS_CHECK;
         case ToolButtonKind::DropDown:
@@ -87,8 +85,7 @@ BYTE styleOf(ToolButtonKind kind) {
 
 }  // namespace
 
-bool Toolbar::create(HWND parent, std::span<const ToolButton> buttons) {
-    buttons_ = buttons;
+bool Toolbar::create(HWND parent) {
     handle_ = ::CreateWindowExW(
         0, TOOLBARCLASSNAMEW, L"",
         WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | CCS_TOP, 0, 0,
@@ -99,12 +96,13 @@ bool Toolbar::create(HWND parent, std::span<const ToolButton> buttons) {
     send(TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_DRAWDDARROWS);
     reloadPictures();
     int picture = 0;
-    for (const ToolButton& button : buttons_) {
+    for (int number = 1; number <= kLastButton; ++number) {
         TBBUTTON item{};
-        item.fsStyle = styleOf(button.kind);
-        if (button.kind != ToolButtonKind::Separator) {
+        item.fsStyle = BTNS_SEP;
+        if (const CommandRow* const row = rowOfButton(number)) {
+            item.fsStyle = styleOf(row->button.kind);
             item.iBitmap = picture++;
-            item.idCommand = idOf(button.runs);
+            item.idCommand = idOf(row->id);
             item.fsState = TBSTATE_ENABLED;
         }
         send(TB_ADDBUTTONSW, 1, lparamOf(&item));
@@ -128,24 +126,21 @@ void Toolbar::reloadPictures() {
     send(TB_SETDISABLEDIMAGELIST, 0, lparamOf(disabledPictures_.get()));
 }
 
-void Toolbar::enable(int number, bool enabled) {
-    const ToolButton& button = buttons_[static_cast<std::size_t>(number - 1)];
-    send(TB_ENABLEBUTTON, idOf(button.runs), MAKELPARAM(enabled, 0));
+void Toolbar::enable(Command command, bool enabled) {
+    send(TB_ENABLEBUTTON, idOf(command), MAKELPARAM(enabled, 0));
 }
 
-void Toolbar::setChecked(int number, bool checked) {
-    const ToolButton& button = buttons_[static_cast<std::size_t>(number - 1)];
-    send(TB_CHECKBUTTON, idOf(button.runs), MAKELPARAM(checked, 0));
+void Toolbar::setChecked(Command command, bool checked) {
+    send(TB_CHECKBUTTON, idOf(command), MAKELPARAM(checked, 0));
 }
 
-bool Toolbar::isEnabled(int number) const {
-    const ToolButton& button = buttons_[static_cast<std::size_t>(number - 1)];
-    return send(TB_ISBUTTONENABLED, idOf(button.runs)) != 0;
+bool Toolbar::isEnabled(Command command) const {
+    return send(TB_ISBUTTONENABLED, idOf(command)) > 0;
 }
 
-RECT Toolbar::buttonOnScreen(int number) const {
+RECT Toolbar::buttonOnScreen(Command command) const {
     RECT rectangle{};
-    send(TB_GETITEMRECT, static_cast<WPARAM>(number - 1), lparamOf(&rectangle));
+    send(TB_GETRECT, idOf(command), lparamOf(&rectangle));
     ::MapWindowPoints(handle_, nullptr, reinterpret_cast<POINT*>(&rectangle), 2);
     return rectangle;
 }
@@ -160,22 +155,6 @@ int Toolbar::resize() {
     RECT rectangle{};
     ::GetWindowRect(handle_, &rectangle);
     return static_cast<int>(rectangle.bottom - rectangle.top);
-}
-
-TextView Toolbar::keyOf(UINT_PTR commandId) const {
-    for (const ToolButton& button : buttons_) {
-        if (button.kind != ToolButtonKind::Separator && idOf(button.runs) == commandId)
-            return button.key;
-    }
-    return {};
-}
-
-TextView Toolbar::tipOf(UINT_PTR commandId) const {
-    for (const ToolButton& button : buttons_) {
-        if (button.kind != ToolButtonKind::Separator && idOf(button.runs) == commandId)
-            return button.tip;
-    }
-    return {};
 }
 
 }  // namespace melvorin

@@ -35,9 +35,21 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32Multimedia multimedia;
     Win32ColorDialogs colors(owner);
     Win32Clock clock;
-    const Services services{files,  messages, dialogs, profiles,          settings,
-                            system, program,  screen,  systemAnsiCodec(), clipboard,
-                            shell,  sounds,   colors,  multimedia,        clock};
+    const Services services{.files = files,
+                            .messages = messages,
+                            .dialogs = dialogs,
+                            .profiles = profiles,
+                            .settings = settings,
+                            .system = system,
+                            .program = program,
+                            .screen = screen,
+                            .ansi = systemAnsiCodec(),
+                            .clipboard = clipboard,
+                            .shell = shell,
+                            .sounds = sounds,
+                            .colors = colors,
+                            .multimedia = multimedia,
+                            .clock = clock};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });
     // A chart wants the whole screen, unless a shortcut says otherwise.

@@ -7,29 +7,11 @@
 namespace melvorin {
 namespace {
 
-// Pixels at 96 dpi.
-constexpr int kMargin = 16;
-constexpr int kIcon = 64;
-constexpr int kTextLeft = kMargin + kIcon + kMargin;
-constexpr int kTextWidth = 370;
-constexpr int kTitleHeight = 32;
-constexpr int kTextTop = kMargin + kTitleHeight + 4;
-constexpr int kTextHeight = 150;
-constexpr int kButtonHeight = 26;
-constexpr int kLicencesWidth = 110;
-constexpr int kOkWidth = 88;
-constexpr int kGap = 8;
-constexpr int kWidth = kTextLeft + kTextWidth + kMargin;
-constexpr int kButtonTop = kTextTop + kTextHeight + kMargin;
-constexpr int kHeight = kButtonTop + kButtonHeight + kMargin;
+constexpr int kIcon = 64;  // pixels at 96 dpi
 constexpr int kTitlePoints = 15;
 
 constexpr const wchar_t* kLicenceFolder = L"Licences";
 constexpr const wchar_t* kTitle = L"Melvorin " MELVORIN_VERSION;
-
-RECT placeOf(int left, int top, int width, int height) {
-    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
-}
 
 Text description() {
     return u"An editor for chord charts: words with the chords above them.\r\n\r\n"
@@ -51,74 +33,49 @@ Text description() {
 bool frmAbout::show(HWND owner) {
     if (!createWindow(owner))
         return false;
-    centreOver(handle(), owner);
     ::SetFocus(ok_.handle());
     runModal(owner);
     return true;
 }
 
 bool frmAbout::createWindow(HWND owner) {
-    if (!create(smallWindow(L"MelvorinfrmAbout", L"About Melvorin", scaled(kWidth), scaled(kHeight),
-                            owner)))
+    if (!createForm(L"MelvorinfrmAbout", L"About Melvorin", owner))
         return false;
     const int side = scaled(kIcon);
     icon_.reset(
         static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kProgramIcon),
                                         IMAGE_ICON, side, side, LR_DEFAULTCOLOR)));
-    LOGFONTW title{};
-    ::GetObjectW(uiFont(), sizeof title, &title);
-    title.lfHeight = -::MulDiv(kTitlePoints, systemDpi(), 72);
-    title.lfWeight = FW_BOLD;
-    titleFont_.reset(::CreateFontIndirectW(&title));
+    const Cell icon = control(L"STATIC", L"", SS_ICON | SS_REALSIZECONTROL, -1);
+    ::SendMessageW(windowOf(icon), STM_SETICON, reinterpret_cast<WPARAM>(icon_.get()), 0);
 
     // A screen reader reads the label before a box as the name of the box.
-    const HWND label = createControl(handle(), L"STATIC", kTitle, SS_LEFT | SS_NOPREFIX, -1,
-                                     placeOf(kTextLeft, kMargin, kTextWidth, kTitleHeight));
-    ::SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.get()), FALSE);
-    const HWND text = createControl(handle(), L"EDIT", wide(description()),
-                                    WS_TABSTOP | ES_MULTILINE | ES_READONLY, kText,
-                                    placeOf(kTextLeft, kTextTop, kTextWidth, kTextHeight));
-    ::SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+    const Cell title = label(kTitle, SS_NOPREFIX);
+    LOGFONTW font{};
+    ::GetObjectW(uiFont(), sizeof font, &font);
+    font.lfHeight = -::MulDiv(kTitlePoints, systemDpi(), 72);
+    font.lfWeight = FW_BOLD;
+    titleFont_.reset(::CreateFontIndirectW(&font));
+    ::SendMessageW(windowOf(title), WM_SETFONT, reinterpret_cast<WPARAM>(titleFont_.get()), FALSE);
+    const Cell text =
+        control(L"EDIT", wide(description()), WS_TABSTOP | ES_MULTILINE | ES_READONLY, kText);
+    ::SendMessageW(windowOf(text), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
 
-    const int okLeft = kWidth - kMargin - kOkWidth;
-    licences_.create(
-        handle(), kLicences,
-        placeOf(okLeft - kGap - kLicencesWidth, kButtonTop, kLicencesWidth, kButtonHeight),
-        u"&Licences");
-    ok_.create(handle(), kOk, placeOf(okLeft, kButtonTop, kOkWidth, kButtonHeight), u"OK",
-               WS_TABSTOP | BS_DEFPUSHBUTTON);
+    layOut(columnOf({rowOf({columnOf({icon.least(kIcon, kIcon)}), blank(),
+                            columnOf({title, text.least(370)})}),
+                     atRight({button(licences_, kLicences, u"&Licences"),
+                              button(ok_, kOk, u"OK", WS_TABSTOP | BS_DEFPUSHBUTTON)})})
+               .apart(),
+           owner);
     return true;
 }
 
-LRESULT frmAbout::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_PAINT:
-            onPaint();
-            return 0;
-        case WM_COMMAND:
-            if (LOWORD(wParam) == kLicences)
-                openLicences();
-            else if (LOWORD(wParam) == kOk || LOWORD(wParam) == IDCANCEL)
-                endModal();
-            return 0;
-        case WM_CLOSE:
-            endModal();
-            return 0;
-        default:
-            return passOn(message, wParam, lParam);
-    }
-}
-
-void frmAbout::onException(const std::exception& error) {
-    reportException(services_.messages, error);
-}
-
-void frmAbout::onPaint() {
-    const PaintScope paint(handle());
-    const int side = scaled(kIcon);
-    if (icon_)
-        ::DrawIconEx(paint.dc(), scaled(kMargin), scaled(kMargin), icon_.get(), side, side, 0,
-                     nullptr, DI_NORMAL);
+void frmAbout::onCommand(int id, int event) {
+    if (id == kLicences)
+        openLicences();
+    else if (id == kOk)
+        endModal();
+    else
+        Form::onCommand(id, event);
 }
 
 void frmAbout::openLicences() {

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "platform/Handles.h"
-#include "platform/Window.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class frmAbout : public Dialog {
+class frmAbout : public Form {
   public:
     enum ControlId {
         kOk = IDOK,
@@ -18,19 +18,16 @@ class frmAbout : public Dialog {
 
     // `services` outlive the window.
     explicit frmAbout(const Services& services)
-        : services_(services), sounds_(services), licences_(sounds_), ok_(sounds_) {}
+        : Form(services), sounds_(services), licences_(sounds_), ok_(sounds_) {}
 
     // Shows the window over `owner` and returns when it is closed. False when Windows refuses.
     bool show(HWND owner);
 
   private:
-    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
-    void onPaint();
+    void onCommand(int id, int event) override;
     bool createWindow(HWND owner);
     void openLicences();
 
-    const Services services_;
     ButtonSounds sounds_;
     TarnelButton licences_;
     TarnelButton ok_;

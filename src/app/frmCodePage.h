@@ -7,13 +7,13 @@
 
 #include "base/Services.h"
 #include "base/TextGuess.h"
+#include "platform/Form.h"
 #include "platform/Handles.h"
-#include "platform/Window.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class frmCodePage : public Dialog {
+class frmCodePage : public Form {
   public:
     enum ControlId {
         kOpen = IDOK,
@@ -24,7 +24,7 @@ class frmCodePage : public Dialog {
 
     // `services` outlive the window.
     explicit frmCodePage(const Services& services)
-        : services_(services), sounds_(services), open_(sounds_), cancel_(sounds_) {}
+        : Form(services), sounds_(services), open_(sounds_), cancel_(sounds_) {}
 
     // Asks over `owner`. The index of the reading that the user takes, the first being marked when
     // the window comes; nothing where they cancel, or where Windows refuses the window.
@@ -33,13 +33,13 @@ class frmCodePage : public Dialog {
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
     bool createWindow(HWND owner, TextView fileName);
-    void onCommand(int id, int event);
+    Cell createList();
+    Cell createPreview();
+    void onCommand(int id, int event) override;
     void showPreview();
     void take();
 
-    const Services services_;
     ButtonSounds sounds_;
     TarnelButton open_;
     TarnelButton cancel_;

@@ -37,6 +37,21 @@ struct Rgb {
     friend bool operator==(const Rgb&, const Rgb&) = default;
 };
 
+enum class Alignment { Left = 0, Right = 1, Center = 2 };
+
+// The attributes of a selection; an attribute that is mixed across it has no value.
+struct SelectionStyle {
+    std::optional<Text> face;
+    std::optional<int> halfPoints;
+    std::optional<bool> bold;
+    std::optional<bool> italic;
+    std::optional<bool> underline;
+    std::optional<Rgb> colour;
+    std::optional<Alignment> alignment;
+
+    friend bool operator==(const SelectionStyle&, const SelectionStyle&) = default;
+};
+
 struct FindOptions {
     bool matchCase = false;
     bool wholeWord = false;
@@ -61,9 +76,11 @@ class Editor {
     virtual void setSelectionFont(TextView face, int points) = 0;
     virtual void setSelectionFace(TextView face) = 0;
     virtual void setSelectionSize(int halfPoints) = 0;
-    // The one face of the selection; nothing where it has several.
-    virtual std::optional<Text> selectionFace() const = 0;
     virtual void setSelectionColour(Rgb colour) = 0;
+    virtual void setBold(bool on) = 0;
+    virtual void setItalic(bool on) = 0;
+    virtual void setUnderline(bool on) = 0;
+    virtual SelectionStyle selectionStyle() const = 0;
     // Replaces the selected text; the new text takes the format of the first replaced character.
     // The caret is behind it afterwards.
     virtual void replaceSelection(TextView text) = 0;

@@ -25,6 +25,19 @@ struct Result {
 
 // The empty value of operations that only succeed or fail.
 struct Done {};
+inline Result<Done> done() {
+    return {Done{}, {}};
+}
+
+// No value of any type, with its cause.
+struct Failure {
+    Text cause;
+
+    template <class T>
+    operator Result<T>() const {
+        return {std::nullopt, cause};
+    }
+};
 
 // A file in the temporary folder that belongs to one run: nobody else can open it while this object
 // lives. When a run ends, in whatever way, the system lets go of its files.

@@ -34,6 +34,10 @@ class CellReader {
 // Every blank that text from the web is spaced with: tabs, no-break, thin and ideographic blanks,
 // and the blank of no width.
 bool isAnyBlank(char32_t code);
+// From 0 to 9; no other script's digits.
+constexpr bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
 
 // How many cells the line takes.
 std::size_t cellsOf(TextView line);

@@ -2,24 +2,23 @@
 
 #include <cstddef>
 
+#include "base/Hex.h"
 #include "rtf/RtfCharacters.h"
 
 namespace melvorin {
 namespace {
 
 void putCharacter(char16_t c, std::string& rtf) {
-    constexpr char digits[] = "0123456789abcdef";
-    if (c == u'\\' || c == u'{' || c == u'}') {
+    if (needsBackslash(c)) {
         rtf += '\\';
         rtf += static_cast<char>(c);
     } else if (c >= u' ' && c < 0x7F) {
         rtf += static_cast<char>(c);
     } else if (const int byte = latinByte(c); c > 0x7F && byte >= 0) {
         rtf += "\\'";
-        rtf += digits[byte / 16];
-        rtf += digits[byte % 16];
+        appendHex(rtf, static_cast<std::uint32_t>(byte), 2);
     } else {
-        rtf += "\\u" + std::to_string(c > 0x7FFF ? c - 0x10000 : c) + "?";
+        appendUnicode(rtf, c, 1);
     }
 }
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "chords/CellWidth.h"
+#include "chords/Note.h"
 #include "chords/SuffixNormaliser.h"
 
 namespace melvorin {
@@ -44,60 +46,34 @@ char16_t usualSign(char16_t c) {
     return c >= 0xFF01 && c <= 0xFF5E ? static_cast<char16_t>(c - 0xFEE0) : c;
 }
 
-bool isDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-
-bool isNoteLetter(char16_t c) {
-    return c >= u'A' && c <= u'G';
-}
-
 // ---- Notes -----------------------------------------------------------------------------------
 
-constexpr std::array<int, 7> kSteps = {9, 11, 0, 2, 4, 5, 7};  // half steps above C, from A
-
 // A letter with its accidentals, taken from the front of `text`.
-struct Note {
-    char16_t letter;
-    int accidental;  // half steps: sharps above, flats below zero
-
-    int step() const { return kSteps[static_cast<std::size_t>(letter - u'A')] + accidental; }
-};
-
-std::optional<Note> takeNote(TextView& text) {
+std::optional<TextView> takeNote(TextView& text) {
     if (text.empty() || !isNoteLetter(text[0]))
         return std::nullopt;
-    Note note{text[0], 0};
-    text.remove_prefix(1);
-    if (text.empty() || (text[0] != u'#' && text[0] != u'b'))
-        return note;
-    const char16_t sign = text[0];
-    for (int count = 0; count < 2 && !text.empty() && text[0] == sign; ++count) {
+    std::size_t length = 1;
+    while (length < 3 && length < text.size() && isAccidental(text[length]) &&
+           text[length] == text[1]) {
         // "Cb5" is a C with a flat fifth and "Dbb5" a Db with one: the last flat is the number's.
         // "Bb5" is a Bb with its fifth: only C and F have no flat neighbour of their own name.
-        const bool mayBeNumbers = count > 0 || note.letter == u'C' || note.letter == u'F';
-        const bool belongsToNumber =
-            mayBeNumbers && sign == u'b' && text.size() > 1 && text[1] == u'5';
-        if (belongsToNumber)
+        const bool mayBeNumbers = length > 1 || !isNoteName(text[0], u'b');
+        if (mayBeNumbers && text.substr(length).starts_with(u"b5"))
             break;
-        note.accidental += sign == u'#' ? 1 : -1;
-        text.remove_prefix(1);
+        ++length;
     }
+    const TextView note = text.substr(0, length);
+    text.remove_prefix(length);
     return note;
 }
 
-// The note as one of the 17 names; only those are moved by a key change.
-Text nameOf(int step, bool flat) {
-    static constexpr TextView sharps[] = {u"C",  u"C#", u"D",  u"D#", u"E",  u"F",
-                                          u"F#", u"G",  u"G#", u"A",  u"A#", u"B"};
-    static constexpr TextView flats[] = {u"C",  u"Db", u"D",  u"Eb", u"E",  u"F",
-                                         u"Gb", u"G",  u"Ab", u"A",  u"Bb", u"B"};
-    const auto index = static_cast<std::size_t>(((step % 12) + 12) % 12);
-    return Text(flat ? flats[index] : sharps[index]);
+Spelling spellingOf(TextView note) {
+    return note.ends_with(u'b') ? Spelling::Flats : Spelling::Sharps;
 }
 
-Text nameOf(Note note) {
-    return nameOf(note.step(), note.accidental < 0);
+// The note as one of the 17 names; only those are moved by a key change.
+TextView nameOf(TextView note) {
+    return noteName(halfSteps(note), spellingOf(note));
 }
 
 // ---- Suffixes --------------------------------------------------------------------------------
@@ -123,7 +99,7 @@ struct Suffix {
 
 class SuffixReader {
   public:
-    SuffixReader(TextView text, Note root) : all_(text), rest_(text), root_(root) {}
+    SuffixReader(TextView text, TextView root) : all_(text), rest_(text), root_(root) {}
     // Nothing when some part of the text means nothing.
     std::optional<Suffix> read();
 
@@ -140,14 +116,14 @@ class SuffixReader {
     bool takeSign();
     bool takePart();
     void takeOwnSeventh();
-    bool bassDegree(int halfSteps);
+    bool bassDegree(int above);
     bool add(int number, char16_t accidental);
     bool atStart() const { return rest_.size() == all_.size(); }
     bool digitAhead(std::size_t at = 0) const { return at < rest_.size() && isDigit(rest_[at]); }
 
     TextView all_;
     TextView rest_;
-    Note root_;
+    TextView root_;
     Suffix suffix_;
     int open_ = 0;             // parentheses
     bool majorAhead_ = false;  // "maj" waits for its number
@@ -246,8 +222,8 @@ bool SuffixReader::takePlus() {
     return add(5, u'#');
 }
 
-bool SuffixReader::bassDegree(int halfSteps) {
-    suffix_.bass = nameOf(root_.step() + halfSteps, root_.accidental < 0);
+bool SuffixReader::bassDegree(int above) {
+    suffix_.bass = Text(noteName(halfSteps(root_) + above, spellingOf(root_)));
     rest_ = {};
     return true;
 }
@@ -272,7 +248,7 @@ bool SuffixReader::takeSlash() {
                (!rest_.empty() && TextView(u"b#(+-aA").find(rest_[0]) != Text::npos);
     if (!behind.empty())
         return false;
-    suffix_.bass = nameOf(*bass);
+    suffix_.bass = Text(nameOf(*bass));
     rest_ = behind;
     return true;
 }
@@ -385,7 +361,7 @@ bool SuffixReader::takePart() {
         return true;
     }
     // A letter o is a ring where it cannot be the end of a word ("Go").
-    const bool ring = atStart() && rest_[0] == u'o' && (root_.accidental != 0 || digitAhead(1));
+    const bool ring = atStart() && rest_[0] == u'o' && (root_.size() > 1 || digitAhead(1));
     if (ring) {
         rest_.remove_prefix(1);
         suffix_.diminished = true;
@@ -414,7 +390,7 @@ std::optional<Suffix> SuffixReader::read() {
 
 class SuffixWriter {
   public:
-    explicit SuffixWriter(Text root) : chord_(std::move(root)) {}
+    explicit SuffixWriter(TextView root) : chord_(root) {}
 
     Text write(Suffix suffix);
 

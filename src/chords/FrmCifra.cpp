@@ -1,10 +1,8 @@
 #include "chords/FrmCifra.h"
 
-#include <algorithm>
-
-#include "chords/ChartRtf.h"
 #include "chords/DocumentKey.h"
 #include "chords/FrmCifraCreator.h"
+#include "chords/InsertChart.h"
 #include "platform/Handles.h"
 
 namespace melvorin {
@@ -20,74 +18,6 @@ constexpr int kBarHeight = 18;
 constexpr int kFull = 100;
 constexpr int kPerLine = 2;
 constexpr int kBusyRounds = 500;
-
-// Colours the lines of chords of a chart that stands at `place`, from a line's beginning.
-void colourChords(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
-    if (chart.lines.size() > kMostColouredLines)
-        return;
-    std::int32_t begin = place;
-    for (const ImportedLine& line : chart.lines) {
-        const auto end = begin + static_cast<std::int32_t>(line.text.size());
-        if (line.isChords) {
-            rtftext.select({begin, end});
-            rtftext.setSelectionColour(kChordColour);
-        }
-        begin = end + 1;
-    }
-    rtftext.select({place, place});
-}
-
-// The way for charts that are long, or that the control reads differently in Rich Text.
-void insertPlain(RichEdit& rtftext, std::int32_t place, const CreatedChart& chart) {
-    const EditorText text = chartText(chart.lines);
-    rtftext.select({place, place});
-    rtftext.replaceSelection(text.chars);
-    rtftext.select({place, place + static_cast<std::int32_t>(text.chars.size())});
-    rtftext.setSelectionFont(chart.face, chart.points);
-    rtftext.setSelectionColour({});
-    colourChords(rtftext, place, chart);
-}
-
-// A chart stands on lines of its own: where the selection begins or ends within a line, that line
-// is broken. An empty document becomes the chart.
-void insertChart(RichEdit& rtftext, const CreatedChart& chart) {
-    const std::string rtf = chartRtf(chart.lines, chart.face, chart.points);
-    const EditorText inserted = chartText(chart.lines);
-    const bool isShort = chart.lines.size() <= kMostRichLines;
-    const bool isEmpty = rtftext.isEmpty();
-    if (isShort && isEmpty && rtftext.loadRtf(rtf) && rtftext.text().chars == inserted.chars)
-        return;
-    if (!isShort && isEmpty && rtftext.loadPlain(inserted, chart.face, chart.points)) {
-        colourChords(rtftext, 0, chart);
-        return;
-    }
-    const std::string before = rtftext.rtf();
-    const Text text = rtftext.text().chars;
-    const Selection selection = rtftext.selection();
-    const auto begin = static_cast<std::size_t>(selection.begin);
-    const std::size_t end = std::min(static_cast<std::size_t>(selection.end), text.size());
-    const Text above = begin > 0 && text[begin - 1] != u'\r' ? u"\r" : u"";
-    const Text below = end < text.size() && text[end] != u'\r' ? u"\r" : u"";
-    const auto place = static_cast<std::int32_t>(begin + above.size());
-    const auto makeRoom = [&] {
-        rtftext.select(selection);
-        rtftext.replaceSelection(above + below);
-        rtftext.select({place, place});
-    };
-    makeRoom();
-    const Text expected = text.substr(0, begin) + above + inserted.chars + below + text.substr(end);
-    const bool isIn =
-        isShort && rtftext.replaceSelectionRtf(rtf) && rtftext.text().chars == expected;
-    if (!isIn) {
-        if (isShort) {
-            rtftext.loadRtf(before);
-            makeRoom();
-        }
-        insertPlain(rtftext, place, chart);
-    }
-    rtftext.select({place, place});
-    rtftext.scrollCaretIntoView();
-}
 
 }  // namespace
 

@@ -5,14 +5,14 @@
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/Transpose.h"
+#include "platform/Form.h"
 #include "platform/RichEdit.h"
-#include "platform/Window.h"
 
 namespace melvorin {
 
-class FrmCifra : public Dialog {
+class FrmCifra : public Form {
   public:
-    explicit FrmCifra(const Services& services) : services_(services) {}
+    using Form::Form;
 
     // Moves the song in `rtftext` by a half step and returns when the window is gone again. The
     // editor sends no change event meanwhile. False when it could not be done; the song is then as
@@ -33,7 +33,6 @@ class FrmCifra : public Dialog {
     void setProgress(int percent);
     bool createWindow(HWND owner);
 
-    const Services services_;
     HWND bar_ = nullptr;
     HWND label_ = nullptr;
     RichEdit* rtftext_ = nullptr;

@@ -9,9 +9,11 @@
 #include "base/TabExpansion.h"
 #include "chords/ChartRtf.h"
 #include "chords/ChordLine.h"
+#include "chords/CreatorKeys.h"
 #include "chords/SuffixNormaliser.h"
 #include "platform/Handles.h"
-#include "rtf/RtfCheck.h"
+#include "platform/HeldKeys.h"
+#include "rtf/FileKind.h"
 
 namespace melvorin {
 namespace {
@@ -25,15 +27,6 @@ constexpr int kLeastWidth = 760;
 constexpr int kLeastHeight = 480;
 constexpr UINT_PTR kChangeTimer = 1;
 constexpr UINT kChangeMs = 250;  // typing goes on until so long nothing was typed
-
-// One key for each verdict, its first letter.
-std::optional<LineVerdict> verdictOfKey(WORD key) {
-    for (const LineVerdict verdict : kLineVerdicts) {
-        if (nameOf(verdict)[0] - u'a' + u'A' == key)
-            return verdict;
-    }
-    return std::nullopt;
-}
 
 COLORREF colourOf(const SourceLine& line) {
     if ((line.remarks & LeftOut) != 0)
@@ -237,16 +230,14 @@ LRESULT FrmCifraCreator::onLineDraw(LPARAM lParam) const {
 }
 
 void FrmCifraCreator::onLineKey(WORD key) {
-    if (::GetKeyState(VK_CONTROL) < 0 || ::GetKeyState(VK_MENU) < 0)
-        return;
-    const auto verdict = verdictOfKey(key);
-    if (!verdict && key != 'A' && key != VK_BACK)
+    const auto verdict = runWithoutShift(kLineKeys, strokeOf(key));
+    if (!verdict)
         return;
     refreshIfTyped();
     std::vector<std::size_t> lines;
     for (int row = -1; (row = ListView_GetNextItem(control(kLines), row, LVNI_SELECTED)) >= 0;)
         lines.push_back(static_cast<std::size_t>(row));
-    draft_.choose(lines, verdict);
+    draft_.choose(lines, *verdict);
     converted_ = false;
     showChart();
     showLists();
@@ -386,11 +377,7 @@ void FrmCifraCreator::pasteAtCaret() {
 
 LRESULT CALLBACK FrmCifraCreator::songBox(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR id, DWORD_PTR self) {
-    const bool control = ::GetKeyState(VK_CONTROL) < 0;
-    const bool shift = ::GetKeyState(VK_SHIFT) < 0;
-    const bool isPaste = message == WM_PASTE ||
-                         (message == WM_KEYDOWN && ((wParam == 'V' && control && !shift) ||
-                                                    (wParam == VK_INSERT && shift && !control)));
+    const bool isPaste = message == WM_PASTE || (message == WM_KEYDOWN && pastes(strokeOf(wParam)));
     if (message == WM_GETDLGCODE)
         return dialogCode(window, wParam);
     if (!isPaste)

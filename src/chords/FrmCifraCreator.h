@@ -8,31 +8,20 @@
 
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
+#include "chords/InsertChart.h"
 #include "chords/NotationDraft.h"
+#include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-// Charts with more lines are not handed to the control as Rich Text: the time it takes to read that
-// grows with the square of the length (Wine).
-inline constexpr std::size_t kMostRichLines = 3000;
-// Charts with more lines are not coloured; every coloured line takes longer than the one before.
-inline constexpr std::size_t kMostColouredLines = 12'000;
-
-// What the creator hands over.
-struct CreatedChart {
-    std::vector<ImportedLine> lines;
-    Text face;
-    int points = 0;
-};
-
-class FrmCifraCreator : public Dialog {
+class FrmCifraCreator : public Form {
   public:
     // `lookup` tells which chords the dictionary has; without one the chords that can be read
     // count as found.
     FrmCifraCreator(const Services& services, const ChordLookup* lookup)
-        : services_(services), draft_(lookup), sounds_(services_) {}
+        : Form(services), draft_(lookup), sounds_(services_) {}
 
     // Shows the window and returns when it is gone again: with the chart, or with nothing after
     // Cancel. The text has the creator's face, read anew here, at 10 points.
@@ -63,7 +52,7 @@ class FrmCifraCreator : public Dialog {
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onException(const std::exception& error) override;
-    void onCommand(int id, int code);
+    void onCommand(int id, int code) override;
     LRESULT onNotify(LPARAM lParam);
     void onLineKey(WORD key);
     LRESULT onLineDraw(LPARAM lParam) const;
@@ -95,7 +84,6 @@ class FrmCifraCreator : public Dialog {
     void showPlaces(std::size_t sourceLine);
     const std::vector<ListedChord>& listOf(int id) const;
 
-    const Services services_;
     NotationDraft draft_;
     RichEdit Rb1_;
     RichEdit RTB2_;

@@ -16,10 +16,6 @@ namespace {
 constexpr std::size_t kLongestBracket = 80;
 constexpr std::size_t kLongestLabel = 60;
 
-bool isDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-
 // ---- Directives ------------------------------------------------------------------------------
 
 constexpr std::pair<TextView, TextView> kShortNames[] = {

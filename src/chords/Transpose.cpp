@@ -1,7 +1,7 @@
 #include "chords/Transpose.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
 #include "chords/ChordLine.h"
 
@@ -9,28 +9,8 @@ namespace melvorin {
 
 namespace {
 
-constexpr bool isLetter(char16_t c) {
-    return c >= u'A' && c <= u'G';
-}
-
-constexpr bool isAccidental(char16_t c) {
-    return c == u'#' || c == u'b';
-}
-
-constexpr std::size_t letterIndex(char16_t letter) {
-    return static_cast<std::size_t>(letter - u'A');
-}
-
 constexpr std::size_t accidentalIndex(char16_t accidental) {
     return accidental == u'#' ? 1 : accidental == u'b' ? 2 : 0;
-}
-
-// kept: odd-notes
-// E#, B#, Cb and Fb are not names: their letter moves as a natural, the accidental stays.
-constexpr bool isName(char16_t letter, char16_t accidental) {
-    const TextView withoutName = accidental == u'#' ? u"BE" : u"CF";
-    return isLetter(letter) && isAccidental(accidental) &&
-           withoutName.find(letter) == TextView::npos;
 }
 
 // Room enough for a transposed line. It has at most twice the characters, realigned or not: every
@@ -93,6 +73,43 @@ class Recorder {
     MovedLine& moved_;
 };
 
+template <class Watcher>
+bool separates(TextView line, std::size_t column, Watcher& watcher) {
+    return isTokenSeparator(line[column]) && !watcher.isFixed(column);
+}
+
+// Puts what becomes of the tokens of a line into their columns. `put` is given the column of one of
+// them, writes its successor and returns the column behind it.
+template <class Watcher, class Writer, class Put>
+void realign(TextView line, Watcher& watcher, Writer& out, Put put) {
+    std::size_t column = 0;
+    for (bool first = true;; first = false) {
+        const std::size_t gap = column;
+        while (column < line.size() && separates(line, column, watcher)) {
+            ++column;
+        }
+        const bool atEnd = column == line.size();
+        const std::size_t gapAfter = out.column();
+        out.fillTo(atEnd ? column : placeToken(column, gapAfter, first));
+        watcher.gap({gap, column - gap}, {gapAfter, out.column() - gapAfter});
+        if (atEnd) {
+            return;
+        }
+        const std::size_t token = column;
+        const std::size_t start = out.column();
+        column = put(token);
+        watcher.token({token, column - token}, {start, out.column() - start});
+    }
+}
+
+// Writes a line of any length.
+struct LineWriter {
+    Text line;
+
+    std::size_t column() const { return line.size(); }
+    void fillTo(std::size_t column) { line.resize(std::max(column, line.size()), u' '); }
+};
+
 }  // namespace
 
 // Writes into a line of which there is enough, and knows the column it is at.
@@ -148,21 +165,32 @@ Text TransposeLine(TextView line, Direction direction, Spelling spelling) {
 }
 
 Text RealignLine(TextView before, TextView transposed) {
-    std::vector<ChordToken> oldTokens;
-    std::vector<ChordToken> newTokens;
-    ScanTokens(before, oldTokens);
-    ScanTokens(transposed, newTokens);
-
-    Text line;
-    for (std::size_t i = 0; i < newTokens.size(); ++i) {
-        // The scan reports from right to left.
-        const std::size_t recorded =
-            i < oldTokens.size() ? oldTokens[oldTokens.size() - 1 - i].column : 0;
-        line.resize(placeToken(recorded, line.size(), i == 0), u' ');
-        line += newTokens[newTokens.size() - 1 - i].text;
+    std::vector<ChordToken> tokens;  // still to be written, the next one last
+    ScanTokens(transposed, tokens);
+    NoWatcher nobody;
+    LineWriter out;
+    std::size_t end = 0;  // of the last one written
+    const auto putNext = [&] {
+        out.line += tokens.back().text;
+        tokens.pop_back();
+        end = out.column();
+    };
+    realign(before, nobody, out, [&](std::size_t column) {
+        while (column < before.size() && !separates(before, column, nobody)) {
+            ++column;
+        }
+        if (!tokens.empty()) {
+            putNext();
+        }
+        return column;
+    });
+    out.line.resize(end);
+    while (!tokens.empty()) {
+        out.fillTo(placeToken(0, end, end == 0));
+        putNext();
     }
-    line.resize(std::max(line.size(), before.size()), u' ');
-    return line;
+    out.fillTo(before.size());
+    return std::move(out.line);
 }
 
 KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
@@ -178,46 +206,22 @@ KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
     }
 }
 
-// One half step, from a natural or a name.
-KeyChange::Note KeyChange::halfStep(Note note) const {
-    static constexpr TextView sharpsUp = u"A#C C#D#F F#G#";
-    static constexpr TextView flatsUp = u"BbC DbEbF GbAb";
-    static constexpr TextView sharpsDown = u"G#A#B C#D#E F#";
-    static constexpr TextView flatsDown = u"AbBbB DbEbE Gb";
-    static constexpr TextView above = u"BCDEFGA";
-    static constexpr TextView below = u"GABCDEF";
-
-    const bool up = direction_ == Direction::Up;
-    const std::size_t letter = letterIndex(note.letter);
-    if (note.accidental == 0) {
-        const TextView row = spelling_ == Spelling::Sharps ? (up ? sharpsUp : sharpsDown)
-                                                           : (up ? flatsUp : flatsDown);
-        const char16_t accidental = row[2 * letter + 1];
-        return {row[2 * letter], accidental == u' ' ? u'\0' : accidental};
-    }
-    if (note.accidental == u'#') {
-        return {up ? above[letter] : note.letter, 0};
-    }
-    return {up ? note.letter : below[letter], 0};
-}
-
 // Writes a letter with any number of accidentals behind it. Only a name moves with its accidental;
 // what else stands behind the letter stays, and becomes part of a name as soon as the letter in
 // front makes one with it: "Cb" goes up to "C#b", that to "Db", and that to "D".
 char16_t* KeyChange::writeLongNote(TextView note, char16_t* out) const {
-    Note name{note[0], 0};
+    const int way = direction_ == Direction::Up ? 1 : -1;
+    TextView name = note.substr(0, 1);
     TextView rest = note.substr(1);
     for (unsigned step = 0; step < steps_; ++step) {
-        if (name.accidental == 0 && !rest.empty() && isName(name.letter, rest[0])) {
-            name.accidental = rest[0];
+        int moved = halfSteps(name) + way;
+        if (name.size() == 1 && !rest.empty() && isNoteName(name[0], rest[0])) {
+            moved += halfSteps(rest[0]);
             rest.remove_prefix(1);
         }
-        name = halfStep(name);
+        name = noteName(moved, spelling_);
     }
-    *out++ = name.letter;
-    if (name.accidental != 0) {
-        *out++ = name.accidental;
-    }
+    out = std::copy(name.begin(), name.end(), out);
     return std::copy(rest.begin(), rest.end(), out);
 }
 
@@ -242,34 +246,18 @@ std::size_t KeyChange::moveNote(TextView line, std::size_t column, Watcher& watc
 
 template <class Watcher>
 char16_t* KeyChange::moveInto(char16_t* begin, TextView line, Watcher& watcher) const {
-    const auto separates = [&](std::size_t column) {
-        return isTokenSeparator(line[column]) && !watcher.isFixed(column);
-    };
     ColumnWriter out(begin);
-    std::size_t column = 0;
-    for (bool first = true;; first = false) {
-        const std::size_t gap = column;
-        while (column < line.size() && separates(column)) {
-            ++column;
-        }
-        const bool atEnd = column == line.size();
-        const std::size_t gapAfter = out.column();
-        out.fillTo(atEnd ? column : placeToken(column, gapAfter, first));
-        watcher.gap({gap, column - gap}, {gapAfter, out.column() - gapAfter});
-        if (atEnd) {
-            return out.end();
-        }
-        const std::size_t token = column;
-        const std::size_t start = out.column();
-        while (column < line.size() && !separates(column)) {
-            if (isLetter(line[column]) && !watcher.isFixed(column)) {
+    realign(line, watcher, out, [&](std::size_t column) {
+        while (column < line.size() && !separates(line, column, watcher)) {
+            if (isNoteLetter(line[column]) && !watcher.isFixed(column)) {
                 column = moveNote(line, column, watcher, out);
             } else {
                 out.put(line[column++]);
             }
         }
-        watcher.token({token, column - token}, {start, out.column() - start});
-    }
+        return column;
+    });
+    return out.end();
 }
 
 void KeyChange::appendMoved(TextView line, Text& out) const {
@@ -294,7 +282,7 @@ void KeyChange::appendTransposed(TextView line, Text& out) const {
         NoWatcher nobody;
         ColumnWriter writer(begin);
         for (std::size_t column = 0; column < line.size();) {
-            if (isLetter(line[column])) {
+            if (isNoteLetter(line[column])) {
                 column = moveNote(line, column, nobody, writer);
             } else {
                 writer.put(line[column++]);

@@ -12,14 +12,11 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "chords/Note.h"
 
 namespace melvorin {
 
 enum class Direction { Down = 1, Up = 2 };
-
-// How a note that starts natural and lands between two naturals is written. A note that starts
-// with an accidental always lands on a natural.
-enum class Spelling { Sharps, Flats };
 
 // Replaces the leftmost `find` and searches again from the start, until none is left, so that an
 // occurrence which a replacement completes is replaced too. Compares with case. Returns the text
@@ -93,13 +90,8 @@ class KeyChange {
         std::array<char16_t, 3> chars{};
         std::size_t length = 0;
     };
-    struct Note {
-        char16_t letter;
-        char16_t accidental;  // '#', 'b' or 0
-    };
     class ColumnWriter;
 
-    Note halfStep(Note note) const;
     char16_t* writeLongNote(TextView note, char16_t* out) const;
     template <class Watcher>
     std::size_t moveNote(TextView line, std::size_t column, Watcher& watcher,

@@ -55,9 +55,9 @@ Result<Done> ChordReport::describe(TextView chord, std::string& report) {
         found = findChord(chords_, field, text);
     }
     if (!found)
-        return Result<Done>::failure(found.cause);
+        return Failure{found.cause};
     if (!*found.value)
-        return Result<Done>::failure(u"There is no such chord.");
+        return Failure{u"There is no such chord."};
     const Text font = valueOf(chords_, u"Mname");
     for (const TextView field : kDiagrams) {
         const Text character = valueOf(chords_, field);
@@ -68,7 +68,7 @@ Result<Done> ChordReport::describe(TextView chord, std::string& report) {
         addLine(report, {valueOf(chords_, u"Fname"), valueOf(chords_, u"Course"), font, character,
                          known.frets, known.fingers});
     }
-    return Result<Done>::success({});
+    return done();
 }
 
 void ChordReport::list(std::string& report) const {

@@ -111,7 +111,7 @@ Result<Coding> codingOf(std::string_view bytes, const AnsiCodec& ansi, const Nam
         byteOrderMark(isUtf8 ? TextEncoding::Utf8WithBom : named->encoding);
     // A code page has letters that look like a mark.
     if (named->encoding != TextEncoding::Ansi && !mark.empty() && mark != ownMark) {
-        return Result<Coding>::failure(u"Its byte-order mark is that of another encoding.");
+        return Failure{u"Its byte-order mark is that of another encoding."};
     }
     const std::string_view kept = named->encoding == TextEncoding::Ansi ? "" : mark;
     return Result<Coding>::success({named->encoding, named->codec ? *named->codec : ansi, kept,
@@ -130,14 +130,14 @@ Result<Done> forEachPart(std::string_view bytes, const Coding& coding, Take take
         const std::size_t length = partLength(bytes, coding.encoding, wanted);
         DecodedText part = decodePart(bytes.substr(0, length), coding.encoding, coding.codec);
         if (const TextView trouble = whyNotAChart(part); !trouble.empty()) {
-            return Result<Done>::failure(Text(trouble));
+            return Failure{Text(trouble)};
         }
         if (!take(std::move(part.text))) {
-            return Result<Done>::failure(Text(kDoesNotFit));
+            return Failure{Text(kDoesNotFit)};
         }
         bytes.remove_prefix(length);
     }
-    return Result<Done>::success({});
+    return done();
 }
 
 void describeLines(TextView chart, std::string& report) {
@@ -178,12 +178,12 @@ Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
                                  const std::function<Text(TextView)>& edit) {
     const Result<Coding> coding = codingOf(bytes, ansi, named);
     if (!coding) {
-        return Result<std::string>::failure(coding.cause);
+        return Failure{coding.cause};
     }
     const auto& [encoding, codec, mark, newMark] = *coding.value;
     const DecodedText decoded = decodePart(bytes.substr(mark.size()), encoding, codec);
     if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
-        return Result<std::string>::failure(Text(trouble));
+        return Failure{Text(trouble)};
     }
     const std::optional<std::string> edited = encodePart(edit(decoded.text), encoding, codec);
     return edited ? Result<std::string>::success(std::string(newMark) + *edited)
@@ -259,10 +259,10 @@ bool Run::transpose() {
 }
 
 bool Run::lines() {
-    return rewriteAll([this](std::string_view bytes) {
+    return rewriteAll([this](std::string_view bytes) -> Result<std::string> {
         const Result<Coding> coding = codingOf(bytes, ansi_, named());
         if (!coding) {
-            return Result<std::string>::failure(coding.cause);
+            return Failure{coding.cause};
         }
         std::string report;
         const Result<Done> described =
@@ -276,7 +276,7 @@ bool Run::lines() {
 }
 
 bool Run::expandTabs() {
-    return rewriteAll([this](std::string_view bytes) {
+    return rewriteAll([this](std::string_view bytes) -> Result<std::string> {
         TabExpander expander;
         return rewriteBytes(
             bytes, ansi_,
@@ -368,7 +368,7 @@ Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
                                  const NamedEncoding* named) {
     const Result<Coding> coding = codingOf(bytes, ansi, named);
     if (!coding) {
-        return Result<std::string>::failure(coding.cause);
+        return Failure{coding.cause};
     }
     std::string result(coding.value->newMark);
     result.reserve(bytes.size() + bytes.size() / 16);

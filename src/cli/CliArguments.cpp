@@ -81,7 +81,7 @@ bool ArgumentParser::fail(Text cause) {
 
 Result<CliRequest> ArgumentParser::parse() {
     if (!takeCommand()) {
-        return Result<CliRequest>::failure(cause_);
+        return Failure{cause_};
     }
     bool optionsEnded = false;
     while (next_ < arguments_.size() && request_.command != Command::Help &&
@@ -92,7 +92,7 @@ Result<CliRequest> ArgumentParser::parse() {
         } else if (argument == u"--") {
             optionsEnded = true;
         } else if (!takeOption(argument)) {
-            return Result<CliRequest>::failure(cause_);
+            return Failure{cause_};
         }
     }
     return complete() ? Result<CliRequest>::success(request_) : Result<CliRequest>::failure(cause_);

@@ -40,9 +40,8 @@ class Descriptor {
     int number_;
 };
 
-template <class T = Done>
-Result<T> failureFromErrno() {
-    return Result<T>::failure(sentenceForErrno(errno));
+Failure failureFromErrno() {
+    return {sentenceForErrno(errno)};
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {
@@ -63,7 +62,7 @@ Result<Done> writeInPlace(const std::string& path, int flags, std::string_view b
     if (!file || !writeAll(file.get(), bytes) || !file.close()) {
         return failureFromErrno();
     }
-    return Result<Done>::success({});
+    return done();
 }
 
 std::string folderOf(const std::string& path) {
@@ -141,12 +140,12 @@ Result<Done> exchange(const std::string& target, const struct stat* old, std::st
                          writeAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close() &&
                          ::rename(side.path.c_str(), target.c_str()) == 0;
     if (!written) {
-        Result<Done> failure = failureFromErrno();
+        Failure failure = failureFromErrno();
         ::unlink(side.path.c_str());
         return failure;
     }
     syncFolder(target);
-    return Result<Done>::success({});
+    return done();
 }
 
 }  // namespace
@@ -220,10 +219,10 @@ bool NativeFiles::exists(TextView path) {
 Result<std::uint64_t> NativeFiles::size(TextView path) {
     struct stat state {};
     if (::stat(nativePathFromText(path).c_str(), &state) != 0) {
-        return failureFromErrno<std::uint64_t>();
+        return failureFromErrno();
     }
     if (S_ISDIR(state.st_mode)) {
-        return Result<std::uint64_t>::failure(sentenceForErrno(EISDIR));
+        return Failure{sentenceForErrno(EISDIR)};
     }
     return Result<std::uint64_t>::success(static_cast<std::uint64_t>(state.st_size));
 }
@@ -232,7 +231,7 @@ Result<std::string> NativeFiles::read(TextView path) {
     const Descriptor file(::open(nativePathFromText(path).c_str(), O_RDONLY | O_CLOEXEC));
     struct stat state {};
     if (!file || ::fstat(file.get(), &state) != 0) {
-        return failureFromErrno<std::string>();
+        return failureFromErrno();
     }
     // The size is a hint: a pipe has none, and a file may grow while it is read. One byte more
     // than the file has lets the first round find its end.
@@ -246,7 +245,7 @@ Result<std::string> NativeFiles::read(TextView path) {
             return Result<std::string>::success(std::move(bytes));
         }
         if (got < 0 && errno != EINTR) {
-            return failureFromErrno<std::string>();
+            return failureFromErrno();
         }
         length += got > 0 ? static_cast<std::size_t>(got) : 0;
         if (length == bytes.size()) {
@@ -266,7 +265,7 @@ Result<Done> NativeFiles::replace(TextView path, std::string_view bytes) {
         return errno == ENOENT ? exchange(followLinks(name), nullptr, bytes) : failureFromErrno();
     }
     if (S_ISDIR(old.st_mode)) {
-        return Result<Done>::failure(sentenceForErrno(EISDIR));
+        return Failure{sentenceForErrno(EISDIR)};
     }
     if (!S_ISREG(old.st_mode)) {
         return writeInPlace(name, 0, bytes);
@@ -281,7 +280,7 @@ Result<Done> NativeFiles::remove(TextView path) {
     if (::unlink(nativePathFromText(path).c_str()) != 0 && errno != ENOENT) {
         return failureFromErrno();
     }
-    return Result<Done>::success({});
+    return done();
 }
 
 Result<Text> NativeFiles::createTemporary(TextView prefix) {
@@ -290,7 +289,7 @@ Result<Text> NativeFiles::createTemporary(TextView prefix) {
     path.append("/").append(nativePathFromText(prefix)).append("XXXXXX");
     const Descriptor file(::mkstemp(path.data()));
     if (!file) {
-        return failureFromErrno<Text>();
+        return failureFromErrno();
     }
     return Result<Text>::success(textFromNativePath(path));
 }

@@ -167,9 +167,9 @@ Result<Done> AdoSource::open(TextView connection) {
         check(opened->object->Open(stringOf(connection).get(), stringOf({}).get(),
                                    stringOf({}).get(), adConnectUnspecified));
         connection_ = std::move(opened);
-        return Result<Done>::success({});
+        return done();
     } catch (const AdoFailure& failure) {
-        return Result<Done>::failure(sentenceFor(failure.code));
+        return Failure{sentenceFor(failure.code)};
     }
 }
 
@@ -187,7 +187,7 @@ Result<Table> AdoSource::read(TextView recordSource) {
         RecordsetCursor cursor(*records);
         return Result<Table>::success(readTable(cursor));
     } catch (const AdoFailure& failure) {
-        return Result<Table>::failure(sentenceFor(failure.code));
+        return Failure{sentenceFor(failure.code)};
     }
 }
 

@@ -17,7 +17,7 @@ TextView trimmed(TextView text) {
 }
 
 Result<Criterion> broken(TextView criterion, TextView why) {
-    return Result<Criterion>::failure(Text(why).append(u": ").append(criterion));
+    return Failure{Text(why).append(u": ").append(criterion)};
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ Result<Done> Recordset::open(std::unique_ptr<RowSource> source, TextView connect
         return opened;
     Result<Table> table = source->read(recordSource);
     if (!table)
-        return Result<Done>::failure(table.cause);
+        return Failure{table.cause};
     source_ = std::move(source);
     recordSource_ = recordSource;
     table_ = std::move(*table.value);
@@ -61,13 +61,13 @@ Result<Done> Recordset::open(std::unique_ptr<RowSource> source, TextView connect
 
 Result<Done> Recordset::refresh() {
     if (!isOpen())
-        return Result<Done>::failure(u"The database is not open.");
+        return Failure{u"The database is not open."};
     Result<Table> table = source_->read(recordSource_);
     if (!table)
-        return Result<Done>::failure(table.cause);
+        return Failure{table.cause};
     table_ = std::move(*table.value);
     moveFirst();
-    return Result<Done>::success({});
+    return done();
 }
 
 std::optional<std::size_t> Recordset::position() const {
@@ -99,10 +99,10 @@ void Recordset::movePrevious() {
 Result<bool> Recordset::find(TextView criterion) {
     const Result<Criterion> wanted = readCriterion(criterion);
     if (!wanted)
-        return Result<bool>::failure(wanted.cause);
+        return Failure{wanted.cause};
     const auto column = columnOf(wanted.value->field);
     if (!column)
-        return Result<bool>::failure(u"There is no field " + wanted.value->field + u".");
+        return Failure{u"There is no field " + wanted.value->field + u"."};
     const auto meets = [&](const Row& row) {
         return row[*column] && equalWithoutCase(*row[*column], wanted.value->value);
     };

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/Hex.h"
+
 namespace melvorin {
 namespace {
 
@@ -66,12 +68,10 @@ bool usesWriteAheadLog(sqlite3* database) {
 std::string uriOfUnchanging(const std::string& path) {
     std::string uri = "file:";
     for (const char c : path) {
-        constexpr std::string_view digits = "0123456789ABCDEF";
-        const auto byte = static_cast<unsigned char>(c);
         if (std::string_view("%?#\\").find(c) == std::string_view::npos)
             uri += c;
         else
-            (uri += '%').append({digits[byte >> 4U], digits[byte & 15U]});
+            appendHex(uri += '%', static_cast<unsigned char>(c), 2);
     }
     return uri + "?immutable=1";
 }
@@ -116,14 +116,14 @@ Result<Done> SqliteSource::open(TextView connection) {
         code = connect(uriOfUnchanging(path), SQLITE_OPEN_URI);
     sqlite3* const database = database_.get();
     if (code != SQLITE_OK)
-        return Result<Done>::failure(sentenceFor(code, database));
+        return Failure{sentenceFor(code, database)};
     // A file that was cut short would else be read with its missing rows empty.
     const Result<Table> check = read(u"pragma quick_check(1)");
     if (!check)
-        return Result<Done>::failure(check.cause);
+        return Failure{check.cause};
     if (check.value->rows.at(0).at(0) != u"ok")
-        return Result<Done>::failure(sentenceFor(SQLITE_CORRUPT, database));
-    return Result<Done>::success({});
+        return Failure{sentenceFor(SQLITE_CORRUPT, database)};
+    return done();
 }
 
 Result<Table> SqliteSource::read(TextView recordSource) {
@@ -136,7 +136,7 @@ Result<Table> SqliteSource::read(TextView recordSource) {
     int code = sqlite3_prepare_v2(database, query.c_str(), -1, &prepared, nullptr);
     const Statement statement(prepared);
     if (code != SQLITE_OK)
-        return Result<Table>::failure(sentenceFor(code, database));
+        return Failure{sentenceFor(code, database)};
     Table table;
     const int columns = sqlite3_column_count(prepared);
     for (int column = 0; column < columns; ++column)
@@ -148,7 +148,7 @@ Result<Table> SqliteSource::read(TextView recordSource) {
             row.push_back(columnText(prepared, column));
     }
     if (code != SQLITE_DONE)
-        return Result<Table>::failure(sentenceFor(code, database));
+        return Failure{sentenceFor(code, database)};
     return Result<Table>::success(std::move(table));
 }
 

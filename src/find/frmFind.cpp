@@ -7,17 +7,6 @@ namespace {
 
 enum ControlId { kFindme = 101, kReplaceme, kChWord, kChCase, kFindNext, kReplace, kReplaceAll };
 
-// Pixels at 96 dpi: one spacing for everything.
-constexpr int kMargin = 12;
-constexpr int kGap = 8;
-constexpr int kLabelWidth = 92;
-constexpr int kBoxWidth = 270;
-constexpr int kBoxHeight = 24;
-constexpr int kListHeight = 200;
-constexpr int kButtonWidth = 96;
-constexpr int kButtonHeight = 26;
-constexpr int kCheckHeight = 20;
-
 bool isInput(UINT message) {
     return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
            (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
@@ -27,8 +16,8 @@ bool isInput(UINT message) {
 }  // namespace
 
 frmFind::frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks)
-    : rtftext_(rtftext),
-      messages_(services.messages),
+    : Form(services),
+      rtftext_(rtftext),
       isBusy_(std::move(callbacks.isBusy)),
       finder_(rtftext, services.messages, std::move(callbacks.changed),
               [this] { ::SetFocus(rtftext_.handle()); }),
@@ -54,14 +43,10 @@ void frmFind::HistoryBox::remember(TextView text) {
 
 bool frmFind::open(HWND owner, TextView what) {
     if (!isOpen()) {
-        const int width = kMargin + kLabelWidth + kGap + kBoxWidth + kGap + kButtonWidth + kMargin;
-        const int height = 2 * kMargin + 4 * kButtonHeight + 3 * kGap;
-        if (!create(smallWindow(L"MelvorinfrmFind", L"Find and Replace", scaled(width),
-                                scaled(height), owner)))
+        if (!createForm(L"MelvorinfrmFind", L"Find and Replace", owner))
             return false;
-        createControls();
+        createControls(owner);
         finder_.reset();
-        centreOver(handle(), owner);
         ::ShowWindow(handle(), SW_SHOW);
     }
     if (!what.empty()) {
@@ -74,82 +59,44 @@ bool frmFind::open(HWND owner, TextView what) {
     return true;
 }
 
-HWND frmFind::addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                         const RECT& place) {
-    return createControl(
-        handle(), className, text, style, id,
-        {scaled(static_cast<int>(place.left)), scaled(static_cast<int>(place.top)),
-         scaled(static_cast<int>(place.right)), scaled(static_cast<int>(place.bottom))});
-}
-
-void frmFind::createControls() {
-    constexpr int boxLeft = kMargin + kLabelWidth + kGap;
-    constexpr int firstRow = kMargin;
-    constexpr int secondRow = firstRow + kButtonHeight + kGap;
-    constexpr int checkRow = secondRow + kButtonHeight + kGap;
-    const auto box = [&](const wchar_t* label, int id, int top) {
-        const HWND text = addControl(L"STATIC", label, SS_CENTERIMAGE, -1,
-                                     {kMargin, top, kMargin + kLabelWidth, top + kBoxHeight});
-        const HWND combo =
-            addControl(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL,
-                       id, {boxLeft, top, boxLeft + kBoxWidth, top + kListHeight});
-        // The font gives the box its height; the label's text is on its line.
-        RECT place{};
-        ::GetWindowRect(combo, &place);
-        ::SetWindowPos(text, nullptr, 0, 0, scaled(kLabelWidth),
-                       static_cast<int>(place.bottom - place.top), SWP_NOMOVE | SWP_NOZORDER);
-        return combo;
+// In the order in which Tab walks them.
+void frmFind::createControls(HWND owner) {
+    const auto box = [this](int id) {
+        return dropDown(id, CBS_DROPDOWN | CBS_AUTOHSCROLL).least(270).grows(1, 0);
     };
-    const auto check = [&](const wchar_t* text, int id, int top) {
-        return addControl(L"BUTTON", text, WS_TABSTOP | BS_AUTOCHECKBOX, id,
-                          {boxLeft, top, boxLeft + kBoxWidth, top + kCheckHeight});
-    };
-    int top = firstRow;
-    const auto addButton = [&](TarnelButton& button, TextView text, int id, DWORD style) {
-        const int left = scaled(boxLeft + kBoxWidth + kGap);
-        button.create(handle(), id,
-                      {left, scaled(top), left + scaled(kButtonWidth), scaled(top + kButtonHeight)},
-                      text, WS_TABSTOP | style);
-        top += kButtonHeight + kGap;
-    };
-    Findme_ = {box(L"Find what:", kFindme, firstRow), {}};
-    Replaceme_ = {box(L"Replace with:", kReplaceme, secondRow), {}};
-    ChWord_ = check(L"Match whole word only", kChWord, checkRow);
-    ChCase_ = check(L"Match Case", kChCase, checkRow + kCheckHeight + kGap / 2);
-    addButton(cmdFindNext_, u"Find Next", kFindNext, BS_DEFPUSHBUTTON);
-    addButton(cmdReplace_, u"Replace", kReplace, 0);
-    addButton(cmdReplaceAll_, u"Replace All", kReplaceAll, 0);
-    addButton(cmdCancel_, u"Exit", IDCANCEL, 0);
+    const Cell what = label(L"Find what:");
+    const Cell whatBox = box(kFindme);
+    const Cell with = label(L"Replace with:");
+    const Cell withBox = box(kReplaceme);
+    const Cell word = check(L"Match whole word only", kChWord);
+    const Cell letterCase = check(L"Match Case", kChCase);
+    const Cell next = button(cmdFindNext_, kFindNext, u"Find Next", WS_TABSTOP | BS_DEFPUSHBUTTON);
+    const Cell replace = button(cmdReplace_, kReplace, u"Replace");
+    const Cell all = button(cmdReplaceAll_, kReplaceAll, u"Replace All");
+    const Cell cancel = button(cmdCancel_, IDCANCEL, u"Exit");
+    Findme_ = {windowOf(whatBox), {}};
+    Replaceme_ = {windowOf(withBox), {}};
+    ChWord_ = windowOf(word);
+    ChCase_ = windowOf(letterCase);
     enableActions({});
-}
-
-bool frmFind::translate(MSG& message) {
-    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
-    return isMine && ::IsDialogMessageW(handle(), &message);
+    layOut(gridOf(3, {what, whatBox, next,     //
+                      with, withBox, replace,  //
+                      blank(), word, all,      //
+                      blank(), letterCase, cancel}),
+           owner);
 }
 
 LRESULT frmFind::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
         case DM_GETDEFID:
             return MAKELRESULT(kFindNext, DC_HASDEFID);
-        case WM_ACTIVATE:
+        case WM_SETFOCUS:
             // Coming back from the song, the search text is what is wanted next.
-            if (LOWORD(wParam) != WA_INACTIVE && ::GetFocus() == handle())
-                ::SetFocus(Findme_.window);
-            return passOn(message, wParam, lParam);
-        case WM_CLOSE:
-            onExit();
+            ::SetFocus(Findme_.window);
             return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
-}
-
-void frmFind::onException(const std::exception& error) {
-    reportException(messages_, error);
 }
 
 void frmFind::onCommand(int control, int code) {
@@ -169,10 +116,8 @@ void frmFind::onCommand(int control, int code) {
             if (!isBusy_() && isSearchText(Findme_.text()))
                 onAction(control);
             break;
-        case IDCANCEL:
-            onExit();
-            break;
         default:
+            Form::onCommand(control, code);
             break;
     }
 }
@@ -257,29 +202,23 @@ void frmFind::onReplaceAll() {
     restore();
 }
 
-void frmFind::onExit() {
+void frmFind::onClose() {
     if (finder_.isBusy())
         finder_.stop();
     else
-        destroy();
+        Form::onClose();
 }
 
 // Lets messages run between two replacements; of input, only what ends them.
 void frmFind::pump() {
-    MSG message{};
-    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        if (message.message == WM_QUIT) {
-            ::PostQuitMessage(static_cast<int>(message.wParam));
+    const bool goesOn = dispatchWaiting(0, [this](const MSG& message) {
+        const bool isEscape = message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE;
+        if (isEscape)
             finder_.stop();
-            return;
-        }
-        if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE)
-            finder_.stop();
-        else if (!isInput(message.message) || message.hwnd == cmdCancel_.handle()) {
-            ::TranslateMessage(&message);
-            ::DispatchMessageW(&message);
-        }
-    }
+        return !isEscape && (!isInput(message.message) || message.hwnd == cmdCancel_.handle());
+    });
+    if (!goesOn)
+        finder_.stop();
 }
 
 // A match must not be hidden behind the window that found it.

@@ -6,12 +6,13 @@
 #include <vector>
 
 #include "find/FindReplace.h"
+#include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class frmFind : public Window {
+class frmFind : public Form {
   public:
     struct Callbacks {
         // The document's change notification.
@@ -32,8 +33,6 @@ class frmFind : public Window {
     void startOver() { finder_.reset(); }
     // Replace All runs: only this window's "Exit" and Esc take input.
     bool isBusy() const { return finder_.isBusy(); }
-    // Keyboard navigation; true when the message is dealt with.
-    bool translate(MSG& message);
 
   private:
     // A drop-down box and the texts in its list, in the order of their use.
@@ -46,11 +45,9 @@ class frmFind : public Window {
     };
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
-    void onCommand(int control, int code);
-    void createControls();
-    HWND addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                    const RECT& place);
+    void onCommand(int control, int code) override;
+    void onClose() override;
+    void createControls(HWND owner);
     void onAction(int control);
     void onItemChosen();
     void enableActions(TextView what);
@@ -58,12 +55,10 @@ class frmFind : public Window {
     void onFindNext();
     void onReplace();
     void onReplaceAll();
-    void onExit();
     void pump();
     void keepClearOf(std::int32_t position);
 
     RichEdit& rtftext_;
-    MessageBoxes& messages_;
     std::function<bool()> isBusy_;
     FindReplace finder_;
     HistoryBox Findme_;

@@ -3,8 +3,6 @@
 #include <commdlg.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <utility>
@@ -13,7 +11,7 @@
 #include "platform/PicturesOnly.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Window.h"
-#include "rtf/RtfCheck.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfMap.h"
 #include "rtf/RtfRepair.h"
 #include "rtf/RtfUnfold.h"
@@ -23,9 +21,6 @@ namespace {
 
 constexpr WPARAM kUnicode = 1200;
 constexpr int kMargin = 6;  // pixels at 96 dpi between the frame and the text
-constexpr int kLine = 15;   // and about the height of a line
-// Characters of a line whose width tells whether the control has taken a size.
-constexpr std::int32_t kProbe = 40;
 
 // The newest rich-text class of the machine; the library stays loaded for the run.
 const wchar_t* richEditClass() {
@@ -231,48 +226,6 @@ void RichEdit::applyPlace() const {
     send(EM_SETRECT, 0, lparamOf(&text));
 }
 
-void RichEdit::applyZoom(HWND control) const {
-    ::SendMessageW(control, EM_SETZOOM, static_cast<WPARAM>(zoom_), 100);
-}
-
-// The first characters of the first line from `line` on that has some; empty where none is near.
-Selection RichEdit::beginningOfText(std::int32_t line) const {
-    constexpr std::int32_t lines = 50;
-    for (std::int32_t at = line; at < std::min(line + lines, lineCount()); ++at) {
-        if (const std::int32_t length = lengthOfLine(at); length > 0)
-            return {firstOfLine(at), firstOfLine(at) + std::min(kProbe, length)};
-    }
-    return {};
-}
-
-int RichEdit::widthOf(Selection range) const {
-    return static_cast<int>(pointOf(range.end).x - pointOf(range.begin).x);
-}
-
-void RichEdit::setZoom(int percent) {
-    const int former = std::exchange(zoom_, percent);
-    const std::int32_t top = firstVisibleLine();
-    const Selection selected = selection();
-    const EditorWork work(*this);
-    const Selection probe = beginningOfText(top);
-    const double wanted = widthOf(probe) * percent / former;
-    applyZoom(handle_);
-    // Some controls go on with the former widths until a format changes. The author of a revision
-    // is one that nobody sees and no Rich Text has.
-    const bool follows =
-        probe.end > probe.begin && std::abs(widthOf(probe) - wanted) <= std::max(2.0, wanted / 20);
-    if (!follows) {
-        CHARFORMAT2W format = charFormat(CFM_REVAUTHOR);
-        format.bRevAuthor = revisionAuthor_ = static_cast<BYTE>(1 - revisionAuthor_);
-        send(EM_SETCHARFORMAT, SCF_ALL, formatParam(format));
-    }
-    bringToTop(top);
-    // A cursor out of sight would take the view along.
-    const ScrollPosition place = scrollPosition();
-    select(selected);
-    scrollTo(place);
-}
-
 void RichEdit::show(bool visible) {
     shown_ = visible;
     ::SetWindowPos(handle_, HWND_TOP, 0, 0, 0, 0,
@@ -308,10 +261,10 @@ EditorText RichEdit::text() const {
     return {std::move(chars)};
 }
 
-std::string RichEdit::streamOut(WPARAM format) const {
+std::string RichEdit::streamOut() const {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, writeTarget};
-    send(EM_STREAMOUT, format, lparamOf(&stream));
+    send(EM_STREAMOUT, SF_RTF, lparamOf(&stream));
     // Half a document must never pass for a whole one.
     if (!::IsWindow(handle_) || stream.dwError != 0 || bytes.empty())
         throw std::runtime_error("the editor does not give its Rich Text");
@@ -321,7 +274,7 @@ std::string RichEdit::streamOut(WPARAM format) const {
 }
 
 std::string RichEdit::rtf() const {
-    std::string written = streamOut(SF_RTF);
+    std::string written = streamOut();
     // The text only helps to mend it: a control that does not give it keeps nobody from saving.
     Text shown;
     try {
@@ -330,11 +283,6 @@ std::string RichEdit::rtf() const {
         return withTableRows(written);
     }
     return withTableRows(withLostCharacters(std::move(written), shown));
-}
-
-std::string RichEdit::selectionRtf() const {
-    return withTableRows(
-        withLostCharacters(streamOut(SF_RTF | SFF_SELECTION), textBetween(selection())));
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {
@@ -483,10 +431,6 @@ POINT RichEdit::pointOf(std::int32_t position) const {
     return {point.x, point.y};
 }
 
-std::optional<Text> RichEdit::selectionFace() const {
-    return selectionStyle().face;
-}
-
 Text RichEdit::faceAt(std::int32_t position) {
     const Selection former = selection();
     select({position, position + 1});
@@ -504,50 +448,6 @@ Selection RichEdit::selection() const {
 void RichEdit::select(Selection selection) {
     CHARRANGE range{selection.begin, selection.end};
     send(EM_EXSETSEL, 0, lparamOf(&range));
-}
-
-ScrollPosition RichEdit::scrollPosition() const {
-    POINT point{};
-    send(EM_GETSCROLLPOS, 0, lparamOf(&point));
-    return {static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y),
-            firstVisibleLine()};
-}
-
-// Controls count pixels up to 65,535 only: beyond, some begin anew and some give a share. What
-// comes of it is many lines off; then the line is what counts.
-void RichEdit::scrollTo(ScrollPosition position) {
-    constexpr std::int32_t farOff = 100;
-    POINT point{position.x, position.y};
-    send(EM_SETSCROLLPOS, 0, lparamOf(&point));
-    const std::int32_t missing = position.line < 0 ? 0 : position.line - firstVisibleLine();
-    if (std::abs(missing) > farOff)
-        send(EM_LINESCROLL, 0, missing);
-}
-
-void RichEdit::scrollCaretIntoView() {
-    send(EM_SCROLLCARET);
-}
-
-bool RichEdit::isInView(std::int32_t position) const {
-    const POINT point = pointOf(position);
-    RECT text{};
-    send(EM_GETRECT, 0, lparamOf(&text));
-    text.bottom -= scaled(kLine);
-    return ::PtInRect(&text, point) != FALSE;
-}
-
-void RichEdit::centre(std::int32_t position) {
-    const POINT point = pointOf(position);
-    RECT text{};
-    send(EM_GETRECT, 0, lparamOf(&text));
-    ScrollPosition place = scrollPosition();
-    place.line =
-        std::max(0, lineOf(position) -
-                        static_cast<std::int32_t>((text.bottom - text.top) / 2) / scaled(kLine));
-    place.y = std::max(0, place.y + static_cast<int>(point.y - (text.top + text.bottom) / 2));
-    if (point.x < text.left || point.x >= text.right)
-        place.x = std::max(0, place.x + static_cast<int>(point.x - (text.left + text.right) / 2));
-    scrollTo(place);
 }
 
 void RichEdit::beginWork() {
@@ -623,27 +523,9 @@ std::int32_t RichEdit::lengthOfLine(std::int32_t line) const {
                      : static_cast<std::int32_t>(send(EM_LINELENGTH, static_cast<WPARAM>(first)));
 }
 
-std::int32_t RichEdit::firstVisibleLine() const {
-    return static_cast<std::int32_t>(send(EM_GETFIRSTVISIBLELINE));
-}
-
 std::int32_t RichEdit::length() const {
     GETTEXTLENGTHEX query{GTL_NUMCHARS, static_cast<UINT>(kUnicode)};
     return static_cast<std::int32_t>(send(EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&query)));
-}
-
-// From the end of the text the line is scrolled up to, no farther than it has to. That works by
-// the caret on every control, where positions in pixels end at 65,535 on some.
-void RichEdit::bringToTop(std::int32_t line) {
-    const std::int32_t end = length();
-    const std::int32_t first = firstOfLine(line);
-    beginWork();
-    select({end, end});
-    scrollCaretIntoView();
-    select({first, first});
-    scrollCaretIntoView();
-    endWork();
-    ::UpdateWindow(handle_);
 }
 
 }  // namespace melvorin

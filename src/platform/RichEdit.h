@@ -13,19 +13,6 @@
 
 namespace melvorin {
 
-enum class Alignment { Left = 0, Right = 1, Center = 2 };
-
-// The attributes of a selection; an attribute that is mixed across it has no value.
-struct SelectionStyle {
-    std::optional<Text> face;
-    std::optional<int> halfPoints;
-    std::optional<bool> bold;
-    std::optional<bool> italic;
-    std::optional<bool> underline;
-    std::optional<Rgb> colour;
-    std::optional<Alignment> alignment;
-};
-
 // A document is loaded into a fresh control, which then takes the old one's place: emptying a
 // control costs several times what filling one does (Wine), and a document that the control
 // refuses leaves the old one untouched. The handle changes with every load.
@@ -67,8 +54,11 @@ class RichEdit : public Editor {
     void setSelectionFont(TextView face, int points) override;
     void setSelectionFace(TextView face) override;
     void setSelectionSize(int halfPoints) override;
-    std::optional<Text> selectionFace() const override;
     void setSelectionColour(Rgb colour) override;
+    void setBold(bool on) override;
+    void setItalic(bool on) override;
+    void setUnderline(bool on) override;
+    SelectionStyle selectionStyle() const override;
     void replaceSelection(TextView text) override;
     bool replaceSelectionRtf(std::string_view rtf) override;
     void sendUndo() override;
@@ -95,9 +85,6 @@ class RichEdit : public Editor {
     bool atWork() const { return work_ > 0; }
 
     Text textBetween(Selection range) const;
-    // Rich Text of the selection alone.
-    std::string selectionRtf() const;
-    SelectionStyle selectionStyle() const;
     // The standard edit messages.
     void cut();
     void copy();
@@ -109,9 +96,6 @@ class RichEdit : public Editor {
     POINT pointOf(std::int32_t position) const;
     // The character at a place of the control, in pixels; the nearest one where there is none.
     std::int32_t positionAt(POINT point) const;
-    void setBold(bool on);
-    void setItalic(bool on);
-    void setUnderline(bool on);
     void setAlignment(Alignment alignment);
 
     std::int32_t lineCount() const;
@@ -129,7 +113,7 @@ class RichEdit : public Editor {
     }
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
-    std::string streamOut(WPARAM format) const;
+    std::string streamOut() const;
     HWND createControl();
     static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self);

@@ -56,23 +56,22 @@ Text systemPath(TextView path) {
     return path.size() < longest ? Text(path) : withoutLengthLimit(Win32Files().fullPath(path));
 }
 
-template <class T>
-Result<T> lastFailure() {
-    return Result<T>::failure(causeOf(::GetLastError()));
+Failure lastFailure() {
+    return {causeOf(::GetLastError())};
 }
 
 // From where the file stands to its end.
 Result<std::string> readAll(HANDLE file) {
     LARGE_INTEGER size{};
     if (!::GetFileSizeEx(file, &size))
-        return lastFailure<std::string>();
+        return lastFailure();
     std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
     std::size_t got = 0;
     while (got < bytes.size()) {
         const auto piece = static_cast<DWORD>(std::min(bytes.size() - got, kPiece));
         DWORD done = 0;
         if (!::ReadFile(file, bytes.data() + got, piece, &done, nullptr))
-            return lastFailure<std::string>();
+            return lastFailure();
         if (done == 0)
             break;
         got += done;
@@ -285,66 +284,65 @@ bool Win32Files::exists(TextView path) {
 
 Result<std::uint64_t> Win32Files::size(TextView path) {
     if (const TextView why = whyNotAFile(path); !why.empty())
-        return Result<std::uint64_t>::failure(Text(why));
+        return Failure{Text(why)};
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!::GetFileAttributesExW(wide(systemPath(path)), GetFileExInfoStandard, &data))
-        return lastFailure<std::uint64_t>();
+        return lastFailure();
     if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-        return Result<std::uint64_t>::failure(u"It is a folder.");
+        return Failure{u"It is a folder."};
     return Result<std::uint64_t>::success((static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) |
                                           data.nFileSizeLow);
 }
 
 Result<std::string> Win32Files::read(TextView path) {
     if (const TextView why = whyNotAFile(path); !why.empty())
-        return Result<std::string>::failure(Text(why));
+        return Failure{Text(why)};
     const UniqueFile file(::CreateFileW(wide(systemPath(path)), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                         FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    return file ? readAll(file.get()) : lastFailure<std::string>();
+    return file ? readAll(file.get()) : lastFailure();
 }
 
 Result<Done> Win32Files::write(TextView path, std::string_view bytes) {
     if (const TextView why = whyNotAFile(path); !why.empty())
-        return Result<Done>::failure(Text(why));
+        return Failure{Text(why)};
     if (!writeFile(systemPath(path), bytes))
-        return lastFailure<Done>();
-    return Result<Done>::success({});
+        return lastFailure();
+    return done();
 }
 
 Result<Done> Win32Files::replace(TextView path, std::string_view bytes) {
     if (const TextView why = whyNotAFile(path); !why.empty())
-        return Result<Done>::failure(Text(why));
+        return Failure{Text(why)};
     const Text target = systemPath(path);
     NewFile fresh = createBeside(target);
     if (fresh.name.empty())
-        return lastFailure<Done>();
+        return lastFailure();
     if (fillForGood(fresh.file.get(), bytes)) {
         fresh.file.close();
         if (putInPlace(fresh.name, target))
-            return Result<Done>::success({});
+            return done();
     }
     const DWORD error = ::GetLastError();
     fresh.file.close();
     ::DeleteFileW(wide(fresh.name));
-    return Result<Done>::failure(causeOf(error));
+    return Failure{causeOf(error)};
 }
 
 Result<Done> Win32Files::remove(TextView path) {
     if (::DeleteFileW(wide(systemPath(path))) || ::GetLastError() == ERROR_FILE_NOT_FOUND)
-        return Result<Done>::success({});
-    return lastFailure<Done>();
+        return done();
+    return lastFailure();
 }
 
 Result<Text> Win32Files::createTemporary(TextView prefix) {
     const Text folder = temporaryFolder();
     if (folder.empty())
-        return lastFailure<Text>();
+        return lastFailure();
     Text name = temporaryIn(folder, Text(prefix));
     if (name.empty()) {
         const Text cause = causeOf(::GetLastError());
-        return Result<Text>::failure(u"The temporary folder \"" + folder +
-                                     u"\" cannot be written: " + cause);
+        return Failure{u"The temporary folder \"" + folder + u"\" cannot be written: " + cause};
     }
     return Result<Text>::success(std::move(name));
 }
@@ -375,7 +373,7 @@ std::vector<std::unique_ptr<HeldFile>> Win32Files::takeHeld(TextView prefix) {
 }
 
 Text Win32Files::fullPath(TextView path) {
-    const Text relative(path);
+    Text relative(path);
     const DWORD needed = ::GetFullPathNameW(wide(relative), 0, nullptr, nullptr);
     Text full(needed, u'\0');
     const DWORD length = ::GetFullPathNameW(wide(relative), needed, wideBuffer(full), nullptr);

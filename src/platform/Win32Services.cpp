@@ -291,15 +291,15 @@ Result<std::basic_string<Char>> clipboardData(UINT format, std::uint64_t limit) 
     using Data = std::basic_string<Char>;
     const OpenClipboardScope clipboard;
     if (!clipboard)
-        return Result<Data>::failure(u"Another program is using the clipboard.");
+        return Failure{u"Another program is using the clipboard."};
     const HANDLE data = ::GetClipboardData(format);
     const std::size_t bytes = data == nullptr ? 0 : ::GlobalSize(data);
     if (bytes > limit)
-        return Result<Data>::failure(u"It is too large (" + sizeInWords(bytes) + u"); at most " +
-                                     sizeInWords(limit) + u" can be pasted at once.");
+        return Failure{u"It is too large (" + sizeInWords(bytes) + u"); at most " +
+                       sizeInWords(limit) + u" can be pasted at once."};
     const void* const start = data == nullptr ? nullptr : ::GlobalLock(data);
     if (start == nullptr)
-        return Result<Data>::failure(u"It is no longer there.");
+        return Failure{u"It is no longer there."};
     const auto* const first = static_cast<const Char*>(start);
     const Char* const end = std::find(first, first + bytes / sizeof(Char), Char{});
     Data copy(first, end);
@@ -366,11 +366,11 @@ Result<Done> Win32ShellOpener::open(TextView target) {
     const auto code = reinterpret_cast<INT_PTR>(
         ::ShellExecuteW(nullptr, L"open", wide(Text(target)), nullptr, nullptr, SW_SHOWNORMAL));
     if (code > 32)
-        return Result<Done>::success({});
+        return done();
     if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND)
-        return Result<Done>::failure(u"The file was not found.");
-    return Result<Done>::failure(code == SE_ERR_NOASSOC ? u"No program is set up to show it."
-                                                        : u"Windows could not open it.");
+        return Failure{u"The file was not found."};
+    return Failure{code == SE_ERR_NOASSOC ? u"No program is set up to show it."
+                                          : u"Windows could not open it."};
 }
 
 ScreenSize Win32Screen::size() {

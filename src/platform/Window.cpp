@@ -128,57 +128,6 @@ LRESULT Window::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
     return ::DefWindowProcW(handle_, message, wParam, lParam);
 }
 
-void Dialog::runModal(HWND owner) {
-    const HWND formerFocus = ::GetFocus();
-    ::EnableWindow(owner, FALSE);
-    ::ShowWindow(handle(), SW_SHOW);
-    MSG message{};
-    bool quit = false;
-    done_ = false;
-    while (isOpen() && !done_ && !quit) {
-        const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
-        if (got <= 0) {
-            quit = true;
-        } else if (!::IsDialogMessageW(handle(), &message)) {
-            ::TranslateMessage(&message);
-            ::DispatchMessageW(&message);
-        }
-    }
-    // The owner is enabled before the dialog goes, else another program's window would come up.
-    ::EnableWindow(owner, TRUE);
-    destroy();
-    // The control that had the focus may be gone; the owner then knows where it belongs.
-    ::SetFocus(::IsWindow(formerFocus) ? formerFocus : owner);
-    if (quit)
-        ::PostQuitMessage(static_cast<int>(message.wParam));
-}
-
-bool ModelessDialog::translate(MSG& message) {
-    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
-    if (!isMine)
-        return false;
-    if (message.message == WM_KEYDOWN && onKeyDown(message.wParam))
-        return true;
-    return ::IsDialogMessageW(handle(), &message) != FALSE;
-}
-
-void ModelessDialog::bringForward() {
-    ::ShowWindow(handle(), SW_SHOW);
-    ::SetActiveWindow(handle());
-}
-
-LRESULT ModelessDialog::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE) {
-        const HWND focus = ::GetFocus();
-        if (::IsChild(handle(), focus))
-            focus_ = focus;
-    } else if (message == WM_SETFOCUS && ::IsWindow(focus_) && ::IsWindowEnabled(focus_)) {
-        ::SetFocus(focus_);
-        return 0;
-    }
-    return Window::passOn(message, wParam, lParam);
-}
-
 namespace {
 
 HFONT& currentUiFont() {
@@ -259,6 +208,21 @@ int runMessageLoop(const std::function<bool(MSG&)>& translate) {
         ::DispatchMessageW(&message);
     }
     return static_cast<int>(message.wParam);
+}
+
+bool dispatchWaiting(UINT which, const std::function<bool(const MSG&)>& takes) {
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | which)) {
+        if (message.message == WM_QUIT) {
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
+        if (takes(message)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+    }
+    return true;
 }
 
 }  // namespace melvorin

@@ -72,45 +72,6 @@ class Window {
     HWND handle_ = nullptr;
 };
 
-// A window that is shown modally over its owner: Tab walks its controls, and the
-// owner is disabled until it is gone.
-class Dialog : public Window {
-  public:
-    // Shows the window (already created) and returns when `endModal` was called or the window is
-    // gone; the window is then destroyed. WM_QUIT that arrives meanwhile goes on to the outer
-    // loop.
-    void runModal(HWND owner);
-
-  protected:
-    // Called by a handler: the modal run ends when that handler returns.
-    void endModal() { done_ = true; }
-
-  private:
-    bool done_ = false;
-};
-
-// A window that stays open beside its owner. Tab walks its controls, and the control that had the
-// focus has it again when the user comes back.
-class ModelessDialog : public Window {
-  public:
-    // Gives a message of the loop to the window; true when it is dealt with.
-    bool translate(MSG& message);
-    void hide() {
-        if (isOpen())
-            ::ShowWindow(handle(), SW_HIDE);
-    }
-
-  protected:
-    // A key goes down anywhere in the window, before its controls know. True: they never will.
-    virtual bool onKeyDown(WPARAM key) = 0;
-    // Shows the window (already created) over its owner, or brings it forward.
-    void bringForward();
-    LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam);
-
-  private:
-    HWND focus_ = nullptr;
-};
-
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
 // Gives windows that are created from now on another font, which the caller owns and keeps alive
@@ -139,5 +100,9 @@ void centreOver(HWND window, HWND owner);
 // Reads messages until WM_QUIT, whose value it returns. `translate` sees each message first and
 // returns true for those that it has dealt with.
 int runMessageLoop(const std::function<bool(MSG&)>& translate);
+// Hands out the messages that wait, of the kinds of PeekMessage's PM_QS flags in `which` (0: all).
+// `takes` sees each first and returns false for those that are not to arrive. False when WM_QUIT
+// came, which goes on to the outer loop.
+bool dispatchWaiting(UINT which, const std::function<bool(const MSG&)>& takes);
 
 }  // namespace melvorin

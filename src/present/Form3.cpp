@@ -1,15 +1,10 @@
 #include "present/Form3.h"
 
+#include "platform/HeldKeys.h"
 #include "present/StageLayout.h"
 
 namespace melvorin {
 namespace {
-
-// Pixels at 96 dpi.
-constexpr int kMargin = 8;
-constexpr int kGap = 8;
-constexpr int kButtonWidth = 92;
-constexpr int kButtonHeight = 28;
 
 // kept: pause-caption
 constexpr TextView kPause = u"| |  Pause";
@@ -18,7 +13,11 @@ constexpr TextView kRestart = u"Restart";
 }  // namespace
 
 Form3::Form3(const Services& services, Callbacks callbacks)
-    : callbacks_(std::move(callbacks)), sounds_(services), Cmd_(sounds_), Cmd2_(sounds_) {}
+    : Form(services),
+      callbacks_(std::move(callbacks)),
+      sounds_(services),
+      Cmd_(sounds_),
+      Cmd2_(sounds_) {}
 
 bool Form3::open(HWND owner, const Area& screen) {
     if (!isOpen() && !createWindow(owner))
@@ -31,16 +30,9 @@ bool Form3::open(HWND owner, const Area& screen) {
 }
 
 bool Form3::createWindow(HWND owner) {
-    if (!create(smallWindow(L"MelvorinForm3", L"0:00",
-                            scaled(2 * kMargin + 2 * kButtonWidth + kGap),
-                            scaled(2 * kMargin + kButtonHeight), owner)))
+    if (!createForm(L"MelvorinForm3", L"0:00", owner))
         return false;
-    const auto at = [](int left) {
-        return RECT{scaled(left), scaled(kMargin), scaled(left + kButtonWidth),
-                    scaled(kMargin + kButtonHeight)};
-    };
-    Cmd_.create(handle(), Cmd, at(kMargin), kPause);
-    Cmd2_.create(handle(), Cmd2, at(kMargin + kButtonWidth + kGap), u"Return");
+    layOut(rowOf({button(Cmd_, Cmd, kPause), button(Cmd2_, Cmd2, u"Return")}), owner);
     return true;
 }
 
@@ -58,41 +50,33 @@ void Form3::showPaused(bool paused) {
 
 LRESULT Form3::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            if (LOWORD(wParam) == Cmd)
-                callbacks_.pauseOrResume();
-            else if (LOWORD(wParam) == Cmd2)
-                callbacks_.returned();
-            return 0;
-        case WM_CLOSE:
-            callbacks_.returned();
-            return 0;
         case WM_HELP:
             // On stage a slip beside F2 must not bring a window up.
             return TRUE;
         case WM_SYSCOMMAND:
             return callbacks_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
 }
 
-// kept: f-keys
-// One key further than the panel's text says; so it is kept.
+void Form3::onCommand(int id, int event) {
+    if (id == Cmd)
+        callbacks_.pauseOrResume();
+    else
+        Form::onCommand(id, event);
+}
+
+void Form3::onClose() {
+    callbacks_.returned();
+}
+
 bool Form3::onKeyDown(WPARAM key) {
-    switch (key) {
-        case VK_F2:
-            callbacks_.key(RunKey::OneLine);
-            return true;
-        case VK_F3:
-            callbacks_.key(RunKey::FiveLines);
-            return true;
-        case VK_F4:
-            callbacks_.key(RunKey::TenLines);
-            return true;
-        default:
-            return callbacks_.viewKey(key);
-    }
+    const auto moves = runWithoutShift(kRunKeys, strokeOf(key));
+    if (!moves)
+        return callbacks_.viewKey(key);
+    callbacks_.key(*moves);
+    return true;
 }
 
 }  // namespace melvorin

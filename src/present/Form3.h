@@ -5,12 +5,13 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "present/StageRun.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class Form3 : public ModelessDialog {
+class Form3 : public Form {
   public:
     enum ControlId { Cmd = 101, Cmd2 = IDCANCEL };
 
@@ -34,6 +35,8 @@ class Form3 : public ModelessDialog {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onKeyDown(WPARAM key) override;
+    void onCommand(int id, int event) override;
+    void onClose() override;
     bool createWindow(HWND owner);
 
     Callbacks callbacks_;

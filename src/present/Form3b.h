@@ -4,11 +4,12 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class Form3b : public ModelessDialog {
+class Form3b : public Form {
   public:
     enum ControlId { Cmd3 = IDCANCEL };
 
@@ -24,7 +25,7 @@ class Form3b : public ModelessDialog {
     bool open(HWND owner, const Area& screen);
 
   private:
-    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void onClose() override { callbacks_.enlarged(); }
     bool onKeyDown(WPARAM key) override { return callbacks_.viewKey(key); }
     bool createWindow(HWND owner);
 

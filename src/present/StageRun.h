@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "present/ClsElapsed.h"
+#include "present/StageKeys.h"
 
 namespace melvorin {
 
@@ -40,9 +41,6 @@ class StageSurface {
     // The run is over: the bar goes and the panel comes back.
     virtual void runEnded() = 0;
 };
-
-// The keys that move a run by hand.
-enum class RunKey { OneLine, FiveLines, TenLines };
 
 class StageRun {
   public:

@@ -7,6 +7,7 @@
 #include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
 #include "dictionary/RichEditDiagrams.h"
+#include "platform/HeldKeys.h"
 #include "rtf/EditCommands.h"
 #include "widgets/FrmTxt.h"
 
@@ -20,10 +21,6 @@ constexpr UINT_PTR kWriteTimer = 1;
 // Writing a long song back takes a while: then it waits until the typing pauses.
 constexpr std::int64_t kQuickMs = 60;
 constexpr UINT kPauseMs = 400;
-
-bool isHeld(int key) {
-    return ::GetKeyState(key) < 0;
-}
 
 // Keys that change a text or could: all characters, and of the others those that delete, cut, paste
 // or format.
@@ -276,28 +273,9 @@ bool frmFScreen::onViewKey(const MSG& message) {
     }
     if (message.message != WM_KEYDOWN)
         return false;
-    if (isHeld(VK_CONTROL) && !isHeld(VK_MENU)) {
-        switch (message.wParam) {
-            case VK_OEM_PLUS:
-            case VK_ADD:
-                setZoom(zoomed(FSRTB_.zoom(), true));
-                return true;
-            case VK_OEM_MINUS:
-            case VK_SUBTRACT:
-                setZoom(zoomed(FSRTB_.zoom(), false));
-                return true;
-            case '0':
-                setZoom(100);
-                return true;
-            case 'Z':
-            case 'Y':
-                // A running song is not changed.
-                if (!panel_.run().isRunning())
-                    restore(message.wParam == 'Z' ? callbacks_.undo : callbacks_.redo);
-                return true;
-            default:
-                return false;
-        }
+    if (const auto command = runWithoutShift(kViewKeys, strokeOf(message.wParam))) {
+        run(*command);
+        return true;
     }
     if (!inView || message.wParam != VK_ESCAPE)
         return false;
@@ -305,26 +283,32 @@ bool frmFScreen::onViewKey(const MSG& message) {
     return true;
 }
 
-// Pedals send these keys; they move the view, not the run.
-bool frmFScreen::takesKey(WPARAM key) {
-    const auto scroll = [&](WPARAM how) {
-        ::SendMessageW(shownText().handle(), WM_VSCROLL, how, 0);
-        return true;
-    };
-    switch (key) {
-        case VK_NEXT:
-        case VK_RIGHT:
-            return scroll(SB_PAGEDOWN);
-        case VK_PRIOR:
-        case VK_LEFT:
-            return scroll(SB_PAGEUP);
-        case VK_DOWN:
-            return scroll(SB_LINEDOWN);
-        case VK_UP:
-            return scroll(SB_LINEUP);
-        default:
-            return false;
+void frmFScreen::run(ViewKey command) {
+    switch (command) {
+        case ViewKey::Larger:
+        case ViewKey::Smaller:
+            return setZoom(zoomed(FSRTB_.zoom(), command == ViewKey::Larger));
+        case ViewKey::AsItWas:
+            return setZoom(100);
+        case ViewKey::Undo:
+        case ViewKey::Redo:
+            // A running song is not changed.
+            if (!panel_.run().isRunning())
+                restore(command == ViewKey::Undo ? callbacks_.undo : callbacks_.redo);
+            return;
     }
+}
+
+bool frmFScreen::takesKey(WPARAM key) {
+    const auto command = runWithoutShift(kPedalKeys, strokeOf(key));
+    if (!command)
+        return false;
+    const WPARAM how = *command == PedalKey::PageForward   ? SB_PAGEDOWN
+                       : *command == PedalKey::PageBack    ? SB_PAGEUP
+                       : *command == PedalKey::LineForward ? SB_LINEDOWN
+                                                           : SB_LINEUP;
+    ::SendMessageW(shownText().handle(), WM_VSCROLL, how, 0);
+    return true;
 }
 
 void frmFScreen::setZoom(int percent) {
@@ -342,11 +326,10 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (panel_.run().isRunning())
         return edits(message, wParam);
     if (message == WM_KEYDOWN) {
-        const bool pastes = (wParam == VK_INSERT && isHeld(VK_SHIFT)) ||
-                            (wParam == 'V' && isHeld(VK_CONTROL) && !isHeld(VK_MENU));
-        if (pastes)
+        const bool isPaste = pastes(strokeOf(wParam));
+        if (isPaste)
             paste();
-        return pastes;
+        return isPaste;
     }
     if (wParam != u'\t')
         return false;
@@ -369,7 +352,7 @@ std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn)
     };
     try {
         callbacks_.undisturbed(
-            [&] { expanded = FrmTxt().convert(handle(), std::move(text), startColumn); });
+            [&] { expanded = FrmTxt(services_).convert(handle(), std::move(text), startColumn); });
     } catch (...) {
         goOn();
         throw;

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/RichEdit.h"
+#include "present/StageKeys.h"
 #include "present/frmFScreenB.h"
 
 namespace melvorin {
@@ -51,6 +52,7 @@ class frmFScreen : public Window, private StageView {
     bool onTextInput(UINT message, WPARAM wParam);
     std::optional<Text> expandPasted(Text text, std::size_t startColumn);
     bool onViewKey(const MSG& message);
+    void run(ViewKey command);
 
     bool createWindow(HWND owner);
     void giveUp();

@@ -13,28 +13,10 @@ constexpr UINT kTimerMs = 1;
 constexpr int kLongestPace = 60;  // seconds
 constexpr int kMostTimes = 99;
 
-// Pixels at 96 dpi: one margin, one gap, one height for a row.
-constexpr int kMargin = 12;
-constexpr int kGap = 8;
-constexpr int kRow = 30;
-constexpr int kBox = 22;
-constexpr int kLabel = 18;
-constexpr int kDropped = 240;
+// Pixels at 96 dpi.
 constexpr int kNumberList = 56;
 constexpr int kLineList = 68;
-constexpr int kButtonWidth = 92;
-constexpr int kButtonHeight = 36;
-constexpr int kWidth = 560;
-constexpr int kInner = kWidth - 2 * kMargin;
-constexpr int kRowsTop = kMargin + 2 * kRow;
-constexpr int kCursorTop = kRowsTop + static_cast<int>(kJumpRows) * kRow;
-constexpr int kKeysTop = kCursorTop + kRow + kGap;
-constexpr int kButtonsTop = kKeysTop + 3 * kLabel + kGap;
-constexpr int kHeight = kButtonsTop + 2 * kButtonHeight + kGap + kMargin;
-
-RECT box(int left, int top, int width, int height) {
-    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
-}
+constexpr int kMeaning = 160;  // two lines of what a button does
 
 bool isClosedList(HWND window) {
     wchar_t name[16] = L"";
@@ -59,7 +41,7 @@ void addNumbers(HWND list, int first, int last) {
 }  // namespace
 
 frmFScreenB::frmFScreenB(const Services& services, StageView& view)
-    : services_(services),
+    : Form(services),
       view_(view),
       run_(services_.clock, *this),
       bar_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
@@ -86,8 +68,7 @@ bool frmFScreenB::open() {
 }
 
 bool frmFScreenB::createWindow() {
-    if (!create(smallWindow(L"MelvorinfrmFScreenB", L"Full Screen", scaled(kWidth), scaled(kHeight),
-                            view_.window())))
+    if (!createForm(L"MelvorinfrmFScreenB", L"Full Screen", view_.window()))
         return false;
     prepared_ = false;
     listed_ = 0;
@@ -96,90 +77,49 @@ bool frmFScreenB::createWindow() {
     return true;
 }
 
-HWND frmFScreenB::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                      const RECT& place) {
-    return createControl(handle(), className, text, style, id, place);
+// In the order in which Tab walks them.
+void frmFScreenB::createControls() {
+    const Cell pace =
+        gridOf(3, {label(L"Go up one line after each"),
+                   numberList(Seconds, kLongestPace).least(kNumberList),
+                   // kept: segunds
+                   label(L"segund(s)"),
+                   //
+                   check(L"Repeat the whole text", Check1),
+                   numberList(Seconds3, kMostTimes).least(kNumberList), label(L"time(s)")});
+    ::EnableWindow(item(Seconds3), FALSE);
+    Cell jumps = gridOf(6, {});
+    for (std::size_t row = 1; row <= kJumpRows; ++row) {
+        const Cell cells[] = {check(L"Jump from the line", idAt(CK, row)),
+                              numberList(idAt(CB, 2 * row - 1), 0).least(kLineList),
+                              label(L"to the line", 0, idAt(LK, row)),
+                              numberList(idAt(CB, 2 * row), 0).least(kLineList),
+                              numberList(idAt(CB, 10 + row), kMostTimes).least(kNumberList),
+                              label(L"time(s)")};
+        jumps.cells.insert(jumps.cells.end(), std::begin(cells), std::end(cells));
+    }
+    const Cell cursor =
+        rowOf({label(L"The cursor is in the line number:"),
+               control(L"EDIT", L"", ES_READONLY, Text1, WS_EX_CLIENTEDGE).least(kNumberList),
+               label(L"Show the line:"), numberList(Seconds2, 0).least(kLineList)});
+    // kept: f-keys
+    const Cell keys = columnOf({label(L"Press (F1) to go up (1) one line"),
+                                label(L"Press (F2) to go up (5) five lines"),
+                                label(L"Press (F3) to go up (10) ten lines")});
+    layOut(columnOf({columnOf({pace, jumps, cursor}), keys.close(), buttons()}).apart(),
+           view_.window());
 }
 
 // A drop-down list of the numbers from 1, the first one chosen.
-HWND frmFScreenB::addList(int id, const RECT& place, int count) {
-    RECT dropped = place;
-    dropped.bottom = dropped.top + scaled(kDropped);
-    const HWND list =
-        add(L"COMBOBOX", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id, dropped);
-    addNumbers(list, 1, count);
-    ::SendMessageW(list, CB_SETCURSEL, 0, 0);
+Cell frmFScreenB::numberList(int id, int count) {
+    Cell list = dropDown(id, CBS_DROPDOWNLIST);
+    addNumbers(windowOf(list), 1, count);
+    ::SendMessageW(windowOf(list), CB_SETCURSEL, 0, 0);
     return list;
 }
 
-// In the order in which Tab walks them.
-void frmFScreenB::createControls() {
-    int left = 0;
-    int top = kMargin;
-    const auto put = [&](int width) {
-        const RECT place = box(left, top, width, kBox);
-        left += width + kGap;
-        return place;
-    };
-    const auto label = [&](const wchar_t* text, int width, int id = -1) {
-        add(L"STATIC", text, SS_CENTERIMAGE, id, put(width));
-    };
-    left = kMargin;
-    label(L"Go up one line after each", 172);
-    addList(Seconds, put(kNumberList), kLongestPace);
-    // kept: segunds
-    label(L"segund(s)", 80);
-
-    left = kMargin;
-    top += kRow;
-    add(L"BUTTON", L"Repeat the whole text", WS_TABSTOP | BS_AUTOCHECKBOX, Check1, put(172));
-    ::EnableWindow(addList(Seconds3, put(kNumberList), kMostTimes), FALSE);
-    label(L"time(s)", 80);
-    createRows();
-
-    left = kMargin;
-    top = kCursorTop;
-    label(L"The cursor is in the line number:", 216);
-    RECT number = put(kNumberList);
-    ::InflateRect(&number, 0, -scaled(2));  // its text stands where the label's does
-    add(L"EDIT", L"", ES_READONLY | WS_BORDER, Text1, number);
-    label(L"Show the line:", 100);
-    addList(Seconds2, put(kLineList), 0);
-
-    // kept: f-keys
-    const wchar_t* const keys[] = {L"Press (F1) to go up (1) one line",
-                                   L"Press (F2) to go up (5) five lines",
-                                   L"Press (F3) to go up (10) ten lines"};
-    top = kKeysTop;
-    for (const wchar_t* const text : keys) {
-        add(L"STATIC", text, 0, -1, box(kMargin, top, kInner, kLabel));
-        top += kLabel;
-    }
-    createButtons();
-}
-
-// "Jump from the line [] to the line [] [] time(s)"
-void frmFScreenB::createRows() {
-    for (std::size_t row = 1; row <= kJumpRows; ++row) {
-        const int top = kRowsTop + (static_cast<int>(row) - 1) * kRow;
-        int left = kMargin;
-        const auto put = [&](int width) {
-            const RECT place = box(left, top, width, kBox);
-            left += width + kGap;
-            return place;
-        };
-        add(L"BUTTON", L"Jump from the line", WS_TABSTOP | BS_AUTOCHECKBOX, idAt(CK, row),
-            put(144));
-        addList(idAt(CB, 2 * row - 1), put(kLineList), 0);
-        add(L"STATIC", L"to the line", SS_CENTERIMAGE, idAt(LK, row), put(68));
-        addList(idAt(CB, 2 * row), put(kLineList), 0);
-        addList(idAt(CB, 10 + row), put(kNumberList), kMostTimes);
-        add(L"STATIC", L"time(s)", SS_CENTERIMAGE, -1, put(52));
-    }
-}
-
 // Two by two, each with its meaning beside it.
-void frmFScreenB::createButtons() {
+Cell frmFScreenB::buttons() {
     struct Entry {
         TarnelButton& button;
         int id;
@@ -193,23 +133,18 @@ void frmFScreenB::createButtons() {
         {Command8_, Command8, u"Reduce", -1, L"leaves the screen to the text and a small bar"},
         {Command7_, Command7, u"Exit", -1, L"goes back to the editor"},
     };
-    constexpr int cell = (kInner - kGap) / 2;
-    int number = 0;
+    Cell cells = gridOf(4, {});
     for (const Entry& entry : entries) {
-        const int left = kMargin + number % 2 * (cell + kGap);
-        const int top = kButtonsTop + number / 2 * (kButtonHeight + kGap);
         const DWORD style = WS_TABSTOP | (entry.id == Command4 ? BS_DEFPUSHBUTTON : 0U);
-        entry.button.create(handle(), entry.id, box(left, top, kButtonWidth, kButtonHeight),
-                            entry.caption, style);
-        add(L"STATIC", entry.meaning, entry.label > 0 ? SS_NOTIFY : 0U, entry.label,
-            box(left + kButtonWidth + kGap, top, cell - kButtonWidth - kGap, kButtonHeight));
-        ++number;
+        cells.cells.push_back(button(entry.button, entry.id, entry.caption, style));
+        cells.cells.push_back(
+            label(entry.meaning, entry.label > 0 ? SS_NOTIFY : 0U, entry.label).least(kMeaning));
     }
+    return cells;
 }
 
 bool frmFScreenB::translate(MSG& message) {
-    return bar_.translate(message) || smallBar_.translate(message) ||
-           ModelessDialog::translate(message);
+    return bar_.translate(message) || smallBar_.translate(message) || Form::translate(message);
 }
 
 Monitor frmFScreenB::monitor() const {
@@ -244,17 +179,11 @@ void frmFScreenB::arrange() {
 
 LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
         case WM_TIMER:
             onTimer(wParam);
             return 0;
         case DM_GETDEFID:
             return MAKELRESULT(Command4, DC_HASDEFID);
-        case WM_CLOSE:
-            view_.leave();
-            return 0;
         case WM_DESTROY:
             // Here, because the panel also goes with the windows that own it.
             run_.showPanel({});
@@ -262,8 +191,12 @@ LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             services_.screen.keepOn(false);
             return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
+}
+
+void frmFScreenB::onClose() {
+    view_.leave();
 }
 
 // Where a list has the focus, it takes the keys of a pedal; and Enter there means the number, which
@@ -296,10 +229,8 @@ void frmFScreenB::onCommand(int control, int code) {
         case Command8:
             reduce();
             break;
-        case Command7:
-            view_.leave();
-            break;
         default:
+            Form::onCommand(control, code);
             break;
     }
 }

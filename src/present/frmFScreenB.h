@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "present/Form3.h"
 #include "present/Form3b.h"
 #include "present/StageLayout.h"
@@ -35,7 +36,7 @@ class StageView {
     virtual void leave() = 0;
 };
 
-class frmFScreenB : public ModelessDialog, private StageSurface {
+class frmFScreenB : public Form, private StageSurface {
   public:
     // The ids of the controls, by their names; the arrays have theirs from here up.
     enum ControlId {
@@ -84,16 +85,14 @@ class frmFScreenB : public ModelessDialog, private StageSurface {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onKeyDown(WPARAM key) override;
-    void onCommand(int control, int code);
+    void onCommand(int control, int code) override;
+    void onClose() override;
     void onTimer(UINT_PTR timer);
 
     bool createWindow();
     void createControls();
-    void createRows();
-    void createButtons();
-    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
-    HWND addList(int id, const RECT& place, int count);
-    HWND item(int id) const { return ::GetDlgItem(handle(), id); }
+    Cell numberList(int id, int count);
+    Cell buttons();
     int chosen(int list) const;
     Monitor monitor() const;
     void moveToCorner();
@@ -113,7 +112,6 @@ class frmFScreenB : public ModelessDialog, private StageSurface {
     void showCaption(TextView caption) override;
     void runEnded() override;
 
-    Services services_;
     StageView& view_;
     StageRun run_;
     Form3 bar_;

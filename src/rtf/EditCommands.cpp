@@ -29,10 +29,10 @@ bool tell(MessageBoxes& messages, TextView text) {
 Result<std::string> soundRichText(Clipboard& clipboard) {
     const Result<std::string> bytes = clipboard.richText(kLargestPaste);
     if (!bytes)
-        return Result<std::string>::failure(bytes.cause);
+        return Failure{bytes.cause};
     RtfVerdict verdict = checkRtf(*bytes.value);
     if (verdict.kind != RtfVerdict::Kind::Ok)
-        return Result<std::string>::failure(verdict.sentence);
+        return Failure{verdict.sentence};
     // A control that has lost characters on the way out may have put the plain text beside.
     const Result<Text> text = clipboard.text(kLargestPaste);
     return Result<std::string>::success(
@@ -49,7 +49,7 @@ void receive(Editor& editor, TextView face) {
 // and any other in two halves, so that the number of looks goes with the number of faces.
 void findWords(Editor& editor, Selection range, std::vector<Selection>& words) {
     editor.select(range);
-    const std::optional<Text> face = editor.selectionFace();
+    const std::optional<Text> face = editor.selectionStyle().face;
     if (!face && range.end - range.begin > 1) {
         const std::int32_t middle = range.begin + (range.end - range.begin) / 2;
         findWords(editor, {range.begin, middle}, words);
@@ -63,7 +63,7 @@ void findWords(Editor& editor, Selection range, std::vector<Selection>& words) {
 }
 
 std::vector<Selection> rangesOfWords(Editor& editor, Selection range) {
-    const std::optional<Text> face = editor.selectionFace();
+    const std::optional<Text> face = editor.selectionStyle().face;
     if (face)
         return isDiagramFace(*face) ? std::vector<Selection>() : std::vector<Selection>{range};
     std::vector<Selection> words;
@@ -134,6 +134,10 @@ void setFace(Editor& editor, TextView face) {
         editor.setSelectionFace(face);
     }
     editor.select(selection);
+}
+
+void toggle(Editor& editor, TextEffect effect) {
+    (editor.*effect.set)(editor.selectionStyle().*effect.state != true);
 }
 
 bool hasDiagrams(Editor& editor) {

@@ -14,6 +14,18 @@ namespace melvorin {
 // alone it is a diagram; where only diagrams are selected they take it.
 void setFace(Editor& editor, TextView face);
 
+// An attribute that is on or off.
+struct TextEffect {
+    std::optional<bool> SelectionStyle::*state;
+    void (Editor::*set)(bool on);
+};
+inline constexpr TextEffect kBold{&SelectionStyle::bold, &Editor::setBold};
+inline constexpr TextEffect kItalic{&SelectionStyle::italic, &Editor::setItalic};
+inline constexpr TextEffect kUnderline{&SelectionStyle::underline, &Editor::setUnderline};
+
+// Switches it off where the whole selection has it, else on for all of the selection.
+void toggle(Editor& editor, TextEffect effect);
+
 // Whether the document has chord diagrams.
 bool hasDiagrams(Editor& editor);
 

@@ -37,4 +37,9 @@ int latinByte(char16_t c) {
     return found == end || c < 0xA0 ? -1 : static_cast<int>(found - latin().data());
 }
 
+void appendUnicode(std::string& rtf, char16_t c, std::int32_t skip) {
+    rtf += "\\u" + std::to_string(static_cast<std::int16_t>(c));
+    rtf.append(skip == 0 ? 1 : static_cast<std::size_t>(skip), skip == 0 ? ' ' : '?');
+}
+
 }  // namespace melvorin

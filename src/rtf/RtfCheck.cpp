@@ -6,9 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "base/Hex.h"
+#include "rtf/FileKind.h"
 #include "rtf/PictureCheck.h"
 #include "rtf/RtfDiagrams.h"
 #include "rtf/RtfLexer.h"
+#include "rtf/RtfLimits.h"
 #include "rtf/RtfRows.h"
 #include "rtf/RtfSureCharacters.h"
 #include "rtf/RtfUnfold.h"
@@ -25,37 +28,6 @@ constexpr TextView kBadStyles = u"The style sheet of the document is damaged.";
 constexpr TextView kBadTable = u"The document has a table that is damaged or too complex.";
 constexpr TextView kBadEncoding = u"The character encoding of the document is damaged.";
 constexpr TextView kMisplaced = u"A part of the document is not where it belongs.";
-constexpr std::int32_t kMaxSkip = 16;
-
-// Code pages that every control knows; with an unknown one a control reads nothing at all.
-constexpr auto kCodePages = std::to_array<std::int32_t>(
-    {0,     437,   708,   720,   737,   775,   850,   852,   855,   857,   860,   861,   862,
-     863,   864,   865,   866,   869,   874,   932,   936,   949,   950,   1250,  1251,  1252,
-     1253,  1254,  1255,  1256,  1257,  1258,  1361,  10000, 10001, 10002, 10003, 10004, 10005,
-     10006, 10007, 10008, 10010, 10017, 10021, 10029, 10079, 10081, 10082, 20866, 21866, 65001});
-
-// Character sets of fonts that have a code page. In a font of any other, a control reads characters
-// that it cannot write.
-constexpr auto kCharsets = std::to_array<std::int32_t>(
-    {0,   1,   2,   77,  78,  79,  80,  81,  83,  84,  85,  86,  87,  88,  89,  128, 129,
-     130, 134, 136, 161, 162, 163, 177, 178, 179, 180, 181, 186, 204, 222, 238, 254, 255});
-
-// Distances in twips, no farther than 22 inches: beyond, some controls crash in writing them.
-struct Distance {
-    std::string_view name;
-    std::int32_t least;
-    std::int32_t most;
-};
-constexpr auto kDistances = std::to_array<Distance>({{"fi", -31'680, 31'680},
-                                                     {"li", -31'680, 31'680},
-                                                     {"ri", -31'680, 31'680},
-                                                     {"tb", 0, 31'680},
-                                                     {"tx", 0, 31'680}});
-
-template <class Range, class Value>
-bool contains(const Range& range, const Value& value) {
-    return std::find(range.begin(), range.end(), value) != range.end();
-}
 
 // Whatever is no digit is passed over, as the controls do.
 std::string bytesOfHex(std::string_view text) {
@@ -77,14 +49,6 @@ std::string bytesOfHex(std::string_view text) {
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-// Offset of the first byte that is no byte-order mark and no blank.
-std::size_t documentStart(std::string_view bytes) {
-    std::size_t start = bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0;
-    while (start < bytes.size() && isBlank(bytes[start]))
-        ++start;
-    return start;
 }
 
 bool isFiller(char c) {
@@ -311,9 +275,9 @@ bool Checker::word(const RtfToken& token) {
     if (level().started && isDestination(token.name))
         return malformed(kMisplaced);
     if ((token.name == "ansicpg" || token.name == "cpg") &&
-        (!token.hasNumber || !contains(kCodePages, token.number)))
+        (!token.hasNumber || !isKnownCodePage(token.number)))
         return malformed(u"The document is in an unknown code page.");
-    if (token.name == "fcharset" && token.hasNumber && !contains(kCharsets, token.number))
+    if (token.name == "fcharset" && token.hasNumber && !isKnownCharset(token.number))
         edits_.push_back({token.begin, token.end, "\\fcharset1 "});
     // A control that takes U+0000 writes what it does not read again.
     if (token.name == "u" && (!token.hasNumber || token.number % 0x10000 == 0))
@@ -324,7 +288,7 @@ bool Checker::word(const RtfToken& token) {
         hasText_ = true;
     }
     if (token.name == "uc") {
-        if (token.number < 0 || token.number > kMaxSkip)
+        if (token.number < 0 || token.number > kMaxRtfSkip)
             return malformed(kBadEncoding);
         level().skip = token.hasNumber ? token.number : 1;
     }
@@ -338,16 +302,10 @@ bool Checker::word(const RtfToken& token) {
 }
 
 void Checker::keepDistance(const RtfToken& token) {
-    for (const Distance& distance : kDistances) {
-        if (token.name != distance.name)
-            continue;
-        // Without a number some controls take a number of their own, below all.
-        const std::int32_t kept =
-            token.hasNumber ? std::clamp(token.number, distance.least, distance.most) : 0;
-        if (!token.hasNumber || kept != token.number || token.overflow)
-            edits_.push_back({token.begin, token.end,
-                              "\\" + std::string(token.name) + std::to_string(kept) + " "});
-    }
+    const std::optional<std::int32_t> kept = keptDistance(token);
+    if (kept && (!token.hasNumber || *kept != token.number || token.overflow))
+        edits_.push_back(
+            {token.begin, token.end, "\\" + std::string(token.name) + std::to_string(*kept) + " "});
 }
 
 // A table or sheet begins: as the first word of its group and before all text, or it would
@@ -483,16 +441,14 @@ void Checker::rewriteBinary(const RtfToken& raw) {
     // The line end ends whatever word stands before, and is neither data nor text.
     std::string hex = "\r\n";
     if (level().place == Place::Data) {
-        constexpr std::string_view digits = "0123456789abcdef";
+        const std::size_t begin = hex.size();
+        for (const char c : bytes_.substr(raw.data, raw.end - raw.data))
+            appendHex(hex, static_cast<unsigned char>(c), 2);
         RtfToken written;
         written.kind = RtfToken::Kind::Byte;
-        for (const char c : bytes_.substr(raw.data, raw.end - raw.data)) {
-            const auto byte = static_cast<unsigned char>(c);
-            for (const char digit : {digits[byte >> 4U], digits[byte & 15U]}) {
-                hex += digit;
-                written.byte = static_cast<unsigned char>(digit);
-                token(written);
-            }
+        for (const char digit : std::string_view(hex).substr(begin)) {
+            written.byte = static_cast<unsigned char>(digit);
+            token(written);
         }
     }
     edits_.push_back({raw.begin, raw.end, std::move(hex)});
@@ -515,47 +471,14 @@ std::string Checker::edited(std::size_t end) const {
     return document.append(bytes_.substr(copied, end - copied));
 }
 
-bool isUtf16WithMark(std::string_view bytes) {
-    return bytes.size() % 2 == 0 &&
-           (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"));
-}
-
 }  // namespace
-
-bool looksLikeRtf(std::string_view bytes) {
-    const std::string_view document = bytes.substr(documentStart(bytes));
-    constexpr std::string_view opening = "{\\rtf";
-    if (!document.starts_with(opening))
-        return false;
-    RtfLexer lexer(document, 1);
-    return lexer.next().name == "rtf";
-}
 
 RtfVerdict checkRtf(std::string_view bytes) {
     if (!looksLikeRtf(bytes))
         return {Kind::NotRtf, u"The file holds no Rich Text.", {}, false};
     const std::string plain =
-        withSureCharacters(withPlainDiagrams(unfoldRtf(bytes.substr(documentStart(bytes)))));
+        withSureCharacters(withPlainDiagrams(unfoldRtf(fromDocumentStart(bytes))));
     return Checker(plain).run();
-}
-
-bool looksBinary(std::string_view bytes) {
-    if (isUtf16WithMark(bytes)) {
-        for (std::size_t i = 0; i < bytes.size(); i += 2) {
-            if (bytes[i] == '\0' && bytes[i + 1] == '\0')
-                return true;
-        }
-        return false;
-    }
-    std::size_t controls = 0;
-    for (const char c : bytes) {
-        if (c == '\0')
-            return true;
-        constexpr std::string_view usual = "\t\n\v\f\r\x1B\x1A";
-        if (static_cast<unsigned char>(c) < 0x20 && usual.find(c) == std::string_view::npos)
-            ++controls;
-    }
-    return controls > 3 + bytes.size() / 100;
 }
 
 }  // namespace melvorin

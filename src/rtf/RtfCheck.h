@@ -1,27 +1,17 @@
-// What a file holds, judged from its bytes, before a control is given them.
+// Whether a control can be given a document, judged from its bytes.
 //
 // The rich-edit control reads some damaged documents as an empty or shortened text and reports
 // success, and with others it goes down and takes the program along. So nothing reaches it that
 // was not found sound here first.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "base/Text.h"
+#include "rtf/RtfLimits.h"
 
 namespace melvorin {
-
-// Groups inside groups, the document's own included. Of the controls we run on, the one with the
-// smallest stack reads 32 levels, whatever the groups hold, and crashes at 33. Word processors
-// stay far below.
-inline constexpr std::size_t kMaxRtfDepth = 30;
-// Letters and digits of a control word. A control crashes somewhat above 1,030; Rich Text itself
-// allows 32 letters.
-inline constexpr std::size_t kMaxRtfWordLength = 250;
-// Bytes of a name in the font table or the style sheet; crashes above 1,040.
-inline constexpr std::size_t kMaxRtfNameLength = 250;
 
 struct RtfVerdict {
     enum class Kind {
@@ -61,14 +51,5 @@ struct RtfVerdict {
 // middle of a group; tables with nested tables, unfinished rows, or more cells than their rows
 // define.
 RtfVerdict checkRtf(std::string_view bytes);
-
-// True when the bytes begin with {\rtf, after an optional UTF-8 byte-order mark and white space.
-bool looksLikeRtf(std::string_view bytes);
-
-// True when a file that claims to be text holds something else. Text in UTF-16 with a byte-order
-// mark is text unless it holds U+0000. Otherwise a NUL is a sure sign; and so are more control
-// characters than 3 plus 1 in 100 bytes, where TAB, LF, VT, FF, CR, ESC and the old end-of-file
-// mark 0x1A do not count: compressed data has about ten in 100.
-bool looksBinary(std::string_view bytes);
 
 }  // namespace melvorin

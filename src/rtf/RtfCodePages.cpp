@@ -62,7 +62,7 @@ void RtfFonts::word(const RtfToken& token) {
 }
 
 const RtfFonts::Font* RtfFonts::find(std::int32_t font) const {
-    const auto found = fonts_.find(font < 0 ? defaultFont_ : font);
+    const auto found = fonts_.find(number(font));
     return found == fonts_.end() ? nullptr : &found->second;
 }
 

@@ -21,7 +21,9 @@ class RtfFonts {
     // A word anywhere else.
     void word(const RtfToken& token);
 
-    // Of the bytes in a font; -1 is the document's default font.
+    // In all of these, -1 is the document's default font. Its number:
+    std::int32_t number(std::int32_t font) const { return font < 0 ? defaultFont_ : font; }
+    // Of the bytes in a font.
     unsigned codePage(std::int32_t font) const;
     // Whether every control reads them so. Some know no character sets of other systems, and take
     // the machine's code page for the document's.

@@ -98,11 +98,6 @@ constexpr auto kSkippedGroups = std::to_array<std::string_view>({
     "userprops", "wgrffmtfilter", "xmlnstbl"});
 // clang-format on
 
-template <class Range>
-bool contains(const Range& range, std::string_view name) {
-    return std::find(range.begin(), range.end(), name) != range.end();
-}
-
 }  // namespace
 
 bool isRtfFormatWord(std::string_view name) {
@@ -117,11 +112,11 @@ std::optional<char16_t> rtfWordCharacter(std::string_view name) {
 }
 
 bool isRtfSilentGroup(std::string_view name) {
-    return contains(kSilentGroups, name);
+    return std::find(kSilentGroups.begin(), kSilentGroups.end(), name) != kSilentGroups.end();
 }
 
 bool isRtfSkippedGroup(std::string_view name) {
-    return contains(kSkippedGroups, name);
+    return std::find(kSkippedGroups.begin(), kSkippedGroups.end(), name) != kSkippedGroups.end();
 }
 
 }  // namespace melvorin

@@ -3,14 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/Hex.h"
+
 namespace melvorin {
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
 
 namespace {
 
@@ -106,13 +101,15 @@ bool RtfLexer::isDigitAt(std::size_t offset) const {
 }
 
 std::size_t takeStandIns(RtfLexer& lexer, std::int32_t count) {
+    RtfLexer ahead = lexer;
     while (count > 0) {
-        RtfLexer ahead = lexer;
         const RtfToken next = ahead.next();
-        if (next.kind != RtfToken::Kind::Break && !next.isCharacter())
+        if (next.isCharacter()) {
+            lexer = ahead;
+            --count;
+        } else if (next.kind != RtfToken::Kind::Break && !next.isWord("bin")) {
             break;
-        lexer = ahead;
-        count -= next.isCharacter() ? 1 : 0;
+        }
     }
     return lexer.offset();
 }

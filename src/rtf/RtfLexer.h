@@ -8,9 +8,6 @@
 
 namespace melvorin {
 
-// The value of a hexadecimal digit; -1 for any other character.
-int hexDigit(char c);
-
 struct RtfToken {
     enum class Kind {
         Open,    // {
@@ -37,6 +34,11 @@ struct RtfToken {
     // What may be a stand-in for a character of a \u.
     bool isCharacter() const {
         return kind == Kind::Byte || kind == Kind::Hex || kind == Kind::Symbol;
+    }
+    // A byte of text, whatever it is written as.
+    bool isByte() const {
+        return kind == Kind::Byte || (kind == Kind::Hex && byte >= 0) || isSymbol('{') ||
+               isSymbol('}') || isSymbol('\\');
     }
     bool isWord(std::string_view wanted) const { return kind == Kind::Word && name == wanted; }
     bool isSymbol(char wanted) const { return kind == Kind::Symbol && byte == wanted; }
@@ -65,7 +67,7 @@ class RtfLexer {
 };
 
 // Takes the stand-ins behind a \u, at most `count`, from the lexer, which has just given the \u.
-// The offset behind them.
+// Line ends and raw data among them are no stand-ins. The offset behind them.
 std::size_t takeStandIns(RtfLexer& lexer, std::int32_t count);
 
 }  // namespace melvorin

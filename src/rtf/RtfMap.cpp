@@ -541,9 +541,4 @@ TextView RtfMap::fontNameAt(std::size_t position) const {
     return font == kNoFont ? TextView() : TextView(fonts_[font].face);
 }
 
-std::optional<Rgb> RtfMap::colourAt(std::size_t position) const {
-    const std::uint16_t colour = chars_[position].colour;
-    return colour < colours_.size() ? colours_[colour] : std::nullopt;
-}
-
 }  // namespace melvorin

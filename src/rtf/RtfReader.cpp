@@ -146,7 +146,6 @@ class Reader {
     std::string pending_;  // bytes of the body whose characters are not read yet
     unsigned pendingPage_ = kLatin;
     RtfFonts fonts_;
-    std::int32_t missing_ = 0;  // stand-ins still to come behind a \u
     bool inTable_ = false;
     bool isTable_ = false;  // rows have begun and no text outside came since
     std::string instruction_;
@@ -158,12 +157,6 @@ RtfContents Reader::read() {
         if (token.kind == RtfToken::Kind::End)
             break;
         const bool isCharacter = token.isCharacter();
-        if (isCharacter && missing_ > 0) {
-            --missing_;
-            continue;
-        }
-        if (token.kind != RtfToken::Kind::Break && !token.isWord("bin"))
-            missing_ = 0;
         if (token.kind == RtfToken::Kind::Open)
             open();
         else if (token.kind == RtfToken::Kind::Close)
@@ -243,7 +236,7 @@ void Reader::word(const RtfToken& token) {
     if (token.name == "u" && token.hasNumber) {
         const auto unit = static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU);
         character(unit == u'\u2028' || unit == u'\u2029' ? u'\v' : unit);
-        missing_ = here.skip;
+        takeStandIns(lexer_, here.skip);
         return;
     }
     formatting(token);

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <numeric>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/CodePages.h"
 #include "base/TextCodec.h"
 #include "rtf/RtfCharacters.h"
-#include "rtf/RtfCodePages.h"
-#include "rtf/RtfLexer.h"
 #include "rtf/RtfMap.h"
-#include "rtf/RtfWords.h"
+#include "rtf/RtfWalk.h"
 
 namespace melvorin {
 namespace {
@@ -50,22 +49,13 @@ LineRewrite respelled(std::size_t start, TextView text) {
 // gone through side by side, whatever blanks and line ends are between them.
 class SideBySide {
   public:
-    SideBySide(const std::string& rtf, TextView text) : rtf_(rtf), text_(text), lexer_(rtf) {}
+    SideBySide(const std::string& rtf, TextView text) : rtf_(rtf), text_(text), walk_(rtf) {}
 
     // The source put right; as it was where the two do not go together.
     std::string run();
 
   private:
-    struct State {
-        bool started = false;
-        bool isText = true;
-        bool isFontTable = false;
-        std::int32_t font = -1;
-        std::int32_t skip = 1;
-    };
-
-    bool take(const RtfToken& token);
-    bool word(const RtfToken& token);
+    bool agrees(const RtfToken& token);
     bool byte(const RtfToken& token);
     bool character(char16_t c);
     bool isDone();
@@ -74,74 +64,26 @@ class SideBySide {
     const std::string& rtf_;
     TextView text_;
     std::size_t at_ = 0;  // in the text
-    RtfLexer lexer_;
-    std::vector<State> states_;
-    RtfFonts fonts_;
-    std::string out_;
-    std::size_t copied_ = 0;
+    RtfWalk walk_;
 };
 
 std::string SideBySide::run() {
-    do {
-        const RtfToken token = lexer_.next();
-        if (token.kind == RtfToken::Kind::End || !take(token))
+    for (;;) {
+        const RtfToken token = walk_.next();
+        if (token.kind == RtfToken::Kind::End)
             return rtf_;
-    } while (!states_.empty());
-    return isDone() ? out_.append(rtf_, copied_) : rtf_;
-}
-
-bool SideBySide::take(const RtfToken& token) {
-    if (states_.empty() && token.kind != RtfToken::Kind::Open)
-        return false;
-    switch (token.kind) {
-        case RtfToken::Kind::Open: {
-            State inner = states_.empty() ? State{} : states_.back();
-            inner.started = false;
-            states_.push_back(inner);
-            return true;
-        }
-        case RtfToken::Kind::Close:
-            states_.pop_back();
-            return true;
-        case RtfToken::Kind::Word:
-            return word(token);
-        case RtfToken::Kind::Symbol:
-            if (token.isSymbol('*') && !states_.back().started)
-                states_.back().isText = false;
-            else if (token.isSymbol('{') || token.isSymbol('}') || token.isSymbol('\\'))
-                return byte(token);
-            return true;
-        case RtfToken::Kind::Byte:
-        case RtfToken::Kind::Hex:
-            return byte(token);
-        default:
-            return true;
+        walk_.follow(token);
+        if (walk_.isOutside())
+            return isDone() ? walk_.result() : rtf_;
+        if (walk_.isText() && !agrees(token))
+            return rtf_;
     }
 }
 
-bool SideBySide::word(const RtfToken& token) {
-    State& here = states_.back();
-    if (!here.started && isDestination(token.name)) {
-        here.isFontTable = token.name == "fonttbl";
-        here.isText = here.isText && isTextDestination(token.name);
-    }
-    here.started = true;
-    if (here.isFontTable)
-        fonts_.tableWord(token);
-    else if (token.name == "f")
-        here.font = token.number;
-    else if (token.name == "plain")
-        here.font = -1;
-    else if (token.name == "uc")
-        here.skip = token.hasNumber ? token.number : 1;
-    else if (token.name == "u") {
-        takeStandIns(lexer_, here.skip);
-        return !here.isText ||
-               character(static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU));
-    } else {
-        fonts_.word(token);
-    }
-    return true;
+bool SideBySide::agrees(const RtfToken& token) {
+    if (token.isWord("u"))
+        return character(static_cast<char16_t>(static_cast<std::uint32_t>(token.number) & 0xFFFFU));
+    return !token.isByte() || byte(token);
 }
 
 bool isBlank(char16_t c) {
@@ -162,9 +104,7 @@ bool SideBySide::isDone() {
 }
 
 bool SideBySide::byte(const RtfToken& token) {
-    State& here = states_.back();
-    here.started = true;
-    if (!here.isText || token.byte <= ' ')
+    if (token.byte <= ' ')
         return true;
     if (isDone())
         return false;
@@ -172,22 +112,98 @@ bool SideBySide::byte(const RtfToken& token) {
     const bool isSymbol = wanted == (0xF000 | token.byte);
     if (isSymbol || wanted == decoded(token.byte))
         return true;
-    if (wanted < 0x80 || here.skip < 0 || here.skip > 16)
+    if (wanted < 0x80 || !walk_.hasSoundSkip())
         return false;
-    out_.append(rtf_, copied_, token.begin - copied_);
-    out_ += "\\u" + std::to_string(static_cast<std::int16_t>(wanted));
-    out_ += here.skip == 0 ? " " : std::string(static_cast<std::size_t>(here.skip), '?');
-    copied_ = token.end;
+    std::string unicode;
+    appendUnicode(unicode, wanted, walk_.skip());
+    walk_.replace(token.begin, token.end, unicode);
     return true;
 }
 
 char16_t SideBySide::decoded(int byte) const {
     if (byte < 0x80)
         return static_cast<char16_t>(byte);
-    const AnsiCodec* const codec = codePage(fonts_.codePage(states_.back().font));
+    const AnsiCodec* const codec = codePage(walk_.codePage());
     const char bytes = static_cast<char>(static_cast<unsigned char>(byte));
     const Text text = (codec != nullptr ? *codec : windows1252()).decode({&bytes, 1});
     return text.empty() ? u'\uFFFD' : text.front();
+}
+
+// With a question mark for each control character that a control may write for what it does not
+// know: it takes the byte from a memory that nothing was put into. No text of a control has any.
+std::string withoutJunk(std::string rtf) {
+    RtfLexer lexer(rtf);
+    std::string out;
+    std::size_t copied = 0;
+    for (RtfToken token = lexer.next(); token.kind != RtfToken::Kind::End; token = lexer.next()) {
+        const bool isByte = token.kind == RtfToken::Kind::Byte || token.kind == RtfToken::Kind::Hex;
+        if (!isByte || token.byte < 0 || token.byte >= ' ' || token.byte == '\t')
+            continue;
+        out.append(rtf, copied, token.begin - copied).append("?");
+        copied = token.end;
+    }
+    if (copied == 0)
+        return rtf;
+    return out.append(rtf, copied);
+}
+
+// How the characters of a text stand to those of a source that has fewer.
+struct Alignment {
+    std::vector<std::size_t> place;  // in the source, of each character: its own, or the next one
+    std::vector<bool> isMissing;
+};
+
+// A control that does not know a character at all writes nothing for it. Nothing where more is
+// missing than that, or something else is there.
+std::optional<Alignment> aligned(const RtfMap& map, TextView text) {
+    const TextView written = map.text();
+    Alignment result;
+    std::size_t at = 0;
+    for (const char16_t c : text) {
+        const bool isThere =
+            at < written.size() &&
+            (written[at] == c || (map.isSymbolAt(at) && c >= u' ' && written[at] == (0xF000 | c)));
+        if (!isThere && c < 0x80)
+            return std::nullopt;
+        result.place.push_back(at);
+        result.isMissing.push_back(!isThere);
+        at += isThere ? 1U : 0U;
+    }
+    if (at != written.size())
+        return std::nullopt;
+    return result;
+}
+
+// What is missing is put in again, in the format of the next character that the stretch has.
+std::string withMissingCharacters(const RtfMap& map, const std::string& rtf, TextView text) {
+    const auto found = aligned(map, text);
+    if (!found)
+        return SideBySide(rtf, text).run();
+    const TextView written = map.text();
+    const auto isRight = [&](std::size_t i) {
+        return !found->isMissing[i] && written[found->place[i]] == text[i];
+    };
+    std::vector<LineRewrite> parts;
+    for (std::size_t i = 0; i < text.size();) {
+        if (isRight(i)) {
+            ++i;
+            continue;
+        }
+        LineRewrite part;
+        part.start = found->place[i];
+        for (; i < text.size() && !isRight(i); ++i) {
+            part.text += text[i];
+            part.source.push_back(static_cast<std::uint32_t>(found->place[i] - part.start));
+            part.length = found->place[i] - part.start + (found->isMissing[i] ? 0U : 1U);
+        }
+        for (std::uint32_t& source : part.source) {
+            if (part.length > 0 && source == part.length)
+                --source;
+        }
+        part.keepColour.assign(part.text.size(), true);
+        parts.push_back(std::move(part));
+    }
+    return map.rewrite(parts, Rgb{});
 }
 
 }  // namespace
@@ -195,9 +211,12 @@ char16_t SideBySide::decoded(int byte) const {
 std::string withLostCharacters(std::string rtf, TextView text) {
     if (!mayHaveLost(rtf, text))
         return rtf;
+    rtf = withoutJunk(std::move(rtf));
     std::optional<RtfMap> map = RtfMap::parse(rtf);
-    if (!map || map->text().size() != text.size())
+    if (!map || map->text().size() > text.size())
         return SideBySide(rtf, text).run();
+    if (map->text().size() < text.size())
+        return withMissingCharacters(*map, rtf, text);
     map->takeBlanks(text);
     const TextView written = map->text();
     const auto isAtRisk = [&](std::size_t i) {

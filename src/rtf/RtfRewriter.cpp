@@ -1,8 +1,9 @@
 // The rewriting half of RtfMap.
 #include <algorithm>
-#include <array>
 #include <stdexcept>
+#include <string>
 
+#include "base/Hex.h"
 #include "rtf/RtfCharacters.h"
 #include "rtf/RtfMap.h"
 
@@ -38,7 +39,6 @@ class RtfRewriter {
     void whole(const Char& old);
     void character(char16_t c, const Char& format);
     void escaped(char16_t c, const Char& format);
-    void number(std::int32_t value);
 
     const RtfMap& map_;
     std::string_view source_;
@@ -180,7 +180,7 @@ void RtfRewriter::setColour(std::uint16_t colour) {
     if (colour == colourNow_)
         return;
     out_ += "\\cf";
-    number(colour);
+    out_ += std::to_string(colour);
     out_ += ' ';
     isOpen_ = false;
     colourNow_ = colour;
@@ -209,7 +209,7 @@ void RtfRewriter::escaped(char16_t c, const Char& format) {
     const bool isLatin = format.font != RtfMap::kNoFont &&
                          map_.fonts_[format.font].charset == RtfMap::Charset::Latin;
     const int byte = isLatin ? latinByte(c) : -1;
-    if (c == u'\\' || c == u'{' || c == u'}') {
+    if (needsBackslash(c)) {
         out_ += '\\';
         out_ += static_cast<char>(c);
     } else if (c == u'\t') {
@@ -217,31 +217,11 @@ void RtfRewriter::escaped(char16_t c, const Char& format) {
     } else if (c == u'\v') {
         out_ += "\\line ";
     } else if (byte >= 0x20) {
-        constexpr std::string_view digits = "0123456789abcdef";
         out_ += "\\'";
-        out_ += digits[static_cast<std::size_t>(byte) >> 4U];
-        out_ += digits[static_cast<std::size_t>(byte) & 15U];
+        appendHex(out_, static_cast<std::uint32_t>(byte), 2);
     } else {
-        out_ += "\\u";
-        number(c < 0x8000 ? c : c - 0x10000);
-        // The stand-ins for readers without Unicode also end the number.
-        out_.append(format.skip == 0 ? 1 : format.skip, format.skip == 0 ? ' ' : '?');
+        appendUnicode(out_, c, format.skip);
     }
-}
-
-void RtfRewriter::number(std::int32_t value) {
-    std::array<char, 12> digits;
-    char* const end = digits.data() + digits.size();
-    char* at = end;
-    const bool negative = value < 0;
-    for (std::uint32_t rest = static_cast<std::uint32_t>(negative ? -value : value);; rest /= 10) {
-        *--at = static_cast<char>('0' + rest % 10);
-        if (rest < 10)
-            break;
-    }
-    if (negative)
-        *--at = '-';
-    out_.append(at, end);
 }
 
 std::string RtfMap::rewrite(std::span<const LineRewrite> lines, Rgb colour) const {

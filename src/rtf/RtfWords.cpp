@@ -33,11 +33,6 @@ constexpr auto kAsides = std::to_array<std::string_view>(
 constexpr auto kText = std::to_array<std::string_view>(
     {"field", "fldrslt", "object", "result", "shp", "shpgrp", "ud", "upr"});
 
-template <class Range>
-bool contains(const Range& range, std::string_view word) {
-    return std::find(range.begin(), range.end(), word) != range.end();
-}
-
 }  // namespace
 
 bool isDestination(std::string_view word) {
@@ -45,11 +40,11 @@ bool isDestination(std::string_view word) {
 }
 
 bool isAside(std::string_view word) {
-    return contains(kAsides, word);
+    return std::find(kAsides.begin(), kAsides.end(), word) != kAsides.end();
 }
 
 bool isTextDestination(std::string_view word) {
-    return contains(kText, word);
+    return std::find(kText.begin(), kText.end(), word) != kText.end();
 }
 
 }  // namespace melvorin

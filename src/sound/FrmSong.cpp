@@ -37,16 +37,8 @@ void fillList(HWND list, const std::vector<Text>& rows) {
 // Lets the windows catch up. Keys and clicks wait: a Stop between opening and playing would
 // come too early to stop anything.
 void processPendingMessages() {
-    constexpr UINT which = PM_REMOVE | PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
-    MSG message{};
-    while (::PeekMessageW(&message, nullptr, 0, 0, which)) {
-        if (message.message == WM_QUIT) {
-            ::PostQuitMessage(static_cast<int>(message.wParam));
-            return;
-        }
-        ::TranslateMessage(&message);
-        ::DispatchMessageW(&message);
-    }
+    dispatchWaiting(PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE,
+                    [](const MSG&) { return true; });
 }
 
 }  // namespace

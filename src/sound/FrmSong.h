@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/Services.h"
-#include "platform/Window.h"
+#include "platform/Form.h"
 #include "sound/FolderRows.h"
 #include "sound/SoundPlayer.h"
 #include "widgets/TarnelButton.h"
@@ -15,7 +15,7 @@ namespace melvorin {
 // Where the window begins: the tuner's folder or that of the songs.
 enum class SoundFolder { Strings = 0, Song = 1 };
 
-class FrmSong : public ModelessDialog {
+class FrmSong : public Form {
   public:
     enum ControlId {
         Dir = 101,
@@ -28,7 +28,7 @@ class FrmSong : public ModelessDialog {
 
     // `services` outlives the window.
     explicit FrmSong(const Services& services)
-        : services_(services),
+        : Form(services),
           player_(services.multimedia),
           sounds_(services),
           Play_(sounds_),
@@ -42,12 +42,11 @@ class FrmSong : public ModelessDialog {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     bool onKeyDown(WPARAM key) override;
-    void onCommand(int control, int code);
+    void onCommand(int control, int code) override;
 
     bool createWindow(HWND owner);
     HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
     void createControls();
-    HWND item(int id) const { return ::GetDlgItem(handle(), id); }
     // The chosen row of a list, or nothing.
     std::optional<std::size_t> chosen(int list) const;
     void showFolder(const Text& folder);
@@ -59,7 +58,6 @@ class FrmSong : public ModelessDialog {
     void play();
     void stop();
 
-    const Services services_;
     SoundPlayer player_;
     ButtonSounds sounds_;
     TarnelButton Play_;

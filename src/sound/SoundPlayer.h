@@ -26,15 +26,12 @@ class SoundPlayer {
     void stop();
     void close();
 
-    std::uint32_t lastResult() const { return lastResult_; }
-
   private:
     // kept: unread-results
-    void send(TextView command) { lastResult_ = multimedia_.send(command); }
+    void send(TextView command) { multimedia_.send(command); }
 
     Multimedia& multimedia_;
     Text Plays_;  // the command that opens the file
-    std::uint32_t lastResult_ = 0;
 };
 
 }  // namespace melvorin

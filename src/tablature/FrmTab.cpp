@@ -1,40 +1,15 @@
 #include "tablature/FrmTab.h"
 
-#include <algorithm>
-
 #include "base/ProgramSettings.h"
 
 namespace melvorin {
 namespace {
 
-// Pixels at 96 dpi: one spacing for everything.
-constexpr int kMargin = 12;
-constexpr int kGap = 8;
-constexpr int kGroupTop = 18;  // from the top of a frame to what stands in it
-constexpr int kGroupHeight = 54;
-constexpr int kInstrumentWidth = 150;
-constexpr int kColumnsWidth = 90;
-constexpr int kOptionWidth = 300;
-constexpr int kOptionHeight = 22;
-constexpr int kListHeight = 200;
-constexpr int kBoxInset = 10;
-constexpr int kButtonHeight = 26;
-constexpr int kInsertWidth = 130;
-constexpr int kExitWidth = 88;
-
+constexpr int kInset = 8;  // from the edge of the sheet to its text, at 96 dpi
 constexpr int kStrings = 6;
 constexpr int kPreviewColumns = 57;
 constexpr int kPreviewRows = kStrings + 2;
 constexpr TextView kHint = u"Choose which string is on the top.";
-
-int widthOf(const RECT& rectangle) {
-    return static_cast<int>(rectangle.right - rectangle.left);
-}
-
-// The place of a part, from its left top corner and size at 96 dpi.
-RECT placeOf(int left, int top, int width, int height) {
-    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
-}
 
 }  // namespace
 
@@ -63,18 +38,21 @@ bool FrmTab::open(HWND owner) {
 
 bool FrmTab::createWindow(HWND owner) {
     usePreviewFont();
-    const int choices = kInstrumentWidth + kColumnsWidth + kOptionWidth + 2 * kGap;
-    // Room for the frame and the margin of the sheet, where its letters are the wider part.
-    const int sheet = ::MulDiv(kPreviewColumns * static_cast<int>(cell_.cx), 96, systemDpi());
-    width_ = 2 * kMargin + std::max(choices, sheet + 2 * kGap + 4);
-    const int height = static_cast<int>(paper().bottom) + scaled(kGap + kButtonHeight + kMargin);
-    if (!create(smallWindow(L"MelvorinFrmTab", L"Insert Tablature", scaled(width_), height, owner)))
+    if (!createForm(L"MelvorinFrmTab", L"Insert Tablature", owner))
         return false;
-    createChoices();
+    const Cell choices = createChoices();
     createPreview();
-    createButtons();
-    showPreview();
-    centreOver(handle(), owner);
+    const int inset = 2 * scaled(kInset) + 4;
+    paper_ = space({kPreviewColumns * static_cast<int>(cell_.cx) + inset,
+                    kPreviewRows * static_cast<int>(cell_.cy) + inset})
+                 .grows(1, 1);
+    const Cell hint = label(wide(Text(kHint)), 0, Hint).grows(1, 0);
+    layOut(columnOf({choices, paper_,
+                     rowOf({hint,
+                            button(InserTab_, InserTab, u"Insert Tablature",
+                                   WS_GROUP | WS_TABSTOP | BS_DEFPUSHBUTTON),
+                            button(TabOut_, TabOut, u"Exit")})}),
+           owner);
     ::SetFocus(item(C1));
     return true;
 }
@@ -91,112 +69,56 @@ void FrmTab::usePreviewFont() {
     ::GetTextExtentPoint32W(screen.get(), L"-", 1, &cell_);
 }
 
-HWND FrmTab::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                 const RECT& place) {
-    // A frame does not paint what is inside it.
-    const DWORD extended = style == BS_GROUPBOX ? WS_EX_TRANSPARENT : 0;
-    return createControl(handle(), className, text, style, id, place, extended);
-}
-
-void FrmTab::createChoices() {
-    constexpr DWORD list = WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST;
-    int left = kMargin;
-    const auto group = [&](const wchar_t* caption, int width, int id,
-                           std::initializer_list<const wchar_t*> items) {
-        add(L"BUTTON", caption, BS_GROUPBOX, -1, placeOf(left, kMargin, width, kGroupHeight));
-        const HWND box =
-            add(L"COMBOBOX", L"", list, id,
-                placeOf(left + kBoxInset, kMargin + kGroupTop, width - 2 * kBoxInset, kListHeight));
+Cell FrmTab::createChoices() {
+    const auto list = [this](int id, int width, int chosen,
+                             std::initializer_list<const wchar_t*> items) {
+        Cell box = dropDown(id, CBS_DROPDOWNLIST).least(width);
         for (const wchar_t* const text : items)
-            ::SendMessageW(box, CB_ADDSTRING, 0, lparamOf(text));
-        left += width + kGap;
+            ::SendMessageW(windowOf(box), CB_ADDSTRING, 0, lparamOf(text));
+        ::SendMessageW(windowOf(box), CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
         return box;
     };
-    const HWND instrument =
+    const Cell instrument =
         // kept: instrument-frame
-        group(L" Instrument ", kInstrumentWidth, C1, {L"Guitar", L"Bass", L"Small Guitar"});
-    const HWND columns = group(L"Columns", kColumnsWidth, C2, {L"0", L"1", L"2", L"3", L"4"});
-    ::SendMessageW(instrument, CB_SETCURSEL, 0, 0);
-    ::SendMessageW(columns, CB_SETCURSEL, kMostDividers, 0);
-
-    constexpr DWORD option = BS_AUTORADIOBUTTON;
-    constexpr int top = kMargin + (kGroupHeight - 2 * kOptionHeight + kGap) / 2;
-    add(L"BUTTON", L"Put the high E (the thin string) on the top", option | WS_GROUP | WS_TABSTOP,
-        Ot1, placeOf(left, top, kOptionWidth, kOptionHeight));
-    add(L"BUTTON", L"Put the low E (the thick string) on the top", option, Ot2,
-        placeOf(left, top + kOptionHeight, kOptionWidth, kOptionHeight));
-}
-
-// The white sheet that the preview stands on.
-RECT FrmTab::paper() const {
-    RECT sheet = placeOf(kMargin, kMargin + kGroupHeight + kGap, width_ - 2 * kMargin, 0);
-    sheet.bottom = sheet.top + kPreviewRows * cell_.cy + 2 * scaled(kGap);
-    return sheet;
+        group(L" Instrument ", list(C1, 130, 0, {L"Guitar", L"Bass", L"Small Guitar"}));
+    const Cell columns =
+        group(L"Columns", list(C2, 70, kMostDividers, {L"0", L"1", L"2", L"3", L"4"}));
+    const Cell order =
+        columnOf({option(L"Put the high E (the thin string) on the top", Ot1, true),
+                  option(L"Put the low E (the thick string) on the top", Ot2, false)});
+    return rowOf({instrument, columns, order.close().centred()});
 }
 
 void FrmTab::createPreview() {
-    const RECT sheet = paper();
-    const LONG left = sheet.left + (widthOf(sheet) - kPreviewColumns * cell_.cx) / 2;
-    const LONG top = sheet.top + scaled(kGap);
-    const auto label = [&](int id, int column, int columns, int row, int rows, const Text& text) {
-        const HWND control =
-            add(L"STATIC", wide(text), SS_LEFTNOWORDWRAP | SS_NOPREFIX, id,
-                {left + column * cell_.cx, top + row * cell_.cy,
-                 left + (column + columns) * cell_.cx, top + (row + rows) * cell_.cy});
-        ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()), FALSE);
+    const auto add = [&](int id, const Text& text) {
+        const HWND made =
+            createControl(handle(), L"STATIC", wide(text), SS_LEFTNOWORDWRAP | SS_NOPREFIX, id, {});
+        ::SendMessageW(made, WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()), FALSE);
     };
-    for (int row = 0; row < kStrings; ++row)
-        label(M1 + row, 0, 1, row, 1, {});
+    for (int id = M1; id <= M8; ++id)
+        add(id, {});
     for (int k = 0; k <= kMostDividers; ++k) {
         Text lines;
         for (int row = 0; row < kStrings; ++row)
             lines += (row > 0 ? u"\r\n" : u"") + previewPattern(k);
-        label(L1 + k, 1, kPreviewColumns - 1, 0, kStrings, lines);
+        add(L1 + k, lines);
     }
-    label(M7, 0, kPreviewColumns, kStrings, 1, {});
-    label(M8, 0, kPreviewColumns, kStrings + 1, 1, {});
-}
-
-void FrmTab::createButtons() {
-    const int top = ::MulDiv(static_cast<int>(paper().bottom), 96, systemDpi()) + kGap;
-    const int exit = width_ - kMargin - kExitWidth;
-    const int insert = exit - kGap - kInsertWidth;
-    InserTab_.create(handle(), InserTab, placeOf(insert, top, kInsertWidth, kButtonHeight),
-                     u"Insert Tablature", WS_GROUP | WS_TABSTOP | BS_DEFPUSHBUTTON);
-    TabOut_.create(handle(), TabOut, placeOf(exit, top, kExitWidth, kButtonHeight), u"Exit");
-    add(L"STATIC", L"", SS_CENTERIMAGE, Hint,
-        placeOf(kMargin, top, insert - kGap - kMargin, kButtonHeight));
 }
 
 // ---- Messages ---------------------------------------------------------------------------------
 
 LRESULT FrmTab::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
         case WM_PAINT:
             onPaint();
             return 0;
-        case WM_CTLCOLORSTATIC: {
-            const int id = ::GetDlgCtrlID(reinterpret_cast<HWND>(lParam));
-            if (id < M1)
-                return passOn(message, wParam, lParam);
-            const HDC dc = reinterpret_cast<HDC>(wParam);
-            ::SetTextColor(dc, ::GetSysColor(COLOR_WINDOWTEXT));
-            ::SetBkColor(dc, ::GetSysColor(COLOR_WINDOW));
-            return reinterpret_cast<LRESULT>(::GetSysColorBrush(COLOR_WINDOW));
-        }
-        case WM_CLOSE:
-            destroy();
-            return 0;
-        default:
+        case WM_CTLCOLORSTATIC:
+            if (::GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) >= M1)
+                return onPaper(wParam);
             return passOn(message, wParam, lParam);
+        default:
+            return Form::onMessage(message, wParam, lParam);
     }
-}
-
-void FrmTab::onException(const std::exception& error) {
-    reportException(services_.messages, error);
 }
 
 // Enter inserts wherever the focus is, but for an open list and the button that says Exit.
@@ -230,17 +152,15 @@ void FrmTab::onCommand(int control, int code) {
         case InserTab:
             insertTablature();
             break;
-        case TabOut:
-            destroy();
-            break;
         default:
+            Form::onCommand(control, code);
             break;
     }
 }
 
 void FrmTab::onPaint() {
     const PaintScope paint(handle());
-    RECT sheet = paper();
+    RECT sheet = rectOf(placeOf(paper_));
     ::DrawEdge(paint.dc(), &sheet, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
     ::FillRect(paint.dc(), &sheet, ::GetSysColorBrush(COLOR_WINDOW));
 }
@@ -268,37 +188,33 @@ void FrmTab::showPreview() {
     if (!form)
         return;
     const int strings = static_cast<int>(form->letters.size());
-    const RECT sheet = paper();
-    const int rowHeight = static_cast<int>(cell_.cy);
-    const int top = static_cast<int>(sheet.top) + scaled(kGap);
-    const int left =
-        static_cast<int>(sheet.left + (widthOf(sheet) - kPreviewColumns * cell_.cx) / 2);
+    const Area sheet = placeOf(paper_);
+    const int width = static_cast<int>(cell_.cx);
+    const int height = static_cast<int>(cell_.cy);
+    const int left = sheet.left + (sheet.width - kPreviewColumns * width) / 2;
+    const int top = sheet.top + (sheet.height - kPreviewRows * height) / 2;
+    const auto put = [&](int id, int column, int row, int columns, int rows) {
+        ::SetWindowPos(item(id), nullptr, left + column * width, top + row * height,
+                       columns * width, rows * height, SWP_NOZORDER | SWP_NOACTIVATE);
+    };
     const auto setText = [&](int id, TextView text) {
         ::SetWindowTextW(item(id), wide(Text(text)));
     };
-    for (int row = 0; row < kStrings; ++row)
-        setText(M1 + row,
-                row < strings ? form->letters[static_cast<std::size_t>(row)] : TextView());
+    for (int row = 0; row < kStrings; ++row) {
+        const bool isString = row < strings;
+        setText(M1 + row, isString ? form->letters[static_cast<std::size_t>(row)] : TextView());
+        // The spare letters make room for the title.
+        put(M1 + row, 0, isString ? row : row + 2, 1, 1);
+    }
     for (int k = 0; k <= kMostDividers; ++k) {
         // The control is as high as the instrument has strings.
-        ::SetWindowPos(item(L1 + k), nullptr, 0, 0,
-                       (kPreviewColumns - 1) * static_cast<int>(cell_.cx), strings * rowHeight,
-                       SWP_NOMOVE | SWP_NOZORDER);
+        put(L1 + k, 1, 0, kPreviewColumns - 1, strings);
         ::ShowWindow(item(L1 + k), k == chosen.dividers ? SW_SHOW : SW_HIDE);
     }
-    const auto moveTo = [&](int id, int row) {
-        ::SetWindowPos(item(id), nullptr, left, top + row * rowHeight, 0, 0,
-                       SWP_NOSIZE | SWP_NOZORDER);
-    };
-    // The spare letters make room for the title.
-    for (int row = strings; row < kStrings; ++row)
-        moveTo(M1 + row, row + 2);
-    for (int row = 0; row < strings; ++row)
-        moveTo(M1 + row, row);
+    put(M7, 0, strings, kPreviewColumns, 1);
+    put(M8, 0, strings + 1, kPreviewColumns, 1);
     setText(M7, form->title);
     setText(M8, form->underline);
-    moveTo(M7, strings);
-    moveTo(M8, strings + 1);
     setText(Hint, chosen.order ? TextView() : kHint);
 }
 

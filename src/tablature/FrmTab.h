@@ -5,15 +5,15 @@
 #include <functional>
 
 #include "base/Services.h"
+#include "platform/Form.h"
 #include "platform/Handles.h"
 #include "platform/RichEdit.h"
-#include "platform/Window.h"
 #include "tablature/InsertTab.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class FrmTab : public ModelessDialog {
+class FrmTab : public Form {
   public:
     // Runs a change of the document, which tells whether it changed anything, as one undo step.
     using Edit = std::function<void(const std::function<bool()>& change)>;
@@ -34,7 +34,7 @@ class FrmTab : public ModelessDialog {
 
     // `services` and `rtftext` outlive the window.
     FrmTab(const Services& services, RichEdit& rtftext, Edit edit)
-        : services_(services),
+        : Form(services),
           rtftext_(rtftext),
           edit_(std::move(edit)),
           sounds_(services),
@@ -47,24 +47,19 @@ class FrmTab : public ModelessDialog {
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
     bool onKeyDown(WPARAM key) override;
-    void onCommand(int control, int code);
+    void onCommand(int control, int code) override;
+    void onPlaced() override { showPreview(); }
     void onPaint();
 
     bool createWindow(HWND owner);
     void usePreviewFont();
-    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
-    void createChoices();
+    Cell createChoices();
     void createPreview();
-    void createButtons();
-    RECT paper() const;
-    HWND item(int id) const { return ::GetDlgItem(handle(), id); }
     TabChoice choice() const;
     void showPreview();
     void insertTablature();
 
-    const Services services_;
     RichEdit& rtftext_;
     Edit edit_;
     TabWriter writer_;
@@ -73,8 +68,8 @@ class FrmTab : public ModelessDialog {
     TarnelButton TabOut_;
     Text previewFace_;
     UniqueFont previewFont_;
-    SIZE cell_{};    // of a character of the preview, in device pixels
-    int width_ = 0;  // of the client area at 96 dpi
+    SIZE cell_{};  // of a character of the preview, in device pixels
+    Cell paper_;   // the white sheet under the preview
 };
 
 }  // namespace melvorin

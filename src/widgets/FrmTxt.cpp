@@ -8,10 +8,6 @@ namespace {
 
 constexpr UINT_PTR kTimer1 = 1;
 constexpr std::size_t kSlice = std::size_t{256} << 10;
-// Pixels at 96 dpi.
-constexpr int kMargin = 12;
-constexpr int kBarWidth = 260;
-constexpr int kBarHeight = 18;
 
 }  // namespace
 
@@ -33,33 +29,19 @@ std::optional<Text> FrmTxt::convert(HWND owner, Text text, std::size_t startColu
 }
 
 bool FrmTxt::createWindow(HWND owner) {
-    const int margin = scaled(kMargin);
-    if (!create(smallWindow(L"MelvorinFrmTxt", L"Turning Tabs into Blanks",
-                            scaled(kBarWidth) + 2 * margin, scaled(kBarHeight) + 2 * margin,
-                            owner)))
+    if (!createForm(L"MelvorinFrmTxt", L"Turning Tabs into Blanks", owner))
         return false;
-    ProgressBar1_ =
-        createControl(handle(), PROGRESS_CLASSW, L"", 0, -1,
-                      {margin, margin, margin + scaled(kBarWidth), margin + scaled(kBarHeight)});
-    centreOver(handle(), owner);
+    const Cell bar = control(PROGRESS_CLASSW, L"", 0, -1);
+    ProgressBar1_ = windowOf(bar);
+    layOut(bar.least(260, 18), owner);
     return true;
 }
 
 LRESULT FrmTxt::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_TIMER:
-            onTimer1();
-            return 0;
-        case WM_COMMAND:
-            if (LOWORD(wParam) == IDCANCEL)
-                endModal();
-            return 0;
-        case WM_CLOSE:
-            endModal();
-            return 0;
-        default:
-            return passOn(message, wParam, lParam);
-    }
+    if (message != WM_TIMER)
+        return Form::onMessage(message, wParam, lParam);
+    onTimer1();
+    return 0;
 }
 
 void FrmTxt::onTimer1() {

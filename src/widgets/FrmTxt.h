@@ -6,12 +6,14 @@
 
 #include "base/TabExpansion.h"
 #include "base/Text.h"
-#include "platform/Window.h"
+#include "platform/Form.h"
 
 namespace melvorin {
 
-class FrmTxt : public Dialog {
+class FrmTxt : public Form {
   public:
+    using Form::Form;
+
     // `text` with its tabs as blanks; its first line starts at `startColumn`. Shows a progress bar
     // over `owner` from kLongText characters on. Nothing when the user closes the window.
     std::optional<Text> convert(HWND owner, Text text, std::size_t startColumn);

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <optional>
 
+#include "base/Hex.h"
+
 namespace melvorin {
 namespace {
 
@@ -17,10 +19,8 @@ std::optional<Number> parsed(std::string_view digits, int base) {
 }
 
 Text colourText(SystemOrRgb colour) {
-    constexpr TextView digits = u"0123456789ABCDEF";
     Text text = u"&H";
-    for (int shift = 28; shift >= 0; shift -= 4)
-        text.push_back(digits[(colour >> shift) & 0xF]);
+    appendHex(text, colour, 8, 'A');
     return text;
 }
 

@@ -151,7 +151,7 @@ std::optional<LRESULT> TarnelButton::onMouse(UINT message, WPARAM wParam, LPARAM
 
 // The button keeps the mouse until it is released, wherever that happens.
 void TarnelButton::onMouseDown(MouseButton button, LPARAM lParam) {
-    if (takesFocus_ && button == MouseButton::Left)
+    if (button == MouseButton::Left)
         ::SetFocus(handle());
     held_ = button;
     ::SetCapture(handle());
@@ -288,6 +288,11 @@ std::optional<LRESULT> TarnelButton::onState(UINT message, WPARAM wParam, LPARAM
             if (lParam)
                 redraw();
             return 0;
+        case BCM_GETIDEALSIZE: {
+            const Extent ideal = idealSize();
+            *reinterpret_cast<SIZE*>(lParam) = {ideal.width, ideal.height};
+            return TRUE;
+        }
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(font());
         case WM_ENABLE:
@@ -363,8 +368,6 @@ void TarnelButton::raise(const ButtonEvent& event) {
         handler_(event);
     if (event.kind != ButtonEventKind::Click)
         return;
-    if (click_ && isOpen())
-        click_();
     if (isOpen())
         ::SendMessageW(
             ::GetParent(handle()), WM_COMMAND,

@@ -33,7 +33,6 @@ class TarnelButton : public Window, private ButtonSurface {
     // Called for every event; Click comes before the parent's WM_COMMAND. A handler may destroy the
     // button's window, but not this object.
     void onEvent(std::function<void(const ButtonEvent&)> handler) { handler_ = std::move(handler); }
-    void onClick(std::function<void()> handler) { click_ = std::move(handler); }
 
     const ButtonProperties& properties() const { return properties_; }
     void setProperties(const ButtonProperties& properties);
@@ -52,8 +51,6 @@ class TarnelButton : public Window, private ButtonSurface {
     void setEnterClicks(bool on) { enterClicks_ = on; }
     // On: the arrow keys come as KeyDown events instead of moving the focus.
     void setTakesArrows(bool on) { takesArrows_ = on; }
-    // Off: a click leaves the focus where it is.
-    void setTakesFocus(bool on) { takesFocus_ = on; }
 
     bool isPressed() const { return logic_.isPressed(); }
     bool isHovering() const { return logic_.isHovering(); }
@@ -96,7 +93,6 @@ class TarnelButton : public Window, private ButtonSurface {
     ButtonLogic logic_;
     ButtonProperties properties_;
     std::function<void(const ButtonEvent&)> handler_;
-    std::function<void()> click_;
     Pixels picture_;
     Pixels hoverPicture_;
     HFONT windowFont_ = nullptr;  // the host's
@@ -107,7 +103,6 @@ class TarnelButton : public Window, private ButtonSurface {
     bool isInert_ = false;  // while properties change: one redraw for all
     bool enterClicks_ = true;
     bool takesArrows_ = false;
-    bool takesFocus_ = true;
 };
 
 // The picture and the pointer behind a source as ButtonProperties has them; empty where there is

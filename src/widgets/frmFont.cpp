@@ -32,15 +32,10 @@ bool isChecked(HWND control) {
     return ::SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-bool sameStyle(const SelectionStyle& a, const SelectionStyle& b) {
-    return a.face == b.face && a.halfPoints == b.halfPoints && a.bold == b.bold &&
-           a.italic == b.italic && a.underline == b.underline && a.colour == b.colour;
-}
-
 }  // namespace
 
 frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callbacks)
-    : services_(services),
+    : Form(services),
       rtftext_(rtftext),
       callbacks_(std::move(callbacks)),
       sounds_(services_),
@@ -72,15 +67,6 @@ bool frmFont::open(HWND owner) {
     ::SetActiveWindow(handle());
     ::SetFocus(lastFocus_);
     return true;
-}
-
-bool frmFont::translate(MSG& message) {
-    const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
-    return isMine && ::IsDialogMessageW(handle(), &message);
-}
-
-void frmFont::onException(const std::exception& error) {
-    reportException(services_.messages, error);
 }
 
 LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -309,11 +295,8 @@ void frmFont::takeTypedSize() {
 
 // A style that is mixed in the selection becomes the style of all of it.
 void frmFont::onStyleClicked(int id) {
-    const bool on = !isChecked(control(id));
-    const auto set = id == kCheck1   ? &RichEdit::setBold
-                     : id == kCheck2 ? &RichEdit::setItalic
-                                     : &RichEdit::setUnderline;
-    apply([&] { (rtftext_.*set)(on); });
+    const TextEffect effect = id == kCheck1 ? kBold : id == kCheck2 ? kItalic : kUnderline;
+    apply([&] { toggle(rtftext_, effect); });
 }
 
 void frmFont::applyColour(Rgb colour) {
@@ -378,7 +361,7 @@ void frmFont::onSave() {
 void frmFont::followSelection() {
     const SelectionStyle style = rtftext_.selectionStyle();
     const Selection selection = rtftext_.selection();
-    const bool isSame = sameStyle(style, style_) && rtftext_.background() == background_ &&
+    const bool isSame = style == style_ && rtftext_.background() == background_ &&
                         selection == selection_ && exampleFont_;
     if (isSame)
         return;
@@ -402,9 +385,9 @@ Rgb frmFont::colourOfFirst(Selection selection) {
 
 void frmFont::showStyle() {
     filling_ = true;
-    check(control(kCheck1), style_.bold);
-    check(control(kCheck2), style_.italic);
-    check(control(kCheck3), style_.underline);
+    setChecked(control(kCheck1), style_.bold);
+    setChecked(control(kCheck2), style_.italic);
+    setChecked(control(kCheck3), style_.underline);
     markFace(style_.face.value_or(Text()));
     markSize(style_.halfPoints);
     filling_ = false;

@@ -8,13 +8,14 @@
 #include <map>
 #include <vector>
 
+#include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/FontChoice.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class frmFont : public Window {
+class frmFont : public Form {
   public:
     struct Callbacks {
         // The document's change notification.
@@ -28,8 +29,6 @@ class frmFont : public Window {
 
     // Opens the window over `owner`, or brings it forward. False when Windows refuses.
     bool open(HWND owner);
-    // Keyboard navigation; true when the message is dealt with.
-    bool translate(MSG& message);
 
     // The ids of the controls, by their names; the swatches have kG1 and up.
     enum ControlId {
@@ -53,8 +52,7 @@ class frmFont : public Window {
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
-    void onCommand(int id, int code);
+    void onCommand(int id, int code) override;
     void onTimer(UINT_PTR timer);
     void onActivate(WPARAM wParam);
     void onMeasureItem(LPARAM lParam) const;
@@ -111,7 +109,6 @@ class frmFont : public Window {
     static LRESULT CALLBACK pairProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR id, DWORD_PTR self);
 
-    Services services_;
     RichEdit& rtftext_;
     Callbacks callbacks_;
     ButtonSounds sounds_;

@@ -140,7 +140,7 @@ void frmFont::createStyleBoxes() {
     addFrame(L"Apply Color", kStyleLeft, applyTop, kStyleWidth, kApplyHeight);
     add(L"BUTTON", L"In the Text", kFirstOption, kOp1Text, row(0, applyTop));
     add(L"BUTTON", L"In the Back", BS_AUTORADIOBUTTON, kOp1Back, row(1, applyTop));
-    check(control(kOp1Text), true);
+    setChecked(control(kOp1Text), true);
 }
 
 void frmFont::createExample() {
@@ -205,20 +205,8 @@ void frmFont::createSwatches() {
 
 // A colour without a caption tells what it is when the pointer rests on it.
 void frmFont::createTips() {
-    const HWND tips = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                                        WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, handle(),
-                                        nullptr, ::GetModuleHandleW(nullptr), nullptr);
-    for (std::size_t i = kNamedSwatchCount; i < kSwatchCount; ++i) {
-        Text title = swatchTitle(swatches()[i]);
-        TTTOOLINFOW tool{};
-        tool.cbSize = TTTOOLINFOW_V1_SIZE;
-        tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
-        tool.hwnd = handle();
-        tool.uId = reinterpret_cast<UINT_PTR>(G1_[i].handle());
-        tool.lpszText = wideBuffer(title);
-        ::SendMessageW(tips, TTM_ADDTOOLW, 0, lparamOf(&tool));
-    }
+    for (std::size_t i = kNamedSwatchCount; i < kSwatchCount; ++i)
+        addTip(G1_[i].handle(), swatchTitle(swatches()[i]));
 }
 
 // Four to a row, over the whole width of their frame.
@@ -261,8 +249,8 @@ void frmFont::fillLists() {
     for (const int size : fontSizes())
         ::SendMessageW(control(kList2), LB_ADDSTRING, 0, lparamOf(wide(fontSizeText(2 * size))));
     const bool isCourier = editorFontFace(services_) == kCourierNew;
-    check(control(kOption1), isCourier);
-    check(control(kOption2), !isCourier);
+    setChecked(control(kOption1), isCourier);
+    setChecked(control(kOption2), !isCourier);
     filling_ = false;
 }
 

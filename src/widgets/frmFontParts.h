@@ -21,7 +21,7 @@ inline COLORREF colourRef(Rgb colour) {
 }
 
 // Checked, unchecked, or in between for no value.
-inline void check(HWND control, std::optional<bool> state) {
+inline void setChecked(HWND control, std::optional<bool> state) {
     const WPARAM shown = !state ? BST_INDETERMINATE : *state ? BST_CHECKED : BST_UNCHECKED;
     ::SendMessageW(control, BM_SETCHECK, shown, 0);
 }

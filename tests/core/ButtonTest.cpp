@@ -36,22 +36,40 @@ constexpr PointerState away(MouseButton button) {
     return {button, 0, -5, 5, false};
 }
 
-TEST(ButtonLogic, AnswersInAFixedOrder) {
-    struct Case {
-        const char* name;
-        std::function<void(ButtonLogic&)> before;
-        std::function<void(ButtonLogic&)> act;
-        std::string log;
-        bool pressed;
-        bool hovering;
-    };
-    const auto nothing = [](ButtonLogic&) {};
-    const auto hover = [](ButtonLogic& b) { b.mouseMove(over(MouseButton::None)); };
-    const auto press = [](ButtonLogic& b) {
-        b.mouseMove(over(MouseButton::None));
-        b.mouseDown(over(MouseButton::Left));
-    };
-    const Case cases[] = {
+struct ButtonCase {
+    const char* name;
+    std::function<void(ButtonLogic&)> before;
+    std::function<void(ButtonLogic&)> act;
+    std::string log;
+    bool pressed;
+    bool hovering;
+};
+
+void nothing(ButtonLogic&) {}
+void hover(ButtonLogic& b) {
+    b.mouseMove(over(MouseButton::None));
+}
+void press(ButtonLogic& b) {
+    hover(b);
+    b.mouseDown(over(MouseButton::Left));
+}
+
+void expectAnswers(std::initializer_list<ButtonCase> cases) {
+    for (const ButtonCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        LoggedSurface surface;
+        ButtonLogic logic(surface);
+        c.before(logic);
+        surface.log.clear();
+        c.act(logic);
+        EXPECT_EQ(surface.log, c.log);
+        EXPECT_EQ(logic.isPressed(), c.pressed);
+        EXPECT_EQ(logic.isHovering(), c.hovering);
+    }
+}
+
+TEST(ButtonLogic, AnswersThePointerInAFixedOrder) {
+    expectAnswers({
         {"pointer comes", nothing, hover, "timer, In, draw, pending, tock, Move", false, true},
         {"pointer moves on", hover, hover, "Move", false, true},
         {"a move outside", nothing, [](auto& b) { b.mouseMove(away(MouseButton::Left)); }, "Move",
@@ -74,6 +92,11 @@ TEST(ButtonLogic, AnswersInAFixedOrder) {
          false, false},
         {"right up", press, [](auto& b) { b.mouseUp(over(MouseButton::Right)); }, "MouseUp", true,
          true},
+    });
+}
+
+TEST(ButtonLogic, AnswersKeysAndCommandsInAFixedOrder) {
+    expectAnswers({
         {"space down", nothing, [](auto& b) { b.keyDown(kSpaceKey, 0); }, "draw, KeyDown", true,
          false},
         {"space held", [](auto& b) { b.keyDown(kSpaceKey, 0); },
@@ -91,18 +114,7 @@ TEST(ButtonLogic, AnswersInAFixedOrder) {
          true},
         {"focus goes", press, [](auto& b) { b.release(); }, "draw", false, true},
         {"disabled", press, [](auto& b) { b.reset(); }, "no timer, draw", false, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        LoggedSurface surface;
-        ButtonLogic logic(surface);
-        c.before(logic);
-        surface.log.clear();
-        c.act(logic);
-        EXPECT_EQ(surface.log, c.log);
-        EXPECT_EQ(logic.isPressed(), c.pressed);
-        EXPECT_EQ(logic.isHovering(), c.hovering);
-    }
+    });
 }
 
 // ---- Settings ---------------------------------------------------------------------------------

@@ -67,7 +67,7 @@ class FakePorts final : public CliPorts {
     Text programFolder() override { return u"nowhere"; }
 };
 
-class Cli : public testing::Test {
+class Cli : public ::testing::Test {
   protected:
     int run(const std::vector<Text>& arguments) {
         ports.output.clear();
@@ -336,12 +336,14 @@ TEST_F(Cli, ReadsAndWritesTheEncodingItIsTold) {
         EXPECT_EQ(run(arguments), c.code) << toUtf8(c.encoding) << toUtf8(ports.errors);
         EXPECT_EQ(ports.output, c.output) << toUtf8(c.encoding);
     }
+}
+
+TEST_F(Cli, TellsWhatHasNoPlaceAndReadsPartsInTheEncoding) {
     ports.input = "a\xE9";
     EXPECT_EQ(run({u"replace", u"--find=a", u"--with=中"}), 1);
     EXPECT_EQ(toUtf8(ports.errors),
               "melvorin-cli: cannot rewrite the standard input: In the encoding of the text there "
               "is no place for a new character.\n");
-    // Parts of a text are read in it too.
     ports.input = "C\n\xEF\xE5\xF1\xED\xFF\n";
     EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--encoding=1251"}), 0);
     EXPECT_EQ(ports.output, "Db\n\xEF\xE5\xF1\xED\xFF\n");

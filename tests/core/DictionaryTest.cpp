@@ -6,7 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "TestDiagrams.h"
+#include "Diagrams.h"
+#include "StandIns.h"
 #include "cli/ChordReport.h"
 #include "cli/NativeFiles.h"
 #include "dictionary/BookLookup.h"
@@ -43,19 +44,9 @@ TEST(Recordset, ReadsCriteria) {
     }
 }
 
-class ScriptedSource : public RowSource {
-  public:
-    explicit ScriptedSource(Table table) : table_(std::move(table)) {}
-    Result<Done> open(TextView) override { return Result<Done>::success({}); }
-    Result<Table> read(TextView) override { return Result<Table>::success(table_); }
-
-  private:
-    Table table_;
-};
-
 Recordset recordsOf(Table table) {
     Recordset records;
-    records.open(std::make_unique<ScriptedSource>(std::move(table)), u"", u"");
+    records.open(std::make_unique<testing::ScriptedRows>(std::move(table)), u"", u"");
     return records;
 }
 
@@ -141,7 +132,7 @@ constexpr const char* kBook =
     " ('X',null,null,'x','X','§','§','§')";
 
 struct Dictionary {
-    testing_support::RecordedMessages messages;
+    testing::ScriptedMessages messages;
     NativeFiles files;
     std::vector<Text> normalised;
     ChordDictionary dictionary{messages, {}, [this](TextView text) {
@@ -195,7 +186,7 @@ TEST(ChordDictionary, FindsAndShows) {
         EXPECT_EQ(panel.messages.boxes.size(), std::string(box).empty() ? 0U : 1U) << text;
         if (panel.messages.boxes.empty())
             continue;
-        const testing_support::Box& shownBox = panel.messages.boxes[0];
+        const testing::ShownMessage& shownBox = panel.messages.boxes[0];
         EXPECT_NE(shownBox.text.find(box), std::string::npos) << shownBox.text;
         const bool notFound = box == kNotFound;
         EXPECT_EQ(shownBox.title, notFound ? " Melvorin Database          " : " Melvorin");
@@ -466,15 +457,11 @@ TEST(ChordDictionary, OlderDatabase) {
     Folder folder;
     const std::string jetFile = toUtf8(jetDatabasePath(folder.path()));
     std::ofstream(jetFile) << "older";
-    struct NoProvider : RowSource {
-        Result<Done> open(TextView) override { return Result<Done>::failure(u"No provider."); }
-        Result<Table> read(TextView) override { return Result<Table>::failure(u""); }
-    };
-    testing_support::RecordedMessages messages;
+    testing::ScriptedMessages messages;
     NativeFiles files;
     const auto same = [](TextView text) { return Text(text); };
     ChordDictionary without(
-        messages, [] { return std::make_unique<NoProvider>(); }, same);
+        messages, [] { return std::make_unique<testing::ScriptedRows>(std::nullopt); }, same);
     const Result<Done> failed = without.open(folder.path(), files);
     EXPECT_NE(toUtf8(failed.cause).find("MlvDbase.mdb\r\n\r\nNo provider."), std::string::npos);
     folder.run(kBook);
@@ -483,7 +470,7 @@ TEST(ChordDictionary, OlderDatabase) {
 
     const Table table{{u"Fname", u"Mname"}, {{u"C", u"09"}}};
     ChordDictionary with(
-        messages, [&] { return std::make_unique<ScriptedSource>(table); }, same);
+        messages, [&] { return std::make_unique<testing::ScriptedRows>(table); }, same);
     EXPECT_TRUE(with.open(folder.path(), files));
     EXPECT_EQ(with.records().count(), 1U);
     std::filesystem::remove(jetFile);
@@ -548,7 +535,7 @@ TEST(InsertDiagram, IsBlueReadableAndLetsTextGoOn) {
         {diagram, 40, {u"Melvorin 09", 40, {0, 0, 255}}},
     };
     for (const auto& [around, halfPoints, typed] : cases) {
-        testing_support::LineOfDiagrams line(u"ab cd", around);
+        testing::LineOfDiagrams line(u"ab cd", around);
         line.select({2, 4});
         EXPECT_EQ(insertDiagram(line, u"S", u"Melvorin 09"), typed);
         EXPECT_EQ(toUtf8(line.text()), "abSd");

@@ -114,6 +114,51 @@ TEST(RtfRepair, GivesBackWhatAControlLost) {
     }
 }
 
+// For a character that its symbol font has not, a control may write nothing, or what just lies in
+// the memory.
+TEST(RtfRepair, TakesNoJunkForCharacters) {
+    const std::string head =
+        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fcharset2 Courier New;}"
+        "{\\f1\\fcharset0 Courier New;}}\\pard\\fs20\\f0 ";
+    struct Case {
+        std::string body;
+        TextView text;
+        bool repaired;
+        TextView inSymbols;  // what of the text is in the symbol font afterwards
+    };
+    const Case cases[] = {
+        {"\\'1c \\'1c\\f1 end\\par}", u"\u00E9 \u03A9end", true, u"\u00E9 \u03A9"},
+        {"\x1c \x1c\\f1 end\\par}", u"\u00E9 \u03A9end", true, u"\u00E9 \u03A9"},
+        {"\x06 \x1c\\'06\\f1 end\\par}", u"\u00E9 \u03A9\u03A9end", true, u"\u00E9 \u03A9\u03A9"},
+        {"\\'07 x\\f1 end\\par}", u"\u00E9 \u03A9end", true, u"\u00E9 \u03A9"},
+        {"\\'00 \\'00\\f1 end\\par}", u"\u00E9 \u03A9end", true, u"\u00E9 \u03A9"},
+        {"\\f1 ab\\'07\\par}", u"ab\u00E9", true, u""},
+        {"   \\f1 end\\par}", u"\u00E9 \u03A9 \u65E5 \u0301end", true,
+         u"\u00E9 \u03A9 \u65E5 \u0301"},
+        {"  \\f1 a\\par\\f0  \\f1 b\\par}", u"\u00E9  a\r \u00E9b", true, u"\u00E9   \u00E9"},
+        {"\\f1 ab\\par}", u"a\u00E9b", true, u""},
+        {"\\f1 ab\\par}", u"acb", false, u""},       // letters are not lost
+        {"\\f1 ab\\par}", u"\u00E9ba", false, u""},  // not this text
+        {"\\f1 a\\par}", u"a\u00E9b", false, u""},
+    };
+    for (const Case& c : cases) {
+        const std::string rtf = head + c.body;
+        const std::string result = withLostCharacters(rtf, c.text);
+        EXPECT_EQ(result != rtf, c.repaired) << c.body;
+        if (!c.repaired)
+            continue;
+        const auto map = RtfMap::parse(result);
+        ASSERT_TRUE(map.has_value()) << result;
+        EXPECT_EQ(utf8(map->text()), utf8(c.text)) << result;
+        Text inSymbols;
+        for (std::size_t i = 0; i < map->text().size(); ++i) {
+            if (map->isSymbolAt(i) && map->text()[i] != u'\r')
+                inSymbols += map->text()[i];
+        }
+        EXPECT_EQ(utf8(inSymbols), utf8(c.inSymbols)) << result;
+    }
+}
+
 TEST(RtfRepair, PutsCharactersRightWhereThereIsNoMap) {
     const std::string head =
         "{\\rtf1\\ansi\\uc1{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset204 B;}{\\f2\\fcharset2 "
@@ -138,7 +183,7 @@ TEST(RtfRepair, PutsCharactersRightWhereThereIsNoMap) {
 }
 
 TEST(SnapshotHistory, StepsBackForthAndBranches) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     EXPECT_FALSE(history.canUndo() || history.canRedo());
     history.record("one", 1);
@@ -174,7 +219,7 @@ TEST(SnapshotHistory, StepsBackForthAndBranches) {
 
 TEST(SnapshotHistory, KeepsTheBackgroundBesideEachState) {
     constexpr Rgb grey{200, 200, 200};
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     history.record("one", 0);
     history.record("two", 0, grey);
@@ -188,7 +233,7 @@ TEST(SnapshotHistory, KeepsTheBackgroundBesideEachState) {
 }
 
 TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     history.record("one", 1);
     files.isFull = true;
@@ -200,7 +245,7 @@ TEST(SnapshotHistory, AFailureCountsButLeavesNoFile) {
 }
 
 TEST(SnapshotHistory, StopsAtTheEndOfItsCounters) {
-    MemoryFiles files;
+    testing::MemoryFiles files;
     SnapshotHistory history(files);
     for (int i = 1; i <= 32'767; ++i)
         ASSERT_EQ(history.record("x", i), SnapshotHistory::Outcome::Recorded);

@@ -242,59 +242,15 @@ TEST(DocumentFile, AFileThatIsSavedUnchangedIsTheSame) {
     EXPECT_GT(files, 2500);
 }
 
-TEST(DocumentFile, KeepsTheFormatOrSaysThatItChanged) {
-    using enum TextEncoding;
-    const auto mark = [](std::string_view bytes) { return "\xEF\xBB\xBF" + std::string(bytes); };
-    const struct {
-        std::string bytes;  // the file
-        TextView text;      // what the user makes of it
-        std::string saved;
-        bool told;  // the encoding is another
-    } cases[] = {
-        {"C\nla\n", u"C\rla\u00E1", "C\nla\xC3\xA1\n", false},
-        {"C\r\nla", u"C\rla\r", "C\r\nla\r\n", false},
-        {"C\rla\r", u"D\rla", "D\rla\r", false},
-        // The majority, and CR LF where there is none.
-        {"a\nb\nc\r\n", u"a\rb\rc", "a\nb\nc\n", false},
-        {"a\nb\r\n", u"a\rb", "a\r\nb\r\n", false},
-        {"a\nb\r\nc\rd", u"a\rb\rc\rd", "a\r\nb\r\nc\r\nd", false},
-        {"a\nb\nc\rd\r", u"a", "a\r\n", false},
-        // An empty file gets a line end with its first text.
-        {"", u"", "", false},
-        {"", u"C", "C\r\n", false},
-        {"\r\n", u"", "\r\n", false},
-        {mark(""), u"\u00E9", mark("\xC3\xA9\r\n"), false},
-        {mark("C"), u"\u4E2D", mark("\xE4\xB8\xAD"), false},
-        {"caf\xE9\n", u"caf\u00E9 \u20AC", "caf\xE9 \x80\n", false},
-        {"caf\xE9\n", u"caf\u00E9 \u4E2D", mark("caf\xC3\xA9 \xE4\xB8\xAD\n"), true},
-        // These would be read as UTF-8, or as having a mark.
-        {"caf\xE9", u"\u00C3\u00A9", mark("\xC3\x83\xC2\xA9"), true},
-        {"caf\xE9", u"\u00FF\u00FEC",
-         mark("\xC3\xBF\xC3\xBE"
-              "C"),
-         true},
-        {"C",
-         u"\uFEFF"
-         u"C",
-         mark("\xEF\xBB\xBF"
-              "C"),
-         true},
-        // Half a character has its place in UTF-16 alone.
-        {"C",
-         {u"a\xD83Cz", 3},
-         std::string("\xFF\xFE"
-                     "a\0\x3C\xD8z\0",
-                     8),
-         true},
-        {std::string("\xFE\xFF\xD8\x3C\0C", 6),
-         {u"\xD83C"
-          u"D",
-          2},
-         std::string("\xFE\xFF\xD8\x3C\0D", 6),
-         false},
-        {"C\n", u"C\vla", "C\nla\n", false},
-    };
-    for (const auto& c : cases) {
+struct SavedFile {
+    std::string bytes;  // the file
+    TextView text;      // what the user makes of it
+    std::string saved;
+    bool told;  // the encoding is another
+};
+
+void expectSaved(std::initializer_list<SavedFile> cases) {
+    for (const SavedFile& c : cases) {
         const auto content = readDocument(c.bytes, u"txt", windows1252());
         ASSERT_TRUE(static_cast<bool>(content)) << c.bytes;
         const PlainFile saved = plainDocument({Text(c.text)}, content.value->format, windows1252());
@@ -310,7 +266,63 @@ TEST(DocumentFile, KeepsTheFormatOrSaysThatItChanged) {
             EXPECT_EQ(toUtf8(again.value->text.chars), toUtf8(c.text));
         }
     }
+}
+
+std::string marked(std::string_view bytes) {
+    return "\xEF\xBB\xBF" + std::string(bytes);
+}
+
+TEST(DocumentFile, KeepsTheFormat) {
+    expectSaved({
+        {"C\nla\n", u"C\rla\u00E1", "C\nla\xC3\xA1\n", false},
+        {"C\r\nla", u"C\rla\r", "C\r\nla\r\n", false},
+        {"C\rla\r", u"D\rla", "D\rla\r", false},
+        // The majority, and CR LF where there is none.
+        {"a\nb\nc\r\n", u"a\rb\rc", "a\nb\nc\n", false},
+        {"a\nb\r\n", u"a\rb", "a\r\nb\r\n", false},
+        {"a\nb\r\nc\rd", u"a\rb\rc\rd", "a\r\nb\r\nc\r\nd", false},
+        {"a\nb\nc\rd\r", u"a", "a\r\n", false},
+        // An empty file gets a line end with its first text.
+        {"", u"", "", false},
+        {"", u"C", "C\r\n", false},
+        {"\r\n", u"", "\r\n", false},
+        {marked(""), u"\u00E9", marked("\xC3\xA9\r\n"), false},
+        {marked("C"), u"\u4E2D", marked("\xE4\xB8\xAD"), false},
+        {"caf\xE9\n", u"caf\u00E9 \u20AC", "caf\xE9 \x80\n", false},
+        {"caf\xE9\n", u"caf\u00E9 \u4E2D", marked("caf\xC3\xA9 \xE4\xB8\xAD\n"), true},
+    });
     EXPECT_EQ(plainDocument({u"C\u00E9"}, TextFormat(), windows1252()).bytes, "C\xC3\xA9\r\n");
+}
+
+TEST(DocumentFile, SaysThatItChangedWhereOthersWouldMisreadIt) {
+    expectSaved({
+        // These would be read as UTF-8, or as having a mark.
+        {"caf\xE9", u"\u00C3\u00A9", marked("\xC3\x83\xC2\xA9"), true},
+        {"caf\xE9", u"\u00FF\u00FEC",
+         marked("\xC3\xBF\xC3\xBE"
+                "C"),
+         true},
+        {"C",
+         u"\uFEFF"
+         u"C",
+         marked("\xEF\xBB\xBF"
+                "C"),
+         true},
+        // Half a character has its place in UTF-16 alone.
+        {"C",
+         {u"a\xD83Cz", 3},
+         std::string("\xFF\xFE"
+                     "a\0\x3C\xD8z\0",
+                     8),
+         true},
+        {std::string("\xFE\xFF\xD8\x3C\0C", 6),
+         {u"\xD83C"
+          u"D",
+          2},
+         std::string("\xFE\xFF\xD8\x3C\0D", 6),
+         false},
+        {"C\n", u"C\vla", "C\nla\n", false},
+    });
 }
 
 TEST(DocumentFile, TheUserSaysHowADoubtfulTextIsRead) {

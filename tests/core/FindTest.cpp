@@ -6,6 +6,8 @@
 #include <map>
 #include <random>
 
+#include "RtfColours.h"
+#include "StandIns.h"
 #include "app/RecentFiles.h"
 #include "base/LetterCase.h"
 #include "base/TabExpansion.h"
@@ -143,11 +145,14 @@ TEST(ReplacePlan, ChangesTheRichTextAsTheLoopDoes) {
         ASSERT_EQ(plan.text(), loop.text);
         const auto map = RtfMap::parse(before);
         ASSERT_TRUE(map && map->text() == text);
-        const auto after = RtfMap::parse(map->rewrite(plan.parts(), {}));
+        const std::string rewritten = map->rewrite(plan.parts(), {});
+        const auto after = RtfMap::parse(rewritten);
         ASSERT_TRUE(after);
         ASSERT_EQ(after->text(), loop.text);
+        const auto colours = coloursOf(rewritten);
+        ASSERT_EQ(colours.size(), loop.text.size());
         for (std::size_t i = 0; i < loop.text.size(); ++i) {
-            const std::optional<Rgb> colour = after->colourAt(i);
+            const std::optional<Rgb> colour = colours[i];
             ASSERT_EQ(colour ? colour->red / 10 : 0, loop.colours[i]) << i;
         }
         replaced += done.count;
@@ -190,24 +195,10 @@ TEST(TabExpander, PartsGiveWhatTheWholeGives) {
 
 // ---- Recent files -----------------------------------------------------------------------------
 
-class MemoryProfiles : public ProfileFiles {
-  public:
-    Text read(TextView section, TextView key, TextView fallback, TextView file,
-              std::uint32_t capacity) override {
-        EXPECT_EQ(toUtf8(section) + "|" + toUtf8(file), "Recent Files|Melvorin.INI");
-        const auto found = values.find(toUtf8(key));
-        Text value = found == values.end() ? Text(fallback) : fromUtf8(found->second);
-        return value.substr(0, capacity - 1);
-    }
-    bool write(TextView, TextView key, TextView value, TextView) override {
-        if (writable)
-            values[toUtf8(key)] = toUtf8(value);
-        return writable;
-    }
-
-    std::map<std::string, std::string> values;
-    bool writable = true;
-};
+// Where the list is kept.
+Text& stored(testing::ScriptedProfiles& profiles, const std::string& key) {
+    return profiles.values[{u"Melvorin.INI", u"Recent Files", fromUtf8(key)}];
+}
 
 // "(Empty)" or not, the visible paths by slot, and "+" where the list can be cleaned.
 std::string shownMenu(const RecentMenu& menu) {
@@ -220,7 +211,7 @@ std::string shownMenu(const RecentMenu& menu) {
 }
 
 TEST(RecentFiles, AddsAtTheTopAndKeepsEight) {
-    MemoryProfiles profiles;
+    testing::ScriptedProfiles profiles;
     std::vector<std::string> published;
     RecentFiles recent(profiles,
                        [&](const RecentMenu& menu) { published.push_back(shownMenu(menu)); });
@@ -249,7 +240,7 @@ TEST(RecentFiles, AddsAtTheTopAndKeepsEight) {
     EXPECT_TRUE(recent.clean());
     EXPECT_EQ(shownMenu(recent.menu()), "(Empty)");
     for (int slot = 1; slot <= 8; ++slot)
-        EXPECT_EQ(profiles.values["RecentFile" + std::to_string(slot)], "Not Used");
+        EXPECT_EQ(stored(profiles, "RecentFile" + std::to_string(slot)), u"Not Used");
 }
 
 // Lists that something else has written.
@@ -268,8 +259,9 @@ TEST(RecentFiles, ReadsWhateverTheFileHolds) {
          " 1X 2" + std::string(254, 'p') + " +"},
     };
     for (const Case& c : cases) {
-        MemoryProfiles profiles;
-        profiles.values = c.values;
+        testing::ScriptedProfiles profiles;
+        for (const auto& [key, value] : c.values)
+            stored(profiles, key) = fromUtf8(value);
         RecentFiles recent(profiles, [](const RecentMenu&) {});
         recent.begin();
         EXPECT_EQ(shownMenu(recent.menu()), c.atStart);

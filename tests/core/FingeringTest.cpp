@@ -5,13 +5,14 @@
 
 #include <algorithm>
 
-#include "TestDiagrams.h"
+#include "Diagrams.h"
+#include "StandIns.h"
 
 namespace melvorin {
 namespace {
 
-using testing_support::LineOfDiagrams;
-using testing_support::RecordedMessages;
+using testing::LineOfDiagrams;
+using testing::ScriptedMessages;
 
 DiagramStyle styleOf(TextView face) {
     return {Text(face), 48, {200, 10, 20}};
@@ -34,7 +35,7 @@ TEST(Fingering, WalksThroughAChordAndBack) {
     for (const auto& [face, from, walk] : cases) {
         LineOfDiagrams line(u"x" + Text(from) + u"x", styleOf(face));
         line.select({1, 2});
-        RecordedMessages messages;
+        ScriptedMessages messages;
         Fingering fingering;
         Text walked;
         for (std::size_t i = 0; i < walk.size(); ++i) {
@@ -63,7 +64,7 @@ TEST(Fingering, FixedSubstitutionsOfEvenFonts) {
         for (const bool isEven : {true, false}) {
             LineOfDiagrams line(glyph, styleOf(isEven ? u"Melvorin 10" : u"Melvorin 09"));
             line.select({0, 1});
-            RecordedMessages messages;
+            ScriptedMessages messages;
             const bool changes = !isEven || glyph != even;
             EXPECT_EQ(Fingering().change(line, messages), changes);
             EXPECT_EQ(toUtf8(line.text()), toUtf8(isEven ? even : odd));
@@ -87,7 +88,7 @@ TEST(Fingering, AsksForADiagram) {
     for (const auto& [face, selection] : cases) {
         LineOfDiagrams line(u"aÉaa", styleOf(face));
         line.select(selection);
-        RecordedMessages messages;
+        ScriptedMessages messages;
         EXPECT_FALSE(Fingering().change(line, messages));
         EXPECT_EQ(line.text(), u"aÉaa");
         EXPECT_EQ(line.selection(), (Selection{1, 1}));
@@ -103,7 +104,7 @@ TEST(Fingering, LeavesAGlyphThatItDoesNotKnow) {
     for (const TextView glyph : {u"@", u"\r", u"€"}) {
         LineOfDiagrams line(glyph, styleOf(u"Melvorin 01"));
         line.select({0, 1});
-        RecordedMessages messages;
+        ScriptedMessages messages;
         EXPECT_FALSE(Fingering().change(line, messages));
         EXPECT_EQ(line.text(), glyph);
         EXPECT_EQ(line.selection(), (Selection{0, 1}));
@@ -113,7 +114,7 @@ TEST(Fingering, LeavesAGlyphThatItDoesNotKnow) {
 
 // The walk that ended in the last row goes on in the first, whatever is selected by then.
 TEST(Fingering, RemembersTheLastRowBetweenCommands) {
-    RecordedMessages messages;
+    ScriptedMessages messages;
     Fingering fingering;
     LineOfDiagrams line(u"j", styleOf(u"Melvorin 01"));
     line.select({0, 1});

@@ -90,7 +90,7 @@ class RandomRun {
     }
     const std::string& written() const { return disk.content.at(u"C:\\Temp\\bbj1.tmp"); }
 
-    MemoryFiles disk;
+    testing::MemoryFiles disk;
     SnapshotHistory history{disk};
     RunJournal journal{disk};
     DocumentOrigin origin;
@@ -112,7 +112,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
         }
         // A history taken over is told as a whole.
         RunState whole = run.state();
-        MemoryFiles other;
+        testing::MemoryFiles other;
         SnapshotHistory history(other);
         RunJournal journal(other);
         journal.begin();
@@ -124,7 +124,7 @@ TEST(RunJournal, TellsTheStateOfTheRunAtEveryMoment) {
     }
 }
 
-TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
+TEST(RunJournal, WhateverIsCutOrSpoiledStaysInItsBounds) {
     RandomRun run(3);
     for (int i = 0; i < 60; ++i)
         run.step();
@@ -148,7 +148,9 @@ TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
             spoiled[random() % spoiled.size()] = static_cast<char>(random());
         expectSane(spoiled);
     }
+}
 
+TEST(RunJournal, ALineCountsOrDoesNot) {
     const std::string good =
         "melvorin journal 1\nsnapshot 1 " + hex("bb1A.tmp") + " 4 - 5 6\nstate 1 1 1 1\n";
     const auto before = replayJournal(good, u"C:\\Temp");
@@ -193,7 +195,7 @@ TEST(RunJournal, WhateverIsCutOrSpoiledALineCountsOrDoesNot) {
 }
 
 // A run with so many states after the first, that ends without closing.
-void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
+void leaveRun(testing::MemoryFiles& disk, TextView path, int changes, int undone) {
     SnapshotHistory history(disk);
     RunJournal journal(disk);
     journal.begin();
@@ -207,7 +209,7 @@ void leaveRun(MemoryFiles& disk, TextView path, int changes, int undone) {
 }
 
 TEST(Remains, AreThoseOfRunsThatHadUnsavedChanges) {
-    MemoryFiles disk;
+    testing::MemoryFiles disk;
     leaveRun(disk, u"first", 3, 1);
     leaveRun(disk, u"untouched", 0, 0);
     leaveRun(disk, u"second", 2, 0);
@@ -254,7 +256,7 @@ TEST(Remains, LeadBackToTheLastStateThatIsWhole) {
     };
     for (const Case& c : cases) {
         for (const bool isGone : {false, true}) {
-            MemoryFiles disk;
+            testing::MemoryFiles disk;
             leaveRun(disk, u"a", 4, c.undone);
             for (const int index : c.spoiled) {
                 // The journal has the first name.

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "RtfSamples.h"
+#include "rtf/FileKind.h"
 #include "rtf/RtfReader.h"
 #include "rtf/RtfRows.h"
 
@@ -32,13 +33,17 @@ std::string row(std::size_t defined, std::size_t used) {
     return rtf + "\\row\\pard y}";
 }
 
-TEST(RtfCheck, JudgesDocuments) {
+void expectVerdicts(const std::vector<std::pair<std::string, Kind>>& cases) {
+    for (const auto& [rtf, expected] : cases) {
+        const RtfVerdict verdict = checkRtf(rtf);
+        EXPECT_EQ(verdict.kind, expected) << rtf.substr(0, 200);
+        EXPECT_EQ(verdict.sentence.empty(), expected == Kind::Ok);
+    }
+}
+
+TEST(RtfCheck, JudgesWholeDocuments) {
     const std::string word250 = "\\" + std::string(kMaxRtfWordLength - 2, 'q');
-    const std::string name250(kMaxRtfNameLength - 1, 'N');
-    const struct {
-        std::string rtf;
-        Kind expected;
-    } cases[] = {
+    expectVerdicts({
         {"", Kind::NotRtf},
         {"plain text", Kind::NotRtf},
         {"{\\rtfx a}", Kind::NotRtf},
@@ -75,7 +80,16 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1" + word250 + " a}", Kind::Ok},
         {"{\\rtf1" + word250 + "qq a}", Kind::Malformed},
         {"{\\rtf1\\fs" + std::string(kMaxRtfWordLength, '1') + " a}", Kind::Malformed},
-        // Font table.
+        {nested(kMaxRtfDepth, "{"), Kind::Ok},
+        {nested(kMaxRtfDepth + 1, "{"), Kind::TooDeep},
+        {nested(kMaxRtfDepth + 1, "{\\*\\x "), Kind::TooDeep},
+        {nested(200000, "{\\b\\cf1 "), Kind::TooDeep},
+    });
+}
+
+TEST(RtfCheck, JudgesFontTables) {
+    const std::string name250(kMaxRtfNameLength - 1, 'N');
+    expectVerdicts({
         {"{\\rtf1{\\fonttbl}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl\r\n{\\f0\\fnil{\\*\\panose 02}X{\\*\\falt Y};}}a}", Kind::Ok},
         {"{\\rtf1{\\fonttbl\\f0 X;\\f1 Y;}a}", Kind::Ok},
@@ -99,7 +113,12 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1 a\\u65536?b}", Kind::Malformed},
         {"{\\rtf1 a\\'00b}", Kind::Malformed},
         {"{\\rtf1\\u233?{\\fonttbl{\\f0 X;}}a}", Kind::Malformed},
-        // Colour table.
+    });
+}
+
+TEST(RtfCheck, JudgesOtherParts) {
+    expectVerdicts({
+        // Colours.
         {"{\\rtf1{\\colortbl ;\\red1\\green2\\blue3;\r\n}a}", Kind::Ok},
         {"{\\rtf1{\\colortbl;\\red1\\green2\\blue3}a}", Kind::Malformed},
         {"{\\rtf1{\\colortbl;{\\red1}}a}", Kind::Malformed},
@@ -117,7 +136,11 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1 {a\\*\\x b}}", Kind::Malformed},
         {"{\\rtf1{\\pict{\\bin1 a\\*\\x b}}}", Kind::Malformed},
         {"{\\rtf1{\\pict{\\bin0 \\*\\x b}}}", Kind::Ok},
-        // Tables.
+    });
+}
+
+TEST(RtfCheck, JudgesTables) {
+    expectVerdicts({
         {row(2, 2), Kind::Ok},
         {row(3, 1), Kind::Ok},
         {row(1, 2), Kind::Malformed},
@@ -140,17 +163,7 @@ TEST(RtfCheck, JudgesDocuments) {
         {"{\\rtf1{\\pict\\pngblip 00\\intbl a\\cell}b}", Kind::Ok},
         {"{\\rtf1\\itap2 a\\pard}", Kind::Malformed},
         {"{\\rtf1 a\\nestcell b}", Kind::Malformed},
-        // Depth.
-        {nested(kMaxRtfDepth, "{"), Kind::Ok},
-        {nested(kMaxRtfDepth + 1, "{"), Kind::TooDeep},
-        {nested(kMaxRtfDepth + 1, "{\\*\\x "), Kind::TooDeep},
-        {nested(200000, "{\\b\\cf1 "), Kind::TooDeep},
-    };
-    for (const auto& [rtf, expected] : cases) {
-        const RtfVerdict verdict = checkRtf(rtf);
-        EXPECT_EQ(verdict.kind, expected) << rtf.substr(0, 200);
-        EXPECT_EQ(verdict.sentence.empty(), expected == Kind::Ok);
-    }
+    });
 }
 
 // Little-endian numbers of two and four bytes as hexadecimal digits.

@@ -174,6 +174,11 @@ TEST(RtfDiagrams, AreWrittenAsTheCharactersTheyMean) {
     const std::string only = "{\\rtf1\\deff1{\\fonttbl\\f1\\fcharset2 Melvorin 34;}\\u-4031?}";
     EXPECT_EQ(checkRtf(only).document,
               "{\\rtf1\\deff1{\\fonttbl\\f1\\fcharset0 Melvorin 34;}\\'41}");
+    // Raw data is no stand-in, and what follows it may be one.
+    const std::string raw =
+        "{\\rtf1\\deff1{\\fonttbl\\f1\\fcharset2 Melvorin 34;}\\uc2\\u-4031?\\bin2 xy?b}";
+    EXPECT_EQ(checkRtf(raw).document,
+              "{\\rtf1\\deff1{\\fonttbl\\f1\\fcharset0 Melvorin 34;}\\uc2\\'41b}");
 }
 
 }  // namespace

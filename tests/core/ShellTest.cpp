@@ -102,26 +102,20 @@ TEST(Paths, FormWithoutALimit) {
 TEST(CommandMap, MenuIsATreeOfDistinctItems) {
     std::set<Command> seen{Command::none};
     std::map<Command, bool> submenus{{Command::none, true}};
-    for (const MenuEntry& entry : menuEntries()) {
-        EXPECT_TRUE(seen.insert(entry.item).second) << utf8(entry.caption);
-        EXPECT_TRUE(submenus[entry.parent]) << utf8(entry.caption);
-        submenus[entry.item] = entry.isSubmenu;
+    for (const CommandRow& row : commands()) {
+        if (row.menu.kind == MenuKind::None)
+            continue;
+        EXPECT_TRUE(seen.insert(row.id).second) << utf8(row.menu.caption);
+        EXPECT_TRUE(submenus[row.menu.parent]) << utf8(row.menu.caption);
+        submenus[row.id] = row.menu.kind == MenuKind::Submenu;
     }
 }
 
-// The menus as people read them.
-TEST(CommandMap, Captions) {
-    std::string outline;
-    std::map<Command, std::string> indents{{Command::none, ""}};
-    for (const MenuEntry& entry : menuEntries()) {
-        outline +=
-            indents[entry.parent] + utf8(entry.caption) + (entry.startsHidden ? "*\n" : "\n");
-        indents[entry.item] = indents[entry.parent] + " ";
-    }
-    EXPECT_EQ(outline, R"(F&ile
- New
- Open
- Save
+// The menus as people read them, with the column of keys; * begins hidden.
+constexpr char kMenus[] = R"(F&ile
+ New	Ctrl+N
+ Open	Ctrl+O
+ Save	Ctrl+S
  Save As
  Recent Files
   (Empty)
@@ -136,23 +130,23 @@ TEST(CommandMap, Captions) {
   -*
   Clean List of Recent Files*
  -
- Exit
+ Exit	Alt+F4
 &Edit
  Cut (Ctrl+X)
  Copy (Ctrl+C)
  Paste (Ctrl+V)
  Delete (Del)
  Select All (Ctrl+A)
- Find and Replace
+ Find and Replace	Ctrl+F
  -
- Undo
- Redo
+ Undo	Ctrl+Z
+ Redo	Ctrl+Y
 Format
  Font and Colors
  -
- Bold
- Italic
- Underline
+ Bold	Ctrl+B
+ Italic	Ctrl+I
+ Underline	Ctrl+U
  -
  To Upper Case
  To Lower Case
@@ -161,7 +155,7 @@ Format
  Full Screen
 Chord Notation
  Create Chord Notation
- Change the Fingering of the Chord
+ Change the Fingering of the Chord	Ctrl+D
  Insert Tablature
  Melvorin Guitar Tuner
  Key
@@ -178,10 +172,22 @@ Examples
  Melvorin Home Page
  Melvorin on the Social Network
 Help
- Help Contents
+ Help Contents	F1
  -
  About Melvorin
-)");
+)";
+
+TEST(CommandMap, Captions) {
+    std::string outline;
+    std::map<Command, std::string> indents{{Command::none, ""}};
+    for (const CommandRow& row : commands()) {
+        if (row.menu.kind == MenuKind::None)
+            continue;
+        outline += indents[row.menu.parent] + utf8(menuText(row, row.menu.caption)) +
+                   (row.menu.startsHidden ? "*\n" : "\n");
+        indents[row.id] = indents[row.menu.parent] + " ";
+    }
+    EXPECT_EQ(outline, kMenus);
 }
 
 TEST(CommandMap, ToolbarKeysRunTheirCommands) {
@@ -194,15 +200,58 @@ TEST(CommandMap, ToolbarKeysRunTheirCommands) {
     EXPECT_EQ(commandOfKey(u"new"), std::nullopt);
     EXPECT_EQ(commandOfKey(u""), std::nullopt);
     std::set<Text> keys;
-    for (const ToolButton& button : toolButtons()) {
-        if (button.kind != ToolButtonKind::Separator) {
-            EXPECT_TRUE(keys.insert(Text(button.key)).second);
-            EXPECT_EQ(commandOfId(idOf(button.runs)), button.runs);
+    for (int number = 1; number <= kLastButton; ++number) {
+        if (const CommandRow* const row = rowOfButton(number)) {
+            EXPECT_TRUE(keys.insert(Text(row->button.key)).second);
+            EXPECT_EQ(commandOfId(idOf(row->id)), row->id);
         }
     }
     EXPECT_EQ(keys.size(), 25U);
     EXPECT_EQ(commandOfId(kFirstCommandId), std::nullopt);
     EXPECT_EQ(commandOfId(idOf(Command::count)), std::nullopt);
+}
+
+TEST(CommandMap, ButtonsHaveTheirNumbersAndTips) {
+    std::string bar;
+    for (int number = 1; number <= kLastButton; ++number) {
+        const CommandRow* const row = rowOfButton(number);
+        bar += row == nullptr ? "|\n" : std::to_string(number) + " " + utf8(tipOf(*row)) + "\n";
+    }
+    EXPECT_EQ(bar, R"(1 New (Ctrl+N)
+2 Open (Ctrl+O)
+3 Save (Ctrl+S)
+|
+5 Cut (Ctrl+X)
+6 Copy (Ctrl+C)
+7 Paste (Ctrl+V)
+8 Delete (Del)
+|
+10 Find and Replace (Ctrl+F)
+|
+12 Undo (Ctrl+Z)
+13 Redo (Ctrl+Y)
+|
+15 Bold (Ctrl+B)
+16 Italic (Ctrl+I)
+17 Underline (Ctrl+U)
+|
+19 Align Left (Ctrl+L)
+20 Center (Ctrl+E)
+21 Align Right (Ctrl+R)
+|
+23 Create Chord Notation
+24 Insert Tablature
+25 Font and Colors
+26 Melvorin Guitar Tuner
+|
+28 Go Down a Half Step
+29 Go Up a Half Step
+|
+31 Dictionary
+32 Full Screen
+|
+34 Help Contents (F1)
+)");
 }
 
 TEST(Layout, PartsNeverOverlapNorLeaveTheWindow) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "StandIns.h"
 #include "sound/FolderRows.h"
 #include "sound/SoundPlayer.h"
 
@@ -28,26 +29,17 @@ TEST(Sound, KnowsWhatIsListedAndWhatIsPlayed) {
     }
 }
 
-class SentCommands : public Multimedia {
-  public:
-    std::uint32_t send(TextView command) override {
-        all += toUtf8(command) + "|";
-        return 0;
-    }
-    std::string all;
-};
-
 // A name of a file stays inside its quotation marks.
 TEST(Sound, NoNameBecomesACommand) {
-    const std::pair<TextView, const char*> cases[] = {
+    const std::pair<TextView, std::vector<std::string>> cases[] = {
         {u"C:\\a b; x.mid",
-         "close canyon|Open \"C:\\a b; x.mid\" type sequencer alias canyon|play canyon|"},
-        {u"C:\\a\" alias x & record \"b.mid", "close canyon|"},
+         {"close canyon", "Open \"C:\\a b; x.mid\" type sequencer alias canyon", "play canyon"}},
+        {u"C:\\a\" alias x & record \"b.mid", {"close canyon"}},
     };
     for (const auto& [path, commands] : cases) {
-        SentCommands sent;
+        testing::RecordedMultimedia sent;
         SoundPlayer(sent).play(path, [] {});
-        EXPECT_EQ(sent.all, commands);
+        EXPECT_EQ(sent.commands, commands);
     }
 }
 

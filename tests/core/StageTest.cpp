@@ -5,17 +5,12 @@
 #include <fstream>
 #include <random>
 
+#include "StandIns.h"
 #include "present/StageLayout.h"
 #include "present/StageRun.h"
 
 namespace melvorin {
 namespace {
-
-class HandClock : public Clock {
-  public:
-    std::int64_t nowMs() override { return ms; }
-    std::int64_t ms = 12'345;
-};
 
 class LoggedStage : public StageSurface {
   public:
@@ -29,7 +24,9 @@ class LoggedStage : public StageSurface {
 };
 
 struct Stage {
-    HandClock clock;
+    Stage() { clock.ms = 12'345; }
+
+    testing::ScriptedClock clock;
     LoggedStage surface;
     StageRun run{clock, surface};
     RunSettings settings;
@@ -62,81 +59,33 @@ JumpRow jump(int from, int to, int times) {
     return {true, from, to, times};
 }
 
-// Every second of whole songs. The last line stands twice, the second time as the line behind it;
-// the step that ends a run still goes on by one.
-TEST(StageRun, PlaysWholeSongs) {
-    struct Case {
-        const char* name;
-        int lines;
-        int pace;
-        int passes;
-        bool repeats;
-        std::vector<JumpRow> rows;
-        std::vector<int> seconds;  // the current line in second 0, 1, ... up to the end
-        const char* passText;      // at the end
-    };
-    const Case cases[] = {
-        {"straight", 4, 1, 1, false, {}, {1, 2, 3, 4, 5, 6}, "1x"},
-        {"two lines, every third second", 2, 3, 1, false, {}, {1, 1, 1, 2, 2, 2, 3, 3, 3, 4}, "1x"},
-        {"passes count only with the box", 2, 1, 5, false, {}, {1, 2, 3, 4}, "1x"},
-        {"three passes", 2, 1, 3, true, {}, {1, 2, 3, 1, 2, 3, 1, 2, 3, 4}, "3x"},
-        {"two jumps, two passes",
-         6,
-         1,
-         2,
-         true,
-         {jump(3, 1, 1), jump(5, 3, 2)},
-         {1, 2, 3, 2, 3, 4, 5, 4, 5, 4, 5, 6, 7,  // 3 goes to 1, then twice 5 to 3
-          1, 2, 3, 2, 3, 4, 5, 4, 5, 4, 5, 6, 7,  // the same again
-          8},
-         "2x"},
-        {"one jump leads to a later row's",
-         5,
-         1,
-         1,
-         false,
-         {jump(2, 4, 1), jump(4, 1, 1)},
-         {1, 2, 2, 3, 4, 5, 6, 7},
-         "1x"},
-        {"but not to a former row's",
-         5,
-         1,
-         1,
-         false,
-         {jump(4, 1, 1), jump(2, 4, 1)},
-         {1, 2, 5, 6, 7},
-         "1x"},
-        {"to itself", 4, 1, 1, false, {jump(3, 3, 9)}, {1, 2, 3, 4, 5, 6}, "1x"},
-        {"to the line before, until it is used up",
-         4,
-         1,
-         1,
-         false,
-         {jump(3, 2, 3)},
-         {1, 2, 3, 3, 3, 3, 4, 5, 6},
-         "1x"},
-        {"two rows of one line",
-         3,
-         1,
-         1,
-         false,
-         {jump(2, 1, 1), jump(2, 1, 1)},
-         {1, 2, 2, 2, 3, 4, 5},
-         "1x"},
-        {"a row that is off", 3, 1, 1, false, {{false, 2, 1, 3}}, {1, 2, 3, 4, 5}, "1x"},
-        {"forward over the end", 4, 1, 1, false, {jump(2, 3, 1), jump(3, 9, 1)}, {1, 2, 10}, "1x"},
-    };
-    for (const Case& c : cases) {
+struct Pace {
+    int seconds;  // per line
+    int passes;
+    bool repeats;
+};
+
+struct Song {
+    const char* name;
+    int lines;
+    Pace pace;
+    std::vector<JumpRow> rows;
+    std::vector<int> seconds;  // the current line in second 0, 1, ... up to the end
+    const char* passText;      // at the end
+};
+
+void expectPlayed(std::initializer_list<Song> songs) {
+    for (const Song& c : songs) {
         SCOPED_TRACE(c.name);
         Stage stage;
-        stage.settings.secondsPerLine = c.pace;
-        stage.settings.passes = c.passes;
-        stage.settings.repeats = c.repeats;
+        stage.settings.secondsPerLine = c.pace.seconds;
+        stage.settings.passes = c.pace.passes;
+        stage.settings.repeats = c.pace.repeats;
         std::copy(c.rows.begin(), c.rows.end(), stage.settings.rows.begin());
         ASSERT_TRUE(stage.start(c.lines));
-        EXPECT_EQ(stage.play(static_cast<int>(c.seconds.size()) + 2 * c.pace), [&] {
+        EXPECT_EQ(stage.play(static_cast<int>(c.seconds.size()) + 2 * c.pace.seconds), [&] {
             auto all = c.seconds;
-            all.resize(all.size() + 2 * static_cast<std::size_t>(c.pace), all.back());
+            all.resize(all.size() + 2 * static_cast<std::size_t>(c.pace.seconds), all.back());
             return all;
         }());
         EXPECT_EQ(stage.surface.ends, 1);
@@ -145,6 +94,62 @@ TEST(StageRun, PlaysWholeSongs) {
         EXPECT_EQ(toUtf8(stage.run.passText()), c.passText);
         EXPECT_EQ(stage.run.passesToCome(), 0);
     }
+}
+
+// Every second of whole songs. The last line stands twice, the second time as the line behind it;
+// the step that ends a run still goes on by one.
+TEST(StageRun, PlaysWholeSongs) {
+    expectPlayed({
+        {"straight", 4, {1, 1, false}, {}, {1, 2, 3, 4, 5, 6}, "1x"},
+        {"two lines, every third second",
+         2,
+         {3, 1, false},
+         {},
+         {1, 1, 1, 2, 2, 2, 3, 3, 3, 4},
+         "1x"},
+        {"passes count only with the box", 2, {1, 5, false}, {}, {1, 2, 3, 4}, "1x"},
+        {"three passes", 2, {1, 3, true}, {}, {1, 2, 3, 1, 2, 3, 1, 2, 3, 4}, "3x"},
+        {"two jumps, two passes",
+         6,
+         {1, 2, true},
+         {jump(3, 1, 1), jump(5, 3, 2)},
+         {1, 2, 3, 2, 3, 4, 5, 4, 5, 4, 5, 6, 7,  // 3 goes to 1, then twice 5 to 3
+          1, 2, 3, 2, 3, 4, 5, 4, 5, 4, 5, 6, 7,  // the same again
+          8},
+         "2x"},
+        {"one jump leads to a later row's",
+         5,
+         {1, 1, false},
+         {jump(2, 4, 1), jump(4, 1, 1)},
+         {1, 2, 2, 3, 4, 5, 6, 7},
+         "1x"},
+        {"but not to a former row's",
+         5,
+         {1, 1, false},
+         {jump(4, 1, 1), jump(2, 4, 1)},
+         {1, 2, 5, 6, 7},
+         "1x"},
+        {"to itself", 4, {1, 1, false}, {jump(3, 3, 9)}, {1, 2, 3, 4, 5, 6}, "1x"},
+        {"to the line before, until it is used up",
+         4,
+         {1, 1, false},
+         {jump(3, 2, 3)},
+         {1, 2, 3, 3, 3, 3, 4, 5, 6},
+         "1x"},
+        {"two rows of one line",
+         3,
+         {1, 1, false},
+         {jump(2, 1, 1), jump(2, 1, 1)},
+         {1, 2, 2, 2, 3, 4, 5},
+         "1x"},
+        {"a row that is off", 3, {1, 1, false}, {{false, 2, 1, 3}}, {1, 2, 3, 4, 5}, "1x"},
+        {"forward over the end",
+         4,
+         {1, 1, false},
+         {jump(2, 3, 1), jump(3, 9, 1)},
+         {1, 2, 10},
+         "1x"},
+    });
 }
 
 // The rows on the page of the second example name lines of its song, which may change.

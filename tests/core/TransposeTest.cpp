@@ -257,7 +257,7 @@ TEST(KeyChange, LeavesFixedCharactersAlone) {
 
 TEST(KeyChange, ReportsHoldOnGeneratedLines) {
     std::mt19937 random(5);
-    for (int i = 0; i < 6000 && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < 6000 && !::testing::Test::HasFailure(); ++i) {
         const Text line = literal::randomChordLine(random, i % 3 != 0);
         std::vector<ColumnRange> fixed;
         for (std::size_t column = random() % 8; column < line.size();) {

@@ -8,13 +8,17 @@
 //   text              prints the editor's text
 //   wait-window TITLE until a dialog of this title is in view
 //   wait-front TITLE  until the window of this title has the keyboard
+//   front TITLE       prints "yes" or "no": whether this window has the keyboard, soon at least
+//   reach TITLE       until keys that are pressed outside come to the window of this title: prints
+//                     "press" for somebody to hold Shift down, then "lost", and it begins again, or
+//                     "held"
 //   wait-field TEXT   until the control that has the keyboard holds this text
 //   wait-menu         until a menu is open
 //   wait-no-window TITLE  until no window of this title is in view
 //   click ID          clicks the button of this number in the window in front
 //   choose ID=ENTRY   chooses an entry (from 1) of a drop-down list there
 //   film              prints the caption of a run's bar each time it changes, until the bar goes
-//   message           prints the text of the message box in front
+//   message           prints the text of the message box in front, when there is one
 //   place             prints where the window in front stands, as WIDTHxHEIGHT+LEFT+TOP
 //   close             closes the main window, without waiting
 //   wait-gone         until the main window is gone
@@ -38,9 +42,9 @@ Text captionOf(HWND window) {
 }
 
 std::optional<WPARAM> idOfCaption(TextView caption) {
-    for (const MenuEntry& entry : menuEntries()) {
-        if (entry.caption == caption && !entry.isSubmenu)
-            return idOf(entry.item);
+    for (const CommandRow& row : commands()) {
+        if (row.menu.caption == caption && row.menu.kind == MenuKind::Entry)
+            return idOf(row.id);
     }
     return std::nullopt;
 }
@@ -94,6 +98,26 @@ bool isInFront(TextView title) {
     const HWND focus = keyboard().hwndFocus;
     return front != nullptr && captionOf(front) == title &&
            (focus == front || ::IsChild(front, focus));
+}
+
+bool say(const char* word) {
+    std::printf("%s\n", word);
+    return std::fflush(stdout) == 0;
+}
+
+// A window has the keyboard before the X server knows, and what is pressed in between is lost. So
+// a key that does nothing by itself goes ahead, until it is seen on this side.
+bool reach(TextView title) {
+    const auto isHeld = [] { return ::GetAsyncKeyState(VK_SHIFT) < 0; };
+    const auto isReached = [&] {
+        if (!isInFront(title) || isHeld())
+            return false;
+        say("press");
+        const bool seen = waitFor(isHeld, kSoonMs) && isInFront(title);
+        say(seen ? "held" : "lost");
+        return seen;
+    };
+    return waitFor(isReached);
 }
 
 // A message box keeps its text in the one static control that has any.
@@ -179,6 +203,10 @@ bool runStep(TextView step, TextView argument) {
         return waitFor([&] { return !isInView(argument); });
     if (step == u"wait-front")
         return waitFor([&] { return isInFront(argument); });
+    if (step == u"front")
+        return say(waitFor([&] { return isInFront(argument); }, kSoonMs) ? "yes" : "no");
+    if (step == u"reach")
+        return reach(argument);
     if (step == u"wait-field")
         return waitFor([&] {
             const HWND focus = keyboard().hwndFocus;
@@ -193,7 +221,7 @@ bool runStep(TextView step, TextView argument) {
     if (step == u"film")
         return film();
     if (step == u"message")
-        return printMessage();
+        return waitFor(printMessage);  // boxes may follow each other
     if (step == u"place")
         return printPlace();
     if (step == u"close")

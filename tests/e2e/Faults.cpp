@@ -31,13 +31,13 @@ using namespace melvorin;
 
 using UniqueProcess = Unique<HANDLE, ::CloseHandle>;
 
-struct Failure : std::runtime_error {
+struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 void require(bool condition, const std::string& what) {
     if (!condition)
-        throw Failure(what);
+        throw Failed(what);
 }
 
 UniqueProcess startProgram(const Text& program, const Text& argument) {
@@ -132,9 +132,9 @@ class Kills {
                 workUntilKilled();
                 judgeFile();
                 startAgain();
-            } catch (const Failure& failure) {
-                throw Failure("kill " + std::to_string(i + 1) + " (" + pendingName() +
-                              "): " + failure.what());
+            } catch (const Failed& failure) {
+                throw Failed("kill " + std::to_string(i + 1) + " (" + pendingName() +
+                             "): " + failure.what());
             }
         }
         ::TerminateProcess(process_.get(), 1);
@@ -373,7 +373,7 @@ int wmain(int count, wchar_t** arguments) {
         } else if (count == 3 && argument(1) == u"snapshots") {
             fillHistory(argument(2));
         } else {
-            throw Failure("kills PROGRAM SONG COUNT SEED, or snapshots PROGRAM");
+            throw Failed("kills PROGRAM SONG COUNT SEED, or snapshots PROGRAM");
         }
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "faults: %s\n", failure.what());

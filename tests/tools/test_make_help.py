@@ -39,20 +39,6 @@ class Help(unittest.TestCase):
             compiled = self.out / file.replace("\\\\", "/")
             self.assertEqual(compiled.read_bytes()[:4], b"ITSF", file)
 
-    def test_commands_and_shortcuts_are_explained(self):
-        page = (ROOT / "data" / "help" / "commands.md").read_text(encoding="utf-8")
-        source = (SOURCE / "CommandMap.cpp").read_text(encoding="utf-8")
-        captions = re.findall(r'(?:entry|submenu)\(\w+, \w+, u"([^"]+)"', source)
-        captions += re.findall(r'(?:push|check)\(u"\w+", \w+, u"([^"]+)"', source)
-        self.assertGreater(len(captions), 60)
-        for caption in captions:
-            words = re.sub(r"&|^>> | \(Ctrl\+.\)$| \(Del\)$", "", caption)
-            if words != "-":
-                self.assertIn(words, page, caption)
-        keys = re.findall(r"\(((?:Ctrl\+)?\w+)\)\"", source)
-        for key in keys:
-            self.assertIn(key, page)
-
     def test_a_loose_link_ends_it(self):
         with tempfile.TemporaryDirectory() as folder:
             copy = pathlib.Path(folder)

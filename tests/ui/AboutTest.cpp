@@ -1,31 +1,19 @@
 // The window "About Melvorin", over the main window.
-#include "Scripted.h"
+#include "Controls.h"
 #include "app/frmAbout.h"
 
 namespace melvorin::testing {
 namespace {
 
-// What is done while the window is open.
-std::function<void(HWND)> pendingSteps;
-
-void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND window = ::FindWindowW(L"MelvorinfrmAbout", nullptr);
-    if (pendingSteps && window != nullptr && ::IsWindowVisible(window))
-        std::exchange(pendingSteps, nullptr)(window);
-}
-
 // Gives the command and runs `steps` while the window is open; then it must be gone by itself.
 void aboutRun(Program& program, std::function<void(HWND)> steps) {
-    pendingSteps = std::move(steps);
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, look);
+    const WhileOpen run(L"MelvorinfrmAbout", std::move(steps));
     program.command(Command::mnuFileAbout);
-    ::KillTimer(nullptr, timer);
-    EXPECT_FALSE(pendingSteps) << "the window did not come";
+    EXPECT_EQ(run.seen(), 1) << "the window did not come";
 }
 
 TEST(About, TellsTheVersionAndOpensTheLicences) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     const HWND before = ::GetFocus();
     aboutRun(program, [&](HWND window) {
         EXPECT_FALSE(::IsWindowEnabled(program.form->handle()));
@@ -49,8 +37,7 @@ TEST(About, TellsTheVersionAndOpensTheLicences) {
         ::PostMessageW(::GetFocus(), WM_KEYDOWN, VK_ESCAPE, 1);
     });
     EXPECT_EQ(program.shell.opened, std::vector<std::string>(2, "C:\\Program\\Licences"));
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("Licences"), std::string::npos);
+    expectOneBox(program, "Licences");
     EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
     EXPECT_EQ(::GetFocus(), before);
     // Enter closes it as well.

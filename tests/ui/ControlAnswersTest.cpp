@@ -61,8 +61,7 @@ class Answers {
 // Where the control counts the characters that hold a table together only when it is asked for all.
 TEST(ControlAnswers, TextIsAllThatPositionsCount) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.rtf", "{\\rtf1 C  G\\par la}")));
+    Program program(folder.add(u"song.rtf", "{\\rtf1 C  G\\par la}"));
     Answers answers(program.editor());
     const Text raw = u"\uFFF9\rC  G\r\uFFFB\rla";
     answers.script = [&](UINT message, WPARAM wParam, LPARAM lParam,
@@ -101,8 +100,7 @@ TEST(ControlAnswers, TheFarEndOfALongSongStaysInView) {
         song += "C  G\r\nla la\r\n";
     const Text path = folder.add(u"song.txt", song);
     for (const bool wraps : {false, true}) {
-        Program program;
-        ASSERT_TRUE(program.start(path));
+        Program program(path);
         RichEdit& editor = program.editor();
         const LONG lineHeight =
             editor.pointOf(editor.firstOfLine(1)).y - editor.pointOf(editor.firstOfLine(0)).y;
@@ -146,8 +144,7 @@ TEST(ControlAnswers, TheFarEndOfALongSongStaysInView) {
 // A size of the view costs a format of the whole song only where the control needs it.
 TEST(ControlAnswers, LargerLettersFormatNothingThatFollowsByItself) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", "\r\nC  G  Am\r\nla la la la\r\n")));
+    Program program(folder.add(u"song.txt", "\r\nC  G  Am\r\nla la la la\r\n"));
     RichEdit& editor = program.editor();
     for (const bool follows : {false, true}) {
         Answers answers(editor);
@@ -199,8 +196,7 @@ TEST(ControlAnswers, PicturesHaveAPlaceAndNothingElseHas) {
     IOleInPlaceUIWindow* place = nullptr;
     EXPECT_NE(answers.GetInPlaceContext(&frame, &place, nullptr), S_OK);
 
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     EXPECT_NE(::GetWindowLongPtrW(program.editor().handle(), GWL_STYLE) & ES_NOOLEDRAGDROP, 0);
 }
 

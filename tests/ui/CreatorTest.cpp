@@ -1,7 +1,7 @@
 // The creator of charts: the real window over the real editor.
 #include <cstring>
 
-#include "Scripted.h"
+#include "Controls.h"
 #include "chords/DocumentKey.h"
 #include "chords/FrmCifraCreator.h"
 
@@ -11,35 +11,16 @@ namespace {
 using Creator = FrmCifraCreator;
 
 // Gives the command and runs `steps` while the window is open; then it must be gone by itself.
-class CreatorRun {
-  public:
-    CreatorRun(Program& program, std::function<void(Creator&)> steps)
-        : program_(program), steps_(std::move(steps)) {
-        current_ = this;
-        const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, look);
-        program.command(Command::mnuEditCifra);
-        ::KillTimer(nullptr, timer);
-        EXPECT_TRUE(ran_) << "the window did not come";
-    }
-
-  private:
-    static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
-        const HWND window = ::FindWindowW(L"MelvorinFrmCifraCreator", nullptr);
-        if (current_->ran_ || window == nullptr || !::IsWindowVisible(window))
-            return;
-        current_->ran_ = true;
-        auto* creator = static_cast<Creator*>(
-            reinterpret_cast<Window*>(::GetWindowLongPtrW(window, GWLP_USERDATA)));
+void creatorRun(Program& program, const std::function<void(Creator&)>& steps) {
+    const WhileOpen run(L"MelvorinFrmCifraCreator", [&](HWND window) {
         // A second one does not begin meanwhile.
-        current_->program_.command(Command::mnuEditCifra);
-        current_->steps_(*creator);
-    }
-
-    static inline CreatorRun* current_ = nullptr;
-    Program& program_;
-    std::function<void(Creator&)> steps_;
-    bool ran_ = false;
-};
+        program.command(Command::mnuEditCifra);
+        steps(*static_cast<Creator*>(
+            reinterpret_cast<Window*>(::GetWindowLongPtrW(window, GWLP_USERDATA))));
+    });
+    program.command(Command::mnuEditCifra);
+    EXPECT_EQ(run.seen(), 1) << "the window did not come";
+}
 
 void press(const Creator& creator, int id) {
     ::SendMessageW(creator.handle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
@@ -68,30 +49,18 @@ void key(const Creator& creator, int row, WORD virtualKey) {
 }
 
 std::string cell(const Creator& creator, int row, int column) {
-    Text buffer(200, u'\0');
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = wideBuffer(buffer);
-    item.cchTextMax = 200;
-    ::SendMessageW(creator.control(Creator::kLines), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
-                   lparamOf(&item));
-    return shown(buffer.c_str());
+    return cellOf(creator.control(Creator::kLines), row, column);
 }
 
 std::string entries(const Creator& creator, int list) {
     std::string all;
-    const HWND control = creator.control(list);
-    for (int i = 0; i < ::SendMessageW(control, LB_GETCOUNT, 0, 0); ++i) {
-        Text buffer(100, u'\0');
-        ::SendMessageW(control, LB_GETTEXT, static_cast<WPARAM>(i), lparamOf(wideBuffer(buffer)));
-        all += shown(buffer.c_str()) + ";";
-    }
+    for (const std::string& row : rowsOf(creator.control(list)))
+        all += row + ";";
     return all;
 }
 
 void pick(const Creator& creator, int list, int entry) {
-    ::SendMessageW(creator.control(list), LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
-    ::SendMessageW(creator.handle(), WM_COMMAND, MAKEWPARAM(list, LBN_SELCHANGE), 0);
+    chooseRow(creator.control(list), entry);
 }
 
 SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
@@ -102,10 +71,9 @@ SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
 constexpr TextView kSong = u"Intro: Am  Gmaj7\rLa [C7alt]la\rDad\r";
 
 TEST(Creator, HasAPageInTheHelp) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.program.present = {u"C:\\Program\\Melvorin.chm"};
-    CreatorRun(program, [&](Creator& creator) {
+    creatorRun(program, [&](Creator& creator) {
         askForHelp(creator.control(Creator::kLines));
         press(creator, IDCANCEL);
     });
@@ -118,7 +86,7 @@ TEST(Creator, ShowsWhatItUnderstoodAndMakesTheChart) {
     program.profiles.write(u"Tela", u"Option", u"0", u"C:\\Program\\Melvorin.ini");
     ASSERT_TRUE(program.start());
     const std::int16_t steps = program.history().count();
-    const CreatorRun run(program, [&](Creator& creator) {
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, kSong);
         EXPECT_EQ(shown(creator.rtb2().text().chars),
                   "Intro:\r       Am  G7+\r   C7alt\rLa la\rDad");
@@ -149,9 +117,8 @@ TEST(Creator, ShowsWhatItUnderstoodAndMakesTheChart) {
 }
 
 TEST(Creator, OneKeyChangesAVerdict) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    const CreatorRun run(program, [&](Creator& creator) {
+    Program program(kNoSong);
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, u"A bad cab\rAm  G\r");
         const struct {
             WORD key;
@@ -171,9 +138,8 @@ TEST(Creator, OneKeyChangesAVerdict) {
         }
         key(creator, 1, 'L');
         EXPECT_EQ(cell(creator, 1, 3), "looks like chords to a key change");
-        Text told(100, u'\0');
-        ::GetWindowTextW(creator.control(Creator::kSummary), wideBuffer(told), 100);
-        EXPECT_EQ(shown(told.c_str()), "Line 2, lyrics: looks like chords to a key change.");
+        EXPECT_EQ(captionOf(creator.control(Creator::kSummary)),
+                  "Line 2, lyrics: looks like chords to a key change.");
         // Typing elsewhere leaves the verdict where it is.
         creator.rb1().select({0, 0});
         creator.rb1().replaceSelection(u"New\r");
@@ -185,9 +151,8 @@ TEST(Creator, OneKeyChangesAVerdict) {
 }
 
 TEST(Creator, ConverterTextoRewritesTheSuffixesAndNothingElse) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    const CreatorRun run(program, [&](Creator& creator) {
+    Program program(kNoSong);
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, u"A-7  C7M  x2\r[G]Cb Cmaj7");
         press(creator, Creator::kCmd1);
         EXPECT_EQ(shown(creator.rtb2().text().chars), "Am7  C7+  x2\r[G]B Cmaj7");
@@ -201,9 +166,8 @@ TEST(Creator, ConverterTextoRewritesTheSuffixesAndNothingElse) {
 
 // Tabs keep their columns, and what nobody sees in the song is not to be seen in the chart.
 TEST(Creator, ConverterTextoShowsNoControlCharacters) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    const CreatorRun run(program, [&](Creator& creator) {
+    Program program(kNoSong);
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, u"C7M\tG\u0001A-\rla\t\tla\u0085");
         const std::string chart = "C7+     G Am\rla              la ";
         press(creator, Creator::kCmd1);
@@ -216,11 +180,10 @@ TEST(Creator, ConverterTextoShowsNoControlCharacters) {
 // The chart goes where the caret is, on lines of its own; Cancel, Esc and a close change nothing.
 TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", "first\r\nlast\r\n")));
+    Program program(folder.add(u"song.txt", "first\r\nlast\r\n"));
     program.editor().select({2, 2});
     for (const int way : {0, 1, 2}) {
-        const CreatorRun run(program, [&](Creator& creator) {
+        creatorRun(program, [&](Creator& creator) {
             fill(program, creator, kSong);
             if (way == 0)
                 press(creator, IDCANCEL);
@@ -233,7 +196,7 @@ TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
         EXPECT_FALSE(program.state().dirty);
         EXPECT_EQ(program.editor().selection(), (Selection{2, 2}));
     }
-    const CreatorRun run(program, [&](Creator& creator) {
+    creatorRun(program, [&](Creator& creator) {
         press(creator, IDOK);  // nothing to create yet
         EXPECT_TRUE(creator.isOpen());
         fill(program, creator, u"Am\u266D \\{\u65E5\u2019}\rD7");
@@ -248,13 +211,12 @@ TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
 
 TEST(Creator, OpensFilesAndTellsWhatIsNone) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.dialogs.choose(FileChoice{folder.add(u"a.cho", "{t: Caf\xC3\xA9}\r\n\tG\n"), 1});
     program.dialogs.choose(FileChoice{folder.add(u"b.txt", std::string("C\0\0\1\2", 5)), 1});
     program.dialogs.choose(FileChoice{folder.file(u"none.txt"), 1});
     program.dialogs.choose(std::nullopt);
-    const CreatorRun run(program, [&](Creator& creator) {
+    creatorRun(program, [&](Creator& creator) {
         for (int i = 0; i < 4; ++i) {
             press(creator, Creator::kOpenFile);
             EXPECT_EQ(shown(creator.rtb2().text().chars), "Caf\xC3\xA9\r        G");
@@ -267,9 +229,8 @@ TEST(Creator, OpensFilesAndTellsWhatIsNone) {
 
 // Tab walks from box to box and to the buttons, and Enter is a line end in the song.
 TEST(Creator, IsUsedByTheKeyboard) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    const CreatorRun run(program, [&](Creator& creator) {
+    Program program(kNoSong);
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, u"Am");
         EXPECT_EQ(::GetFocus(), creator.rb1().handle());
         std::vector<int> walked;
@@ -301,11 +262,10 @@ TEST(Creator, TakesLongSongs) {
     for (std::size_t i = 0; i < kMostRichLines / 2 + 100; ++i)
         song += u"Am   G\rwords of it\r";
     for (const Text& document : {Text(), folder.add(u"a.txt", "first\r\nlast")}) {
-        Program program;
-        ASSERT_TRUE(program.start(document));
+        Program program(document);
         const Text before = document.empty() ? u"" : u"first\r";
         program.editor().select({static_cast<int>(before.size()), static_cast<int>(before.size())});
-        const CreatorRun run(program, [&](Creator& creator) {
+        creatorRun(program, [&](Creator& creator) {
             fill(program, creator, song);
             press(creator, IDOK);
         });
@@ -322,9 +282,8 @@ TEST(Creator, TakesLongSongs) {
 
 // A key that comes before the typing has paused is for the text as it is now.
 TEST(Creator, KeysMeanTheTextOfTheMoment) {
-    Program program;
-    ASSERT_TRUE(program.start());
-    const CreatorRun run(program, [&](Creator& creator) {
+    Program program(kNoSong);
+    creatorRun(program, [&](Creator& creator) {
         fill(program, creator, u"Am  G\rla la\r");
         creator.rb1().select({0, 0});
         creator.rb1().replaceSelection(u"Dad\r");
@@ -338,8 +297,7 @@ TEST(Creator, KeysMeanTheTextOfTheMoment) {
 // What the clipboard has besides text does not count, and a song that is too long for its box is
 // there all the same.
 TEST(Creator, PastesTextAlone) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     const auto copy = [&](TextView text, bool rich) {
         program.clipboard.plain = text;
         if (rich)
@@ -348,7 +306,7 @@ TEST(Creator, PastesTextAlone) {
     Text song;
     while (song.size() < 1'200'000)
         song.append(5000, u'o').append(u"h\r");
-    const CreatorRun run(program, [&](Creator& creator) {
+    creatorRun(program, [&](Creator& creator) {
         press(creator, Creator::kPaste);
         EXPECT_EQ(program.messages.boxes.size(), 1U) << "there is nothing to paste";
         copy(u"Am7\r\nla", true);

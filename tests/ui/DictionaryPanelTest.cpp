@@ -2,7 +2,7 @@
 // with the chord book of this build.
 #include <algorithm>
 
-#include "Scripted.h"
+#include "Controls.h"
 #include "dictionary/AdoSource.h"
 #include "dictionary/RichEditDiagrams.h"
 
@@ -14,12 +14,6 @@ using enum PanelPart;
 constexpr Rgb kBlue{0, 0, 255};
 constexpr PanelPart kDiagrams[] = {GB1, GB2, GB3, GB4, GB5, GB6};
 
-std::string textOfWindow(HWND window) {
-    Text text(1024, u'\0');
-    text.resize(static_cast<std::size_t>(::GetWindowTextW(window, wideBuffer(text), 1024)));
-    return shown(text);
-}
-
 class DictionaryTest : public ::testing::Test {
   protected:
     DictionaryTest() { program.program.programFolder = Win32ProgramFolder().folder(); }
@@ -29,7 +23,7 @@ class DictionaryTest : public ::testing::Test {
         program.command(Command::mnuEditDic);
     }
     DictionaryPanel& panel() { return program.form->dictionaryPanel(); }
-    std::string text(PanelPart part) { return textOfWindow(panel().part(part)); }
+    std::string text(PanelPart part) { return captionOf(panel().part(part)); }
     bool isVisible(PanelPart part) { return ::IsWindowVisible(panel().part(part)) != FALSE; }
     std::string captions() {
         std::string result;
@@ -52,16 +46,7 @@ class DictionaryTest : public ::testing::Test {
         return static_cast<int>(::SendMessageW(panel().part(dtaDel), LVM_GETNEXTITEM,
                                                static_cast<WPARAM>(-1), LVNI_SELECTED));
     }
-    std::string cell(int row, int column) {
-        Text buffer(256, u'\0');
-        LVITEMW item{};
-        item.iSubItem = column;
-        item.pszText = wideBuffer(buffer);
-        item.cchTextMax = 256;
-        buffer.resize(static_cast<std::size_t>(::SendMessageW(
-            panel().part(dtaDel), LVM_GETITEMTEXTW, static_cast<WPARAM>(row), lparamOf(&item))));
-        return shown(buffer);
-    }
+    std::string cell(int row, int column) { return cellOf(panel().part(dtaDel), row, column); }
     DiagramStyle styleAt(std::int32_t position) {
         const Selection former = program.editor().selection();
         program.editor().select({position, position + 1});
@@ -341,8 +326,12 @@ TEST_F(DictionaryTest, DiagramsSurviveSavingKeyChangeAndTheClipboard) {
     EXPECT_EQ(program.text(), glyphs + "\rC     F\rsong by the river");
     EXPECT_EQ(stylesNow(), styles);
 
-    program.editor().select({0, 8});
-    program.clipboard.rich = program.editor().selectionRtf();
+    program.editor().select({8, -1});
+    program.editor().replaceSelection(u"");
+    std::string copied = program.editor().rtf();
+    copied.erase(copied.rfind("\\par"), 4);  // a part of a line
+    program.clipboard.rich = copied;
+    ASSERT_TRUE(program.editor().loadRtf(folder.content(u"kept.mlv")));
     program.editor().select({9, 10});
     program.command(Command::mnuEditPaste);
     EXPECT_EQ(program.text(), glyphs + "\r" + glyphs + "     F\rsong by the river");

@@ -16,8 +16,7 @@ std::optional<FileChoice> chosen(const Text& path, int filter) {
 TEST(Open, ShowsTheDialogAsTheUserLeftIt) {
     const ScratchFolder folder;
     const Text path = folder.add(u"a.txt", "C\n");
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.dialogs.choose(std::nullopt);
     program.command(Command::mnuFileOpen);
     program.dialogs.choose(chosen(path, 3));
@@ -60,8 +59,7 @@ TEST(Open, ReadsPlainTextInEveryEncoding) {
     };
     for (const Case& c : cases) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"song.txt", c.bytes)));
+        Program program(folder.add(u"song.txt", c.bytes));
         EXPECT_TRUE(program.messages.boxes.empty()) << c.bytes;
         EXPECT_EQ(program.text(), c.text);
         program.editor().select({0, 1});
@@ -95,8 +93,7 @@ TEST(Open, RefusesBadFilesWithoutTouchingTheDocument) {
         const Text good = folder.add(u"good.txt", "Am\r\nstays\r\n");
         if (c.bytes)
             folder.add(c.name, *c.bytes);
-        Program program;
-        ASSERT_TRUE(program.start(good));
+        Program program(good);
         program.type(u"x");
         program.messages.answer(Answer::No);
         program.dialogs.choose(chosen(folder.file(c.name), 1));
@@ -118,14 +115,12 @@ TEST(Open, RefusesBadFilesWithoutTouchingTheDocument) {
 TEST(Save, WhatCouldNotBeOpenedAgainIsNotWritten) {
     const ScratchFolder folder;
     const Text path = folder.add(u"song.rtf", kRichSong);
-    Program program;
-    ASSERT_TRUE(program.start(path));
+    Program program(path);
     // The control takes U+0000, and writes what no check lets pass.
     ASSERT_TRUE(program.editor().loadRtf("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 a\\u0?b}"));
     program.type(u"x");
     program.command(Command::mnuFileSave);
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("symbol font"), std::string::npos);
+    expectOneBox(program, "symbol font");
     EXPECT_EQ(folder.content(u"song.rtf"), kRichSong);
     EXPECT_TRUE(program.state().dirty);
 }
@@ -136,32 +131,26 @@ TEST(Open, LockedFileIsRefused) {
     const UniqueFile lock(::CreateFileW(wide(path), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                         OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(static_cast<bool>(lock));
-    Program program;
-    ASSERT_TRUE(program.start(path));
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("Another program is using the file."),
-              std::string::npos);
+    Program program(path);
+    expectOneBox(program, "Another program is using the file.");
 }
 
 TEST(Open, AsksBeforeLargeRichText) {
     const ScratchFolder folder;
     std::string large = "{\\rtf1\\ansi{\\*\\generator " + std::string(9u << 20, 'x') + ";}C\\par}";
     const Text path = folder.add(u"large.rtf", large);
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.messages.answer(Answer::No);
     program.dialogs.choose(chosen(path, 2));
     program.command(Command::mnuFileOpen);
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("(9.0 MB)"), std::string::npos);
+    expectOneBox(program, "(9.0 MB)");
     EXPECT_EQ(program.text(), "");
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
 }
 
 TEST(Save, NewDocumentGetsTheNotationExtension) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     program.dialogs.choose(chosen(folder.file(u"Chord Notation"), 1));
     program.command(Command::mnuFileSave);
@@ -178,8 +167,7 @@ TEST(Save, NewDocumentGetsTheNotationExtension) {
 TEST(Save, AsksBeforeOverwritingANameTheDialogDidNotConfirm) {
     const ScratchFolder folder;
     folder.add(u"Song.mlv", "precious");
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     program.dialogs.choose(chosen(folder.file(u"Song.mvt"), 1));
     program.messages.answer(Answer::No);
@@ -231,8 +219,7 @@ TEST(Save, EveryKindSurvivesSaveAndReopen) {
         std::string text;
         std::string bytes;
         for (int round = 0; round < 3; ++round) {
-            Program program;
-            ASSERT_TRUE(program.start(path));
+            Program program(path);
             ASSERT_TRUE(program.messages.boxes.empty()) << program.messages.boxes[0].text;
             if (round == 0) {
                 text = program.text();
@@ -261,8 +248,7 @@ TEST(Save, EveryKindSurvivesSaveAndReopen) {
 TEST(Save, FailureKeepsTheOldFileAndTheDocument) {
     const ScratchFolder folder;
     const Text path = folder.add(u"song.txt", "C\r\n");
-    Program program;
-    ASSERT_TRUE(program.start(path));
+    Program program(path);
     program.type(u"x");
 
     const auto expectFailure = [&](std::string_view cause) {
@@ -298,8 +284,7 @@ TEST(Leaving, AbandonsTheCommandWhereSavingDoes) {
     const ScratchFolder folder;
     const Text other = folder.add(u"other.txt", "G\r\n");
     for (const Command command : {Command::mnuFileNew, Command::mnuFileOpen}) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         program.type(u"Am");
         program.messages.answer(Answer::Cancel);
         program.command(command);
@@ -322,8 +307,7 @@ TEST(Leaving, AbandonsTheCommandWhereSavingDoes) {
 // What arrives while a dialog waits must not take the document away under it.
 TEST(Leaving, NothingBeginsWhileADialogIsOpen) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     program.dialogs.whileOpen = program.messages.whileOpen = [&] {
         const HWND window = program.form->handle();
@@ -351,8 +335,7 @@ TEST(Leaving, NothingBeginsWhileADialogIsOpen) {
 
 TEST(New, StartsCleanInTheEditorFont) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"rich.rtf", kRichSong)));
+    Program program(folder.add(u"rich.rtf", kRichSong));
     program.command(Command::mnuFileNew);
     EXPECT_EQ(program.text(), "");
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
@@ -366,8 +349,7 @@ TEST(New, StartsCleanInTheEditorFont) {
 
 TEST(Undo, StepsThroughTypingAndStopsAtTheOpenedDocument) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"old song");
     program.messages.answer(Answer::No);
     program.dialogs.choose(chosen(folder.add(u"new.txt", "C\r\n"), 3));
@@ -396,8 +378,7 @@ TEST(Undo, StepsThroughTypingAndStopsAtTheOpenedDocument) {
 }
 
 TEST(Undo, AChangeAfterUndoDeletesWhatWasUndone) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"abc");
     const Text undone = program.history().currentSnapshot().path;
     program.command(Command::mnuEditUndo);
@@ -411,8 +392,7 @@ TEST(Undo, AChangeAfterUndoDeletesWhatWasUndone) {
 }
 
 TEST(Undo, WithoutATemporaryFolderTheTextIsSafe) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"a");
     program.files.temporaryNames = false;
     program.type(u"bc");
@@ -430,8 +410,7 @@ TEST(Undo, WithoutATemporaryFolderTheTextIsSafe) {
 
 // What is on the screen and in no snapshot is written before an undo, or asked about.
 TEST(Undo, UnrecordedTextIsNotLost) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"a");
     program.files.diskFull = true;
     program.type(u"bc");
@@ -452,8 +431,7 @@ TEST(Undo, LeavesThePageWhereItIs) {
     std::string song;
     for (int i = 0; i < 300; ++i)
         song += "C  G\r\nla la\r\n";
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    Program program(folder.add(u"song.txt", song));
     const std::int32_t position = program.editor().firstOfLine(400);
     program.editor().select({position, position});
     program.editor().scrollCaretIntoView();
@@ -468,8 +446,7 @@ TEST(Undo, LeavesThePageWhereItIs) {
 }
 
 TEST(Undo, KeyboardObeysTheEnabledState) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"ab");
     const auto press = [&](WPARAM key) {
         BYTE keys[256]{};

@@ -1,5 +1,5 @@
 // Plain text in its own encoding through the real editor, and the question for the code page.
-#include "Scripted.h"
+#include "Controls.h"
 #include "app/frmCodePage.h"
 
 namespace melvorin::testing {
@@ -8,58 +8,27 @@ namespace {
 // "春の歌を / 君と歌おう" in Shift-JIS.
 constexpr char kJapanese[] = "\x8Ft\x82\xCC\x89\xCC\x82\xF0\n\x8CN\x82\xC6\x89\xCC\x82\xA8\x82\xA4";
 
-// What is done while the question is open; how often it came.
-std::function<void(HWND)> steps;
-int questions = 0;
+constexpr wchar_t kQuestion[] = L"MelvorinfrmCodePage";
 
-void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND window = ::FindWindowW(L"MelvorinfrmCodePage", nullptr);
-    if (steps && window != nullptr && ::IsWindowVisible(window)) {
-        ++questions;
-        std::exchange(steps, nullptr)(window);
-    }
+void press(WPARAM key) {
+    ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 1);
 }
 
-class Question : public ::testing::Test {
-  protected:
-    Question() : timer_(::SetTimer(nullptr, 0, 10, look)) { questions = 0; }
-    ~Question() override {
-        ::KillTimer(nullptr, timer_);
-        steps = nullptr;
-    }
-
-    static void press(WPARAM key) { ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 1); }
-    static std::string rowOf(HWND window) {
-        const HWND list = ::GetDlgItem(window, frmCodePage::kList);
-        Text row(64, u'\0');
-        const auto chosen = static_cast<WPARAM>(::SendMessageW(list, LB_GETCURSEL, 0, 0));
-        row.resize(static_cast<std::size_t>(
-            ::SendMessageW(list, LB_GETTEXT, chosen, lparamOf(wideBuffer(row)))));
-        return shown(row);
-    }
-    static std::string previewOf(HWND window) {
-        return shown(windowText(::GetDlgItem(window, frmCodePage::kPreview)));
-    }
-
-  private:
-    UINT_PTR timer_;
-};
-
-TEST_F(Question, ShowsTheTextAsItWouldBeRead) {
+TEST(CodePageQuestion, ShowsTheTextAsItWouldBeRead) {
     const ScratchFolder folder;
     const Text path = folder.add(u"haru.txt", kJapanese);
-    Program program;
-    ASSERT_TRUE(program.start());
-    steps = [&](HWND window) {
+    Program program(kNoSong);
+    const WhileOpen question(kQuestion, [&](HWND window) {
         EXPECT_FALSE(::IsWindowEnabled(program.form->handle()));
         const HWND list = ::GetDlgItem(window, frmCodePage::kList);
+        const HWND preview = ::GetDlgItem(window, frmCodePage::kPreview);
         EXPECT_EQ(::GetFocus(), list);
-        EXPECT_EQ(shown(windowText(::GetWindow(list, GW_HWNDPREV))), "&Encoding:");
-        EXPECT_EQ(rowOf(window), "Japanese (Shift-JIS)");
-        EXPECT_EQ(previewOf(window), "春の歌を\r\n君と歌おう");
+        EXPECT_EQ(captionOf(::GetWindow(list, GW_HWNDPREV)), "&Encoding:");
+        EXPECT_EQ(chosenRowOf(list), "Japanese (Shift-JIS)");
+        EXPECT_EQ(captionOf(preview), "春の歌を\r\n君と歌おう");
         ::SendMessageW(list, WM_KEYDOWN, VK_DOWN, 1);
-        EXPECT_EQ(rowOf(window), "Western European");
-        EXPECT_TRUE(previewOf(window).starts_with("\u008Ft‚Ì‰Ì‚ð\r\n")) << previewOf(window);
+        EXPECT_EQ(chosenRowOf(list), "Western European");
+        EXPECT_TRUE(captionOf(preview).starts_with("\u008Ft‚Ì‰Ì‚ð\r\n")) << captionOf(preview);
         ::SendMessageW(list, WM_KEYDOWN, VK_UP, 1);
         // Tab goes to the preview and the buttons, and around.
         HWND next = list;
@@ -69,7 +38,7 @@ TEST_F(Question, ShowsTheTextAsItWouldBeRead) {
             EXPECT_EQ(::GetDlgCtrlID(next), id);
         }
         press(VK_RETURN);
-    };
+    });
     program.dialogs.choose(FileChoice{path, 3});
     program.command(Command::mnuFileOpen);
     EXPECT_EQ(program.text(), "春の歌を\r君と歌おう");
@@ -94,33 +63,31 @@ TEST_F(Question, ShowsTheTextAsItWouldBeRead) {
     next.command(Command::mnuFileSave);
     EXPECT_EQ(folder.content(u"haru.txt"), "E " + std::string(kJapanese));
     EXPECT_EQ(next.messages.boxes.size(), 1U);
-    EXPECT_EQ(questions, 1);
+    EXPECT_EQ(question.seen(), 1);
 }
 
-TEST_F(Question, CancelLeavesEverythingAsItWas) {
+TEST(CodePageQuestion, CancelLeavesEverythingAsItWas) {
     const ScratchFolder folder;
     const Text path = folder.add(u"haru.txt", kJapanese);
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"other.txt", "Dm\n")));
+    Program program(folder.add(u"other.txt", "Dm\n"));
     for (int way = 0; way < 2; ++way) {
-        steps = [way](HWND window) {
+        const WhileOpen question(kQuestion, [way](HWND window) {
             if (way == 0)
                 press(VK_ESCAPE);
             else
                 ::PostMessageW(window, WM_CLOSE, 0, 0);
-        };
+        });
         program.dialogs.choose(FileChoice{path, 3});
         program.command(Command::mnuFileOpen);
-        EXPECT_EQ(questions, way + 1);
+        EXPECT_EQ(question.seen(), 1);
         EXPECT_EQ(program.text(), "Dm");
         EXPECT_EQ(program.caption(), "other.txt - Melvorin");
         EXPECT_TRUE(program.messages.boxes.empty());
     }
     // A start with such a song asks before the main window is there.
     Program second;
-    steps = [](HWND window) {
-        ::SendMessageW(::GetDlgItem(window, frmCodePage::kOpen), BM_CLICK, 0, 0);
-    };
+    const WhileOpen question(
+        kQuestion, [](HWND window) { clickOn(::GetDlgItem(window, frmCodePage::kOpen)); });
     ASSERT_TRUE(second.start(path));
     EXPECT_EQ(second.text(), "春の歌を\r君と歌おう");
 }
@@ -151,8 +118,7 @@ TEST(Encoding, ASaveKeepsItOrTells) {
     };
     for (const auto& c : cases) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"song.txt", c.bytes)));
+        Program program(folder.add(u"song.txt", c.bytes));
         program.editor().select({0, 0});
         program.type(c.typed);
         for (int save = 0; save < 2; ++save) {
@@ -176,8 +142,7 @@ TEST(Encoding, ASaveKeepsItOrTells) {
 // After another document nothing of the former one's is left.
 TEST(Encoding, ANewDocumentHasItsOwn) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"old.txt", "caf\xE9\n")));
+    Program program(folder.add(u"old.txt", "caf\xE9\n"));
     program.command(Command::mnuFileNew);
     program.type(u"\u00E9");
     program.dialogs.choose(FileChoice{folder.file(u"new.txt"), 3});

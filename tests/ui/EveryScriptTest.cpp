@@ -40,8 +40,7 @@ Text movedByHand(TextView text, const KeyChange& change) {
 }
 
 TEST(EveryScript, ChangesKeyMostlyInOnePiece) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     RichEdit& editor = program.editor();
     const KeyChange up(Direction::Up, Spelling::Sharps);
     std::size_t fallen = 0;
@@ -64,8 +63,7 @@ TEST(EveryScript, ChangesKeyMostlyInOnePiece) {
 
 // A control knows only the code page of each font, and takes what looks alike for the rest.
 TEST(EveryScript, LosesNoCharacterOnWriting) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     RichEdit& editor = program.editor();
     const Text odd =
         u"\u00E9 \u00A5 \u2011 \u03A9 \u2122 \u044F \u0159 \u65E5 \uAC00 \u05E9 \u0301";

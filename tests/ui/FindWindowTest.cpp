@@ -45,8 +45,7 @@ class FindWindow {
 TEST(Find, AnotherSongIsSearchedFromItsTop) {
     const ScratchFolder folder;
     const Text other = folder.add(u"b.txt", "G C\r\nC\r\n");
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"a.txt", "la la la C C\r\n")));
+    Program program(folder.add(u"a.txt", "la la la C C\r\n"));
     const FindWindow find(program);
     find.enter(0, u"C");
     find.click(L"Find Next");
@@ -59,8 +58,7 @@ TEST(Find, AnotherSongIsSearchedFromItsTop) {
 
 TEST(Find, WalksTheMatchesAndStartsAgain) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"a.txt", "Cm C cm\r\nC\r\n")));
+    Program program(folder.add(u"a.txt", "Cm C cm\r\nC\r\n"));
     const FindWindow find(program);
     EXPECT_FALSE(::IsWindowEnabled(find.child(L"Find Next")));
     find.enter(0, u"  ");
@@ -111,8 +109,7 @@ TEST(Find, WalksTheMatchesAndStartsAgain) {
 }
 
 TEST(Find, ReplacesTheSelectionOrTheNextMatch) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"a b a");
     program.editor().select({2, 3});
     const FindWindow find(program);
@@ -144,8 +141,7 @@ TEST(Find, ReplacesAllInOneStep) {
     };
     for (const Case& c : cases) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"a.txt", c.document)));
+        Program program(folder.add(u"a.txt", c.document));
         const FindWindow find(program);
         find.enter(0, c.what);
         find.enter(1, c.with);
@@ -202,8 +198,7 @@ std::string looks(RichEdit& editor) {
 }
 
 TEST(Find, OneLoadGivesWhatTheLoopGives) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     RichEdit& editor = program.editor();
     std::mt19937 random(11);
     const auto one = [&](auto... of) {
@@ -247,8 +242,7 @@ TEST(Find, ReplaceAllCanBeStopped) {
         std::string song;
         for (int i = 0; i < 300; ++i)
             song += "a a a a\r\n";
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"a.txt", song)));
+        Program program(folder.add(u"a.txt", song));
         const FindWindow find(program);
         find.enter(0, u"a");
         find.enter(1, u"b");
@@ -271,8 +265,7 @@ TEST(Find, ReplaceAllCanBeStopped) {
 }
 
 TEST(Find, WorksByKeyboard) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"one two one");
     program.editor().select({4, 7});
     const FindWindow find(program);

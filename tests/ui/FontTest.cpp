@@ -1,5 +1,5 @@
 // The font and colours window: every control of it on the real editor.
-#include "Scripted.h"
+#include "Controls.h"
 #include "base/ProgramSettings.h"
 
 namespace melvorin::testing {
@@ -22,31 +22,15 @@ class FontWindow : public ::testing::Test {
     LRESULT send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
         return ::SendMessageW(control(id), message, wParam, lParam);
     }
-    std::string textOfControl(int id) {
-        Text text(200, u'\0');
-        text.resize(static_cast<std::size_t>(
-            ::GetWindowTextW(control(id), wideBuffer(text), static_cast<int>(text.size()))));
-        return shown(text);
-    }
+    std::string textOfControl(int id) { return captionOf(control(id)); }
     void click(int id) {
-        send(id, BM_CLICK);
+        clickOn(control(id));
         program.pump();
     }
     // A line of a list, as a click chooses it.
-    void choose(int id, WPARAM row) {
-        send(id, LB_SETCURSEL, row);
-        ::SendMessageW(window().handle(), WM_COMMAND,
-                       MAKEWPARAM(static_cast<WORD>(id), static_cast<WORD>(LBN_SELCHANGE)),
-                       reinterpret_cast<LPARAM>(control(id)));
-    }
-    std::string rowText(int id, LRESULT row) {
-        Text text(200, u'\0');
-        const LRESULT length =
-            send(id, LB_GETTEXT, static_cast<WPARAM>(row), lparamOf(text.data()));
-        text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        return shown(text);
-    }
-    std::string selectedRow(int id) { return rowText(id, send(id, LB_GETCURSEL)); }
+    void choose(int id, WPARAM row) { chooseRow(control(id), static_cast<int>(row)); }
+    std::string rowText(int id, LRESULT row) { return testing::rowOf(control(id), row); }
+    std::string selectedRow(int id) { return chosenRowOf(control(id)); }
     // The row of a text, exactly.
     WPARAM rowOf(int id, TextView text) {
         return static_cast<WPARAM>(

@@ -66,8 +66,7 @@ bool hasTable(const dialects::Chart& chart) {
 }
 
 TEST(ForeignRtf, ShowsEveryWordOfEveryProgram) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     RichEdit& editor = program.editor();
     for (const dialects::Dialect& dialect : dialects::all()) {
         for (const dialects::Chart& chart : dialects::charts()) {
@@ -95,8 +94,7 @@ TEST(ForeignRtf, ShowsEveryWordOfEveryProgram) {
 // What a word processor puts on the clipboard: both kinds of text.
 TEST(ForeignRtf, IsPastedWithEveryWord) {
     for (const dialects::Dialect& dialect : dialects::all()) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         for (const dialects::Chart& chart : dialects::charts()) {
             SCOPED_TRACE(std::string(dialect.name) + ", " + chart.name);
             program.command(Command::mnuSelectAll);
@@ -261,8 +259,7 @@ TEST(ForeignRtf, SurvivesOpeningTwelveKeysSavingAndOpeningAgain) {
         folderName != nullptr ? documentsIn(folderName) : composed();
     ASSERT_GT(documents.size(), 20U);
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.messages.otherwise = Answer::Yes;
     Tally tally;
     for (const Document& document : documents) {

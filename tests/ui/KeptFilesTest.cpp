@@ -29,8 +29,7 @@ TEST(Save, NamesKeepTheirDots) {
         {u"Song.txt", 1, u"Song.mlv"},
         {u"Song", 2, u"Song.rtf"},
     };
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     for (const auto& c : cases) {
         program.dialogs.choose(chosen(folder.file(c.typed), c.filter));
@@ -53,8 +52,7 @@ TEST(Open, ANameWithoutItsEndingIsFound) {
     folder.add(u"text.txt", "Am");
     folder.add(u"bare", "G");
     folder.add(u"bare.txt", "no");
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     for (const auto& [typed, opened] :
          {std::pair{u"both", "both.mlv"}, {u"text", "text.txt"}, {u"bare", "bare"}}) {
         program.dialogs.choose(chosen(folder.file(typed), 1));
@@ -80,8 +78,7 @@ TEST(Save, AsksBeforeAFileChangesInKind) {
           Case{u"song.txt", "C  G\n", false}, Case{u"song.rtf", kRichSong, false}}) {
         SCOPED_TRACE(shown(c.name));
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(c.name, c.content)));
+        Program program(folder.add(c.name, c.content));
         EXPECT_EQ(program.caption(), shown(c.name) + " - Melvorin");
         program.type(u"x");
         if (c.asks) {
@@ -117,15 +114,11 @@ TEST(Save, AsksBeforeWhatCouldNotBeShownIsLost) {
         program.messages.boxes.clear();
         program.messages.answer(Answer::Cancel);
         program.command(Command::mnuFileSave);
-        ASSERT_EQ(program.messages.boxes.size(), 1U);
-        EXPECT_NE(program.messages.boxes[0].text.find("1 footnote"), std::string::npos);
+        expectOneBox(program, "1 footnote");
         EXPECT_EQ(folder.content(u"song.rtf"), content);
     };
-    Program program;
-    ASSERT_TRUE(program.start(path));
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("more than Melvorin can show: 1 footnote"),
-              std::string::npos);
+    Program program(path);
+    expectOneBox(program, "more than Melvorin can show: 1 footnote");
     program.type(u"x");
     saveAfterQuestion(program);
     program.crash();
@@ -154,8 +147,7 @@ TEST(Background, StaysWhereWordsCanBeRead) {
     } cases[] = {{{0, 0, 0}, false}, {{80, 0, 0}, false}, {{255, 255, 200}, true}};
     for (const auto& c : cases) {
         for (const bool isNew : {true, false}) {
-            Program program;
-            ASSERT_TRUE(program.start());
+            Program program(kNoSong);
             program.editor().setBackground(c.colour);
             program.dialogs.otherwise = chosen(song, 2);
             program.command(isNew ? Command::mnuFileNew : Command::mnuFileOpen);
@@ -170,8 +162,7 @@ TEST(Background, StaysWhereWordsCanBeRead) {
 TEST(Save, KnowsWhatATextFileLoses) {
     const ScratchFolder folder;
     const std::string quote = "{\\rtf1 C  G}\r\nis how it begins\r\n";
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"quote.txt", quote)));
+    Program program(folder.add(u"quote.txt", quote));
     program.type(u"x");
     program.command(Command::mnuFileSave);
     EXPECT_EQ(folder.content(u"quote.txt"), "x" + quote);
@@ -185,8 +176,7 @@ TEST(Save, KnowsWhatATextFileLoses) {
     program.editor().setSelectionFace(u"Melvorin 01");
     program.messages.answer(Answer::Cancel);
     program.command(Command::mnuFileSave);
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("chord diagrams"), std::string::npos);
+    expectOneBox(program, "chord diagrams");
     EXPECT_TRUE(program.state().dirty);
 }
 
@@ -226,11 +216,9 @@ TEST(Open, HiddenAndDeletedTextIsNamedAndGone) {
         const Text path =
             folder.add(u"song.rtf", R"({\rtf1\ansi{\fonttbl{\f0 Courier New;}}\f0 C  G\par la)" +
                                         std::string(hidden) + R"(\v0  la\par})");
-        Program program;
-        ASSERT_TRUE(program.start(path));
+        Program program(path);
         EXPECT_EQ(program.text(), "C  G\rla la");
-        ASSERT_EQ(program.messages.boxes.size(), 1U);
-        EXPECT_NE(program.messages.boxes[0].text.find("hidden or deleted text"), std::string::npos);
+        expectOneBox(program, "hidden or deleted text");
     }
 }
 

@@ -263,8 +263,7 @@ TEST(Page, UndoShowsWhatItChanges) {
           Case{"a format on the page", 400, 395, true, true},
           Case{"a format above it", 100, 395, false, true}}) {
         SCOPED_TRACE(c.name);
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+        Program program(folder.add(u"song.txt", song));
         RichEdit& editor = program.editor();
         const std::int32_t place = editor.firstOfLine(c.changedLine);
         editor.select({place, place + (c.isFormat ? 2 : 0)});

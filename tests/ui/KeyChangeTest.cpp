@@ -43,8 +43,7 @@ TEST(KeyChange, MovesChordLinesAndColoursThem) {
 
 TEST(KeyChange, SpellingIsChosenOnceAndMarked) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  D\r\n")));
+    Program program(folder.add(u"song.txt", "C  D\r\n"));
     const auto captions = [&] {
         return std::pair(shown(program.form->menuBar().caption(Command::mnuSus)),
                          shown(program.form->menuBar().caption(Command::mnuBem)));
@@ -74,7 +73,7 @@ void CALLBACK lookWhileRunning(HWND, UINT, UINT_PTR, DWORD) {
     ++looksWhileRunning;
     for (const Command item : {Command::mnuUp, Command::mnuDwn, Command::mnuSus, Command::mnuBem})
         EXPECT_FALSE(running->form->isEnabled(item));
-    EXPECT_FALSE(running->form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_FALSE(running->form->toolbar().isEnabled(Command::mnuUp));
     running->command(Command::mnuFileNew);
     ::SendMessageW(running->form->handle(), WM_CLOSE, 0, 0);
 }
@@ -82,8 +81,7 @@ void CALLBACK lookWhileRunning(HWND, UINT, UINT_PTR, DWORD) {
 // While the window is up, neither menu nor button starts another change.
 TEST(KeyChange, ItsCommandsAreOffMeanwhile) {
     const ScratchFolder folder;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  D\r\n")));
+    Program program(folder.add(u"song.txt", "C  D\r\n"));
     program.waitForKeyButtons();
     running = &program;
     looksWhileRunning = 0;
@@ -98,8 +96,7 @@ TEST(KeyChange, ItsCommandsAreOffMeanwhile) {
 }
 
 TEST(KeyChange, EmptyDocumentOnlyMovesTheCounter) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.command(Command::mnuDwn);
     EXPECT_EQ(program.form->halfSteps(), -1);
     EXPECT_FALSE(program.state().dirty);
@@ -107,15 +104,14 @@ TEST(KeyChange, EmptyDocumentOnlyMovesTheCounter) {
 }
 
 TEST(KeyChange, ButtonsGoOffWithEveryChangeAndComeBackWhenIdle) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     // Sent, so that no idle moment comes between.
     ::SendMessageW(program.editor().handle(), WM_CHAR, u'C', 1);
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuUp));
     program.waitForKeyButtons();
-    EXPECT_TRUE(program.form->toolbar().isEnabled(kKeyUpButton));
+    EXPECT_TRUE(program.form->toolbar().isEnabled(Command::mnuUp));
     ::SendMessageW(program.editor().handle(), WM_KEYDOWN, VK_BACK, 1);
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kKeyDownButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuDwn));
     EXPECT_FALSE(program.state().saveAs);
 }
 
@@ -164,8 +160,7 @@ TEST(KeyChange, KeepsFormattingAndDiagrams) {
     const std::string table = R"(\trowd\cellx2000\pard\intbl x\cell\row\pard end\par)";
     for (const std::string& rtf : {song + "}", song + table + "}"}) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start(folder.add(u"song.rtf", rtf)));
+        Program program(folder.add(u"song.rtf", rtf));
         program.command(Command::mnuUp);
         const auto got = charactersOf(program.editor(), static_cast<int>(expected.size()));
         for (std::size_t i = 0; i < expected.size(); ++i)
@@ -223,8 +218,7 @@ TEST(KeyChange, UpAndDownAgainAndAgainComesBack) {
     std::string song;
     for (int i = 0; i < 50; ++i)
         song += chart;
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    Program program(folder.add(u"song.txt", song));
     // Growing chords may lengthen a line by blanks, and they stay; nothing else may change.
     const auto withoutTrailingBlanks = [&] {
         std::string lines;
@@ -248,8 +242,7 @@ TEST(KeyChange, KeepsTheViewWhereItWas) {
     std::string song;
     for (int i = 0; i < 400; ++i)
         song += "C     Am7/G   Gm7(9)     F\r\nwords of the song go here\r\n";
-    Program program;
-    ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+    Program program(folder.add(u"song.txt", song));
     const std::int32_t position = program.editor().firstOfLine(501) + 7;
     program.editor().select({position, position + 3});
     program.editor().scrollCaretIntoView();
@@ -279,8 +272,7 @@ void CALLBACK closeMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
 
 // The tip of the button would lie over its own menu.
 TEST(KeyButtons, NoTipCoversTheMenu) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     const HWND bar = program.form->toolbar().handle();
     const auto tips = reinterpret_cast<HWND>(::SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
     ASSERT_NE(tips, nullptr);

@@ -43,41 +43,51 @@ class NextProgram : public Program {
     }
 };
 
+// The states of a song before it crashed; the last one was undone.
+struct CrashedSong {
+    std::string rtf;
+    std::vector<std::string> texts;
+};
+
+CrashedSong crashWith(const Text& path) {
+    CrashedSong song;
+    Program program;
+    EXPECT_TRUE(program.start(path));
+    song.texts.push_back(program.text());
+    program.type(u"Am\r");
+    program.editor().setBackground(Rgb{200, 220, 255});
+    program.form->run(Command::mnuBold);
+    song.texts.push_back(program.text());
+    program.type(u"G");
+    song.texts.push_back(program.text());
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), song.texts[1]);
+    song.rtf = program.editor().rtf();
+    program.crash();
+    return song;
+}
+
+void expectOffer(const ShownMessage& box) {
+    EXPECT_TRUE(
+        box.text.starts_with("Melvorin was not closed, and \"Lied für Ωmega.mvt\" had "
+                             "changes that were not saved. The last one: "))
+        << box.text;
+    EXPECT_NE(box.text.find(":", 90), std::string::npos) << "no time in " << box.text;
+    EXPECT_EQ(box.buttons, MessageButtons::YesNo);
+}
+
 TEST_F(Recovery, BringsBackTheSongWithItsHistory) {
     const std::size_t before = temporaryFiles();
     const ScratchFolder folder;
     const Text path = folder.add(u"Lied für Ωmega.mvt", kRich);
-    std::string rtf;
-    std::vector<std::string> texts;
-    {
-        Program program;
-        ASSERT_TRUE(program.start(path));
-        texts.push_back(program.text());
-        program.type(u"Am\r");
-        program.editor().setBackground(Rgb{200, 220, 255});
-        program.form->run(Command::mnuBold);
-        texts.push_back(program.text());
-        program.type(u"G");
-        texts.push_back(program.text());
-        program.command(Command::mnuEditUndo);
-        ASSERT_EQ(program.text(), texts[1]);
-        rtf = program.editor().rtf();
-        program.crash();
-    }
+    auto [rtf, texts] = crashWith(path);
     EXPECT_GT(temporaryFiles(), before);
     {
         NextProgram program;
         program.messages.answer(Answer::Yes);
         ASSERT_TRUE(program.start());
         ASSERT_EQ(program.messages.boxes.size(), 1U);
-        const ShownMessage& box = program.messages.boxes[0];
-        EXPECT_TRUE(
-            box.text.starts_with("Melvorin was not closed, and \"Lied für Ωmega.mvt\" had "
-                                 "changes that were not saved. The last one: "))
-            << box.text;
-        EXPECT_NE(box.text.find(":", 90), std::string::npos) << "no time in " << box.text;
-        EXPECT_EQ(box.buttons, MessageButtons::YesNo);
-
+        expectOffer(program.messages.boxes[0]);
         EXPECT_EQ(program.editor().rtf(), rtf);
         EXPECT_EQ(program.editor().background(), (Rgb{200, 220, 255}));
         EXPECT_EQ(program.caption(), "Lied für Ωmega.mvt - Melvorin");
@@ -114,13 +124,11 @@ TEST_F(Recovery, NoDeletesAndNothingUnsavedIsNotOffered) {
     const ScratchFolder folder;
     const Text other = folder.add(u"other.txt", "Dm\r\n");
     for (const TextView typed : {u"first", u"second", u""}) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         program.type(typed);
         program.crash();
     }
-    Program living;
-    ASSERT_TRUE(living.start());
+    Program living(kNoSong);
     living.type(u"alive");
     const std::size_t ofLiving = 7;  // the first state, five letters, the journal
     {
@@ -149,8 +157,7 @@ TEST_F(Recovery, TheOneTakenIsShownAndTheOthersWait) {
     const ScratchFolder folder;
     const Text other = folder.add(u"other.txt", "Dm\r\n");
     for (const TextView typed : {u"first", u"second", u"third"}) {
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         program.type(typed);
         program.crash();
     }
@@ -173,43 +180,68 @@ TEST_F(Recovery, TheOneTakenIsShownAndTheOthersWait) {
     EXPECT_TRUE(program.messages.boxes.empty());
 }
 
+struct EndOfRun {
+    const char* name;
+    TextView typed;
+    std::optional<Answer> answer;  // to "Save changes?" at the close
+    std::function<void(Program&)> end;
+    const char* offered;  // the text that the next start brings back; none where null
+};
+
+void expectOffered(const EndOfRun& c) {
+    SCOPED_TRACE(c.name);
+    const std::size_t before = temporaryFiles();
+    const ScratchFolder folder;
+    {
+        Program program(folder.add(u"song.txt", ""));
+        program.type(c.typed);
+        if (c.answer)
+            program.messages.answer(*c.answer);
+        c.end(program);
+        program.crash();
+    }
+    if (c.offered == nullptr) {
+        EXPECT_EQ(temporaryFiles(), before);
+        return;
+    }
+    NextProgram program;
+    program.messages.answer(Answer::Yes);
+    ASSERT_TRUE(program.start());
+    EXPECT_EQ(program.text(), c.offered);
+    program.form->endRun();
+}
+
+void endSession(Program& program) {
+    ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
+}
+std::function<void(Program&)> endSessionAnswered(Answer answer) {
+    return [answer](Program& program) {
+        program.messages.answer(answer);
+        ::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0);
+        endSession(program);
+    };
+}
+void turnScreen(Program& program) {
+    program.screen.screen = program.screen.work = {768, 1366};
+    ::SendMessageW(program.form->handle(), WM_SIZE, SIZE_RESTORED, 0);
+    EXPECT_TRUE(program.ended);
+}
+
 // Whatever ends the run: unsaved changes are deleted only where the user was asked about them.
 TEST_F(Recovery, EveryWayToEndARun) {
     const auto close = [](Program& program) { program.close(); };
-    const auto answered = [](Answer answer) {
-        return [answer](Program& program) {
-            program.messages.answer(answer);
-            ::SendMessageW(program.form->handle(), WM_QUERYENDSESSION, 0, 0);
-            ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
-        };
-    };
-    const auto session = [](Program& program) {
-        ::SendMessageW(program.form->handle(), WM_ENDSESSION, TRUE, 0);
-    };
-    const auto turnScreen = [](Program& program) {
-        program.screen.screen = program.screen.work = {768, 1366};
-        ::SendMessageW(program.form->handle(), WM_SIZE, SIZE_RESTORED, 0);
-        EXPECT_TRUE(program.ended);
-    };
-    struct Case {
-        const char* name;
-        TextView typed;
-        std::optional<Answer> answer;  // to "Save changes?" at the close
-        std::function<void(Program&)> end;
-        const char* offered;  // the text that the next start brings back; none where null
-    };
-    const Case cases[] = {
+    const EndOfRun cases[] = {
         {"closed, nothing unsaved", u"", std::nullopt, close, nullptr},
         {"closed and saved", u"C", Answer::Yes, close, nullptr},
         {"closed and not saved", u"C", Answer::No, close, nullptr},
-        {"session, answered No", u"C", std::nullopt, answered(Answer::No), nullptr},
-        {"session, answered Cancel", u"C", std::nullopt, answered(Answer::Cancel), "C"},
-        {"session without a question", u"C", std::nullopt, session, "C"},
-        {"session, nothing unsaved", u"", std::nullopt, session, nullptr},
+        {"session, answered No", u"C", std::nullopt, endSessionAnswered(Answer::No), nullptr},
+        {"session, answered Cancel", u"C", std::nullopt, endSessionAnswered(Answer::Cancel), "C"},
+        {"session without a question", u"C", std::nullopt, endSession, "C"},
+        {"session, nothing unsaved", u"", std::nullopt, endSession, nullptr},
         {"another screen", u"C", std::nullopt, turnScreen, "C"},
         {"another screen, nothing unsaved", u"", std::nullopt, turnScreen, nullptr},
         {"another screen, typed on stage", u"C", std::nullopt,
-         [&](Program& program) {
+         [](Program& program) {
              program.command(Command::mnuFullScreen);
              ::SendMessageW(program.form->fullScreen().FSRTB().handle(), WM_CHAR, 'G', 1);
              turnScreen(program);
@@ -217,35 +249,13 @@ TEST_F(Recovery, EveryWayToEndARun) {
          "GC"},
         {"a crash", u"C", std::nullopt, [](Program&) {}, "C"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const std::size_t before = temporaryFiles();
-        const ScratchFolder folder;
-        {
-            Program program;
-            ASSERT_TRUE(program.start(folder.add(u"song.txt", "")));
-            program.type(c.typed);
-            if (c.answer)
-                program.messages.answer(*c.answer);
-            c.end(program);
-            program.crash();
-        }
-        if (c.offered == nullptr) {
-            EXPECT_EQ(temporaryFiles(), before);
-            continue;
-        }
-        NextProgram program;
-        program.messages.answer(Answer::Yes);
-        ASSERT_TRUE(program.start());
-        EXPECT_EQ(program.text(), c.offered);
-        program.form->endRun();
-    }
+    for (const EndOfRun& c : cases)
+        expectOffered(c);
 }
 
 // A job that runs is not cut off: the program ends when it is done.
 TEST_F(Recovery, AnotherScreenWaitsForWhatIsAtWork) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"C");
     program.dialogs.whileOpen = [&] {
         program.screen.screen = program.screen.work = {768, 1366};
@@ -301,16 +311,14 @@ TEST_F(Recovery, ARunWithoutAJournalGoesOn) {
 
 TEST_F(Recovery, TellsOfASongWhoseCopiesAreGone) {
     const std::size_t before = temporaryFiles();
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     for (int index = 1; index <= program.history().count(); ++index)
         ::DeleteFileW(wide(program.history().snapshot(index).path));
     program.crash();
     NextProgram next;
     ASSERT_TRUE(next.start());
-    ASSERT_EQ(next.messages.boxes.size(), 1U);
-    EXPECT_NE(next.messages.boxes[0].text.find("cannot be brought back"), std::string::npos);
+    expectOneBox(next, "cannot be brought back");
     EXPECT_TRUE(next.text().empty());
     next.close();
     EXPECT_EQ(temporaryFiles(), before);
@@ -334,8 +342,7 @@ TEST(Save, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
     for (const Case& c : cases) {
         const ScratchFolder folder;
         const Text path = folder.add(u"song.txt", original);
-        Program program;
-        ASSERT_TRUE(program.start(path));
+        Program program(path);
         program.type(u"x");
         if (c.change != nullptr)
             folder.add(u"song.txt", c.change);
@@ -364,8 +371,7 @@ TEST(Save, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
 TEST(Save, AFileInUseIsRefused) {
     const ScratchFolder folder;
     const Text path = folder.add(u"song.txt", "C\r\n");
-    Program program;
-    ASSERT_TRUE(program.start(path));
+    Program program(path);
     program.type(u"x");
     {
         const UniqueFile held(
@@ -373,9 +379,7 @@ TEST(Save, AFileInUseIsRefused) {
         ASSERT_TRUE(held);
         program.command(Command::mnuFileSave);
     }
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find("Another program is using the file."),
-              std::string::npos);
+    expectOneBox(program, "Another program is using the file.");
     EXPECT_TRUE(program.state().dirty);
     EXPECT_EQ(program.text(), "xC");
     EXPECT_EQ(folder.content(u"song.txt"), "C\r\n");

@@ -1,6 +1,6 @@
 // The tuner on the real controls and a real folder; what it tells the multimedia interface is
 // recorded.
-#include "Scripted.h"
+#include "Controls.h"
 #include "sound/FrmSong.h"
 
 namespace melvorin::testing {
@@ -34,34 +34,13 @@ class Song : public ::testing::Test {
     FrmSong& window() { return program.form->songWindow(); }
     HWND item(int id) { return ::GetDlgItem(window().handle(), id); }
     bool isEnabled(int id) { return ::IsWindowEnabled(item(id)) != FALSE; }
-    std::string pathLabel() {
-        Text text(512, u'\0');
-        text.resize(
-            static_cast<std::size_t>(::GetWindowTextW(item(FrmSong::Path), wideBuffer(text), 512)));
-        return shown(text);
-    }
-    std::vector<std::string> rows(int list) {
-        std::vector<std::string> found;
-        const LRESULT count = ::SendMessageW(item(list), LB_GETCOUNT, 0, 0);
-        for (LRESULT i = 0; i < count; ++i) {
-            Text text(512, u'\0');
-            text.resize(static_cast<std::size_t>(::SendMessageW(
-                item(list), LB_GETTEXT, static_cast<WPARAM>(i), lparamOf(text.data()))));
-            found.push_back(shown(text));
-        }
-        return found;
-    }
-    void notify(int list, int code) {
-        ::SendMessageW(window().handle(), WM_COMMAND, MAKEWPARAM(list, code), lparamOf(item(list)));
-    }
-    void choose(int list, WPARAM row) {
-        ::SendMessageW(item(list), LB_SETCURSEL, row, 0);
-        notify(list, LBN_SELCHANGE);
-    }
-    void click(int button) { ::SendMessageW(item(button), BM_CLICK, 0, 0); }
+    std::string pathLabel() { return captionOf(item(FrmSong::Path)); }
+    std::vector<std::string> rows(int list) { return rowsOf(item(list)); }
+    void notify(int list, int code) { testing::notify(item(list), code); }
+    void choose(int list, std::size_t row) { chooseRow(item(list), static_cast<int>(row)); }
+    void click(int button) { clickOn(item(button)); }
     void press(int control, WPARAM key) {
-        ::SetFocus(item(control));
-        ::PostMessageW(item(control), WM_KEYDOWN, key, 1);
+        pressIn(item(control), key);
         program.pump();
     }
     std::string file(TextView name) const { return shown(joinPath(strings, name)); }

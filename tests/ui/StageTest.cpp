@@ -1,6 +1,6 @@
 // The full-screen view, its panel and its bars on the real controls and timers; only the clock is
 // moved by hand.
-#include "Scripted.h"
+#include "Controls.h"
 
 namespace melvorin::testing {
 namespace {
@@ -17,18 +17,6 @@ std::vector<int> joined(std::initializer_list<std::vector<int>> parts) {
     for (const std::vector<int>& part : parts)
         all.insert(all.end(), part.begin(), part.end());
     return all;
-}
-
-// The panel that is asked to leave while the tab-expansion window is at work; then that is closed.
-HWND disturbed = nullptr;
-void CALLBACK disturb(HWND, UINT, UINT_PTR, DWORD) {
-    const HWND atWork = ::FindWindowW(L"MelvorinFrmTxt", nullptr);
-    if (atWork == nullptr || disturbed == nullptr)
-        return;
-    EXPECT_FALSE(::IsWindowEnabled(disturbed));
-    ::SendMessageW(disturbed, WM_COMMAND, frmFScreenB::Command7, 0);
-    disturbed = nullptr;
-    ::PostMessageW(atWork, WM_CLOSE, 0, 0);
 }
 
 class OnStage : public ::testing::Test {
@@ -94,12 +82,7 @@ class OnStage : public ::testing::Test {
         ::SetKeyboardState(former);
         program.pump();
     }
-    std::string caption() {
-        Text buffer(64, u'\0');
-        buffer.resize(static_cast<std::size_t>(
-            ::GetWindowTextW(panel().bar().handle(), wideBuffer(buffer), 64)));
-        return shown(buffer);
-    }
+    std::string caption() { return captionOf(panel().bar().handle()); }
     int topLine() { return static_cast<int>(text().firstVisibleLine()) + 1; }
     bool isShown(HWND window) { return ::IsWindowVisible(window) != FALSE; }
     // Lets a second pass, and the timer see it.
@@ -162,12 +145,7 @@ TEST_F(OnStage, AWholeSongWithJumpsAndPasses) {
 TEST_F(OnStage, PanelIsPreparedForTheSong) {
     open(songOf(30));
     const auto count = [&](int id) { return ::SendMessageW(item(id), CB_GETCOUNT, 0, 0); };
-    const auto cursorLine = [&] {
-        Text buffer(16, u'\0');
-        buffer.resize(static_cast<std::size_t>(
-            ::GetWindowTextW(item(frmFScreenB::Text1), wideBuffer(buffer), 16)));
-        return shown(buffer);
-    };
+    const auto cursorLine = [&] { return captionOf(item(frmFScreenB::Text1)); };
     for (int id = frmFScreenB::CB + 1; id <= frmFScreenB::CB + 10; ++id)
         EXPECT_EQ(count(id), 29);
     EXPECT_EQ(count(frmFScreenB::Seconds2), 29);
@@ -247,12 +225,15 @@ TEST_F(OnStage, UndoShowsTheBackgroundOfItsStep) {
 TEST_F(OnStage, AVeryLongPasteIsNotDisturbed) {
     open(songOf(5));
     program.clipboard.plain.emplace(4u << 20, u'x');
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 1, disturb);
-    disturbed = panel().handle();
+    // The panel is asked to leave while the tab-expansion window is at work; then that is closed.
+    const WhileOpen disturbed(L"MelvorinFrmTxt", [this](HWND atWork) {
+        EXPECT_FALSE(::IsWindowEnabled(panel().handle()));
+        ::SendMessageW(panel().handle(), WM_COMMAND, frmFScreenB::Command7, 0);
+        ::PostMessageW(atWork, WM_CLOSE, 0, 0);
+    });
     ::SetFocus(text().handle());
     pressWithCtrl('V');
-    ::KillTimer(nullptr, timer);
-    EXPECT_EQ(disturbed, nullptr) << "the window was seen";
+    EXPECT_EQ(disturbed.seen(), 1) << "the window was seen";
     ASSERT_TRUE(view().isOpen());
     EXPECT_TRUE(::IsWindowEnabled(panel().handle()));
     EXPECT_EQ(program.text(), shown(songOf(5)));

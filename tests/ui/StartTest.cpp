@@ -6,15 +6,14 @@ namespace melvorin::testing {
 namespace {
 
 TEST(Start, EmptyDocumentIsCleanAndCannotBeUndone) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
     EXPECT_EQ(program.text(), "");
     EXPECT_EQ(program.history().count(), 1);
     EXPECT_EQ(program.history().current(), 1);
     EXPECT_EQ(program.state(), ShellState{});
     EXPECT_FALSE(program.form->isEnabled(Command::mnuEditUndo));
-    EXPECT_FALSE(program.form->toolbar().isEnabled(kUndoButton));
+    EXPECT_FALSE(program.form->toolbar().isEnabled(Command::mnuEditUndo));
     EXPECT_TRUE(program.messages.boxes.empty());
 
     program.type(u"C");
@@ -35,7 +34,6 @@ TEST(Start, EditorFaceFollowsTheSetting) {
         Program program;
         program.profiles.values[{u"C:\\Program\\Melvorin.ini", u"Tela", u"Option"}] = stored;
         ASSERT_TRUE(program.start());
-        EXPECT_EQ(program.form->creatorFace(), face);
         program.type(u"C");
         EXPECT_EQ(program.editor().selectionStyle().face, face);
     }
@@ -66,8 +64,7 @@ TEST(Start, CommandLineOpensADocument) {
     const ScratchFolder folder;
     const Text path = folder.add(u"Ein Lied für Ωmega.txt", "C\r\nla\r\n");
     for (const Text& line : {path, u"  \"" + path + u"\" "}) {
-        Program program;
-        ASSERT_TRUE(program.start(line));
+        Program program(line);
         EXPECT_EQ(program.text(), "C\rla");
         EXPECT_EQ(program.caption(), "Ein Lied für Ωmega.txt - Melvorin");
         EXPECT_FALSE(program.state().dirty);
@@ -75,12 +72,8 @@ TEST(Start, CommandLineOpensADocument) {
         EXPECT_TRUE(program.state().saveAs);
         EXPECT_EQ(program.history().count(), 2);
     }
-    Program program;
-    ASSERT_TRUE(program.start(folder.file(u"none.txt")));
-    ASSERT_EQ(program.messages.boxes.size(), 1U);
-    EXPECT_NE(program.messages.boxes[0].text.find(
-                  "    Please verify that the correct path and file name are given."),
-              std::string::npos);
+    Program program(folder.file(u"none.txt"));
+    expectOneBox(program, "    Please verify that the correct path and file name are given.");
     EXPECT_EQ(program.caption(), "Chord Notation - Melvorin");
 }
 
@@ -104,10 +97,10 @@ TEST(Start, EveryStepFailsOnItsOwn) {
     for (const bool systemFails : {false, true}) {
         SystemSettings& chosen = systemFails ? static_cast<SystemSettings&>(system)
                                              : static_cast<SystemSettings&>(program.system);
-        const Services services{
-            program.files, program.messages, program.dialogs, program.profiles,   program.settings,
-            chosen,        folder,           program.screen,  systemAnsiCodec(),  program.clipboard,
-            program.shell, program.sounds,   program.colors,  program.multimedia, program.clock};
+        const Services services = ServicesBuilder(program, program.files, systemAnsiCodec())
+                                      .system(chosen)
+                                      .program(folder)
+                                      .build();
         Form1 form(services, [] {});
         ASSERT_TRUE(form.load(u"", SW_SHOWNORMAL));
         program.waitUntil([&] { return ::IsWindowVisible(form.handle()) != FALSE; });
@@ -180,8 +173,7 @@ TEST(Screen, UnsupportedSizesEndTheProgram) {
 }
 
 TEST(Screen, EditorFillsTheWindowBelowTheToolbar) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     for (const SIZE size : {SIZE{800, 560}, SIZE{1280, 960}, SIZE{400, 150}}) {
         ::SetWindowPos(program.form->handle(), nullptr, 0, 0, size.cx, size.cy,
                        SWP_NOMOVE | SWP_NOZORDER);
@@ -215,8 +207,7 @@ TEST(Close, PromptsOnlyForUnsavedChanges) {
     };
     for (const Case& c : cases) {
         const ScratchFolder folder;
-        Program program;
-        ASSERT_TRUE(program.start());
+        Program program(kNoSong);
         if (c.type)
             program.type(u"Am");
         if (c.answer)
@@ -241,8 +232,7 @@ TEST(Close, PromptsOnlyForUnsavedChanges) {
 }
 
 TEST(Close, RemovesTheSnapshotsOfTheRun) {
-    Program program;
-    ASSERT_TRUE(program.start());
+    Program program(kNoSong);
     program.type(u"Am");
     const Text path = program.history().currentSnapshot().path;
     EXPECT_TRUE(program.files.exists(path));

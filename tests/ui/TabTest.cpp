@@ -1,5 +1,5 @@
 // The tablature window on the real controls, and its blocks in the real editor.
-#include "Scripted.h"
+#include "Controls.h"
 #include "tablature/FrmTab.h"
 
 namespace melvorin::testing {
@@ -20,20 +20,14 @@ class Tab : public ::testing::Test {
     }
     FrmTab& window() { return program->form->tabWindow(); }
     HWND item(int id) { return ::GetDlgItem(window().handle(), id); }
-    std::string caption(int id) {
-        Text text(512, u'\0');
-        text.resize(static_cast<std::size_t>(::GetWindowTextW(item(id), wideBuffer(text), 512)));
-        return shown(text);
-    }
+    std::string caption(int id) { return captionOf(item(id)); }
     void choose(int list, WPARAM index) {
         ::SendMessageW(item(list), CB_SETCURSEL, index, 0);
-        ::SendMessageW(window().handle(), WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE),
-                       lparamOf(item(list)));
+        notify(item(list), CBN_SELCHANGE);
     }
-    void click(int button) { ::SendMessageW(item(button), BM_CLICK, 0, 0); }
+    void click(int button) { clickOn(item(button)); }
     void press(int control, WPARAM key) {
-        ::SetFocus(item(control));
-        ::PostMessageW(item(control), WM_KEYDOWN, key, 1);
+        pressIn(item(control), key);
         program->pump();
     }
     // The preview as the user sees it, and as far as it is in view.

@@ -1,22 +1,35 @@
 // Every window of the program with the system's font and with one that is a step wider, as other
-// versions of Windows have it: nothing is cut off, nothing overlaps.
-#include "Scripted.h"
+// versions of Windows have it: nothing is cut off, nothing overlaps. Windows that measure their
+// texts stand a much larger font too, and being dragged.
+#include "Controls.h"
+#include "widgets/FrmTxt.h"
 
 namespace melvorin::testing {
 namespace {
 
-// Another font for the windows that are opened meanwhile: letters a sixth wider and lines a quarter
-// taller, which is more than there is between the message fonts of Windows XP and Windows 10.
-class WiderFont {
+// How much wider and taller letters are than usual, in twelfths.
+struct Growth {
+    const char* name;
+    int across;
+    int down;
+};
+constexpr Growth kUsual{"", 12, 12};
+// More than there is between the message fonts of Windows XP and Windows 10.
+constexpr Growth kWider{", wider", 14, 15};
+constexpr Growth kLarge{", large", 18, 18};
+
+// Another font for the windows that are opened meanwhile.
+class OtherFont {
   public:
-    explicit WiderFont(bool wider) {
+    explicit OtherFont(const Growth& growth) {
         LOGFONTW font{};
         ::GetObjectW(uiFont(), sizeof font, &font);
         const SIZE usual = extentIn(uiFont());
         SIZE extent = usual;
         font.lfWidth = averageWidth(uiFont());
-        while (wider && (6 * extent.cx < 7 * usual.cx || 4 * extent.cy < 5 * usual.cy)) {
-            if (4 * extent.cy < 5 * usual.cy)
+        const auto isLow = [&] { return 12 * extent.cy < growth.down * usual.cy; };
+        while (isLow() || 12 * extent.cx < growth.across * usual.cx) {
+            if (isLow())
                 --font.lfHeight;
             else
                 ++font.lfWidth;
@@ -25,9 +38,9 @@ class WiderFont {
         }
         former_ = exchangeUiFont(font_ ? font_.get() : uiFont());
     }
-    WiderFont(const WiderFont&) = delete;
-    WiderFont& operator=(const WiderFont&) = delete;
-    ~WiderFont() { exchangeUiFont(former_); }
+    OtherFont(const OtherFont&) = delete;
+    OtherFont& operator=(const OtherFont&) = delete;
+    ~OtherFont() { exchangeUiFont(former_); }
 
   private:
     static LONG averageWidth(HFONT font) {
@@ -103,6 +116,8 @@ SIZE extentOf(const Part& part) {
         format |= DT_WORDBREAK;
     else if (text.find(u'\n') == Text::npos)
         format |= DT_SINGLELINE;
+    if (wraps && part.style & SS_EDITCONTROL)
+        format |= DT_EDITCONTROL;
     if (part.style & SS_NOPREFIX && part.kind == "Static")
         format |= DT_NOPREFIX;
     ::DrawTextW(dc.get(), wide(text), -1, &area, format);
@@ -153,27 +168,108 @@ void expectSound(HWND window, const std::string& name) {
     }
 }
 
-constexpr const wchar_t* kModal[] = {L"MelvorinfrmAbout", L"MelvorinFrmCifraCreator"};
-std::string modalName;
-
-// Looks at the modal window that is open, and closes it.
-void CALLBACK lookAtModal(HWND, UINT, UINT_PTR, DWORD) {
-    for (const wchar_t* name : kModal) {
-        const HWND window = ::FindWindowW(name, nullptr);
-        if (modalName.empty() || window == nullptr || !::IsWindowVisible(window))
-            continue;
-        expectSound(window, std::exchange(modalName, ""));
-        ::PostMessageW(window, WM_CLOSE, 0, 0);
+// How far the parts of a window stay from its right and its lower edge.
+SIZE restOf(HWND window) {
+    RECT client{};
+    ::GetClientRect(window, &client);
+    SIZE rest{client.right, client.bottom};
+    for (const Part& part : partsOf(window)) {
+        rest.cx = std::min(rest.cx, client.right - part.area.right);
+        rest.cy = std::min(rest.cy, client.bottom - part.area.bottom);
     }
+    return rest;
 }
 
-// Every window in turn, as a user opens them.
-void lookAtAll(Program& program, const std::string& font) {
+SIZE sizeOf(HWND window) {
+    RECT own{};
+    ::GetWindowRect(window, &own);
+    return {own.right - own.left, own.bottom - own.top};
+}
+
+// Drags the border by so much, and back beyond what the texts need.
+void expectToFollow(HWND window, const std::string& name, SIZE by) {
+    const SIZE usual = sizeOf(window);
+    const SIZE rest = restOf(window);
+    const auto drag = [&](LONG width, LONG height) {
+        ::SetWindowPos(window, nullptr, 0, 0, static_cast<int>(width), static_cast<int>(height),
+                       SWP_NOMOVE | SWP_NOZORDER);
+    };
+    ASSERT_TRUE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME) << name;
+    drag(usual.cx + 160, usual.cy + 120);
+    EXPECT_EQ(sizeOf(window).cx, usual.cx + by.cx) << name;
+    EXPECT_EQ(sizeOf(window).cy, usual.cy + by.cy) << name;
+    EXPECT_EQ(restOf(window).cx, rest.cx) << name;
+    EXPECT_EQ(restOf(window).cy, rest.cy) << name;
+    expectSound(window, name + ", dragged");
+    drag(50, 50);
+    EXPECT_EQ(sizeOf(window).cx, usual.cx) << name;
+    EXPECT_EQ(sizeOf(window).cy, usual.cy) << name;
+    expectSound(window, name + ", dragged back");
+}
+
+// A modal window that the command opens; it is closed when it has been looked at.
+void inModal(Program& program, const wchar_t* name, Command command,
+             const std::function<void(HWND)>& steps) {
+    const WhileOpen run(name, [&](HWND window) {
+        steps(window);
+        ::PostMessageW(window, WM_CLOSE, 0, 0);
+    });
+    program.command(command);
+    EXPECT_EQ(run.seen(), 1) << shown(textOf(name)) << " did not come";
+}
+
+// The windows that measure their texts.
+void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& font) {
+    program.command(Command::mnuFind);
+    expectSound(program.form->findWindow().handle(), "find" + font);
+    expectToFollow(program.form->findWindow().handle(), "find" + font, {160, 0});
+    ::ShowWindow(program.form->findWindow().handle(), SW_HIDE);
+    program.command(Command::mnuTab);
+    expectSound(program.form->tabWindow().handle(), "tablature" + font);
+    expectToFollow(program.form->tabWindow().handle(), "tablature" + font, {160, 120});
+    ::ShowWindow(program.form->tabWindow().handle(), SW_HIDE);
+
+    inModal(program, L"MelvorinfrmAbout", Command::mnuFileAbout, [&](HWND window) {
+        EXPECT_FALSE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME);
+        expectSound(window, "about" + font);
+    });
+    // In Shift-JIS; the name is a word that no line has room for.
+    const Text name = Text(120, u'w') + u".txt";
+    program.dialogs.choose(FileChoice{folder.add(name, "\x8Ft\x82\xCC\x89\xCC\x82\xF0"), 3});
+    inModal(program, L"MelvorinfrmCodePage", Command::mnuFileOpen, [&](HWND window) {
+        expectSound(window, "code page" + font);
+        expectToFollow(window, "code page" + font, {160, 120});
+    });
+    program.clipboard.plain.emplace(FrmTxt::kLongText + 1, u'\t');
+    inModal(program, L"MelvorinFrmTxt", Command::mnuEditPaste,
+            [&](HWND window) { expectSound(window, "progress" + font); });
+}
+
+void expectShown(Program& program, HWND window, const std::string& name) {
+    program.pump();
+    ASSERT_TRUE(window != nullptr && ::IsWindowVisible(window)) << name;
+    expectSound(window, name);
+}
+
+// The panel of the full screen and its bars.
+void lookAtStage(Program& program, const std::string& font) {
+    program.command(Command::mnuFullScreen);
+    frmFScreenB& panel = program.form->fullScreen().panel();
+    program.waitUntil([&] { return panel.isPrepared(); });
+    expectShown(program, panel.handle(), "panel of the full screen" + font);
+    clickOn(::GetDlgItem(panel.handle(), frmFScreenB::Command8));
+    const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
+    expectShown(program, enlarge, "small bar" + font);
+    clickOn(::GetWindow(enlarge, GW_CHILD));
+    clickOn(::GetDlgItem(panel.handle(), frmFScreenB::Command4));
+    expectShown(program, panel.bar().handle(), "bar of a run" + font);
+}
+
+// The others in turn, as a user opens them.
+void lookAtOthers(Program& program, const std::string& font) {
     Form1& form = *program.form;
     const auto look = [&](HWND window, const char* name) {
-        program.pump();
-        ASSERT_TRUE(window != nullptr && ::IsWindowVisible(window)) << name;
-        expectSound(window, name + font);
+        expectShown(program, window, name + font);
     };
     const auto lookAndHide = [&](HWND window, const char* name) {
         look(window, name);
@@ -181,10 +277,6 @@ void lookAtAll(Program& program, const std::string& font) {
     };
     program.command(Command::mnuFont);
     lookAndHide(form.fontWindow().handle(), "font and colours");
-    program.command(Command::mnuFind);
-    lookAndHide(form.findWindow().handle(), "find");
-    program.command(Command::mnuTab);
-    lookAndHide(form.tabWindow().handle(), "tablature");
     program.command(Command::mnuDps);
     lookAndHide(form.songWindow().handle(), "tuner");
 
@@ -200,37 +292,21 @@ void lookAtAll(Program& program, const std::string& font) {
     look(dictionary.handle(), "dictionary, table");
     dictionary.press(PanelPart::GB8);
 
-    const UINT_PTR timer = ::SetTimer(nullptr, 0, 10, lookAtModal);
-    for (const Command command : {Command::mnuFileAbout, Command::mnuEditCifra}) {
-        modalName = (command == Command::mnuFileAbout ? "About" : "creator") + font;
-        program.command(command);
-        EXPECT_TRUE(modalName.empty()) << modalName << " did not come";
-    }
-    ::KillTimer(nullptr, timer);
-
-    program.command(Command::mnuFullScreen);
-    frmFScreenB& panel = form.fullScreen().panel();
-    program.waitUntil([&] { return panel.isPrepared(); });
-    look(panel.handle(), "panel of the full screen");
-    const auto press = [&](int button) {
-        ::SendMessageW(::GetDlgItem(panel.handle(), button), BM_CLICK, 0, 0);
-    };
-    press(frmFScreenB::Command8);
-    const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
-    look(enlarge, "small bar");
-    ::SendMessageW(::GetWindow(enlarge, GW_CHILD), BM_CLICK, 0, 0);
-    press(frmFScreenB::Command4);
-    look(panel.bar().handle(), "bar of a run");
+    inModal(program, L"MelvorinFrmCifraCreator", Command::mnuEditCifra,
+            [&](HWND window) { expectSound(window, "creator" + font); });
 }
 
 TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
-    for (const bool wider : {false, true}) {
-        const WiderFont font(wider);
+    for (const Growth& growth : {kUsual, kWider, kLarge}) {
+        const OtherFont font(growth);
         ScratchFolder folder;
         Program program;
         program.program.programFolder = Win32ProgramFolder().folder();
         ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  G\r\nA word\r\nof song\r\n")));
-        lookAtAll(program, wider ? ", wider" : "");
+        lookAtMeasured(program, folder, growth.name);
+        if (growth.across < kLarge.across)
+            lookAtOthers(program, growth.name);
+        lookAtStage(program, growth.name);
         EXPECT_TRUE(program.messages.boxes.empty());
     }
 }

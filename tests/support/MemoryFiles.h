@@ -8,7 +8,7 @@
 #include "base/Files.h"
 #include "base/Paths.h"
 
-namespace melvorin {
+namespace melvorin::testing {
 
 class MemoryFiles : public Files {
   public:
@@ -93,4 +93,4 @@ class MemoryFiles : public Files {
     }
 };
 
-}  // namespace melvorin
+}  // namespace melvorin::testing

@@ -1,28 +1,29 @@
 // Stand-ins for the tests of the chord dictionary.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "base/Services.h"
 #include "dictionary/DiagramEditor.h"
+#include "dictionary/Recordset.h"
 
-namespace melvorin::testing_support {
+namespace melvorin::testing {
 
-struct Box {
-    std::string text;
-    std::string title;
-    MessageIcon icon;
-};
-
-class RecordedMessages : public MessageBoxes {
+// A database that holds one table, or cannot be opened where there is none.
+class ScriptedRows : public RowSource {
   public:
-    Answer show(TextView text, TextView title, MessageIcon icon, MessageButtons) override {
-        boxes.push_back({toUtf8(text), toUtf8(title), icon});
-        return Answer::Ok;
+    explicit ScriptedRows(std::optional<Table> table) : table_(std::move(table)) {}
+    Result<Done> open(TextView) override {
+        return table_ ? Result<Done>::success({}) : Result<Done>::failure(u"No provider.");
+    }
+    Result<Table> read(TextView) override {
+        return table_ ? Result<Table>::success(*table_) : Result<Table>::failure(u"");
     }
 
-    std::vector<Box> boxes;
+  private:
+    std::optional<Table> table_;
 };
 
 // One line of characters, each with its style.
@@ -60,4 +61,4 @@ class LineOfDiagrams : public DiagramEditor {
     DiagramStyle typing_;
 };
 
-}  // namespace melvorin::testing_support
+}  // namespace melvorin::testing

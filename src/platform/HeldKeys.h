@@ -1,0 +1,18 @@
+// What is held down while a key message is dealt with.
+#pragma once
+
+#include "base/Keys.h"
+#include "platform/Win.h"
+
+namespace melvorin {
+
+inline bool isHeld(int key) {
+    return ::GetKeyState(key) < 0;
+}
+
+// The stroke of a WM_KEYDOWN by its virtual-key code.
+inline KeyStroke strokeOf(WPARAM key) {
+    return {static_cast<std::uint16_t>(key), isHeld(VK_CONTROL), isHeld(VK_MENU), isHeld(VK_SHIFT)};
+}
+
+}  // namespace melvorin
