@@ -105,6 +105,7 @@ constexpr CommandRow kCommands[] = {
     // kept: first-sharps-caption
     {.id = mnuSus, .menu = in(mnuSgn, u">> Use Sharps"), .itemWhen = &ShellState::keyCommands},
     {.id = mnuBem, .menu = in(mnuSgn, u"Use Flats"), .itemWhen = &ShellState::keyCommands},
+    {.id = mnuFollow, .menu = in(mnuCifrar, u"Chords Follow the Words")},
 
     {.id = mnuExp, .menu = submenu(u"Examples")},
     {.id = mnuEpl, .menu = in(mnuExp, u"Example 1 (Read this first)")},

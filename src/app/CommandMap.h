@@ -68,6 +68,7 @@ enum class Command : std::uint16_t {
     mnuSgn,
     mnuSus,
     mnuBem,
+    mnuFollow,
     mnuExp,
     mnuEpl,
     mnuEpl2,

@@ -79,6 +79,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuEditCifra, &Form1::createNotation},
         {Command::mnuEditDic, &Form1::toggleDictionary},
         {Command::mnuChDigt, &Form1::changeFingering},
+        {Command::mnuFollow, &Form1::switchFollowing},
     };
     return table;
 }
@@ -109,6 +110,10 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                 .multimedia = services.multimedia,
                 .clock = services.clock},
       endProgram_(std::move(endProgram)),
+      follower_(rtftext_,
+                [this] {
+                    return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
+                }),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { remember(path); }, [this] { find_.startOver(); },
@@ -186,6 +191,7 @@ bool Form1::createParts() {
     });
     rtftext_.setTypingRule([this](TextView face) { return typingFormat(face); });
     createAccelerators();
+    follow(chordsFollow(services_));
     showState(documents_.state());
     measureScreen();
     onSize();
@@ -421,8 +427,10 @@ void Form1::run(Command command) {
     if (handler == nullptr || !isEnabled(command))
         return;
     // An open view comes forward.
-    if (command == Command::mnuFullScreen ? !isBusy() : mayBegin())
-        (this->*handler)();
+    if (!(command == Command::mnuFullScreen ? !isBusy() : mayBegin()))
+        return;
+    follower_.commandBegins();
+    (this->*handler)();
 }
 
 // Runs for every typed character, so it touches only what has changed.
@@ -444,6 +452,7 @@ void Form1::showState(const ShellState& state) {
 
 // The buttons show the format at the caret.
 void Form1::followSelection() {
+    follower_.caretMoved();
     const SelectionStyle style = rtftext_.selectionStyle();
     toolbar_.setChecked(Command::mnuBold, style.bold == true);
     toolbar_.setChecked(Command::mnuItalic, style.italic == true);
@@ -530,12 +539,30 @@ void Form1::insertDiagram(TextView glyph, TextView face) {
     if (!mayBegin())
         return;
     RichEditDiagrams editor(rtftext_);
-    const DiagramStyle typing = melvorin::insertDiagram(editor, glyph, face);
+    DiagramStyle typing;
+    follower_.commandBegins();
+    follower_.around([&] { typing = melvorin::insertDiagram(editor, glyph, face); });
     documents_.changed();
     // What comes next is the song, and not in the font of diagrams.
     ::SetFocus(rtftext_.handle());
     editor.typeIn(typing);
     rtftext_.scrollCaretIntoView();
+}
+
+void Form1::switchFollowing() {
+    const bool on = !follower_.isOn();
+    follow(on);
+    if (!storeChordsFollow(services_, on))
+        reportFailure(
+            services_.messages,
+            u"This is so for now, and not the next time: the program's settings cannot be "
+            u"written.");
+}
+
+void Form1::follow(bool on) {
+    follower_.setOn(on);
+    fullScreen_.follow(on);
+    menuBar_.check(Command::mnuFollow, on);
 }
 
 void Form1::changeFingering() {

@@ -17,6 +17,7 @@
 #include "chords/KeySetting.h"
 #include "dictionary/DictionaryPanel.h"
 #include "dictionary/Fingering.h"
+#include "editing/ChordFollower.h"
 #include "find/frmFind.h"
 #include "platform/Handles.h"
 #include "platform/RichEdit.h"
@@ -86,6 +87,7 @@ class Form1 : public Window {
     bool onEditorKey(WPARAM key);
     std::optional<RichEdit::TypingFormat> typingFormat(TextView face);
     bool onEditorCharacter(WPARAM character);
+    bool selectAt(POINT point);
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);
     void onHelp(const HELPINFO& info);
@@ -127,6 +129,8 @@ class Form1 : public Window {
     void fileExit() { onClose(); }
     void editUndo() { documents_.undo(); }
     void editRedo() { documents_.redo(); }
+    // A change at the selection that a command makes: one undo step, and the chords follow.
+    void changeText(const std::function<void()>& change);
     void editCut();
     void editCopy() { rtftext_.copy(); }
     void editPaste();
@@ -171,6 +175,8 @@ class Form1 : public Window {
     void closeDictionary() { dictionary_.hide(); }
     void insertDiagram(TextView glyph, TextView face);
     void changeFingering();
+    void switchFollowing();
+    void follow(bool on);
     void changeKey(Direction direction);
     void createNotation();
     void useSpelling(Spelling spelling);
@@ -183,6 +189,7 @@ class Form1 : public Window {
     Services services_;
     std::function<void()> endProgram_;
     RichEdit rtftext_;
+    ChordFollower follower_;
     Toolbar toolbar_;
     MenuBar menuBar_;
     Documents documents_;

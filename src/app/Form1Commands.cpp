@@ -19,13 +19,14 @@ namespace melvorin {
 
 bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) try {
     switch (message) {
+        case WM_SYSKEYDOWN:
+            return follower_.onKeyDown(strokeOf(wParam));
         case WM_KEYDOWN:
-            return onEditorKey(wParam);
+            return follower_.onKeyDown(strokeOf(wParam)) || onEditorKey(wParam);
         case WM_CHAR:
             return onEditorCharacter(wParam);
         case WM_LBUTTONDBLCLK:
-            return RichEditDiagrams(rtftext_).selectAt(
-                {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            return selectAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         default:
             ::SendMessageW(handle(), message, wParam, lParam);
             return true;
@@ -52,6 +53,8 @@ bool Form1::onEditorCharacter(WPARAM character) {
     constexpr WPARAM ctrlA = 1;
     constexpr WPARAM ctrlZ = 26;
     constexpr WPARAM ctrlBackspace = 0x7F;
+    if (follower_.onCharacter(static_cast<char16_t>(character)))
+        return true;
     if (character == u'\t') {
         typeTab();
         return true;
@@ -62,6 +65,11 @@ bool Form1::onEditorCharacter(WPARAM character) {
     if (command)
         ::SendMessageW(handle(), WM_COMMAND, idOf(*command), 0);
     return command.has_value();
+}
+
+// A double click takes a diagram, or a chord without the blanks behind it.
+bool Form1::selectAt(POINT point) {
+    return RichEditDiagrams(rtftext_).selectAt(point) || follower_.selectChordAt(point);
 }
 
 // What is typed is in the editor's font, unless the user is at work with formatted text; behind a
@@ -101,20 +109,20 @@ void Form1::onContextMenu(LPARAM lParam) {
 
 // ---- Commands ---------------------------------------------------------------------------------
 
-void Form1::editCut() {
+void Form1::changeText(const std::function<void()>& change) {
     {
         const EditorWork work(rtftext_);
-        rtftext_.cut();
+        follower_.around(change);
     }
     documents_.changed();
 }
 
+void Form1::editCut() {
+    changeText([this] { rtftext_.cut(); });
+}
+
 void Form1::editDelete() {
-    {
-        const EditorWork work(rtftext_);
-        rtftext_.clear();
-    }
-    documents_.changed();
+    changeText([this] { rtftext_.clear(); });
 }
 
 void Form1::editPaste() {
@@ -123,8 +131,12 @@ void Form1::editPaste() {
         return FrmTxt(services_).convert(handle(), std::move(text), startColumn);
     };
     const CursorScope hourglass(IDC_WAIT);
-    if (!pasteClipboard(rtftext_, services_.clipboard, services_.messages,
-                        editorFontFace(services_), expand))
+    bool pasted = false;
+    follower_.around([&] {
+        pasted = pasteClipboard(rtftext_, services_.clipboard, services_.messages,
+                                editorFontFace(services_), expand);
+    });
+    if (!pasted)
         return;
     rtftext_.scrollCaretIntoView();
     documents_.changed();
@@ -153,8 +165,7 @@ void Form1::toggleUnderline() {
 }
 
 void Form1::changeCase(LetterCase to) {
-    convertCase(rtftext_, to);
-    documents_.changed();
+    changeText([&] { convertCase(rtftext_, to); });
 }
 
 void Form1::align(Alignment alignment) {

@@ -77,6 +77,15 @@ bool MenuBar::isEnabled(Command item) const {
     return state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) == 0;
 }
 
+void MenuBar::check(Command item, bool checked) {
+    ::CheckMenuItem(menuOf(item), idOf(item),
+                    MF_BYCOMMAND | static_cast<UINT>(checked ? MF_CHECKED : MF_UNCHECKED));
+}
+
+bool MenuBar::isChecked(Command item) const {
+    return (::GetMenuState(menuOf(item), idOf(item), MF_BYCOMMAND) & MF_CHECKED) != 0;
+}
+
 void MenuBar::setCaption(Command item, TextView caption) {
     Text text = menuText(rowOf(item), caption);
     MENUITEMINFOW info{};

@@ -24,6 +24,9 @@ class MenuBar {
     void enable(Command item, bool enabled);
     // True also for a command that no menu has.
     bool isEnabled(Command item) const;
+    // A check mark before the caption.
+    void check(Command item, bool checked);
+    bool isChecked(Command item) const;
     // Captions are without the column of keys, which is the table's.
     void setCaption(Command item, TextView caption);
     Text caption(Command item) const;

@@ -159,7 +159,7 @@ HWND RichEdit::createControl() {
 
 LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                        UINT_PTR id, DWORD_PTR self) {
-    const bool isInput = message == WM_KEYDOWN || message == WM_CHAR ||
+    const bool isInput = message == WM_KEYDOWN || message == WM_SYSKEYDOWN || message == WM_CHAR ||
                          message == WM_LBUTTONDBLCLK || message == WM_DROPFILES;
     if (isInput) {
         RichEdit& editor = *reinterpret_cast<RichEdit*>(self);
@@ -167,11 +167,16 @@ LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam,
         try {
             if (editor.inputFilter_ && editor.inputFilter_(message, wParam, lParam))
                 return 0;
-            if (editor.onTyped(window, message, wParam, lParam, id))
+            if (editor.onTyped(window, message, wParam, lParam, id) ||
+                editor.onDeleted(window, message, wParam, lParam, id))
                 return 0;
         } catch (const std::exception&) {
             return 0;
         }
+    }
+    if (message == WM_IME_STARTCOMPOSITION || message == WM_IME_ENDCOMPOSITION) {
+        reinterpret_cast<RichEdit*>(self)->onComposition(window, message, wParam, lParam, id);
+        return 0;
     }
     return subclassDefault(filterInput, id, window, message, wParam, lParam);
 }
@@ -261,10 +266,10 @@ EditorText RichEdit::text() const {
     return {std::move(chars)};
 }
 
-std::string RichEdit::streamOut() const {
+std::string RichEdit::streamOut(WPARAM what) const {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, writeTarget};
-    send(EM_STREAMOUT, SF_RTF, lparamOf(&stream));
+    send(EM_STREAMOUT, what, lparamOf(&stream));
     // Half a document must never pass for a whole one.
     if (!::IsWindow(handle_) || stream.dwError != 0 || bytes.empty())
         throw std::runtime_error("the editor does not give its Rich Text");
@@ -471,13 +476,17 @@ void RichEdit::tellSelection() const {
 }
 
 void RichEdit::thaw() const {
+    drawAgain();
+    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
+}
+
+void RichEdit::drawAgain() const {
     send(WM_SETREDRAW, TRUE);
     // The message has brought it into view, whatever it was before.
     if (!shown_)
         ::ShowWindow(handle_, SW_HIDE);
     // With its frame: scroll bars that moved meanwhile were not drawn.
     ::RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
-    send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
 }
 
 Text RichEdit::textBetween(Selection range) const {

@@ -6,12 +6,24 @@
 
 #include <functional>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <richedit.h>
 #include "base/Editor.h"
 #include "platform/Win.h"
 
 namespace melvorin {
+
+// Hears of every change that the user makes by a key, before and after it.
+class EditObserver {
+  public:
+    virtual ~EditObserver() = default;
+    virtual void editBegins() = 0;
+    // The control has made it. What is changed now is part of it, and no event comes of that. False
+    // where the document is what it was, so that nobody is to be told.
+    virtual bool editEnds() = 0;
+};
 
 // A document is loaded into a fresh control, which then takes the old one's place: emptying a
 // control costs several times what filling one does (Wine), and a document that the control
@@ -36,6 +48,8 @@ class RichEdit : public Editor {
     };
     using TypingRule = std::function<std::optional<TypingFormat>(TextView face)>;
     void setTypingRule(TypingRule rule) { typingRule_ = std::move(rule); }
+    // Outlives the control; one at a time.
+    void setEditObserver(EditObserver& observer) { observer_ = &observer; }
     void place(const RECT& rectangle);
     // Before `create`: no frame around the control.
     void setFrameless() { edge_ = 0; }
@@ -85,6 +99,39 @@ class RichEdit : public Editor {
     bool atWork() const { return work_ > 0; }
 
     Text textBetween(Selection range) const;
+    std::int32_t length() const;
+
+    // A stretch of the text, all of it in one format, or a picture.
+    struct Piece {
+        Text text;
+        CHARFORMAT2W format{};
+        std::string picture;  // Rich Text
+    };
+    // The pieces of a stretch; the selection is where it was.
+    std::vector<Piece> piecesOf(Selection range);
+    // In place of the selection, which is behind them afterwards.
+    void put(const std::vector<Piece>& pieces);
+    // The stretches of a range that have one face, in order; at most so many, nothing where there
+    // are more.
+    struct FaceRun {
+        Selection range;
+        Text face;
+    };
+    std::optional<std::vector<FaceRun>> faceRuns(Selection range, std::size_t most);
+
+    // While it lives nothing is drawn and no event comes; the caret stands where it stood on the
+    // screen, unless it is moved.
+    class Quiet {
+      public:
+        explicit Quiet(RichEdit& editor);
+        Quiet(const Quiet&) = delete;
+        Quiet& operator=(const Quiet&) = delete;
+        ~Quiet();
+
+      private:
+        RichEdit& editor_;
+        LRESULT events_;
+    };
     // The standard edit messages.
     void cut();
     void copy();
@@ -92,6 +139,9 @@ class RichEdit : public Editor {
     // Puts text in place of the selection as if it was typed: in the format for that, with one
     // change event.
     void type(TextView text);
+    // Runs a change that is one of the user's own, with one change event; none where nothing
+    // changes.
+    void change(const std::function<void()>& action) { changeBy(action, false); }
     // Where a character stands, in pixels of the control.
     POINT pointOf(std::int32_t position) const;
     // The character at a place of the control, in pixels; the nearest one where there is none.
@@ -113,7 +163,7 @@ class RichEdit : public Editor {
     }
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
-    std::string streamOut() const;
+    std::string streamOut(WPARAM what = SF_RTF) const;
     HWND createControl();
     static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self);
@@ -122,16 +172,22 @@ class RichEdit : public Editor {
     Selection beginningOfText(std::int32_t line) const;
     int widthOf(Selection range) const;
     bool onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
-    void typeBy(const std::function<void()>& action);
+    void changeBy(const std::function<void()>& action, bool types);
+    bool observe(const std::function<bool()>& hear);
+    bool onDeleted(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
+    void onComposition(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id);
+    void tellChange() const;
     void formatTyped(std::int32_t begin);
     void tellSelection() const;
-    std::int32_t length() const;
+    void drawAgain() const;
     void thaw() const;
     // False when the control does not take the bytes; the old one then stays.
     bool fillFresh(WPARAM format, std::string_view bytes);
 
     InputFilter inputFilter_;
     TypingRule typingRule_;
+    EditObserver* observer_ = nullptr;
+    bool composes_ = false;     // an input method is at work
     bool returnTyped_ = false;  // the character of a key that was dealt with is still to come
     WPARAM firstHalf_ = 0;      // of a character of two units, until the second comes
     HWND handle_ = nullptr;     // owned by the parent window

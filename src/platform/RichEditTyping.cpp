@@ -2,6 +2,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/HeldKeys.h"
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
 
@@ -49,39 +50,97 @@ bool RichEdit::onTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam, 
         type(u"\r");
         return true;
     }
-    typeBy([&] {
+    const auto act = [&] {
         if (isSecond)
             subclassDefault(filterInput, id, window, message, first, lParam);
         subclassDefault(filterInput, id, window, message, wParam, lParam);
-    });
+    };
+    changeBy(act, true);
     return true;
 }
 
+bool RichEdit::onDeleted(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id) {
+    const bool cuts = wParam == 'X' && isHeld(VK_CONTROL) && !isHeld(VK_MENU);
+    const bool deletes =
+        (message == WM_KEYDOWN && (wParam == VK_BACK || wParam == VK_DELETE || cuts)) ||
+        (message == WM_CHAR && wParam == VK_BACK);
+    if (!deletes)
+        return false;
+    changeBy([&] { subclassDefault(filterInput, id, window, message, wParam, lParam); }, false);
+    return true;
+}
+
+// What an input method composes is one change, at its end.
+void RichEdit::onComposition(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id) {
+    const bool begins = message == WM_IME_STARTCOMPOSITION;
+    if (begins)
+        observe([&] {
+            observer_->editBegins();
+            return true;
+        });
+    composes_ = begins;
+    subclassDefault(filterInput, id, window, message, wParam, lParam);
+    if (begins || observer_ == nullptr)
+        return;
+    bool tells = false;
+    {
+        const Unheard unheard(handle_);
+        tells = observe([&] { return observer_->editEnds(); });
+    }
+    if (tells)
+        tellChange();
+}
+
 void RichEdit::type(TextView text) {
-    typeBy([&] { replaceSelection(text); });
+    changeBy([&] { replaceSelection(text); }, true);
 }
 
 // The format is set at what has come in, not at what is selected before: many keys put nothing in
 // its place.
-void RichEdit::typeBy(const std::function<void()>& action) {
+void RichEdit::changeBy(const std::function<void()>& action, bool types) {
     if (atWork())
         return action();
+    const bool isObserved = observer_ != nullptr && !composes_;
     const Selection before = selection();
     const std::int32_t lengthBefore = length();
     bool changed = false;
+    bool tells = true;
     {
         const Unheard unheard(handle_);
+        if (isObserved)
+            observe([&] {
+                observer_->editBegins();
+                return true;
+            });
         action();
         changed = selection() != before || length() != lengthBefore;
         try {
-            if (changed)
+            if (changed && types)
                 formatTyped(before.begin);
         } catch (const std::exception&) {
             // It stands there in another format; that it does has to be heard all the same.
         }
+        if (changed && isObserved)
+            tells = observe([&] { return observer_->editEnds(); });
     }
     if (!changed)
         return;
+    if (tells)
+        tellChange();
+    else
+        tellSelection();
+}
+
+// An observer that fails must not cost the key that was pressed.
+bool RichEdit::observe(const std::function<bool()>& hear) {
+    try {
+        return observer_ == nullptr || hear();
+    } catch (const std::exception&) {
+        return true;
+    }
+}
+
+void RichEdit::tellChange() const {
     ::SendMessageW(parent_, WM_COMMAND, MAKEWPARAM(id_, EN_CHANGE),
                    reinterpret_cast<LPARAM>(handle_));
     tellSelection();

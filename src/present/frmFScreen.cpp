@@ -39,6 +39,8 @@ frmFScreen::frmFScreen(const Services& services, RichEdit& rtftext, Callbacks ca
     : services_(services),
       rtftext_(rtftext),
       callbacks_(std::move(callbacks)),
+      follower_(FSRTB_, [this] { return textFont(); }),
+      follower2_(FSRTB2_, [this] { return textFont(); }),
       panel_(services_, *this) {
     FSRTB_.setFrameless();
     FSRTB2_.setFrameless();
@@ -97,14 +99,15 @@ bool frmFScreen::createWindow(HWND owner) {
         text->setTypingRule([this](TextView former) -> std::optional<RichEdit::TypingFormat> {
             if (!isDiagramFace(former))
                 return std::nullopt;
-            return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
+            return textFont();
         });
         text->setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
             if (message == WM_DROPFILES)
                 ::DragFinish(reinterpret_cast<HDROP>(wParam));
+            const POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
             if (message == WM_LBUTTONDBLCLK)
-                return RichEditDiagrams(shownText())
-                    .selectAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+                return RichEditDiagrams(shownText()).selectAt(point) ||
+                       shownFollower().selectChordAt(point);
             return onTextInput(message, wParam);
         });
     }
@@ -144,6 +147,7 @@ bool frmFScreen::close() {
         return true;
     if (waits_)
         return false;
+    shownFollower().commandBegins();
     if (!writeBack() &&
         services_.messages.show(u"What was typed here is not in the song and would be lost.\r\n\r\n"
                                 u"Leave it all the same?",
@@ -203,9 +207,11 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             onCommand(wParam, lParam);
             return 0;
         case WM_NOTIFY:
-            if (reinterpret_cast<const NMHDR*>(lParam)->code == EN_SELCHANGE)
+            if (reinterpret_cast<const NMHDR*>(lParam)->code == EN_SELCHANGE) {
+                shownFollower().caretMoved();
                 panel_.showCursorLine(
                     static_cast<int>(shownText().lineOf(shownText().selection().begin)) + 1);
+            }
             return 0;
         case WM_TIMER:
             writeBack();
@@ -325,12 +331,12 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     // A click into the text and a pedal that sends Enter must not write into the song.
     if (panel_.run().isRunning())
         return edits(message, wParam);
-    if (message == WM_KEYDOWN) {
-        const bool isPaste = pastes(strokeOf(wParam));
-        if (isPaste)
-            paste();
-        return isPaste;
-    }
+    if (message == WM_SYSKEYDOWN)
+        return shownFollower().onKeyDown(strokeOf(wParam));
+    if (message == WM_KEYDOWN)
+        return onTextKey(wParam);
+    if (shownFollower().onCharacter(static_cast<char16_t>(wParam)))
+        return true;
     if (wParam != u'\t')
         return false;
     if (!isHeld(VK_SHIFT))
@@ -339,6 +345,29 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
 } catch (const std::exception& error) {
     onException(error);
     return true;
+}
+
+bool frmFScreen::onTextKey(WPARAM key) {
+    const KeyStroke stroke = strokeOf(key);
+    if (!pastes(stroke))
+        return shownFollower().onKeyDown(stroke);
+    shownFollower().commandBegins();
+    paste();
+    return true;
+}
+
+RichEdit::TypingFormat frmFScreen::textFont() const {
+    return {editorFontFace(services_), kEditorFontPoints};
+}
+
+void frmFScreen::follow(bool on) {
+    follower_.setOn(on);
+    follower2_.setOn(on);
+}
+
+void frmFScreen::finishEdits() {
+    shownFollower().commandBegins();
+    writeBack();
 }
 
 // Neither the run nor its buttons may move or close the text meanwhile.
@@ -365,8 +394,12 @@ void frmFScreen::paste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
         return expandPasted(std::move(text), startColumn);
     };
-    if (pasteClipboard(shownText(), services_.clipboard, services_.messages,
-                       editorFontFace(services_), expand)) {
+    bool pasted = false;
+    shownFollower().around([&] {
+        pasted = pasteClipboard(shownText(), services_.clipboard, services_.messages,
+                                editorFontFace(services_), expand);
+    });
+    if (pasted) {
         shownText().scrollCaretIntoView();
         textChanged();
     }
@@ -461,6 +494,7 @@ bool frmFScreen::takeOver(RichEdit& to, const RichEdit& from) {
 }
 
 bool frmFScreen::reduce() {
+    shownFollower().commandBegins();
     if (!takeOver(FSRTB2_, FSRTB_))
         return false;
     reduced_ = true;
@@ -473,7 +507,7 @@ bool frmFScreen::reduce() {
 bool frmFScreen::enlarge() {
     if (!reduced_)
         return true;
-    writeBack();
+    finishEdits();
     if (reducedEdited_ && !takeOver(FSRTB_, FSRTB2_))
         return false;
     reduced_ = reducedEdited_ = false;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "editing/ChordFollower.h"
 #include "platform/RichEdit.h"
 #include "present/StageKeys.h"
 #include "present/frmFScreenB.h"
@@ -39,6 +40,9 @@ class frmFScreen : public Window, private StageView {
     // Keys and wheel of the view and its panel; true when the message is dealt with.
     bool translate(MSG& message);
 
+    // The chords follow the words in what is edited here, or do not.
+    void follow(bool on);
+
     RichEdit& FSRTB() { return FSRTB_; }
     RichEdit& FSRTB2() { return FSRTB2_; }
     frmFScreenB& panel() { return panel_; }
@@ -50,6 +54,9 @@ class frmFScreen : public Window, private StageView {
     LRESULT onErase(HDC dc) const;
     void onDestroy();
     bool onTextInput(UINT message, WPARAM wParam);
+    bool onTextKey(WPARAM key);
+    RichEdit::TypingFormat textFont() const;
+    ChordFollower& shownFollower() { return reduced_ ? follower2_ : follower_; }
     std::optional<Text> expandPasted(Text text, std::size_t startColumn);
     bool onViewKey(const MSG& message);
     void run(ViewKey command);
@@ -77,7 +84,7 @@ class frmFScreen : public Window, private StageView {
     void bringToTop(int line) override;
     bool reduce() override;
     bool enlarge() override;
-    void finishEdits() override { writeBack(); }
+    void finishEdits() override;
     bool takesKey(WPARAM key) override;
     void leave() override { close(); }
 
@@ -86,6 +93,8 @@ class frmFScreen : public Window, private StageView {
     Callbacks callbacks_;
     RichEdit FSRTB_;
     RichEdit FSRTB2_;
+    ChordFollower follower_;
+    ChordFollower follower2_;
     frmFScreenB panel_;
     UniqueBrush background_;
     HWND owner_ = nullptr;

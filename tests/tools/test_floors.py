@@ -12,11 +12,15 @@ FLOORS = [
     ["rtf"],
     ["platform"],
     ["widgets"],
-    ["chords", "dictionary", "find", "present", "sound", "tablature"],
+    ["chords", "dictionary", "editing", "find", "present", "sound", "tablature"],
     ["app"],
 ]
-# The dictionary spells chords as the engine does, and the stage takes hold of diagrams.
-SIDEWAYS = {("dictionary", "chords"), ("present", "dictionary")}
+# The dictionary spells chords as the engine does, and the stage takes hold of diagrams. What keys do
+# in a song is the same in the editor and on stage.
+SIDEWAYS = {
+    ("dictionary", "chords"), ("present", "dictionary"),
+    ("editing", "chords"), ("editing", "tablature"), ("present", "editing"),
+}
 # The batch tool stands beside the house and uses the core of some rooms; its entry alone knows the
 # system that it runs on.
 TOOL = {"base", "rtf", "chords", "dictionary", "find"}

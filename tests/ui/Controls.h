@@ -57,6 +57,25 @@ inline void pressIn(HWND control, WPARAM key) {
     ::PostMessageW(control, WM_KEYDOWN, key, 1);
 }
 
+// Presses a key as the keyboard does, with the modifiers down.
+inline void press(Program& program, HWND window, WPARAM key,
+                  std::initializer_list<int> modifiers = {}) {
+    BYTE keys[256]{};
+    ::GetKeyboardState(keys);
+    for (const int modifier : modifiers)
+        keys[modifier] = 0x80;
+    ::SetKeyboardState(keys);
+    const bool isAlt = std::find(modifiers.begin(), modifiers.end(), VK_MENU) != modifiers.end();
+    ::PostMessageW(window, isAlt ? WM_SYSKEYDOWN : WM_KEYDOWN, key, isAlt ? 0x20000001 : 1);
+    program.pump();
+    for (const int modifier : modifiers)
+        keys[modifier] = 0;
+    ::SetKeyboardState(keys);
+}
+inline void press(Program& program, WPARAM key, std::initializer_list<int> modifiers = {}) {
+    press(program, program.editor().handle(), key, modifiers);
+}
+
 // While it lives, windows of this class that come into view are worked, each once. One at a time.
 class WhileOpen {
   public:

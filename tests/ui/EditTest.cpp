@@ -1,5 +1,5 @@
 // The daily commands on the real editor: clipboard, formats, case, keys, recent files, examples.
-#include "Scripted.h"
+#include "Controls.h"
 
 namespace melvorin::testing {
 namespace {
@@ -7,20 +7,6 @@ namespace {
 SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
     editor.select({position, position + 1});
     return editor.selectionStyle();
-}
-
-// Presses a key as the keyboard does, with the modifiers down.
-void press(Program& program, WPARAM key, std::initializer_list<int> modifiers) {
-    BYTE keys[256]{};
-    ::GetKeyboardState(keys);
-    for (const int modifier : modifiers)
-        keys[modifier] = 0x80;
-    ::SetKeyboardState(keys);
-    ::PostMessageW(program.editor().handle(), WM_KEYDOWN, key, 1);
-    program.pump();
-    for (const int modifier : modifiers)
-        keys[modifier] = 0;
-    ::SetKeyboardState(keys);
 }
 
 constexpr char kRich[] = R"({\rtf1\ansi\deff0{\fonttbl{\f0\fmodern\fcharset0 Courier New;})"

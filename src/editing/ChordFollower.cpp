@@ -1,0 +1,460 @@
+#include "editing/ChordFollower.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "base/DiagramFont.h"
+#include "chords/LineVerdict.h"
+#include "editing/ChordMoveKeys.h"
+#include "platform/Handles.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+namespace {
+
+// A document with more stretches of other faces than this is looked at line by line.
+constexpr std::size_t kMostFaceRuns = 200;
+constexpr std::size_t kMostFaceRunsOfLines = 2000;
+
+std::size_t sizeOf(std::int32_t number) {
+    return static_cast<std::size_t>(std::max(number, 0));
+}
+
+std::int32_t positionOf(std::size_t number) {
+    return static_cast<std::int32_t>(number);
+}
+
+// Hebrew, Arabic and their neighbours: columns count from the other side there.
+bool isRightToLeft(char16_t c) {
+    return (c >= 0x590 && c < 0x900) || (c >= 0xFB1D && c < 0xFE00) || (c >= 0xFE70 && c < 0xFEFF);
+}
+
+// What holds a table or a formula together: a cell has no chords over its words.
+bool isStructure(char16_t c) {
+    return c == u'\n' || c == 7 || (c >= 0xFFF9 && c <= 0xFFFB);
+}
+
+bool isMonospaced(const Text& face) {
+    static std::map<Text, bool> known;
+    const auto found = known.find(face);
+    if (found != known.end())
+        return found->second;
+    LOGFONTW wanted{};
+    wanted.lfHeight = 16;
+    wanted.lfCharSet = DEFAULT_CHARSET;
+    std::copy_n(face.begin(), std::min<std::size_t>(face.size(), LF_FACESIZE - 1),
+                wanted.lfFaceName);
+    const UniqueFont font(::CreateFontIndirectW(&wanted));
+    const WindowDc screen(nullptr);
+    const SelectedObject selected(screen.get(), font.get());
+    TEXTMETRICW metrics{};
+    // The flag says the opposite of its name.
+    const bool isFixed =
+        ::GetTextMetricsW(screen.get(), &metrics) && !(metrics.tmPitchAndFamily & TMPF_FIXED_PITCH);
+    return known[face] = isFixed;
+}
+
+}  // namespace
+
+class ChordFollower::Own {
+  public:
+    explicit Own(ChordFollower& follower)
+        : follower_(follower), former_(std::exchange(follower.own_, true)) {}
+    Own(const Own&) = delete;
+    Own& operator=(const Own&) = delete;
+    ~Own() { follower_.own_ = former_; }
+
+  private:
+    ChordFollower& follower_;
+    bool former_;
+};
+
+ChordFollower::ChordFollower(RichEdit& editor, std::function<RichEdit::TypingFormat()> textFont)
+    : editor_(editor), textFont_(std::move(textFont)) {
+    editor_.setEditObserver(*this);
+}
+
+void ChordFollower::setOn(bool on) {
+    if (on_)
+        commandBegins();
+    on_ = on;
+    forget();
+}
+
+// ---- Keys -------------------------------------------------------------------------------------
+
+bool ChordFollower::onKeyDown(const KeyStroke& stroke) {
+    swallows_ = false;
+    if (!on_)
+        return false;
+    noticeLoad();
+    if (const auto move = runBy(kChordMoveKeys, stroke))
+        return moveChord(*move);
+    if (stroke == plainKey(keys::kDelete))
+        return eraseInTab(TabErase::Delete);
+    if (stroke == plainKey(keys::kBackspace))
+        return swallows_ = eraseInTab(TabErase::Backspace);
+    const auto key = runBy(kChordVisitKeys, stroke);
+    const Selection selected = editor_.selection();
+    if (!key || selected.begin != selected.end)
+        return false;
+    const auto text = linesAround(selected);
+    if (!text)
+        return false;
+    const std::size_t caret = sizeOf(selected.end);
+    ChordVisit next = visit_;
+    std::optional<FollowAnswer> answer;
+    if (*key == ChordVisitKey::ToChords)
+        answer = next.toChords(*text, caret);
+    else if (*key == ChordVisitKey::Enter || *key == ChordVisitKey::Down)
+        answer = next.toWords(*text, caret);
+    else
+        answer = next.tab(*text, caret, *key == ChordVisitKey::FormerStop);
+    const bool goes = goTo(std::move(next), answer);
+    swallows_ = goes && *key != ChordVisitKey::Down;
+    return goes;
+}
+
+// The caret goes, and the blanks that it takes come and go unheard.
+bool ChordFollower::goTo(ChordVisit next, const std::optional<FollowAnswer>& answer) {
+    if (!answer || !mayFollow(answer->edits))
+        return false;
+    const Own own(*this);
+    if (!answer->edits.empty()) {
+        const RichEdit::Quiet quiet(editor_);
+        make(*answer);
+    }
+    visit_ = std::move(next);
+    const auto caret = positionOf(answer->caret);
+    editor_.select({caret, caret});
+    editor_.scrollCaretIntoView();
+    caretLine_ = editor_.lineOf(caret);
+    if (const auto text = linesAround({caret, caret}))
+        follow_.caretAt(*text, answer->caret);
+    return true;
+}
+
+bool ChordFollower::moveChord(ChordFollow::Move move) {
+    const Selection selected = editor_.selection();
+    const auto text = linesAround(selected);
+    const auto answer = text ? follow_.moveChord(*text, sizeOf(selected.end), move) : std::nullopt;
+    // The key does nothing else in a song, wherever the caret is.
+    if (!answer || !mayFollow(answer->edits))
+        return true;
+    visit_.typed();
+    const Own own(*this);
+    editor_.change([&] { make(*answer); });
+    return true;
+}
+
+bool ChordFollower::onCharacter(char16_t character) {
+    if (std::exchange(swallows_, false))
+        return true;
+    if (!on_ || character < u' ' || character == 0x7F)
+        return false;
+    const auto place = tabPlace();
+    const auto edit = place
+                          ? typedOverTab(place->line, place->begin, place->end, Text(1, character))
+                          : std::nullopt;
+    return edit && change(*edit, place->start);
+}
+
+bool ChordFollower::eraseInTab(TabErase key) {
+    const auto place = tabPlace();
+    const auto edit =
+        place ? erasedInTab(place->line, place->begin, place->end, key) : std::nullopt;
+    return edit && change(*edit, place->start);
+}
+
+std::optional<ChordFollower::TabPlace> ChordFollower::tabPlace() const {
+    const Selection selected = editor_.selection();
+    const std::int32_t line = editor_.lineOf(selected.end);
+    const std::int32_t start = editor_.firstOfLine(line);
+    if (selected.begin < start)
+        return std::nullopt;
+    Text text = editor_.textBetween({start, start + editor_.lengthOfLine(line)});
+    if (!isTablature(text))
+        return std::nullopt;
+    return TabPlace{std::move(text), sizeOf(start), sizeOf(selected.begin - start),
+                    sizeOf(selected.end - start)};
+}
+
+bool ChordFollower::change(const TabChange& edit, std::size_t lineStart) {
+    const Own own(*this);
+    const auto begin = positionOf(lineStart + edit.index);
+    const auto caret = positionOf(lineStart + edit.caret);
+    if (!edit.text.empty())
+        editor_.change([&] {
+            editor_.select({begin, begin + positionOf(edit.text.size())});
+            editor_.replaceSelection(edit.text);
+            editor_.select({caret, caret});
+        });
+    else
+        editor_.select({caret, caret});
+    return true;
+}
+
+bool ChordFollower::selectChordAt(POINT point) {
+    if (!on_)
+        return false;
+    const std::int32_t position = editor_.positionAt(point);
+    const auto text = linesAround({position, position});
+    const auto chord = text ? chordAround(*text, sizeOf(position)) : std::nullopt;
+    if (!chord)
+        return false;
+    editor_.select({positionOf(chord->first), positionOf(chord->second)});
+    return true;
+}
+
+// ---- The caret --------------------------------------------------------------------------------
+
+void ChordFollower::caretMoved() {
+    if (!on_ || own_ || before_ || editor_.atWork())
+        return;
+    noticeLoad();
+    const Selection selected = editor_.selection();
+    leaveVisit(selected);
+    const Selection now = editor_.selection();
+    const std::int32_t line = editor_.lineOf(now.end);
+    if (std::exchange(caretLine_, line) == line)
+        return;
+    if (const auto text = linesAround({now.end, now.end}))
+        follow_.caretAt(*text, sizeOf(now.end));
+}
+
+// What was put in for the caret goes when that is elsewhere.
+void ChordFollower::leaveVisit(Selection caret) {
+    const auto padding = visit_.padding();
+    if (!padding) {
+        if (editor_.lineOf(caret.end) != caretLine_)
+            visit_.forget();
+        return;
+    }
+    const bool isThere = caret.begin == caret.end && caret.end >= positionOf(padding->first) &&
+                         caret.end <= positionOf(padding->first + padding->second);
+    if (!isThere)
+        endVisit(caret);
+}
+
+void ChordFollower::endVisit(Selection caret) {
+    const auto padding = visit_.padding();
+    const auto text =
+        padding ? linesAround({std::min(positionOf(padding->first), caret.begin),
+                               std::max(positionOf(padding->first + padding->second), caret.end)})
+                : std::nullopt;
+    const auto answer = text ? visit_.leave(*text, sizeOf(caret.end)) : std::nullopt;
+    visit_.forget();
+    if (!answer || answer->edits.empty())
+        return;
+    const Own own(*this);
+    const RichEdit::Quiet quiet(editor_);
+    const std::size_t anchor = positionAfter(answer->edits, sizeOf(caret.begin));
+    make(*answer);
+    if (caret.begin != caret.end)
+        editor_.select({positionOf(anchor), positionOf(answer->caret)});
+}
+
+void ChordFollower::commandBegins() {
+    if (!on_)
+        return;
+    noticeLoad();
+    if (!editor_.atWork())
+        endVisit(editor_.selection());
+    follow_.beginAnew();
+    hasDiagrams_.reset();
+}
+
+// ---- Changes ----------------------------------------------------------------------------------
+
+void ChordFollower::around(const std::function<void()>& change) {
+    editBegins();
+    change();
+    hasDiagrams_.reset();
+    const RichEdit::Quiet quiet(editor_);
+    editEnds();
+}
+
+void ChordFollower::editBegins() {
+    before_.reset();
+    if (!on_ || own_)
+        return;
+    noticeLoad();
+    const Selection selected = editor_.selection();
+    if (auto text = linesAround(selected))
+        before_ = Before{std::move(*text), sizeOf(selected.end), editor_.length()};
+}
+
+bool ChordFollower::editEnds() {
+    if (!before_)
+        return true;
+    const Before before = *std::exchange(before_, std::nullopt);
+    const std::int32_t grown = editor_.length() - before.length;
+    Excerpt after{before.text.start, {}, {}};
+    const std::int32_t end = positionOf(before.text.end()) + grown;
+    after.chars = editor_.textBetween({positionOf(after.start), end});
+    if (positionOf(after.end()) != end || !isPlain(after.chars)) {
+        forget();
+        return true;
+    }
+    after.diagrams = diagramsIn(after);
+    if (visit_.padding())
+        visit_.typed();
+    const Selection selected = editor_.selection();
+    const FollowAnswer answer =
+        follow_.edited(before.text, before.caret, after, sizeOf(selected.end));
+    if (answer.edits.empty())
+        return !answer.refused;
+    if (!mayFollow(answer.edits)) {
+        forget();
+        return true;
+    }
+    const Own own(*this);
+    const RichEdit::Quiet quiet(editor_);
+    make(answer);
+    if (selected.begin != selected.end)
+        editor_.select({positionOf(positionAfter(answer.edits, sizeOf(selected.begin))),
+                        positionOf(answer.caret)});
+    return !answer.refused;
+}
+
+// Another document has come into a control of its own.
+void ChordFollower::noticeLoad() {
+    if (known_ != editor_.handle())
+        forget();
+}
+
+void ChordFollower::forget() {
+    known_ = editor_.handle();
+    follow_.forget();
+    visit_.forget();
+    before_.reset();
+    hasDiagrams_.reset();
+    caretLine_ = -1;
+}
+
+// ---- The document -----------------------------------------------------------------------------
+
+bool ChordFollower::isPlain(TextView text) const {
+    return std::none_of(text.begin(), text.end(), isStructure);
+}
+
+// Nothing where their columns mean nothing.
+std::optional<Excerpt> ChordFollower::linesAround(Selection range) {
+    // An edit may take the line end before or behind it.
+    constexpr auto above = static_cast<std::int32_t>(kLinesAbove) + 1;
+    constexpr auto below = static_cast<std::int32_t>(kLinesBelow) + 2;
+    const std::int32_t first = std::max(0, editor_.lineOf(range.begin) - above);
+    const std::int32_t behind = editor_.lineOf(range.end) + below;
+    const std::int32_t start = editor_.firstOfLine(first);
+    const std::int32_t next = editor_.firstOfLine(behind);
+    const std::int32_t end = next > start ? next - 1 : editor_.length();
+    Excerpt text{sizeOf(start), editor_.textBetween({start, end}), {}};
+    if (positionOf(text.chars.size()) != end - start || !isPlain(text.chars))
+        return std::nullopt;
+    text.diagrams = diagramsIn(text);
+    return text;
+}
+
+bool ChordFollower::hasDiagrams() {
+    if (!hasDiagrams_) {
+        const RichEdit::Quiet quiet(editor_);
+        const auto runs = editor_.faceRuns({0, editor_.length()}, kMostFaceRuns);
+        hasDiagrams_ = !runs || std::any_of(runs->begin(), runs->end(), [](const auto& run) {
+            return isDiagramFace(run.face);
+        });
+    }
+    return *hasDiagrams_;
+}
+
+std::vector<DiagramCells> ChordFollower::diagramsIn(const Excerpt& text) {
+    if (text.chars.empty() || !hasDiagrams())
+        return {};
+    const RichEdit::Quiet quiet(editor_);
+    const auto runs =
+        editor_.faceRuns({positionOf(text.start), positionOf(text.end())}, kMostFaceRunsOfLines);
+    if (!runs)
+        return {};
+    const auto widthAt = [&](std::int32_t position) {
+        return editor_.pointOf(position + 1).x - editor_.pointOf(position).x;
+    };
+    long cell = 0;
+    std::vector<DiagramCells> diagrams;
+    for (const RichEdit::FaceRun& run : *runs) {
+        if (isDiagramFace(run.face)) {
+            for (std::int32_t at = run.range.begin; at < run.range.end; ++at)
+                diagrams.push_back({sizeOf(at), 1});
+            continue;
+        }
+        for (std::int32_t at = run.range.begin; at < run.range.end && cell == 0; ++at) {
+            const char16_t c = text.chars[sizeOf(at) - text.start];
+            if (c >= u' ' && c < 0x7F)
+                cell = std::max(widthAt(at), 0L);
+        }
+    }
+    for (DiagramCells& diagram : diagrams) {
+        if (cell > 0)
+            diagram.cells = sizeOf(static_cast<std::int32_t>(
+                std::max(1L, (widthAt(positionOf(diagram.position)) + cell / 2) / cell)));
+    }
+    return diagrams;
+}
+
+// Columns mean something in lines from left to right, at the left, in monospaced letters.
+bool ChordFollower::mayFollow(const std::vector<FollowEdit>& edits) {
+    if (edits.empty())
+        return true;
+    const auto lastEnd = positionOf(edits.back().position + edits.back().length);
+    const std::int32_t begin =
+        editor_.firstOfLine(editor_.lineOf(positionOf(edits.front().position)));
+    const std::int32_t lastLine = editor_.lineOf(lastEnd);
+    const Selection range{begin, editor_.firstOfLine(lastLine) + editor_.lengthOfLine(lastLine)};
+    const Text text = editor_.textBetween(range);
+    if (std::any_of(text.begin(), text.end(), isRightToLeft))
+        return false;
+    const RichEdit::Quiet quiet(editor_);
+    const Selection former = editor_.selection();
+    editor_.select(range);
+    const bool isLeft = editor_.selectionStyle().alignment == Alignment::Left;
+    editor_.select(former);
+    const auto runs = editor_.faceRuns(range, kMostFaceRunsOfLines);
+    return isLeft && runs && std::all_of(runs->begin(), runs->end(), [](const auto& run) {
+               return isDiagramFace(run.face) || isMonospaced(run.face);
+           });
+}
+
+void ChordFollower::make(const FollowAnswer& answer) {
+    std::vector<std::vector<RichEdit::Piece>> carried;
+    for (const FollowEdit& edit : answer.edits)
+        carried.push_back(edit.origin == Origin::Document
+                              ? editor_.piecesOf({positionOf(edit.from),
+                                                  positionOf(edit.from + edit.text.size())})
+                              : std::vector<RichEdit::Piece>());
+    const ScrollPosition page = editor_.scrollPosition();
+    for (std::size_t i = answer.edits.size(); i > 0; --i)
+        insert(answer.edits[i - 1], carried[i - 1]);
+    const auto caret = positionOf(answer.caret);
+    editor_.select({caret, caret});
+    editor_.scrollTo(page);
+    editor_.scrollCaretIntoView();
+}
+
+void ChordFollower::insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces) {
+    const auto begin = positionOf(edit.position);
+    editor_.select({begin, begin + positionOf(edit.length)});
+    if (!pieces.empty())
+        return editor_.put(pieces);
+    editor_.replaceSelection(edit.text);
+    if (edit.text.empty() || !hasDiagrams())
+        return;
+    // A blank in the font of a diagram would be another one.
+    const std::int32_t end = editor_.selection().end;
+    editor_.select({begin, end});
+    if (isDiagramFace(editor_.selectionStyle().face.value_or(Text()))) {
+        const RichEdit::TypingFormat font = textFont_();
+        editor_.setSelectionFont(font.face, font.points);
+    }
+    editor_.select({end, end});
+}
+
+}  // namespace melvorin

@@ -1,0 +1,113 @@
+// Stretches of the rich-text control's text with their formats, so that they can be put elsewhere.
+#include <algorithm>
+#include <utility>
+
+#include "platform/RichEdit.h"
+#include "platform/Window.h"
+
+namespace melvorin {
+namespace {
+
+constexpr char16_t kPicture = 0xFFFC;
+// What makes the look of a character.
+constexpr DWORD kLook = CFM_FACE | CFM_SIZE | CFM_COLOR | CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE |
+                        CFM_STRIKEOUT | CFM_BACKCOLOR | CFM_CHARSET;
+
+CHARFORMAT2W formatOfSelection(HWND control) {
+    CHARFORMAT2W format{};
+    format.cbSize = sizeof format;
+    ::SendMessageW(control, EM_GETCHARFORMAT, SCF_SELECTION, lparamOf(&format));
+    return format;
+}
+
+}  // namespace
+
+RichEdit::Quiet::Quiet(RichEdit& editor)
+    : editor_(editor), events_(editor.send(EM_SETEVENTMASK, 0, 0)) {
+    if (!editor_.atWork())
+        editor_.send(WM_SETREDRAW, FALSE);
+}
+
+RichEdit::Quiet::~Quiet() {
+    if (!editor_.atWork())
+        editor_.drawAgain();
+    editor_.send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events_));
+}
+
+std::vector<RichEdit::Piece> RichEdit::piecesOf(Selection range) {
+    const Selection former = selection();
+    std::vector<Piece> pieces;
+    // The stretches still to be looked at, the next one last.
+    std::vector<Selection> left{range};
+    while (!left.empty()) {
+        const Selection here = left.back();
+        left.pop_back();
+        if (here.end <= here.begin)
+            continue;
+        select(here);
+        Piece piece{textBetween(here), formatOfSelection(handle_), {}};
+        const bool isOne = here.end - here.begin == 1;
+        const bool hasPicture = piece.text.find(kPicture) != Text::npos;
+        if (!isOne && (hasPicture || (piece.format.dwMask & kLook) != kLook)) {
+            const std::int32_t middle = here.begin + (here.end - here.begin) / 2;
+            left.push_back({middle, here.end});
+            left.push_back({here.begin, middle});
+            continue;
+        }
+        if (hasPicture)
+            piece.picture = streamOut(SF_RTF | SFF_SELECTION);
+        pieces.push_back(std::move(piece));
+    }
+    select(former);
+    return pieces;
+}
+
+void RichEdit::put(const std::vector<Piece>& pieces) {
+    replaceSelection({});
+    for (const Piece& piece : pieces) {
+        const std::int32_t begin = selection().begin;
+        if (!piece.picture.empty()) {
+            replaceSelectionRtf(piece.picture);
+            continue;
+        }
+        replaceSelection(piece.text);
+        const std::int32_t end = selection().end;
+        select({begin, end});
+        CHARFORMAT2W format = piece.format;
+        format.dwMask &= kLook;
+        applyToSelection(format);
+        select({end, end});
+    }
+}
+
+std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(Selection range,
+                                                                 std::size_t most) {
+    const Selection former = selection();
+    std::vector<FaceRun> runs;
+    std::vector<Selection> left{range};
+    while (!left.empty() && runs.size() <= most) {
+        const Selection here = left.back();
+        left.pop_back();
+        if (here.end <= here.begin)
+            continue;
+        select(here);
+        const CHARFORMAT2W format = formatOfSelection(handle_);
+        if (!(format.dwMask & CFM_FACE) && here.end - here.begin > 1) {
+            const std::int32_t middle = here.begin + (here.end - here.begin) / 2;
+            left.push_back({middle, here.end});
+            left.push_back({here.begin, middle});
+            continue;
+        }
+        Text face(textOf(format.szFaceName));
+        if (!runs.empty() && runs.back().face == face)
+            runs.back().range.end = here.end;
+        else
+            runs.push_back({here, std::move(face)});
+    }
+    select(former);
+    if (runs.size() > most)
+        return std::nullopt;
+    return runs;
+}
+
+}  // namespace melvorin

@@ -1,0 +1,282 @@
+// Chords that follow the words, in the real control and by its keys: what comes of each, and what
+// one Undo makes of it.
+#include "Controls.h"
+#include "base/ProgramSettings.h"
+
+namespace melvorin::testing {
+namespace {
+
+// A song with '^' at the caret or at both ends of the selection.
+struct Drawn {
+    explicit Drawn(std::string_view drawing) : chars(fromUtf8(drawing)) {
+        std::replace(chars.begin(), chars.end(), u'\n', u'\r');
+        const std::size_t begin = chars.find(u'^');
+        chars.erase(begin, 1);
+        const std::size_t end = chars.find(u'^');
+        if (end != Text::npos)
+            chars.erase(end, 1);
+        selection.begin = static_cast<std::int32_t>(begin);
+        selection.end = static_cast<std::int32_t>(end == Text::npos ? begin : end);
+    }
+
+    // As a file has it.
+    std::string bytes() const {
+        std::string lines;
+        for (const char c : toUtf8(chars))
+            lines += c == '\r' ? "\r\n" : std::string(1, c);
+        return lines;
+    }
+
+    Text chars;
+    Selection selection;
+};
+
+std::string drawn(RichEdit& editor) {
+    Text text = editor.text().chars;
+    const Selection selection = editor.selection();
+    text.insert(static_cast<std::size_t>(selection.end), 1, u'^');
+    if (selection.begin != selection.end)
+        text.insert(static_cast<std::size_t>(selection.begin), 1, u'^');
+    std::replace(text.begin(), text.end(), u'\r', u'\n');
+    return toUtf8(text);
+}
+
+// Keys by name, between < and >; all else is typed.
+void give(Program& program, RichEdit& editor, std::string_view keys) {
+    struct Named {
+        std::string_view name;
+        WPARAM key;
+        std::initializer_list<int> held;
+    };
+    static const Named named[] = {
+        {"<bs>", VK_BACK, {}},
+        {"<del>", VK_DELETE, {}},
+        {"<enter>", VK_RETURN, {}},
+        {"<shift+enter>", VK_RETURN, {VK_SHIFT}},
+        {"<ctrl+enter>", VK_RETURN, {VK_CONTROL}},
+        {"<down>", VK_DOWN, {}},
+        {"<left>", VK_LEFT, {}},
+        {"<tab>", VK_TAB, {}},
+        {"<shift+tab>", VK_TAB, {VK_SHIFT}},
+        {"<alt+left>", VK_LEFT, {VK_MENU}},
+        {"<alt+right>", VK_RIGHT, {VK_MENU}},
+        {"<alt+shift+right>", VK_RIGHT, {VK_MENU, VK_SHIFT}},
+        {"<cut>", 'X', {VK_CONTROL}},
+        {"<paste>", 'V', {VK_CONTROL}},
+    };
+    while (!keys.empty()) {
+        const auto* const found = std::find_if(std::begin(named), std::end(named),
+                                               [&](auto& n) { return keys.starts_with(n.name); });
+        if (found != std::end(named)) {
+            press(program, editor.handle(), found->key, found->held);
+            keys.remove_prefix(found->name.size());
+        } else {
+            ::SendMessageW(editor.handle(), WM_CHAR, static_cast<WPARAM>(keys[0]), 1);
+            keys.remove_prefix(1);
+            program.pump();
+        }
+    }
+}
+
+struct Case {
+    std::string_view before;
+    std::string_view keys;
+    std::string_view after;
+    // Steps of Undo; the song is then what it was.
+    int steps = 1;
+};
+
+const Case kCases[] = {
+    // In the words.
+    {"Am      G\nOver ^the hill", "wide ", "Am           G\nOver wide ^the hill", 5},
+    {"Am   G    C\nOver the^ hill", "<bs><bs><bs>river", "Am   G      C\nOver river^ hill", 8},
+    {"Am   G    C\nOver ^the ^hill", "<cut>", "Am   G C\nOver ^hill"},
+    {"Am   G    C\nOver ^the ^hill", "<del>", "Am   G C\nOver ^hill"},
+    {"Am   G    C\nOver ^the hill", "<paste>", "Am           G    C\nOver hop hop ^the hill"},
+    {"C  G\nla la^", "!", "C  G\nla la!^"},
+    // Lines taken apart and put together.
+    {"Am      G\nOver the^ hill", "<enter>", "Am\nOver the\nG\n^ hill"},
+    {"Am      G\nOver the^ hill", "<shift+enter>", "Am\nOver the\nG\n^ hill"},
+    {"C\nla\nG\n^lo", "<bs>", "C G\nla^lo"},
+    {"C\nla^\nG\nlo", "<del>", "C G\nla^lo"},
+    {"C  G\n^\nla", "<bs>", "C  G^\nla"},
+    {"Am  G\n^la la", "<enter>", "\nAm  G\n^la la"},
+    // In the chord line.
+    {"C^    G    Am\nla   la   la", "m7", "Cm7^  G    Am\nla   la   la", 2},
+    {"C^ G  Am\nla la la", "m7", "Cm7^ G Am\nla la la", 2},
+    {"Cm7^  G\nla   la", "<bs><bs>", "C^    G\nla   la", 2},
+    {"C  ^G  Am\nla la la", " ", "C   ^G Am\nla la la"},
+    {"C   ^G  Am\nla  la la", "<bs>", "C  ^G   Am\nla  la la"},
+    {"C  ^G  Am\nla la la", "<alt+right>", "C   ^G Am\nla la la"},
+    {"C   ^G  Am\nla  la la", "<alt+left>", "C  ^G   Am\nla  la la"},
+    {"^C\nla la la", "<alt+shift+right>", "   ^C\nla la la"},
+    // Tablature.
+    {"e|--^0--1--|", "7<del><del><del>", "e|--7---^--|", 2},
+    {"e|--0^--1--|", "<bs>", "e|--^---1--|"},
+};
+
+TEST(ChordsFollow, ByEachKeyAndBackByUndo) {
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(std::string(c.before) + c.keys.data());
+        const Drawn song(c.before);
+        const ScratchFolder folder;
+        Program program(folder.add(u"song.txt", song.bytes()));
+        program.clipboard.plain = u"hop hop ";
+        program.editor().select(song.selection);
+        program.pump();
+        const std::int16_t snapshots = program.history().count();
+        give(program, program.editor(), c.keys);
+        EXPECT_EQ(drawn(program.editor()), c.after);
+        EXPECT_EQ(program.history().count(), snapshots + c.steps);
+        for (int i = 0; i < c.steps; ++i)
+            program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.editor().text().chars, song.chars);
+        for (int i = 0; i < c.steps; ++i)
+            program.command(Command::mnuEditRedo);
+        EXPECT_EQ(program.editor().text().chars, Drawn(c.after).chars);
+    }
+}
+
+TEST(ChordsFollow, OnlyWhileSwitchedOn) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"song.txt", "Am      G\r\nOver the hill\r\n");
+    Program program(path);
+    const Text ini = programIniPath(program.program);
+    EXPECT_TRUE(program.form->menuBar().isChecked(Command::mnuFollow));
+    program.command(Command::mnuFollow);
+    EXPECT_FALSE(program.form->menuBar().isChecked(Command::mnuFollow));
+    EXPECT_EQ((program.profiles.values[{ini, u"Edit", u"Follow"}]), u"0");
+    program.editor().select({15, 15});
+    give(program, program.editor(), "wide ");
+    EXPECT_EQ(program.text(), "Am      G\rOver wide the hill");
+    program.command(Command::mnuFollow);
+    EXPECT_EQ((program.profiles.values[{ini, u"Edit", u"Follow"}]), u"1");
+    program.editor().select({15, 15});
+    give(program, program.editor(), "x");
+    EXPECT_EQ(program.text(), "Am       G\rOver xwide the hill");
+}
+
+// Blanks on the way to a place are no change until something is written there.
+TEST(ChordsFollow, AVisitToTheChordsLeavesNothingBehind) {
+    struct Visit {
+        std::string_view before;
+        std::string_view keys;
+        std::string_view after;
+        int steps;
+    };
+    const Visit visits[] = {
+        {"Am\nOver the ^hill", "<ctrl+enter>", "Am       ^\nOver the hill", 0},
+        {"Am\nOver the ^hill", "<ctrl+enter><enter>", "Am\nOver the ^hill", 0},
+        {"Am\nOver the ^hill", "<ctrl+enter>G<down>", "Am       G\nOver the ^hill", 1},
+        {"Over the ^hill", "<ctrl+enter>G7<enter>", "         G7\nOver the ^hill", 2},
+        {"Over the ^hill", "<ctrl+enter><down>", "Over the ^hill", 0},
+        {"A^m\nOver the hill", "<tab>", "Am   ^\nOver the hill", 0},
+        {"A^m\nOver the hill", "<tab><tab>C", "Am       C^\nOver the hill", 1},
+        {"Am   G^\nOver the hill", "<shift+tab>", "Am   ^G\nOver the hill", 0},
+    };
+    for (const Visit& visit : visits) {
+        SCOPED_TRACE(std::string(visit.before) + visit.keys.data());
+        const Drawn song(visit.before);
+        const ScratchFolder folder;
+        Program program(folder.add(u"song.txt", song.bytes()));
+        program.editor().select(song.selection);
+        program.pump();
+        const std::int16_t snapshots = program.history().count();
+        give(program, program.editor(), visit.keys);
+        EXPECT_EQ(drawn(program.editor()), visit.after);
+        EXPECT_EQ(program.history().count(), snapshots + visit.steps);
+        EXPECT_EQ(program.state().dirty, visit.steps > 0);
+        // A command finds none of it, nor does the caret elsewhere.
+        program.command(Command::mnuSelectAll);
+        if (visit.steps == 0) {
+            EXPECT_EQ(program.editor().text().chars, song.chars);
+        }
+        for (int i = 0; i < visit.steps; ++i)
+            program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.editor().text().chars, song.chars);
+    }
+}
+
+// Colours and diagrams keep their characters.
+TEST(ChordsFollow, FormatsStayWithTheirCharacters) {
+    constexpr char song[] =
+        R"({\rtf1\ansi\deff0{\fonttbl{\f0\fmodern\fcharset0 Courier New;})"
+        R"({\f1\fnil\fcharset0 Melvorin 01;}}{\colortbl ;\red0\green0\blue255;})"
+        R"(\pard\f0\fs20\cf1 Am  {\b G}  {\f1 a}\cf0\par la la {\i la}\par})";
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.rtf", song));
+    const std::string before = program.text();
+    RichEdit& editor = program.editor();
+    const auto styleOf = [&](char16_t c, std::size_t from) {
+        const auto at = static_cast<std::int32_t>(editor.text().chars.find(c, from));
+        editor.select({at, at + 1});
+        return editor.selectionStyle();
+    };
+    const auto expectFormats = [&] {
+        EXPECT_EQ(styleOf(u'G', 0).bold, true);
+        EXPECT_EQ(styleOf(u'G', 0).colour, (Rgb{0, 0, 255}));
+        EXPECT_EQ(styleOf(u'a', 5).face, u"Melvorin 01");
+        EXPECT_EQ(styleOf(u' ', 0).bold, false);
+    };
+    const std::size_t words = before.find("la la");
+    const auto place = static_cast<std::int32_t>(words) + 3;
+    editor.select({place, place});
+    give(program, editor, "oh ");
+    EXPECT_EQ(program.text(), "Am     G  a\rla oh la la") << "was " << before;
+    expectFormats();
+    // The second half gets its chords with all that they are.
+    const auto half = static_cast<std::int32_t>(program.text().find("la la"));
+    editor.select({half, half});
+    give(program, editor, "<enter>");
+    EXPECT_EQ(program.text(), "Am\rla oh \r G  a\rla la");
+    expectFormats();
+}
+
+// Columns mean nothing in other fonts and at the middle of the page.
+TEST(ChordsFollow, OnlyWhereColumnsMeanSomething) {
+    for (const bool isCentred : {false, true}) {
+        const ScratchFolder folder;
+        Program program(folder.add(u"song.txt", "C  G\r\nla la\r\n"));
+        program.editor().select({0, 10});
+        if (isCentred)
+            program.command(Command::alignCenter);
+        else
+            program.editor().setSelectionFace(u"Arial");
+        program.editor().select({5, 5});
+        give(program, program.editor(), "x");
+        EXPECT_EQ(program.text(), "C  G\rxla la") << isCentred;
+    }
+}
+
+TEST(ChordsFollow, OnStageToo) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "Am      G\r\nOver the hill\r\n"));
+    program.command(Command::mnuFullScreen);
+    frmFScreen& stage = program.form->fullScreen();
+    program.waitUntil([&] { return stage.panel().isPrepared(); });
+    stage.FSRTB().select({15, 15});
+    give(program, stage.FSRTB(), "wide <bs>");
+    EXPECT_EQ(shown(stage.FSRTB().text().chars), "Am          G\rOver widethe hill");
+    EXPECT_EQ(program.text(), "Am          G\rOver widethe hill") << "and in the song";
+    stage.FSRTB().select({18, 23});
+    give(program, stage.FSRTB(), "<cut>");
+    EXPECT_EQ(program.text(), "Am     G\rOverthe hill");
+}
+
+// What an input method composes is one change.
+TEST(ChordsFollow, ACompositionCountsAtItsEnd) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "C  G\r\nla la\r\n"));
+    program.editor().select({8, 8});
+    program.pump();
+    const HWND control = program.editor().handle();
+    ::SendMessageW(control, WM_IME_STARTCOMPOSITION, 0, 0);
+    for (const char16_t c : Text(u"oh "))
+        ::SendMessageW(control, WM_CHAR, c, 1);
+    EXPECT_EQ(program.text(), "C  G\rla oh la");
+    ::SendMessageW(control, WM_IME_ENDCOMPOSITION, 0, 0);
+    EXPECT_EQ(program.text(), "C     G\rla oh la");
+}
+
+}  // namespace
+}  // namespace melvorin::testing
