@@ -130,7 +130,7 @@ class Form1 : public Window {
     void editUndo() { documents_.undo(); }
     void editRedo() { documents_.redo(); }
     // A change at the selection that a command makes: one undo step, and the chords follow.
-    void changeText(const std::function<void()>& change);
+    void changeText(const std::function<void()>& change, bool keepsLines = false);
     void editCut();
     void editCopy() { rtftext_.copy(); }
     void editPaste();

@@ -109,10 +109,10 @@ void Form1::onContextMenu(LPARAM lParam) {
 
 // ---- Commands ---------------------------------------------------------------------------------
 
-void Form1::changeText(const std::function<void()>& change) {
+void Form1::changeText(const std::function<void()>& change, bool keepsLines) {
     {
         const EditorWork work(rtftext_);
-        follower_.around(change);
+        follower_.around(change, keepsLines);
     }
     documents_.changed();
 }
@@ -165,7 +165,7 @@ void Form1::toggleUnderline() {
 }
 
 void Form1::changeCase(LetterCase to) {
-    changeText([&] { convertCase(rtftext_, to); });
+    changeText([&] { convertCase(rtftext_, to); }, true);
 }
 
 void Form1::align(Alignment alignment) {

@@ -99,7 +99,19 @@ TextEdit differenceOf(const Excerpt& before, const Excerpt& after, std::size_t c
 
 FollowAnswer ChordFollow::edited(const Excerpt& before, std::size_t caretBefore,
                                  const Excerpt& after, std::size_t caretAfter) {
-    const TextEdit edit = differenceOf(before, after, caretAfter);
+    return answerTo(before, differenceOf(before, after, caretAfter), caretBefore, after, caretAfter,
+                    true);
+}
+
+FollowAnswer ChordFollow::replaced(const Excerpt& before, const TextEdit& edit,
+                                   std::size_t caretBefore, const Excerpt& after,
+                                   std::size_t caretAfter) {
+    return answerTo(before, edit, caretBefore, after, caretAfter, false);
+}
+
+FollowAnswer ChordFollow::answerTo(const Excerpt& before, const TextEdit& edit,
+                                   std::size_t caretBefore, const Excerpt& after,
+                                   std::size_t caretAfter, bool mayKeepLines) {
     if (edit.length == 0 && edit.text.empty())
         return {{}, caretAfter, false};
     const FollowLines lines = linesOf(before);
@@ -108,7 +120,7 @@ FollowAnswer ChordFollow::edited(const Excerpt& before, std::size_t caretBefore,
                       placeOf(lines, before.start, end),
                       incomingText(after, edit.position, edit.text.size()), caretBefore >= end};
     const std::size_t ends = cutAtLineEnds(places.incoming).size() - 1;
-    const bool keepsLines = ends > 0 && ends == places.to.line - places.from.line;
+    const bool keepsLines = mayKeepLines && ends > 0 && ends == places.to.line - places.from.line;
     const EditedLines result = keepsLines ? followLineByLine(lines, before.start, places)
                                           : follow(lines, before.start, places);
     FollowText text = joined(result.lines);

@@ -58,6 +58,10 @@ class ChordFollow {
     // have gone (letter case, a text dragged to another line), each line is edited by itself.
     FollowAnswer edited(const Excerpt& before, std::size_t caretBefore, const Excerpt& after,
                         std::size_t caretAfter);
+    // The same where something else has come for a selection over several lines: that is not what
+    // the texts differ in, as lines may begin and end alike.
+    FollowAnswer replaced(const Excerpt& before, const TextEdit& edit, std::size_t caretBefore,
+                          const Excerpt& after, std::size_t caretAfter);
 
     // The same before the control has done anything: for Enter (`text` is "\r"), Backspace at a
     // line's start and Delete at its end, what deletes a selection over several lines, and pasting
@@ -127,6 +131,8 @@ class ChordFollow {
         bool backward = false;
     };
 
+    FollowAnswer answerTo(const Excerpt& before, const TextEdit& edit, std::size_t caretBefore,
+                          const Excerpt& after, std::size_t caretAfter, bool mayKeepLines);
     EditedLines follow(const FollowLines& lines, std::size_t start, const Edit& edit);
     EditedLines followLineByLine(const FollowLines& lines, std::size_t start, const Edit& edit);
     EditedLines followInLine(const FollowLines& lines, std::size_t start, const Edit& edit);

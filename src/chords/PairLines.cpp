@@ -83,7 +83,10 @@ class Eraser {
 };
 
 // The chords over the letters that are left of the last line, in columns from where it was cut.
+// Those behind its letters were selected with them.
 ChordStack Eraser::chordsOverTail(const LinePair& pair) const {
+    if (tail().isBlank())
+        return {};
     const std::size_t cut = cutColumn();
     ChordStack stack = ChordStack(lines_, pair).between(cut, kEndless);
     stack.move([&](std::size_t column) { return column - cut; });
@@ -156,7 +159,7 @@ EditedLines Eraser::eraseIntoWords() const {
         return withLines(from_.line, to_.line, rest, {from_.line + rest.size() - 1, 0});
     }
     if (holdsWords(first().text))
-        return join(from_, to_);
+        return tail().isBlank() && !isLineEndOnly() ? plainly() : join(from_, to_);
     FollowLines rest = chordsOverTail(*pair).lines();
     rest.insert(rest.begin(), {head(), newLineEnd()});
     rest.push_back({tail(), last().end});
@@ -188,7 +191,7 @@ EditedLines Eraser::eraseToOwnWords(const LinePair& pair) const {
     const std::size_t cut = cutColumn();
     std::vector<StackedChord> chords = chordsOf(first().text, 0, from_.index);
     for (StackedChord& chord : chordsOf(first().text, from_.index)) {
-        if (chord.column >= cut)
+        if (chord.column >= cut && !tail().isBlank())
             chords.push_back(std::move(chord));
     }
     ChordStack stack(std::move(chords), first().end);

@@ -267,12 +267,14 @@ void ChordFollower::commandBegins() {
 
 // ---- Changes ----------------------------------------------------------------------------------
 
-void ChordFollower::around(const std::function<void()>& change) {
+void ChordFollower::around(const std::function<void()>& change, bool keepsLines) {
     editBegins();
     change();
     hasDiagrams_.reset();
     const RichEdit::Quiet quiet(editor_);
+    keepsLines_ = keepsLines;
     editEnds();
+    keepsLines_ = false;
 }
 
 void ChordFollower::editBegins() {
@@ -282,7 +284,7 @@ void ChordFollower::editBegins() {
     noticeLoad();
     const Selection selected = editor_.selection();
     if (auto text = linesAround(selected))
-        before_ = Before{std::move(*text), sizeOf(selected.end), editor_.length()};
+        before_ = Before{std::move(*text), selected, editor_.length()};
 }
 
 bool ChordFollower::editEnds() {
@@ -301,8 +303,12 @@ bool ChordFollower::editEnds() {
     if (visit_.padding())
         visit_.typed();
     const Selection selected = editor_.selection();
+    const std::size_t caret = sizeOf(selected.end);
+    const std::size_t caretBefore = sizeOf(before.selected.end);
+    const auto lines = keepsLines_ ? std::nullopt : replacedLines(before, after);
     const FollowAnswer answer =
-        follow_.edited(before.text, before.caret, after, sizeOf(selected.end));
+        lines ? follow_.replaced(before.text, *lines, caretBefore, after, caret)
+              : follow_.edited(before.text, caretBefore, after, caret);
     if (answer.edits.empty())
         return !answer.refused;
     if (!mayFollow(answer.edits)) {
@@ -316,6 +322,23 @@ bool ChordFollower::editEnds() {
         editor_.select({positionOf(positionAfter(answer.edits, sizeOf(selected.begin))),
                         positionOf(answer.caret)});
     return !answer.refused;
+}
+
+// What has come for a selection, where either has several lines.
+std::optional<TextEdit> ChordFollower::replacedLines(const Before& before, const Excerpt& after) {
+    const TextView old = before.text.chars;
+    const TextView now = after.chars;
+    const std::size_t front = sizeOf(before.selected.begin) - before.text.start;
+    const std::size_t behind = before.text.end() - sizeOf(before.selected.end);
+    if (before.selected.begin == before.selected.end || front + behind > now.size() ||
+        old.substr(0, front) != now.substr(0, front) ||
+        old.substr(old.size() - behind) != now.substr(now.size() - behind))
+        return std::nullopt;
+    const TextView gone = old.substr(front, old.size() - behind - front);
+    const TextView come = now.substr(front, now.size() - behind - front);
+    if (gone.find(u'\r') == Text::npos && come.find(u'\r') == Text::npos)
+        return std::nullopt;
+    return TextEdit{before.text.start + front, gone.size(), Text(come)};
 }
 
 // Another document has come into a control of its own.
@@ -413,10 +436,7 @@ bool ChordFollower::mayFollow(const std::vector<FollowEdit>& edits) {
     if (std::any_of(text.begin(), text.end(), isRightToLeft))
         return false;
     const RichEdit::Quiet quiet(editor_);
-    const Selection former = editor_.selection();
-    editor_.select(range);
-    const bool isLeft = editor_.selectionStyle().alignment == Alignment::Left;
-    editor_.select(former);
+    const bool isLeft = editor_.styleOf(range).alignment == Alignment::Left;
     const auto runs = editor_.faceRuns(range, kMostFaceRunsOfLines);
     return isLeft && runs && std::all_of(runs->begin(), runs->end(), [](const auto& run) {
                return isDiagramFace(run.face) || isMonospaced(run.face);

@@ -35,8 +35,8 @@ class ChordFollower : public EditObserver {
     // A command is to run: what a visit to the chords has put in goes.
     void commandBegins();
     // Runs a change of the document at the selection, and lets the chords follow. Whoever calls
-    // tells of the change.
-    void around(const std::function<void()>& change);
+    // tells of the change. `keepsLines`: each line stays itself, as when letters change their case.
+    void around(const std::function<void()>& change, bool keepsLines = false);
 
     void editBegins() override;
     bool editEnds() override;
@@ -44,9 +44,10 @@ class ChordFollower : public EditObserver {
   private:
     struct Before {
         Excerpt text;
-        std::size_t caret = 0;
+        Selection selected;
         std::int32_t length = 0;
     };
+    static std::optional<TextEdit> replacedLines(const Before& before, const Excerpt& after);
     // The follower itself changes text or selection while one lives.
     class Own;
 
@@ -83,6 +84,7 @@ class ChordFollower : public EditObserver {
     std::optional<bool> hasDiagrams_;  // nothing: to be looked up
     bool on_ = false;
     bool own_ = false;
+    bool keepsLines_ = false;
     bool swallows_ = false;  // the character of a key that was dealt with
 };
 

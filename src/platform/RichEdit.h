@@ -107,7 +107,8 @@ class RichEdit : public Editor {
         CHARFORMAT2W format{};
         std::string picture;  // Rich Text
     };
-    // The pieces of a stretch; the selection is where it was.
+    // These three leave selection and page where they were. Within a Quiet, or it would be seen.
+    SelectionStyle styleOf(Selection range);
     std::vector<Piece> piecesOf(Selection range);
     // In place of the selection, which is behind them afterwards.
     void put(const std::vector<Piece>& pieces);
@@ -158,6 +159,8 @@ class RichEdit : public Editor {
     void bringToTop(std::int32_t line);
 
   private:
+    class Look;
+
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
         return ::SendMessageW(handle_, message, wParam, lParam);
     }

@@ -22,6 +22,24 @@ CHARFORMAT2W formatOfSelection(HWND control) {
 
 }  // namespace
 
+// Formats are those of the selection: that goes elsewhere for a moment, and the page stays.
+class RichEdit::Look {
+  public:
+    explicit Look(RichEdit& editor)
+        : editor_(editor), selected_(editor.selection()), page_(editor.scrollPosition()) {}
+    Look(const Look&) = delete;
+    Look& operator=(const Look&) = delete;
+    ~Look() {
+        editor_.select(selected_);
+        editor_.scrollTo(page_);
+    }
+
+  private:
+    RichEdit& editor_;
+    Selection selected_;
+    ScrollPosition page_;
+};
+
 RichEdit::Quiet::Quiet(RichEdit& editor)
     : editor_(editor), events_(editor.send(EM_SETEVENTMASK, 0, 0)) {
     if (!editor_.atWork())
@@ -34,8 +52,14 @@ RichEdit::Quiet::~Quiet() {
     editor_.send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events_));
 }
 
+SelectionStyle RichEdit::styleOf(Selection range) {
+    const Look look(*this);
+    select(range);
+    return selectionStyle();
+}
+
 std::vector<RichEdit::Piece> RichEdit::piecesOf(Selection range) {
-    const Selection former = selection();
+    const Look look(*this);
     std::vector<Piece> pieces;
     // The stretches still to be looked at, the next one last.
     std::vector<Selection> left{range};
@@ -58,7 +82,6 @@ std::vector<RichEdit::Piece> RichEdit::piecesOf(Selection range) {
             piece.picture = streamOut(SF_RTF | SFF_SELECTION);
         pieces.push_back(std::move(piece));
     }
-    select(former);
     return pieces;
 }
 
@@ -82,7 +105,7 @@ void RichEdit::put(const std::vector<Piece>& pieces) {
 
 std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(Selection range,
                                                                  std::size_t most) {
-    const Selection former = selection();
+    const Look look(*this);
     std::vector<FaceRun> runs;
     std::vector<Selection> left{range};
     while (!left.empty() && runs.size() <= most) {
@@ -104,7 +127,6 @@ std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(Selection range
         else
             runs.push_back({here, std::move(face)});
     }
-    select(former);
     if (runs.size() > most)
         return std::nullopt;
     return runs;

@@ -783,5 +783,27 @@ TEST(ChordFollow, DeletingOverLineEnds) {
     }
 }
 
+// Lines that begin and end like those that they replace: nothing of the former song is in them.
+TEST(ChordFollow, ASongPastedOverAnotherIsAsItWas) {
+    const std::string_view songs[] = {
+        "Dm      Gm\nla la la la\nC          Am\nlo lo lo lo lo",
+        "Dm   A7   D\nla la la la\nDm       A7      Dm\nle lo lo lo",
+        "Am\nla",
+        "no chords\nat all",
+    };
+    for (const std::string_view former : songs) {
+        for (const std::string_view next : songs) {
+            for (const bool afterwards : {false, true}) {
+                FollowedSong song(std::string("|") + std::string(former) + "|");
+                song.correctsAfterwards = afterwards;
+                Text text = fromUtf8(next);
+                std::replace(text.begin(), text.end(), u'\n', u'\r');
+                song.paste(text);
+                EXPECT_EQ(song.drawn(), std::string(next) + "|") << former;
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace melvorin

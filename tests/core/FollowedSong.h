@@ -96,7 +96,9 @@ class FollowedSong {
         const std::size_t now = begin + with.size();
         Excerpt after = before;
         after.chars = text_.substr(before.start, before.chars.size() + with.size() - (end - begin));
-        const FollowAnswer answer = follow.edited(before, caret, after, now);
+        const FollowAnswer answer = begin < end && changesLines
+                                        ? follow.replaced(before, edit, caret, after, now)
+                                        : follow.edited(before, caret, after, now);
         checkCarried(answer, text_, {});
         applyEdits(text_, answer.edits);
         select(answer.caret, answer.caret);

@@ -11,6 +11,7 @@
 
 #include "app/CommandMap.h"
 #include "chords/CreatorKeys.h"
+#include "editing/ChordMoveKeys.h"
 #include "present/StageKeys.h"
 
 namespace melvorin {
@@ -175,6 +176,10 @@ TEST(Keys, TheHelpTellsThemAll) {
     onTheBar.merge(keysOf(kPedalKeys));
     EXPECT_EQ(byPlace["bar of a run"], onTheBar);
     EXPECT_EQ(byPlace["Create Chord Notation"], keysOf(kLineKeys));
+    EXPECT_EQ(byPlace["chord"], keysOf(kChordMoveKeys));
+    Names onVisits = byPlace["words and their chords"];
+    onVisits.merge(Names(byPlace["chord line"]));
+    EXPECT_EQ(onVisits, keysOf(kChordVisitKeys));
     Names accessKeys;
     for (const CommandRow& row : commands()) {
         const std::size_t mark = row.menu.caption.find(u'&');
@@ -207,6 +212,10 @@ TEST(Keys, TheReadmeTellsThoseOfTheMainWindow) {
             if (key != "Alt+F4" && key != "Del")  // as in every program
                 known.insert(key);
         }
+    }
+    for (const std::string& key : keysOf(kChordVisitKeys)) {
+        if (key.find('+') != std::string::npos)
+            known.insert(key);
     }
     EXPECT_EQ(told, known);
 }

@@ -164,6 +164,7 @@ Chord Notation
  Alteration Signs
   >> Use Sharps
   Use Flats
+ Chords Follow the Words
 Examples
  Example 1 (Read this first)
  Example 2

@@ -69,11 +69,11 @@ TEST_F(KeptWork, ATypedCharacterIsOneStepAndTakesTheEditorsFont) {
         bool inWords;     // and not in place of a diagram or behind one
     };
     const Case cases[] = {
-        {{0, 0}, u"x", "xC  G\rla an la", 0, true},
+        {{0, 0}, u"x", "xC G\rla an la", 0, true},
         {{0, 4}, u"x", "x\rla an la", 0, true},
         {kDiagrams, u"x", "C  G\rla x la", 8, false},
         {{10, 10}, u"x", "C  G\rla anx la", 10, false},
-        {{8, 8}, u"\U0001F3B8", "C  G\rla \U0001F3B8an la", 8, true},
+        {{8, 8}, u"\U0001F3B8", "C    G\rla \U0001F3B8an la", 10, true},
         {{0, 1}, u"\t", "          G\rla an la", 0, true},
     };
     for (const bool hasRichText : {false, true}) {
@@ -241,7 +241,7 @@ TEST_F(KeptWork, ADropClosesTheStageFirst) {
     ::SendMessageW(program.form->handle(), WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
     EXPECT_FALSE(program.form->fullScreen().isOpen());
     EXPECT_EQ(program.messages.boxes.at(0).text, "Save changes to song.rtf?");
-    EXPECT_EQ(program.text(), "xC  G\rla an la");
+    EXPECT_EQ(program.text(), "xC G\rla an la");
 }
 
 // ---- Undo and the page -------------------------------------------------------------------------

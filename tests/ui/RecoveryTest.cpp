@@ -357,13 +357,13 @@ TEST(Save, AsksBeforeItOverwritesWhatAnotherProgramWrote) {
                       std::string::npos);
         }
         EXPECT_EQ(program.state().dirty, !c.saved);
-        EXPECT_EQ(folder.content(u"song.txt"), c.saved ? "x" + original : c.change);
+        EXPECT_EQ(folder.content(u"song.txt"), c.saved ? "xC G\r\nla la\r\n" : c.change);
         // Its own writing is no surprise.
         program.type(u"y");
         if (!c.saved)
             program.messages.answer(Answer::Yes);
         program.command(Command::mnuFileSave);
-        EXPECT_EQ(folder.content(u"song.txt"), "xy" + original);
+        EXPECT_EQ(folder.content(u"song.txt"), "xyC G\r\nla la\r\n");
     }
 }
 
