@@ -74,7 +74,7 @@ TEST_F(KeptWork, ATypedCharacterIsOneStepAndTakesTheEditorsFont) {
         {kDiagrams, u"x", "C  G\rla x la", 8, false},
         {{10, 10}, u"x", "C  G\rla anx la", 10, false},
         {{8, 8}, u"\U0001F3B8", "C    G\rla \U0001F3B8an la", 10, true},
-        {{0, 1}, u"\t", "          G\rla an la", 0, true},
+        {{0, 1}, u"\t", "        G\rla an la", 0, true},
     };
     for (const bool hasRichText : {false, true}) {
         program.clipboard.rich = hasRichText ? std::optional<std::string>(kSong) : std::nullopt;
