@@ -2,6 +2,7 @@
 // versions of Windows have it: nothing is cut off, nothing overlaps. Windows that measure their
 // texts stand a much larger font too, and being dragged.
 #include "Controls.h"
+#include "chords/FrmCifraCreator.h"
 #include "widgets/FrmTxt.h"
 
 namespace melvorin::testing {
@@ -256,6 +257,14 @@ class WhenActive {
 void lookAtNotation(Program& program, const std::string& font) {
     inModal(program, L"MelvorinFrmCifraCreator", Command::mnuEditCifra, [&](HWND window) {
         const SIZE opened = sizeOf(window);
+        const auto expectBoxes = [&] {
+            for (const int box : {FrmCifraCreator::kRb1, FrmCifraCreator::kRtb2}) {
+                const SIZE size = sizeOf(::GetDlgItem(window, box));
+                EXPECT_GT(3 * size.cx, sizeOf(window).cx) << box;
+                EXPECT_GT(4 * size.cy, sizeOf(window).cy) << box;
+            }
+        };
+        expectBoxes();
         expectSound(window, "creator" + font);
         const SIZE rest = restOf(window);
         ::SetWindowPos(window, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
@@ -263,6 +272,7 @@ void lookAtNotation(Program& program, const std::string& font) {
         EXPECT_LT(sizeOf(window).cy, opened.cy);
         EXPECT_EQ(restOf(window).cx, rest.cx);
         EXPECT_EQ(restOf(window).cy, rest.cy);
+        expectBoxes();
         expectSound(window, "creator at its least" + font);
         expectToFollow(window, "creator" + font, {160, 120});
     });
