@@ -355,6 +355,29 @@ TEST_F(FontWindow, KeysReachEverything) {
     EXPECT_EQ(newSteps(), 1);
 }
 
+// Letters too large for the example are as large as it allows.
+TEST_F(FontWindow, DraggingTheBorderMakesLargeLettersLarger) {
+    const auto letters = [&] {
+        LOGFONTW font{};
+        ::GetObjectW(reinterpret_cast<HFONT>(send(frmFont::kLabel4, WM_GETFONT)), sizeof font,
+                     &font);
+        return -font.lfHeight;
+    };
+    program.editor().setSelectionSize(800);
+    waitForSelection({5, 11}, frmFont::kT1, "400");
+    const LONG usual = letters();
+    RECT own{};
+    ::GetWindowRect(window().handle(), &own);
+    const auto drag = [&](LONG by) {
+        ::SetWindowPos(window().handle(), nullptr, 0, 0, static_cast<int>(own.right - own.left),
+                       static_cast<int>(own.bottom - own.top + by), SWP_NOMOVE | SWP_NOZORDER);
+    };
+    drag(90);
+    EXPECT_EQ(letters(), usual + 60);
+    drag(0);
+    EXPECT_EQ(letters(), usual);
+}
+
 // Nothing is cut off, nothing overlaps, and rows share their lines.
 TEST_F(FontWindow, ControlsKeepApartAndInside) {
     struct Placed {
