@@ -378,7 +378,7 @@ TEST_F(FontWindow, DraggingTheBorderMakesLargeLettersLarger) {
     EXPECT_EQ(letters(), usual);
 }
 
-// Nothing is cut off, nothing overlaps, and rows share their lines.
+// Nothing is cut off, nothing overlaps, and columns are equally wide.
 TEST_F(FontWindow, ControlsKeepApartAndInside) {
     struct Placed {
         HWND window;
@@ -401,6 +401,13 @@ TEST_F(FontWindow, ControlsKeepApartAndInside) {
         EXPECT_TRUE(area.left >= 8 && area.top >= 8 && area.right <= client.right - 8 &&
                     area.bottom <= client.bottom - 8);
     }
+    const auto widthOf = [&](int id) {
+        RECT area{};
+        ::GetWindowRect(control(id), &area);
+        return area.right - area.left;
+    };
+    for (int id = frmFont::kG1; id < frmFont::kG1 + static_cast<int>(kNamedSwatchCount); ++id)
+        EXPECT_EQ(widthOf(id), widthOf(frmFont::kCommand3)) << id;
     for (const Placed& a : placed) {
         for (const Placed& b : placed) {
             RECT common{};
