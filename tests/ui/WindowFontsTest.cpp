@@ -286,14 +286,19 @@ void lookAtNotation(Program& program, const std::string& font) {
 
 // The windows that measure their texts.
 void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& font) {
-    program.command(Command::mnuFind);
-    expectSound(program.form->findWindow().handle(), "find" + font);
-    expectToFollow(program.form->findWindow().handle(), "find" + font, {160, 0});
-    ::ShowWindow(program.form->findWindow().handle(), SW_HIDE);
-    program.command(Command::mnuTab);
-    expectSound(program.form->tabWindow().handle(), "tablature" + font);
-    expectToFollow(program.form->tabWindow().handle(), "tablature" + font, {160, 120});
-    ::ShowWindow(program.form->tabWindow().handle(), SW_HIDE);
+    Form1& form = *program.form;
+    const auto look = [&](Command command, const Window& window, const char* name, SIZE by) {
+        program.command(command);
+        program.pump();
+        ASSERT_TRUE(window.isOpen() && ::IsWindowVisible(window.handle())) << name;
+        expectSound(window.handle(), name + font);
+        expectToFollow(window.handle(), name + font, by);
+        ::ShowWindow(window.handle(), SW_HIDE);
+    };
+    look(Command::mnuFind, form.findWindow(), "find", {160, 0});
+    look(Command::mnuTab, form.tabWindow(), "tablature", {160, 120});
+    look(Command::mnuFont, form.fontWindow(), "font and colours", {160, 120});
+    look(Command::mnuDps, form.songWindow(), "tuner", {160, 120});
 
     inModal(program, L"MelvorinfrmAbout", Command::mnuFileAbout, [&](HWND window) {
         EXPECT_FALSE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME);
@@ -337,15 +342,6 @@ void lookAtOthers(Program& program, const std::string& font) {
     const auto look = [&](HWND window, const char* name) {
         expectShown(program, window, name + font);
     };
-    const auto lookAndHide = [&](HWND window, const char* name) {
-        look(window, name);
-        ::ShowWindow(window, SW_HIDE);
-    };
-    program.command(Command::mnuFont);
-    lookAndHide(form.fontWindow().handle(), "font and colours");
-    program.command(Command::mnuDps);
-    lookAndHide(form.songWindow().handle(), "tuner");
-
     program.command(Command::mnuEditDic);
     DictionaryPanel& dictionary = form.dictionaryPanel();
     ::SetWindowTextW(dictionary.part(PanelPart::TS1), L"C#M7");
