@@ -129,8 +129,8 @@ Cell frmFont::createSwatches() {
 Cell frmFont::createSwatch(std::size_t index) {
     const Swatch& swatch = swatches()[index];
     TarnelButton& made = G1_[index];
-    const Cell cell = button(made, kG1 + static_cast<int>(index), swatch.name,
-                             index == 0 ? WS_TABSTOP | WS_GROUP : 0);
+    Cell cell = button(made, kG1 + static_cast<int>(index), swatch.name,
+                       index == 0 ? WS_TABSTOP | WS_GROUP : 0);
     ButtonProperties look;
     look.Caption = swatch.name;
     look.BackColor = colourRef(swatch.colour);
