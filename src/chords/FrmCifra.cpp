@@ -10,10 +10,8 @@ namespace {
 
 constexpr UINT_PTR kStartTimer = 1;
 constexpr UINT kStartMs = 1;
-constexpr int kWidthTwips = 4290;
-// Pixels at 96 dpi: one spacing for everything.
-constexpr int kMargin = 12;
-constexpr int kLabelHeight = 18;
+// Pixels at 96 dpi. With margins and frame the window is 4290 twips wide.
+constexpr int kBarWidth = 256;
 constexpr int kBarHeight = 18;
 constexpr int kFull = 100;
 constexpr int kPerLine = 2;
@@ -56,49 +54,24 @@ bool FrmCifra::createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* 
 }
 
 bool FrmCifra::createWindow(HWND owner) {
-    RECT frame{0, 0, 0, scaled(3 * kMargin + kLabelHeight + kBarHeight)};
-    constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_CLIPCHILDREN;
-    ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_DLGMODALFRAME);
-    WindowSpec spec;
-    spec.className = L"MelvorinFrmCifra";
     // kept: window-titles
-    spec.caption = L" Changing the Key";
-    spec.style = style;
-    spec.extendedStyle = WS_EX_DLGMODALFRAME;
-    spec.width = pixelsFromTwips(kWidthTwips);
-    spec.height = static_cast<int>(frame.bottom - frame.top);
-    spec.parent = owner;
-    if (!create(spec))
+    WindowSpec spec = smallWindow(L"MelvorinFrmCifra", L" Changing the Key", 0, 0, owner);
+    spec.style &= ~DWORD{WS_SYSMENU};
+    if (!createForm(spec))
         return false;
-    RECT client{};
-    ::GetClientRect(handle(), &client);
-    const int margin = scaled(kMargin);
-    const int width = static_cast<int>(client.right) - 2 * margin;
-    const auto child = [&](const wchar_t* className, const wchar_t* text, int y, int height) {
-        return createControl(handle(), className, text, 0, -1,
-                             {margin, y, margin + width, y + height});
-    };
-    label_ = child(
-        L"STATIC",
-        direction_ == Direction::Up ? L"Going up a half step..." : L"Going down a half step...",
-        margin, scaled(kLabelHeight));
-    bar_ = child(PROGRESS_CLASSW, L"", 2 * margin + scaled(kLabelHeight), scaled(kBarHeight));
-    ::SendMessageW(bar_, PBM_SETRANGE32, 0, kFull);
-    centreOver(handle(), owner);
+    const Cell words = label(direction_ == Direction::Up ? L"Going up a half step..."
+                                                         : L"Going down a half step...");
+    const Cell bar = control(PROGRESS_CLASSW, L"", 0, -1);
+    bar_ = windowOf(bar);
+    layOut(columnOf({words, bar.least(kBarWidth, kBarHeight)}), owner);
     return true;
 }
 
 LRESULT FrmCifra::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_TIMER:
-            if (wParam == kStartTimer)
-                onStartTimer();
-            return 0;
-        case WM_CLOSE:
-            return 0;  // the song is between two keys: the window goes when the work is done
-        default:
-            return passOn(message, wParam, lParam);
-    }
+    if (message != WM_TIMER)
+        return Form::onMessage(message, wParam, lParam);
+    onStartTimer();
+    return 0;
 }
 
 void FrmCifra::setProgress(int percent) {

@@ -28,13 +28,14 @@ class FrmCifra : public Form {
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    // The song is between two keys: the window goes when the work is done.
+    void onClose() override {}
     void onStartTimer();
     void animateBar();
     void setProgress(int percent);
     bool createWindow(HWND owner);
 
     HWND bar_ = nullptr;
-    HWND label_ = nullptr;
     RichEdit* rtftext_ = nullptr;
     Direction direction_ = Direction::Up;
     Spelling spelling_ = Spelling::Sharps;

@@ -22,9 +22,6 @@ namespace {
 constexpr std::size_t kLongestPreview = 500'000;
 // And the song box so many of a long song; what follows is used unseen.
 constexpr std::size_t kLongestInput = 1'000'000;
-// The window's least size, in pixels at 96 dpi.
-constexpr int kLeastWidth = 760;
-constexpr int kLeastHeight = 480;
 constexpr UINT_PTR kChangeTimer = 1;
 constexpr UINT kChangeMs = 250;  // typing goes on until so long nothing was typed
 
@@ -104,29 +101,14 @@ void FrmCifraCreator::onException(const std::exception& error) {
 
 LRESULT FrmCifraCreator::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
         case WM_NOTIFY:
             return onNotify(lParam);
         case WM_TIMER:
             if (wParam == kChangeTimer)
                 refresh();
             return 0;
-        case WM_SIZE:
-            if (wParam != SIZE_MINIMIZED)
-                onLayout();
-            return 0;
-        case WM_GETMINMAXINFO: {
-            auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
-            limits.ptMinTrackSize = {scaled(kLeastWidth), scaled(kLeastHeight)};
-            return 0;
-        }
-        case WM_CLOSE:
-            endModal();
-            return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
 }
 
@@ -160,10 +142,8 @@ void FrmCifraCreator::onCommand(int id, int code) {
             if (accepted_)
                 endModal();
             break;
-        case IDCANCEL:
-            endModal();
-            break;
         default:
+            Form::onCommand(id, code);
             break;
     }
 }
@@ -235,7 +215,7 @@ void FrmCifraCreator::onLineKey(WORD key) {
         return;
     refreshIfTyped();
     std::vector<std::size_t> lines;
-    for (int row = -1; (row = ListView_GetNextItem(control(kLines), row, LVNI_SELECTED)) >= 0;)
+    for (int row = -1; (row = ListView_GetNextItem(item(kLines), row, LVNI_SELECTED)) >= 0;)
         lines.push_back(static_cast<std::size_t>(row));
     draft_.choose(lines, *verdict);
     converted_ = false;
@@ -256,7 +236,7 @@ const std::vector<ListedChord>& FrmCifraCreator::listOf(int id) const {
 void FrmCifraCreator::onListPick(int id) {
     if (refreshIfTyped())
         return;
-    const LRESULT picked = ::SendMessageW(control(id), LB_GETCURSEL, 0, 0);
+    const LRESULT picked = ::SendMessageW(item(id), LB_GETCURSEL, 0, 0);
     const std::vector<ListedChord>& list = listOf(id);
     if (picked < 0 || static_cast<std::size_t>(picked) >= list.size())
         return;
@@ -275,7 +255,7 @@ void FrmCifraCreator::goTo(const ImportedChord& chord) {
     if (!converted_)
         showAt(RTB2_, rangeAt(draft_.chartPosition(chord.chartLine, chord.chartIndex),
                               chord.chord.size()));
-    const HWND lines = control(kLines);
+    const HWND lines = item(kLines);
     const int row = static_cast<int>(chord.sourceLine);
     settingInput_ = true;  // the row follows the chord, not the other way
     ListView_SetItemState(lines, -1, 0, LVIS_SELECTED);
@@ -285,7 +265,7 @@ void FrmCifraCreator::goTo(const ImportedChord& chord) {
 }
 
 void FrmCifraCreator::onLinePick() {
-    const int row = ListView_GetNextItem(control(kLines), -1, LVNI_FOCUSED);
+    const int row = ListView_GetNextItem(item(kLines), -1, LVNI_FOCUSED);
     if (row >= 0 && !settingInput_)
         showPlaces(static_cast<std::size_t>(row));
 }
@@ -300,7 +280,7 @@ void FrmCifraCreator::showPlaces(std::size_t sourceLine) {
                           ? draft_.summary()
                           : u"Line " + decimal(static_cast<std::int64_t>(sourceLine + 1)) + u", " +
                                 Text(nameOf(line.verdict)) + u": " + remark + u".";
-    ::SetWindowTextW(control(kSummary), wide(told));
+    ::SetWindowTextW(item(kSummary), wide(told));
     showAt(Rb1_, rangeAt(draft_.sourcePosition(sourceLine), line.text.size()));
     if (converted_)
         return;
@@ -415,8 +395,9 @@ void FrmCifraCreator::setInput(TextView text) {
     }
     settingInput_ = false;
     unseen_ = chars.substr(shown);
-    ::SetWindowTextW(labels_[0], unseen_.empty() ? L"&Song as it was found"
-                                                 : L"&Song as it was found (its end is not shown)");
+    ::SetWindowTextW(item(kSongLabel), unseen_.empty()
+                                           ? L"&Song as it was found"
+                                           : L"&Song as it was found (its end is not shown)");
     converted_ = false;
     refresh();
     ::SetFocus(Rb1_.handle());
@@ -459,8 +440,6 @@ void FrmCifraCreator::showChart() {
     }
     ::SendMessageW(RTB2_.handle(), EM_SETREADONLY, TRUE, 0);
     ::SetWindowSubclass(RTB2_.handle(), answerDialog, 1, 0);
-    ::SetWindowPos(RTB2_.handle(), labels_[2], 0, 0, 0, 0,
-                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     RTB2_.scrollTo(scroll);
 }
 
@@ -471,7 +450,7 @@ bool FrmCifraCreator::hasResult() const {
 
 void FrmCifraCreator::showLists() {
     for (const int id : {kResearched, kFound, kNotFound}) {
-        const HWND list = control(id);
+        const HWND list = item(id);
         ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
         ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
         for (const ListedChord& entry : listOf(id))
@@ -480,7 +459,7 @@ void FrmCifraCreator::showLists() {
         ::InvalidateRect(list, nullptr, TRUE);
     }
     lastList_ = 0;
-    const HWND lines = control(kLines);
+    const HWND lines = item(kLines);
     ListView_SetItemCountEx(lines, static_cast<int>(draft_.song().source.size()), LVSICF_NOSCROLL);
     ::InvalidateRect(lines, nullptr, TRUE);
     Text summary = converted_
@@ -488,9 +467,9 @@ void FrmCifraCreator::showLists() {
                        : draft_.summary();
     if (result_.lines.size() > kMostColouredLines)
         summary += u" Too long to be coloured.";
-    ::SetWindowTextW(control(kSummary), wide(summary));
-    ::SetWindowTextW(labels_[2], converted_ ? L"C&hart: converted text" : L"C&hart");
-    ::EnableWindow(control(IDOK), hasResult());
+    ::SetWindowTextW(item(kSummary), wide(summary));
+    ::SetWindowTextW(item(kChartLabel), converted_ ? L"C&hart: converted text" : L"C&hart");
+    ::EnableWindow(item(IDOK), hasResult());
 }
 
 }  // namespace melvorin

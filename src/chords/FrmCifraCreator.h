@@ -43,8 +43,10 @@ class FrmCifraCreator : public Form {
         kPaste,
         kMakeChart,
         kSummary,
+        kSongLabel,
+        kChartLabel,
     };
-    HWND control(int id) const { return ::GetDlgItem(handle(), id); }
+    using Form::item;
 
   private:
     // The columns of the list of lines.
@@ -59,12 +61,13 @@ class FrmCifraCreator : public Form {
     void onLineText(LPARAM lParam) const;
     void onListPick(int id);
     void onLinePick();
-    void onLayout();
+    void onPlaced() override;
 
     bool createWindow(HWND owner);
-    void createControls();
-    HWND addControl(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                    DWORD extendedStyle = 0);
+    bool createSong();
+    Cell createLines();
+    Cell createLists();
+    Cell push(TextView caption, int id, DWORD style = 0);
     void openFile();
     void paste();
     void pasteAtCaret();
@@ -91,7 +94,9 @@ class FrmCifraCreator : public Form {
     Text face_;
     ButtonSounds sounds_;
     std::deque<TarnelButton> buttons_;
-    std::vector<HWND> labels_;
+    Cell song_;
+    Cell lines_;
+    Cell chart_;
     // Cmd1 was the last command: RTB2 has the text with its suffixes rewritten, not the chart.
     bool converted_ = false;
     bool accepted_ = false;

@@ -18,9 +18,8 @@ constexpr std::size_t kParts = static_cast<std::size_t>(PanelPart::count);
 constexpr int kFirstId = 100;
 constexpr int kLargestFont = 280;
 constexpr int kFontRoom = 14;  // around a diagram, pixels at 96 dpi
-constexpr int kTipWidth = 320;
 
-constexpr std::size_t indexOf(PanelPart part) {
+constexpr std::size_t numberOf(PanelPart part) {
     return static_cast<std::size_t>(part);
 }
 
@@ -90,7 +89,7 @@ std::unique_ptr<RowSource> makeAdoSource() {
 }  // namespace
 
 DictionaryPanel::DictionaryPanel(const Services& services, Actions actions)
-    : services_(services),
+    : Form(services),
       actions_(std::move(actions)),
       dictionary_(services_.messages, makeAdoSource, normaliseSuffixes),
       sounds_(services_),
@@ -106,12 +105,13 @@ bool DictionaryPanel::create(HWND parent) {
     spec.extendedStyle = WS_EX_CONTROLPARENT;
     spec.x = spec.y = spec.width = spec.height = 0;
     spec.parent = parent;
-    if (!Window::create(spec))
+    if (!createForm(spec))
         return false;
     createLabels();
     createButtons();
     createGrid();
-    createTips();
+    for (const ButtonText& text : kButtons)
+        addTip(part(text.part), text.tip);
     // Tab goes by the order in which they are on the screen.
     HWND former = HWND_TOP;
     for (const HWND part : parts_) {
@@ -124,11 +124,9 @@ bool DictionaryPanel::create(HWND parent) {
 
 HWND DictionaryPanel::createControl(PanelPart part, const wchar_t* className, const wchar_t* text,
                                     DWORD style, DWORD extendedStyle) {
-    const HWND control = ::CreateWindowExW(
-        extendedStyle, className, text, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0, handle(),
-        reinterpret_cast<HMENU>(INT_PTR{idOf(part)}), ::GetModuleHandleW(nullptr), nullptr);
-    setFont(control, uiFont());
-    parts_[indexOf(part)] = control;
+    const HWND control = melvorin::createControl(handle(), className, text, WS_CLIPSIBLINGS | style,
+                                                 idOf(part), {}, extendedStyle);
+    parts_[numberOf(part)] = control;
     return control;
 }
 
@@ -152,8 +150,7 @@ void DictionaryPanel::createButtons() {
         auto button = std::make_unique<TarnelButton>(sounds_);
         const DWORD style = WS_TABSTOP | WS_GROUP | (text.part == Command1 ? BS_DEFPUSHBUTTON : 0U);
         button->create(handle(), idOf(text.part), {}, text.caption, style);
-        ::ShowWindow(button->handle(), SW_HIDE);
-        parts_[indexOf(text.part)] = button->handle();
+        parts_[numberOf(text.part)] = button->handle();
         buttons_.push_back(std::move(button));
     }
 }
@@ -179,21 +176,6 @@ void DictionaryPanel::createGrid() {
         wanted.iSubItem = index;
         ::SendMessageW(grid, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), lparamOf(&wanted));
         ++index;
-    }
-}
-
-void DictionaryPanel::createTips() {
-    tips_ = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, 0,
-                              0, 0, 0, handle(), nullptr, ::GetModuleHandleW(nullptr), nullptr);
-    ::SendMessageW(tips_, TTM_SETMAXTIPWIDTH, 0, scaled(kTipWidth));
-    for (const ButtonText& text : kButtons) {
-        TTTOOLINFOW tool{};
-        tool.cbSize = sizeof tool;
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        tool.hwnd = handle();
-        tool.uId = reinterpret_cast<UINT_PTR>(part(text.part));
-        tool.lpszText = const_cast<wchar_t*>(wide(text.tip.data()));
-        ::SendMessageW(tips_, TTM_ADDTOOLW, 0, lparamOf(&tool));
     }
 }
 
@@ -423,10 +405,6 @@ void DictionaryPanel::press(PanelPart part) {
 
 LRESULT DictionaryPanel::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            if (HIWORD(wParam) == BN_CLICKED)
-                onCommand(LOWORD(wParam));
-            return 0;
         case WM_NOTIFY:
             return onNotify(lParam);
         case WM_SYSCOLORCHANGE:
@@ -434,15 +412,13 @@ LRESULT DictionaryPanel::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 ::SendMessageW(part, message, wParam, lParam);
             return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
 }
 
-void DictionaryPanel::onException(const std::exception& error) {
-    reportException(services_.messages, error);
-}
-
-void DictionaryPanel::onCommand(int id) {
+void DictionaryPanel::onCommand(int id, int event) {
+    if (event != BN_CLICKED)
+        return;
     if (id == IDCANCEL)
         return actions_.leave();
     // Enter in the grid is no search: its box is not there.
@@ -459,7 +435,7 @@ void DictionaryPanel::onCommand(int id) {
         case GB4:
         case GB5:
         case GB6:
-            return insertDiagram(indexOf(partOfId(id)) - indexOf(GB1));
+            return insertDiagram(numberOf(partOfId(id)) - numberOf(GB1));
         case First:
             return move(&ChordDictionary::moveFirst);
         case Previous:
@@ -532,15 +508,12 @@ LRESULT DictionaryPanel::onGridFind(const NMLVFINDITEMW& find) const {
     return row ? static_cast<LRESULT>(*row) : notFound;
 }
 
-bool DictionaryPanel::translate(MSG& message) {
-    if (!shown_ || !::IsChild(handle(), message.hwnd))
+// Not every text box of one line knows Ctrl+A.
+bool DictionaryPanel::onKeyDown(WPARAM key) {
+    if (key != 'A' || ::GetFocus() != part(TS1) || ::GetKeyState(VK_CONTROL) >= 0)
         return false;
-    // Not every text box of one line knows it.
-    if (editsText(message) && message.wParam == 'A') {
-        ::SendMessageW(message.hwnd, EM_SETSEL, 0, -1);
-        return true;
-    }
-    return ::IsDialogMessageW(handle(), &message) != FALSE;
+    ::SendMessageW(part(TS1), EM_SETSEL, 0, -1);
+    return true;
 }
 
 bool DictionaryPanel::editsText(const MSG& message) const {

@@ -9,12 +9,12 @@
 #include "dictionary/ChordDictionary.h"
 #include "dictionary/PanelLayout.h"
 #include "platform/DiagramFonts.h"
-#include "platform/Window.h"
+#include "platform/Form.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
 
-class DictionaryPanel : public Window {
+class DictionaryPanel : public Form {
   public:
     // What the main window does for the panel.
     struct Actions {
@@ -44,8 +44,6 @@ class DictionaryPanel : public Window {
     void findChord();
     void hide();
     void place(const Area& area);
-    // Keys of dialogs (Tab, Enter, Esc) within the panel; true for messages it has dealt with.
-    bool translate(MSG& message);
     // A key that edits the search text, which no shortcut of the document may take.
     bool editsText(const MSG& message) const;
 
@@ -57,8 +55,8 @@ class DictionaryPanel : public Window {
 
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void onException(const std::exception& error) override;
-    void onCommand(int id);
+    void onCommand(int id, int event) override;
+    bool onKeyDown(WPARAM key) override;
     LRESULT onNotify(LPARAM lParam);
     void onGridText(NMLVDISPINFOW& info) const;
     void onGridChange(const NMLISTVIEW& change);
@@ -67,7 +65,6 @@ class DictionaryPanel : public Window {
     void createLabels();
     void createButtons();
     void createGrid();
-    void createTips();
     HWND createControl(PanelPart part, const wchar_t* className, const wchar_t* text, DWORD style,
                        DWORD extendedStyle = 0);
     TarnelButton& button(PanelPart part);
@@ -88,7 +85,6 @@ class DictionaryPanel : public Window {
     Text noticeText() const;
     void setText(PanelPart part, TextView text);
 
-    Services services_;
     Actions actions_;
     ChordDictionary dictionary_;
     ButtonSounds sounds_;
@@ -104,7 +100,6 @@ class DictionaryPanel : public Window {
     UniqueFont diagramFont_;
     std::vector<HWND> parts_;
     std::vector<std::unique_ptr<TarnelButton>> buttons_;
-    HWND tips_ = nullptr;
 };
 
 }  // namespace melvorin

@@ -9,21 +9,7 @@
 namespace melvorin {
 namespace {
 
-// Pixels at 96 dpi: one spacing for everything.
-constexpr int kMargin = 12;
-constexpr int kGap = 8;
-constexpr int kLabelHeight = 18;
-constexpr int kListHeight = 176;
-constexpr int kFoldersWidth = 210;
-constexpr int kFilesWidth = 250;
-constexpr int kButtonWidth = 96;
-constexpr int kButtonHeight = 28;
-constexpr int kPictureSide = 14;
-constexpr int kWidth = 2 * kMargin + kFoldersWidth + kGap + kFilesWidth;
-constexpr int kListTop = kMargin + kLabelHeight;
-constexpr int kPathTop = kListTop + kListHeight + kGap;
-constexpr int kButtonTop = kPathTop + kLabelHeight + kGap;
-constexpr int kHeight = kButtonTop + kButtonHeight + kMargin;
+constexpr int kPictureSide = 14;  // pixels at 96 dpi
 
 void fillList(HWND list, const std::vector<Text>& rows) {
     ::SendMessageW(list, WM_SETREDRAW, FALSE, 0);
@@ -57,61 +43,36 @@ bool FrmSong::open(HWND owner, SoundFolder folder) {
 }
 
 bool FrmSong::createWindow(HWND owner) {
-    if (!create(smallWindow(L"MelvorinFrmSong", L"Melvorin Guitar Tuner", scaled(kWidth),
-                            scaled(kHeight), owner)))
+    if (!createForm(L"MelvorinFrmSong", L"Melvorin Guitar Tuner", owner))
         return false;
-    createControls();
-    centreOver(handle(), owner);
-    ::SetFocus(item(Files));
-    return true;
-}
-
-HWND FrmSong::add(const wchar_t* className, const wchar_t* text, DWORD style, int id,
-                  const RECT& place) {
-    const DWORD edge = style & LBS_NOTIFY && id < Path ? WS_EX_CLIENTEDGE : 0;
-    return createControl(handle(), className, text, style, id, place, edge);
-}
-
-void FrmSong::createControls() {
-    const auto at = [](int left, int top, int width, int height) {
-        return RECT{scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
+    const auto named = [this](const wchar_t* caption, int id, int width) {
+        return columnOf({label(caption), list(id).least(width, 176).grows(1, 1)}).close();
     };
-    constexpr DWORD list = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
-    constexpr int filesLeft = kMargin + kFoldersWidth + kGap;
-    add(L"STATIC", L"F&olders:", 0, -1, at(kMargin, kMargin, kFoldersWidth, kLabelHeight));
-    add(L"LISTBOX", L"", list, Dir, at(kMargin, kListTop, kFoldersWidth, kListHeight));
-    add(L"STATIC", L"&Files:", 0, -1, at(filesLeft, kMargin, kFilesWidth, kLabelHeight));
-    add(L"LISTBOX", L"", list, Files, at(filesLeft, kListTop, kFilesWidth, kListHeight));
-    add(L"STATIC", L"", SS_NOPREFIX | SS_PATHELLIPSIS, Path,
-        at(kMargin, kPathTop, kWidth - 2 * kMargin, kLabelHeight));
-    const auto button = [&](TarnelButton& made, int id, TextView caption, int left) {
-        made.create(handle(), id, at(left, kButtonTop, kButtonWidth, kButtonHeight), caption);
-        made.setEnterClicks(false);
-    };
-    button(Play_, Play, u"Play", kMargin);
-    button(Stopcmd_, Stopcmd, u"Stop", kMargin + kButtonWidth + kGap);
-    button(Command1_, Command1, u"Exit", kWidth - kMargin - kButtonWidth);
+    const Cell lists = rowOf({named(L"F&olders:", Dir, 210), named(L"&Files:", Files, 250)});
+    const Cell path = label(L"", SS_NOPREFIX | SS_PATHELLIPSIS, Path);
+    const Cell start = button(Play_, Play, u"Play");
+    const Cell end = button(Stopcmd_, Stopcmd, u"Stop");
+    const Cell leave = button(Command1_, Command1, u"Exit");
+    for (TarnelButton* const made : {&Play_, &Stopcmd_, &Command1_})
+        made->setEnterClicks(false);
     Play_.setPicture(playPicture(scaled(kPictureSide)));
     Stopcmd_.setPicture(stopPicture(scaled(kPictureSide)));
     Stopcmd_.setEnabled(false);
+    layOut(columnOf({lists, path, rowOf({start, end, blank().grows(1, 0), leave})}), owner);
+    ::SetFocus(item(Files));
+    return true;
 }
 
 // ---- Messages ---------------------------------------------------------------------------------
 
 LRESULT FrmSong::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
-        case WM_CLOSE:
-            destroy();
-            return 0;
         case WM_DESTROY:
             // Here, because the window also goes with the main one.
             player_.close();
             return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
 }
 
@@ -151,10 +112,8 @@ void FrmSong::onCommand(int control, int code) {
         case Stopcmd:
             stop();
             break;
-        case Command1:
-            destroy();
-            break;
         default:
+            Form::onCommand(control, code);
             break;
     }
 }

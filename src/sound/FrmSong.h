@@ -45,8 +45,6 @@ class FrmSong : public Form {
     void onCommand(int control, int code) override;
 
     bool createWindow(HWND owner);
-    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place);
-    void createControls();
     // The chosen row of a list, or nothing.
     std::optional<std::size_t> chosen(int list) const;
     void showFolder(const Text& folder);

@@ -54,7 +54,8 @@ class TarnelButton : public Window, private ButtonSurface {
 
     bool isPressed() const { return logic_.isPressed(); }
     bool isHovering() const { return logic_.isHovering(); }
-    // Pixels that the picture and the caption need, with the usual room around them.
+    // Pixels that the picture and the caption need, with the usual room around them; a bare face,
+    // as that of a colour, may be as narrow as it is made.
     Extent idealSize() const;
 
   private:

@@ -235,7 +235,8 @@ Extent TarnelButton::idealSize() const {
     const Extent content =
         isSideways ? Extent{picture.width + gap + caption.width, std::max(picture.height, line)}
                    : Extent{std::max(picture.width, caption.width), picture.height + gap + line};
-    return {content.width + 2 * scaled(kSideRoom), content.height + 2 * scaled(kFaceRoom)};
+    const int sides = content.width > 0 ? 2 * scaled(kSideRoom) : 0;
+    return {content.width + sides, content.height + 2 * scaled(kFaceRoom)};
 }
 
 }  // namespace melvorin

@@ -1,7 +1,7 @@
 #include "widgets/frmFont.h"
 
 #include <algorithm>
-#include <exception>
+#include <array>
 
 #include "base/ProgramSettings.h"
 #include "rtf/EditCommands.h"
@@ -50,38 +50,26 @@ frmFont::frmFont(const Services& services, RichEdit& rtftext, Callbacks callback
 
 bool frmFont::open(HWND owner) {
     if (!isOpen()) {
+        // What the former window showed is gone with it.
+        exampleFont_.reset();
         if (!createWindow(owner))
             return false;
         fillLists();
         stop_ = 0;
-        // What the former window showed is gone with it.
-        exampleFont_.reset();
         typedIn_ = 0;
         typedSize_ = false;
         followSelection();
         ::SetTimer(handle(), kTm1, kTm1Ms, nullptr);
-        lastFocus_ = control(kText2);
-        centreOver(handle(), owner);
-        ::ShowWindow(handle(), SW_SHOW);
+        ::SetFocus(item(kText2));
     }
-    ::SetActiveWindow(handle());
-    ::SetFocus(lastFocus_);
+    bringForward();
     return true;
 }
 
 LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND:
-            onCommand(LOWORD(wParam), HIWORD(wParam));
-            return 0;
         case WM_TIMER:
             onTimer(wParam);
-            return 0;
-        case WM_ACTIVATE:
-            onActivate(wParam);
-            return 0;
-        case WM_SETFOCUS:
-            ::SetFocus(lastFocus_);
             return 0;
         case WM_MEASUREITEM:
             onMeasureItem(lParam);
@@ -90,7 +78,7 @@ LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             onDrawItem(lParam);
             return TRUE;
         case WM_CTLCOLORSTATIC:
-            if (reinterpret_cast<HWND>(lParam) == control(kLabel4))
+            if (reinterpret_cast<HWND>(lParam) == item(kLabel4))
                 return onLabelColour(reinterpret_cast<HDC>(wParam));
             return passOn(message, wParam, lParam);
         case WM_SYSCOLORCHANGE:
@@ -99,14 +87,21 @@ LRESULT frmFont::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case kBadSize:
             tellBadSize();
             return 0;
-        case WM_CLOSE:
-            if (!tellBadSize())
-                takeTyped();
-            destroy();
-            return 0;
         default:
-            return passOn(message, wParam, lParam);
+            return Form::onMessage(message, wParam, lParam);
     }
+}
+
+void frmFont::onClose() {
+    if (!tellBadSize())
+        takeTyped();
+    Form::onClose();
+}
+
+// A letter of the example is as large as its place allows.
+void frmFont::onPlaced() {
+    if (exampleFont_)
+        showExample();
 }
 
 void frmFont::onCommand(int id, int code) {
@@ -116,9 +111,6 @@ void frmFont::onCommand(int id, int code) {
         case IDOK:
             if (!tellBadSize())
                 takeTyped();
-            return;
-        case IDCANCEL:
-            ::SendMessageW(handle(), WM_CLOSE, 0, 0);
             return;
         case kText2:
         case kT1:
@@ -138,8 +130,11 @@ void frmFont::onCommand(int id, int code) {
         default:
             break;
     }
-    if (code != BN_CLICKED)
-        return;
+    if (code == BN_CLICKED)
+        onClicked(id);
+}
+
+void frmFont::onClicked(int id) {
     if (id >= kCheck1 && id <= kCheck3)
         onStyleClicked(id);
     else if (id == kCommand3)
@@ -148,6 +143,8 @@ void frmFont::onCommand(int id, int code) {
         onSave();
     else if (id >= kG1 && id < kG1 + static_cast<int>(kSwatchCount))
         applyColour(swatches()[static_cast<std::size_t>(id - kG1)].colour);
+    else
+        Form::onCommand(id, BN_CLICKED);
 }
 
 void frmFont::onTimer(UINT_PTR timer) {
@@ -155,15 +152,6 @@ void frmFont::onTimer(UINT_PTR timer) {
         takeTyped();
     else if (timer == kTm1 && typedIn_ == 0)
         followSelection();
-}
-
-// The control that had the focus has it again when the window comes forward.
-void frmFont::onActivate(WPARAM wParam) {
-    const HWND focus = ::GetFocus();
-    if (LOWORD(wParam) != WA_INACTIVE)
-        ::SetFocus(lastFocus_);
-    else if (::IsChild(handle(), focus))
-        lastFocus_ = focus;
 }
 
 // ---- Changes ----------------------------------------------------------------------------------
@@ -199,14 +187,14 @@ void frmFont::applySize(int halfPoints) {
 
 void frmFont::onFaceChosen() {
     typedIn_ = 0;
-    const LRESULT row = ::SendMessageW(control(kList1), LB_GETCURSEL, 0, 0);
+    const LRESULT row = ::SendMessageW(item(kList1), LB_GETCURSEL, 0, 0);
     if (row >= 0 && ::IsWindowVisible(handle()))
         applyFace(faces_[static_cast<std::size_t>(row)]);
 }
 
 void frmFont::onSizeChosen() {
     typedIn_ = 0;
-    const LRESULT row = ::SendMessageW(control(kList2), LB_GETCURSEL, 0, 0);
+    const LRESULT row = ::SendMessageW(item(kList2), LB_GETCURSEL, 0, 0);
     if (row >= 0)
         applySize(2 * fontSizes()[static_cast<std::size_t>(row)]);
 }
@@ -216,10 +204,10 @@ void frmFont::onTyped(int id) {
     typedIn_ = id;
     typedSize_ = typedSize_ || id == kT1;
     ::SetTimer(handle(), kTypingTimer, kTypingMs, nullptr);
-    const Text typed = windowText(control(id));
+    const Text typed = windowText(item(id));
     if (id == kText2) {
         const auto found = findFace(faces_, typed);
-        ::SendMessageW(control(kList1), LB_SETCURSEL, found ? *found : static_cast<WPARAM>(-1), 0);
+        ::SendMessageW(item(kList1), LB_SETCURSEL, found ? *found : static_cast<WPARAM>(-1), 0);
         if (found)
             style_.face = faces_[*found];
     } else if (const auto size = parseFontSize(typed)) {
@@ -250,14 +238,14 @@ void frmFont::onBoxLeft(int id) {
 }
 
 bool frmFont::isBadSize() const {
-    const Text typed = windowText(control(kT1));
+    const Text typed = windowText(item(kT1));
     return typedSize_ && typed.find_first_not_of(u' ') != Text::npos && !parseFontSize(typed);
 }
 
 bool frmFont::tellBadSize() {
     if (!isBadSize() || callbacks_.isBusy())
         return false;
-    const Text typed = windowText(control(kT1));
+    const Text typed = windowText(item(kT1));
     typedSize_ = false;
     typedIn_ = 0;
     ::KillTimer(handle(), kTypingTimer);
@@ -266,30 +254,30 @@ bool frmFont::tellBadSize() {
                                 u"points, in halves: 10 or 10.5.",
                             kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
     style_ = rtftext_.selectionStyle();
-    setText(control(kT1), {});
+    setText(item(kT1), {});
     showStyle();
     return true;
 }
 
 void frmFont::takeTypedFace() {
-    const auto found = findFace(faces_, windowText(control(kText2)));
+    const auto found = findFace(faces_, windowText(item(kText2)));
     if (found && faces_[*found] != style_.face)
         applyFace(faces_[*found]);
     else
         showExample();
     // The box keeps what is typed while more may follow.
-    if (::GetFocus() != control(kText2))
+    if (::GetFocus() != item(kText2))
         showStyle();
 }
 
 void frmFont::takeTypedSize() {
-    const auto size = parseFontSize(windowText(control(kT1)));
+    const auto size = parseFontSize(windowText(item(kT1)));
     typedSize_ = typedSize_ && !size;
     if (size && size != style_.halfPoints)
         applySize(*size);
     else
         showExample();
-    if (::GetFocus() != control(kT1))
+    if (::GetFocus() != item(kT1))
         showStyle();
 }
 
@@ -300,7 +288,7 @@ void frmFont::onStyleClicked(int id) {
 }
 
 void frmFont::applyColour(Rgb colour) {
-    const bool isText = isChecked(control(kOp1Text));
+    const bool isText = isChecked(item(kOp1Text));
     apply([&] {
         if (isText)
             rtftext_.setSelectionColour(colour);
@@ -314,8 +302,7 @@ void frmFont::applyColour(Rgb colour) {
 void frmFont::onMoreColours() {
     if (!mayChange())
         return;
-    const Rgb shown =
-        isChecked(control(kOp1Text)) ? style_.colour.value_or(Rgb{}) : rtftext_.paper();
+    const Rgb shown = isChecked(item(kOp1Text)) ? style_.colour.value_or(Rgb{}) : rtftext_.paper();
     if (const auto colour = services_.colors.choose(shown))
         applyColour(*colour);
 }
@@ -327,7 +314,13 @@ void frmFont::onSwatchKey(int keyCode) {
                         : keyCode == VK_RIGHT ? Arrow::Right
                         : keyCode == VK_UP    ? Arrow::Up
                                               : Arrow::Down;
-    moveStop(neighbour(swatchAreas_, stop_, arrow));
+    std::array<Area, kSwatchCount> areas;
+    for (std::size_t i = 0; i < kSwatchCount; ++i) {
+        RECT place{};
+        ::GetWindowRect(G1_[i].handle(), &place);
+        areas[i] = areaOf(place);
+    }
+    moveStop(neighbour(areas, stop_, arrow));
     ::SetFocus(G1_[stop_].handle());
 }
 
@@ -345,7 +338,7 @@ void frmFont::moveStop(std::size_t index) {
 }
 
 void frmFont::onSave() {
-    const TextView face = isChecked(control(kOption1)) ? kCourierNew : kLucidaConsole;
+    const TextView face = isChecked(item(kOption1)) ? kCourierNew : kLucidaConsole;
     if (storeEditorFont(services_, face))
         // kept: settings-blanks
         services_.messages.show(Text(kSettingsText) + Text(face) + u"      ", kSettingsTitle,
@@ -385,9 +378,9 @@ Rgb frmFont::colourOfFirst(Selection selection) {
 
 void frmFont::showStyle() {
     filling_ = true;
-    setChecked(control(kCheck1), style_.bold);
-    setChecked(control(kCheck2), style_.italic);
-    setChecked(control(kCheck3), style_.underline);
+    setChecked(item(kCheck1), style_.bold);
+    setChecked(item(kCheck2), style_.italic);
+    setChecked(item(kCheck3), style_.underline);
     markFace(style_.face.value_or(Text()));
     markSize(style_.halfPoints);
     filling_ = false;
@@ -397,14 +390,14 @@ void frmFont::showStyle() {
 void frmFont::markFace(TextView face) {
     const auto row = std::find(faces_.begin(), faces_.end(), face);
     ::SendMessageW(
-        control(kList1), LB_SETCURSEL,
+        item(kList1), LB_SETCURSEL,
         row == faces_.end() ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(row - faces_.begin()),
         0);
     // The text under the user's hands stays as typed, unless it means another font.
-    const auto typed = findFace(faces_, windowText(control(kText2)));
-    const bool isTyping = ::GetFocus() == control(kText2) && typed && faces_[*typed] == face;
+    const auto typed = findFace(faces_, windowText(item(kText2)));
+    const bool isTyping = ::GetFocus() == item(kText2) && typed && faces_[*typed] == face;
     if (!isTyping)
-        setText(control(kText2), face);
+        setText(item(kText2), face);
 }
 
 void frmFont::markSize(std::optional<int> halfPoints) {
@@ -412,14 +405,14 @@ void frmFont::markSize(std::optional<int> halfPoints) {
     const auto row = std::find_if(sizes.begin(), sizes.end(),
                                   [&](int points) { return 2 * points == halfPoints; });
     ::SendMessageW(
-        control(kList2), LB_SETCURSEL,
+        item(kList2), LB_SETCURSEL,
         row == sizes.end() ? static_cast<WPARAM>(-1) : static_cast<WPARAM>(row - sizes.begin()), 0);
-    if (parseFontSize(windowText(control(kT1))) != halfPoints || !halfPoints)
-        setText(control(kT1), halfPoints ? fontSizeText(*halfPoints) : Text());
+    if (parseFontSize(windowText(item(kT1))) != halfPoints || !halfPoints)
+        setText(item(kT1), halfPoints ? fontSizeText(*halfPoints) : Text());
 }
 
 void frmFont::showExample() {
-    const HWND label = control(kLabel4);
+    const HWND label = item(kLabel4);
     RECT client{};
     ::GetClientRect(label, &client);
     const int wanted =
@@ -434,7 +427,7 @@ void frmFont::showExample() {
     ::InvalidateRect(label, nullptr, TRUE);
     const Text size =
         style_.halfPoints ? fontSizeText(*style_.halfPoints) + u" pt" : Text(u"several sizes");
-    setText(control(kLabel3), (face.empty() ? Text(u"Several fonts") : face) + u", " + size);
+    setText(item(kLabel3), (face.empty() ? Text(u"Several fonts") : face) + u", " + size);
 }
 
 LRESULT frmFont::onLabelColour(HDC dc) const {

@@ -2,7 +2,6 @@
 // stays open beside the main window; it follows the selection meanwhile.
 #pragma once
 
-#include <array>
 #include <deque>
 #include <functional>
 #include <map>
@@ -53,26 +52,22 @@ class frmFont : public Form {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onCommand(int id, int code) override;
+    void onClose() override;
+    void onPlaced() override;
+    void onClicked(int id);
     void onTimer(UINT_PTR timer);
-    void onActivate(WPARAM wParam);
     void onMeasureItem(LPARAM lParam) const;
     void onDrawItem(LPARAM lParam);
     LRESULT onLabelColour(HDC dc) const;
 
     bool createWindow(HWND owner);
-    void createControls();
-    void createPair(const wchar_t* caption, int left, int width, int boxId, int listId);
-    void createStyleBoxes();
-    void createExample();
-    void createSettings();
-    void createSwatches();
-    void createTips();
-    void placeNamedSwatches();
-    void placeOtherSwatches();
-    HWND add(const wchar_t* className, const wchar_t* text, DWORD style, int id, const RECT& place,
-             DWORD extendedStyle = 0);
-    HWND addFrame(const wchar_t* caption, int left, int top, int width, int height);
-    HWND control(int id) const { return ::GetDlgItem(handle(), id); }
+    void createControls(HWND owner);
+    Cell createPair(const wchar_t* caption, int width, int boxId, int listId);
+    Cell createStyleBoxes();
+    Cell createExample();
+    Cell createSettings();
+    Cell createSwatches();
+    Cell createSwatch(std::size_t index);
     void fillLists();
 
     bool mayChange();
@@ -113,7 +108,6 @@ class frmFont : public Form {
     Callbacks callbacks_;
     ButtonSounds sounds_;
     std::deque<TarnelButton> G1_;
-    std::array<Area, kSwatchCount> swatchAreas_{};
     std::size_t stop_ = 0;  // the swatch that Tab leads to
     TarnelButton Command1_;
     TarnelButton Command2_;
@@ -126,10 +120,9 @@ class frmFont : public Form {
     Rgb firstColour_;
     std::optional<Rgb> background_;
     Selection selection_;
-    int typedIn_ = 0;           // the box with text that the editor does not have yet
-    bool typedSize_ = false;    // what stands in T1 was typed and not taken yet
-    HWND lastFocus_ = nullptr;  // while another window is active
-    bool filling_ = false;      // the window itself changes its controls
+    int typedIn_ = 0;         // the box with text that the editor does not have yet
+    bool typedSize_ = false;  // what stands in T1 was typed and not taken yet
+    bool filling_ = false;    // the window itself changes its controls
 };
 
 }  // namespace melvorin

@@ -24,7 +24,7 @@ void creatorRun(Program& program, const std::function<void(Creator&)>& steps) {
 
 void press(const Creator& creator, int id) {
     ::SendMessageW(creator.handle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
-                   lparamOf(creator.control(id)));
+                   lparamOf(creator.item(id)));
 }
 
 // Types the song into the box, as a paste at its caret does.
@@ -42,25 +42,25 @@ void fill(Program& program, Creator& creator, TextView song) {
 }
 
 void key(const Creator& creator, int row, WORD virtualKey) {
-    const HWND lines = creator.control(Creator::kLines);
+    const HWND lines = creator.item(Creator::kLines);
     ListView_SetItemState(lines, -1, 0, LVIS_SELECTED);
     ListView_SetItemState(lines, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     ::SendMessageW(lines, WM_KEYDOWN, virtualKey, 1);
 }
 
 std::string cell(const Creator& creator, int row, int column) {
-    return cellOf(creator.control(Creator::kLines), row, column);
+    return cellOf(creator.item(Creator::kLines), row, column);
 }
 
 std::string entries(const Creator& creator, int list) {
     std::string all;
-    for (const std::string& row : rowsOf(creator.control(list)))
+    for (const std::string& row : rowsOf(creator.item(list)))
         all += row + ";";
     return all;
 }
 
 void pick(const Creator& creator, int list, int entry) {
-    chooseRow(creator.control(list), entry);
+    chooseRow(creator.item(list), entry);
 }
 
 SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
@@ -74,7 +74,7 @@ TEST(Creator, HasAPageInTheHelp) {
     Program program(kNoSong);
     program.program.present = {u"C:\\Program\\Melvorin.chm"};
     creatorRun(program, [&](Creator& creator) {
-        askForHelp(creator.control(Creator::kLines));
+        askForHelp(creator.item(Creator::kLines));
         press(creator, IDCANCEL);
     });
     EXPECT_EQ(program.shell.helpShown,
@@ -138,7 +138,7 @@ TEST(Creator, OneKeyChangesAVerdict) {
         }
         key(creator, 1, 'L');
         EXPECT_EQ(cell(creator, 1, 3), "looks like chords to a key change");
-        EXPECT_EQ(captionOf(creator.control(Creator::kSummary)),
+        EXPECT_EQ(captionOf(creator.item(Creator::kSummary)),
                   "Line 2, lyrics: looks like chords to a key change.");
         // Typing elsewhere leaves the verdict where it is.
         creator.rb1().select({0, 0});

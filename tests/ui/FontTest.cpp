@@ -355,7 +355,30 @@ TEST_F(FontWindow, KeysReachEverything) {
     EXPECT_EQ(newSteps(), 1);
 }
 
-// Nothing is cut off, nothing overlaps, and rows share their lines.
+// Letters too large for the example are as large as it allows.
+TEST_F(FontWindow, DraggingTheBorderMakesLargeLettersLarger) {
+    const auto letters = [&] {
+        LOGFONTW font{};
+        ::GetObjectW(reinterpret_cast<HFONT>(send(frmFont::kLabel4, WM_GETFONT)), sizeof font,
+                     &font);
+        return -font.lfHeight;
+    };
+    program.editor().setSelectionSize(800);
+    waitForSelection({5, 11}, frmFont::kT1, "400");
+    const LONG usual = letters();
+    RECT own{};
+    ::GetWindowRect(window().handle(), &own);
+    const auto drag = [&](LONG by) {
+        ::SetWindowPos(window().handle(), nullptr, 0, 0, static_cast<int>(own.right - own.left),
+                       static_cast<int>(own.bottom - own.top + by), SWP_NOMOVE | SWP_NOZORDER);
+    };
+    drag(90);
+    EXPECT_EQ(letters(), usual + 60);
+    drag(0);
+    EXPECT_EQ(letters(), usual);
+}
+
+// Nothing is cut off, nothing overlaps, and columns are equally wide.
 TEST_F(FontWindow, ControlsKeepApartAndInside) {
     struct Placed {
         HWND window;
@@ -378,6 +401,13 @@ TEST_F(FontWindow, ControlsKeepApartAndInside) {
         EXPECT_TRUE(area.left >= 8 && area.top >= 8 && area.right <= client.right - 8 &&
                     area.bottom <= client.bottom - 8);
     }
+    const auto widthOf = [&](int id) {
+        RECT area{};
+        ::GetWindowRect(control(id), &area);
+        return area.right - area.left;
+    };
+    for (int id = frmFont::kG1; id < frmFont::kG1 + static_cast<int>(kNamedSwatchCount); ++id)
+        EXPECT_EQ(widthOf(id), widthOf(frmFont::kCommand3)) << id;
     for (const Placed& a : placed) {
         for (const Placed& b : placed) {
             RECT common{};

@@ -2,6 +2,7 @@
 // versions of Windows have it: nothing is cut off, nothing overlaps. Windows that measure their
 // texts stand a much larger font too, and being dragged.
 #include "Controls.h"
+#include "chords/FrmCifraCreator.h"
 #include "widgets/FrmTxt.h"
 
 namespace melvorin::testing {
@@ -218,16 +219,86 @@ void inModal(Program& program, const wchar_t* name, Command command,
     EXPECT_EQ(run.seen(), 1) << shown(textOf(name)) << " did not come";
 }
 
+// As inModal, for a window that is gone before a timer could look: when it becomes active.
+class WhenActive {
+  public:
+    WhenActive(const char* name, std::function<void(HWND)> steps)
+        : name_(name), steps_(std::move(steps)) {
+        current_ = this;
+        hook_ = ::SetWindowsHookExW(WH_CBT, look, nullptr, ::GetCurrentThreadId());
+    }
+    WhenActive(const WhenActive&) = delete;
+    WhenActive& operator=(const WhenActive&) = delete;
+    ~WhenActive() {
+        ::UnhookWindowsHookEx(hook_);
+        current_ = nullptr;
+    }
+    int seen() const { return seen_; }
+
+  private:
+    static LRESULT CALLBACK look(int code, WPARAM wParam, LPARAM lParam) {
+        const auto window = reinterpret_cast<HWND>(wParam);
+        if (code == HCBT_ACTIVATE && className(window) == current_->name_) {
+            ++current_->seen_;
+            current_->steps_(window);
+        }
+        return ::CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static inline WhenActive* current_ = nullptr;
+    std::string name_;
+    std::function<void(HWND)> steps_;
+    HHOOK hook_ = nullptr;
+    int seen_ = 0;
+};
+
+// The windows of chord notation: its creator, which opens larger than it has to be, and the
+// progress of a key change.
+void lookAtNotation(Program& program, const std::string& font) {
+    inModal(program, L"MelvorinFrmCifraCreator", Command::mnuEditCifra, [&](HWND window) {
+        const SIZE opened = sizeOf(window);
+        const auto expectBoxes = [&] {
+            for (const int box : {FrmCifraCreator::kRb1, FrmCifraCreator::kRtb2}) {
+                const SIZE size = sizeOf(::GetDlgItem(window, box));
+                EXPECT_GT(3 * size.cx, sizeOf(window).cx) << box;
+                EXPECT_GT(4 * size.cy, sizeOf(window).cy) << box;
+            }
+        };
+        expectBoxes();
+        expectSound(window, "creator" + font);
+        const SIZE rest = restOf(window);
+        ::SetWindowPos(window, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
+        EXPECT_LT(sizeOf(window).cx, opened.cx);
+        EXPECT_LT(sizeOf(window).cy, opened.cy);
+        EXPECT_EQ(restOf(window).cx, rest.cx);
+        EXPECT_EQ(restOf(window).cy, rest.cy);
+        expectBoxes();
+        expectSound(window, "creator at its least" + font);
+        expectToFollow(window, "creator" + font, {160, 120});
+    });
+    const WhenActive keyChange("MelvorinFrmCifra", [&](HWND window) {
+        EXPECT_FALSE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_SYSMENU);
+        expectSound(window, "key change" + font);
+    });
+    program.command(Command::mnuDwn);
+    EXPECT_EQ(keyChange.seen(), 1);
+}
+
 // The windows that measure their texts.
 void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& font) {
-    program.command(Command::mnuFind);
-    expectSound(program.form->findWindow().handle(), "find" + font);
-    expectToFollow(program.form->findWindow().handle(), "find" + font, {160, 0});
-    ::ShowWindow(program.form->findWindow().handle(), SW_HIDE);
-    program.command(Command::mnuTab);
-    expectSound(program.form->tabWindow().handle(), "tablature" + font);
-    expectToFollow(program.form->tabWindow().handle(), "tablature" + font, {160, 120});
-    ::ShowWindow(program.form->tabWindow().handle(), SW_HIDE);
+    Form1& form = *program.form;
+    const auto look = [&](Command command, const Window& window, const char* name, SIZE by) {
+        program.command(command);
+        program.pump();
+        ASSERT_TRUE(window.isOpen() && ::IsWindowVisible(window.handle())) << name;
+        expectSound(window.handle(), name + font);
+        expectToFollow(window.handle(), name + font, by);
+        ::ShowWindow(window.handle(), SW_HIDE);
+    };
+    look(Command::mnuFind, form.findWindow(), "find", {160, 0});
+    look(Command::mnuTab, form.tabWindow(), "tablature", {160, 120});
+    look(Command::mnuFont, form.fontWindow(), "font and colours", {160, 120});
+    look(Command::mnuDps, form.songWindow(), "tuner", {160, 120});
 
     inModal(program, L"MelvorinfrmAbout", Command::mnuFileAbout, [&](HWND window) {
         EXPECT_FALSE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME);
@@ -271,15 +342,6 @@ void lookAtOthers(Program& program, const std::string& font) {
     const auto look = [&](HWND window, const char* name) {
         expectShown(program, window, name + font);
     };
-    const auto lookAndHide = [&](HWND window, const char* name) {
-        look(window, name);
-        ::ShowWindow(window, SW_HIDE);
-    };
-    program.command(Command::mnuFont);
-    lookAndHide(form.fontWindow().handle(), "font and colours");
-    program.command(Command::mnuDps);
-    lookAndHide(form.songWindow().handle(), "tuner");
-
     program.command(Command::mnuEditDic);
     DictionaryPanel& dictionary = form.dictionaryPanel();
     ::SetWindowTextW(dictionary.part(PanelPart::TS1), L"C#M7");
@@ -291,9 +353,6 @@ void lookAtOthers(Program& program, const std::string& font) {
     dictionary.press(PanelPart::GB15);
     look(dictionary.handle(), "dictionary, table");
     dictionary.press(PanelPart::GB8);
-
-    inModal(program, L"MelvorinFrmCifraCreator", Command::mnuEditCifra,
-            [&](HWND window) { expectSound(window, "creator" + font); });
 }
 
 TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
@@ -304,6 +363,7 @@ TEST(WindowFonts, NothingIsCutOffInAnyWindow) {
         program.program.programFolder = Win32ProgramFolder().folder();
         ASSERT_TRUE(program.start(folder.add(u"song.txt", "C  G\r\nA word\r\nof song\r\n")));
         lookAtMeasured(program, folder, growth.name);
+        lookAtNotation(program, growth.name);
         if (growth.across < kLarge.across)
             lookAtOthers(program, growth.name);
         lookAtStage(program, growth.name);
