@@ -322,6 +322,65 @@ void typing(std::int32_t lines) {
     report(name + "_without_snapshot_99th", quantile(unrecorded, 99), "ms");
 }
 
+// A character in a line of words whose chords follow, beside the same where they do not, and the
+// control alone; in a control of its own, as nothing is recorded here.
+void following(std::int32_t lines) {
+    constexpr int kCharacters = 200;
+    constexpr int kControlId = 9999;
+    OpenChart chart(static_cast<std::size_t>(lines));
+    RichEdit editor;
+    RECT area{};
+    ::GetClientRect(chart.form().handle(), &area);
+    if (!editor.create(chart.form().handle(), kControlId, u"Courier New", 10) ||
+        !editor.loadRtf(chart.editor().rtf()))
+        giveUp("there is no second control");
+    editor.place(area);
+    editor.show(true);
+    ChordFollower follower(editor, [] { return RichEdit::TypingFormat{u"Courier New", 10}; });
+    const auto type = [&] { ::SendMessageW(editor.handle(), WM_CHAR, u'e', 1); };
+    enum Way { Alone, Off, On };
+    std::map<Way, Times> times;
+    std::map<Way, Times> first;
+    for (int i = 0; i < 3 * kCharacters; ++i) {
+        // "When the lantern burns", with four chords above it.
+        constexpr std::int32_t words = 3;
+        constexpr std::int32_t column = 9;
+        const auto verseLines = static_cast<std::int32_t>(std::size(verse));
+        const std::int32_t at =
+            editor.firstOfLine(i * 37 % (lines / verseLines) * verseLines + words) + column;
+        const auto way = static_cast<Way>(i % 3);
+        follower.setOn(way == On);
+        editor.select({at, at});
+        editor.scrollCaretIntoView();
+        follower.caretMoved();
+        // The first character in a line also looks at its fonts.
+        if (way == Alone)
+            editor.replaceSelection(u"e");
+        else
+            first[way].push_back(timeOf(type));
+        ::UpdateWindow(editor.handle());
+        chart.pump();
+        const std::int32_t before = editor.length();
+        times[way].push_back(timeOf([&] {
+            if (way == Alone)
+                editor.replaceSelection(u"e");
+            else
+                type();
+            ::UpdateWindow(editor.handle());
+        }));
+        if (editor.length() != before + (way == On ? 2 : 1))
+            giveUp("the chords have not followed, or where they should not");
+    }
+    const std::string name = "follow_" + std::to_string(lines) + "_lines";
+    report(name + "_control_alone", median(times[Alone]), "ms");
+    report(name + "_off", median(times[Off]), "ms");
+    report(name + "_on", median(times[On]), "ms");
+    report(name + "_first_off", median(first[Off]), "ms");
+    report(name + "_first_on", median(first[On]), "ms");
+    report(name + "_on_to_off", median(times[On]) / median(times[Off]), "ratio");
+    report(name + "_on_to_control_alone", median(times[On]) / median(times[Alone]), "ratio");
+}
+
 }  // namespace
 
 void keyBench() {
@@ -329,6 +388,8 @@ void keyBench() {
     keyChangeOfChart(200, 15, window);
     typing(50);
     typing(2000);
+    following(2000);
+    following(5000);
     keyChangeOfChart(2000, 9, window);
     keyChangeOfChart(5000, 7, window);
 }

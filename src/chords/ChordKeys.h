@@ -45,6 +45,8 @@ class ChordVisit {
     void typed() { padding_ = {}; }
     // Another text: Undo, a load. What was put in is not there any more.
     void forget() { *this = {}; }
+    // The caret has been taken to chords, and has not come back.
+    bool isAway() const { return line_.has_value(); }
     // The stretch that was put in and may vanish: position and length.
     std::optional<std::pair<std::size_t, std::size_t>> padding() const;
 

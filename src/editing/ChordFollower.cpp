@@ -55,6 +55,15 @@ bool isMonospaced(const Text& face) {
     return known[face] = isFixed;
 }
 
+// Blanks that come or go in a line: the control draws that as it draws what is typed.
+bool isSmall(const FollowAnswer& answer) {
+    constexpr std::size_t most = 4;
+    return answer.edits.size() <= most &&
+           std::all_of(answer.edits.begin(), answer.edits.end(), [](const FollowEdit& edit) {
+               return edit.origin == Origin::New && edit.text.find(u'\r') == Text::npos;
+           });
+}
+
 }  // namespace
 
 class ChordFollower::Own {
@@ -111,20 +120,19 @@ bool ChordFollower::onKeyDown(const KeyStroke& stroke) {
         answer = next.toWords(*text, caret);
     else
         answer = next.tab(*text, caret, *key == ChordVisitKey::FormerStop);
-    const bool goes = goTo(std::move(next), answer);
+    const bool goes = goTo(std::move(next), answer, *text);
     swallows_ = goes && *key != ChordVisitKey::Down;
     return goes;
 }
 
 // The caret goes, and the blanks that it takes come and go unheard.
-bool ChordFollower::goTo(ChordVisit next, const std::optional<FollowAnswer>& answer) {
-    if (!answer || !mayFollow(answer->edits))
+bool ChordFollower::goTo(ChordVisit next, const std::optional<FollowAnswer>& answer,
+                         const Excerpt& from) {
+    if (!answer || !mayFollow(answer->edits, from))
         return false;
     const Own own(*this);
-    if (!answer->edits.empty()) {
-        const RichEdit::Quiet quiet(editor_);
-        make(*answer);
-    }
+    if (!answer->edits.empty())
+        makeUnseen(*answer);
     visit_ = std::move(next);
     const auto caret = positionOf(answer->caret);
     editor_.select({caret, caret});
@@ -140,7 +148,7 @@ bool ChordFollower::moveChord(ChordFollow::Move move) {
     const auto text = linesAround(selected);
     const auto answer = text ? follow_.moveChord(*text, sizeOf(selected.end), move) : std::nullopt;
     // The key does nothing else in a song, wherever the caret is.
-    if (!answer || !mayFollow(answer->edits))
+    if (!answer || !mayFollow(answer->edits, *text))
         return true;
     visit_.typed();
     const Own own(*this);
@@ -214,9 +222,11 @@ void ChordFollower::caretMoved() {
         return;
     noticeLoad();
     const Selection selected = editor_.selection();
-    leaveVisit(selected);
-    const Selection now = editor_.selection();
+    const Selection now = leaveVisit(selected) ? editor_.selection() : selected;
     const std::int32_t line = editor_.lineOf(now.end);
+    // What is selected may be given another font.
+    if (now.begin != now.end || line != caretLine_)
+        trusted_.reset();
     if (std::exchange(caretLine_, line) == line)
         return;
     if (const auto text = linesAround({now.end, now.end}))
@@ -224,17 +234,18 @@ void ChordFollower::caretMoved() {
 }
 
 // What was put in for the caret goes when that is elsewhere.
-void ChordFollower::leaveVisit(Selection caret) {
+bool ChordFollower::leaveVisit(Selection caret) {
     const auto padding = visit_.padding();
     if (!padding) {
-        if (editor_.lineOf(caret.end) != caretLine_)
+        if (visit_.isAway() && editor_.lineOf(caret.end) != caretLine_)
             visit_.forget();
-        return;
+        return false;
     }
     const bool isThere = caret.begin == caret.end && caret.end >= positionOf(padding->first) &&
                          caret.end <= positionOf(padding->first + padding->second);
     if (!isThere)
         endVisit(caret);
+    return !isThere;
 }
 
 void ChordFollower::endVisit(Selection caret) {
@@ -248,9 +259,8 @@ void ChordFollower::endVisit(Selection caret) {
     if (!answer || answer->edits.empty())
         return;
     const Own own(*this);
-    const RichEdit::Quiet quiet(editor_);
     const std::size_t anchor = positionAfter(answer->edits, sizeOf(caret.begin));
-    make(*answer);
+    makeUnseen(*answer);
     if (caret.begin != caret.end)
         editor_.select({positionOf(anchor), positionOf(answer->caret)});
 }
@@ -263,35 +273,37 @@ void ChordFollower::commandBegins() {
         endVisit(editor_.selection());
     follow_.beginAnew();
     hasDiagrams_.reset();
+    trusted_.reset();
 }
 
 // ---- Changes ----------------------------------------------------------------------------------
 
 void ChordFollower::around(const std::function<void()>& change, bool keepsLines) {
-    editBegins();
+    editBegins(editor_.selection(), editor_.length());
     change();
     hasDiagrams_.reset();
-    const RichEdit::Quiet quiet(editor_);
+    trusted_.reset();
+    RichEdit::Quiet quiet(editor_);
+    quiet.changed();
     keepsLines_ = keepsLines;
-    editEnds();
+    editEnds(editor_.selection(), editor_.length());
     keepsLines_ = false;
 }
 
-void ChordFollower::editBegins() {
+void ChordFollower::editBegins(Selection selected, std::int32_t length) {
     before_.reset();
     if (!on_ || own_)
         return;
     noticeLoad();
-    const Selection selected = editor_.selection();
     if (auto text = linesAround(selected))
-        before_ = Before{std::move(*text), selected, editor_.length()};
+        before_ = Before{std::move(*text), selected, length};
 }
 
-bool ChordFollower::editEnds() {
+bool ChordFollower::editEnds(Selection selected, std::int32_t length) {
     if (!before_)
         return true;
     const Before before = *std::exchange(before_, std::nullopt);
-    const std::int32_t grown = editor_.length() - before.length;
+    const std::int32_t grown = length - before.length;
     Excerpt after{before.text.start, {}, {}};
     const std::int32_t end = positionOf(before.text.end()) + grown;
     after.chars = editor_.textBetween({positionOf(after.start), end});
@@ -302,7 +314,6 @@ bool ChordFollower::editEnds() {
     after.diagrams = diagramsIn(after);
     if (visit_.padding())
         visit_.typed();
-    const Selection selected = editor_.selection();
     const std::size_t caret = sizeOf(selected.end);
     const std::size_t caretBefore = sizeOf(before.selected.end);
     const auto lines = keepsLines_ ? std::nullopt : replacedLines(before, after);
@@ -311,13 +322,15 @@ bool ChordFollower::editEnds() {
               : follow_.edited(before.text, caretBefore, after, caret);
     if (answer.edits.empty())
         return !answer.refused;
-    if (!mayFollow(answer.edits)) {
+    if (!mayFollow(answer.edits, after)) {
         forget();
         return true;
     }
     const Own own(*this);
-    const RichEdit::Quiet quiet(editor_);
-    make(answer);
+    if (isSmall(answer))
+        make(answer);
+    else
+        makeUnseen(answer);
     if (selected.begin != selected.end)
         editor_.select({positionOf(positionAfter(answer.edits, sizeOf(selected.begin))),
                         positionOf(answer.caret)});
@@ -353,6 +366,7 @@ void ChordFollower::forget() {
     visit_.forget();
     before_.reset();
     hasDiagrams_.reset();
+    trusted_.reset();
     caretLine_ = -1;
 }
 
@@ -367,10 +381,11 @@ std::optional<Excerpt> ChordFollower::linesAround(Selection range) {
     // An edit may take the line end before or behind it.
     constexpr auto above = static_cast<std::int32_t>(kLinesAbove) + 1;
     constexpr auto below = static_cast<std::int32_t>(kLinesBelow) + 2;
-    const std::int32_t first = std::max(0, editor_.lineOf(range.begin) - above);
-    const std::int32_t behind = editor_.lineOf(range.end) + below;
+    const std::int32_t top = editor_.lineOf(range.begin);
+    const std::int32_t last = range.end == range.begin ? top : editor_.lineOf(range.end);
+    const std::int32_t first = std::max(0, top - above);
     const std::int32_t start = editor_.firstOfLine(first);
-    const std::int32_t next = editor_.firstOfLine(behind);
+    const std::int32_t next = editor_.firstOfLine(last + below);
     const std::int32_t end = next > start ? next - 1 : editor_.length();
     Excerpt text{sizeOf(start), editor_.textBetween({start, end}), {}};
     if (positionOf(text.chars.size()) != end - start || !isPlain(text.chars))
@@ -424,25 +439,42 @@ std::vector<DiagramCells> ChordFollower::diagramsIn(const Excerpt& text) {
 }
 
 // Columns mean something in lines from left to right, at the left, in monospaced letters.
-bool ChordFollower::mayFollow(const std::vector<FollowEdit>& edits) {
+bool ChordFollower::mayFollow(const std::vector<FollowEdit>& edits, const Excerpt& text) {
     if (edits.empty())
         return true;
-    const auto lastEnd = positionOf(edits.back().position + edits.back().length);
-    const std::int32_t begin =
-        editor_.firstOfLine(editor_.lineOf(positionOf(edits.front().position)));
-    const std::int32_t lastLine = editor_.lineOf(lastEnd);
-    const Selection range{begin, editor_.firstOfLine(lastLine) + editor_.lengthOfLine(lastLine)};
-    const Text text = editor_.textBetween(range);
-    if (std::any_of(text.begin(), text.end(), isRightToLeft))
+    const std::size_t first = edits.front().position - text.start;
+    const std::size_t last = edits.back().position + edits.back().length - text.start;
+    const std::size_t before = first == 0 ? Text::npos : text.chars.rfind(u'\r', first - 1);
+    const std::size_t begin = before == Text::npos ? 0 : before + 1;
+    const std::size_t end = std::min(text.chars.find(u'\r', last), text.chars.size());
+    if (trusted_ == text.start + begin)
+        return true;
+    trusted_.reset();
+    const TextView lines = TextView(text.chars).substr(begin, end - begin);
+    if (std::any_of(lines.begin(), lines.end(), isRightToLeft))
         return false;
     const RichEdit::Quiet quiet(editor_);
-    const bool isLeft = editor_.styleOf(range).alignment == Alignment::Left;
-    const auto runs = editor_.faceRuns(range, kMostFaceRunsOfLines);
-    return isLeft && runs && std::all_of(runs->begin(), runs->end(), [](const auto& run) {
-               return isDiagramFace(run.face) || isMonospaced(run.face);
-           });
+    const Selection range{positionOf(text.start + begin), positionOf(text.start + end)};
+    const SelectionStyle style = editor_.styleOf(range);
+    if (style.alignment != Alignment::Left)
+        return false;
+    const auto suits = [](const Text& face) { return isDiagramFace(face) || isMonospaced(face); };
+    const auto runs = style.face ? std::vector<RichEdit::FaceRun>{{range, *style.face}}
+                                 : editor_.faceRuns(range, kMostFaceRunsOfLines);
+    if (!runs || !std::all_of(runs->begin(), runs->end(),
+                              [&](const RichEdit::FaceRun& run) { return suits(run.face); }))
+        return false;
+    trusted_ = text.start + begin;
+    return true;
 }
 
+void ChordFollower::makeUnseen(const FollowAnswer& answer) {
+    RichEdit::Quiet quiet(editor_);
+    quiet.changed();
+    make(answer);
+}
+
+// No event may come meanwhile.
 void ChordFollower::make(const FollowAnswer& answer) {
     std::vector<std::vector<RichEdit::Piece>> carried;
     for (const FollowEdit& edit : answer.edits)
@@ -450,13 +482,17 @@ void ChordFollower::make(const FollowAnswer& answer) {
                               ? editor_.piecesOf({positionOf(edit.from),
                                                   positionOf(edit.from + edit.text.size())})
                               : std::vector<RichEdit::Piece>());
-    const ScrollPosition page = editor_.scrollPosition();
+    const POINT page = editor_.page();
     for (std::size_t i = answer.edits.size(); i > 0; --i)
         insert(answer.edits[i - 1], carried[i - 1]);
     const auto caret = positionOf(answer.caret);
     editor_.select({caret, caret});
-    editor_.scrollTo(page);
-    editor_.scrollCaretIntoView();
+    const POINT now = editor_.page();
+    if (now.x == page.x && now.y == page.y && isSmall(answer))
+        return;
+    editor_.scrollTo({static_cast<std::int32_t>(page.x), static_cast<std::int32_t>(page.y)});
+    if (!editor_.isInView(caret))
+        editor_.scrollCaretIntoView();
 }
 
 void ChordFollower::insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces) {

@@ -38,8 +38,8 @@ class ChordFollower : public EditObserver {
     // tells of the change. `keepsLines`: each line stays itself, as when letters change their case.
     void around(const std::function<void()>& change, bool keepsLines = false);
 
-    void editBegins() override;
-    bool editEnds() override;
+    void editBegins(Selection selected, std::int32_t length) override;
+    bool editEnds(Selection selected, std::int32_t length) override;
 
   private:
     struct Before {
@@ -52,7 +52,7 @@ class ChordFollower : public EditObserver {
     class Own;
 
     bool moveChord(ChordFollow::Move move);
-    bool goTo(ChordVisit next, const std::optional<FollowAnswer>& answer);
+    bool goTo(ChordVisit next, const std::optional<FollowAnswer>& answer, const Excerpt& from);
     bool change(const TabChange& edit, std::size_t lineStart);
     bool eraseInTab(TabErase key);
     struct TabPlace {
@@ -62,7 +62,7 @@ class ChordFollower : public EditObserver {
         std::size_t end = 0;
     };
     std::optional<TabPlace> tabPlace() const;
-    void leaveVisit(Selection caret);
+    bool leaveVisit(Selection caret);
     void endVisit(Selection caret);
     void noticeLoad();
     void forget();
@@ -70,8 +70,9 @@ class ChordFollower : public EditObserver {
     bool isPlain(TextView text) const;
     std::vector<DiagramCells> diagramsIn(const Excerpt& text);
     bool hasDiagrams();
-    bool mayFollow(const std::vector<FollowEdit>& edits);
+    bool mayFollow(const std::vector<FollowEdit>& edits, const Excerpt& text);
     void make(const FollowAnswer& answer);
+    void makeUnseen(const FollowAnswer& answer);
     void insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces);
 
     RichEdit& editor_;
@@ -82,6 +83,8 @@ class ChordFollower : public EditObserver {
     HWND known_ = nullptr;             // the control whose document this knows
     std::int32_t caretLine_ = -1;      // where the caret was last
     std::optional<bool> hasDiagrams_;  // nothing: to be looked up
+    // Where lines begin that are known to be such as chords follow in, while the caret is there.
+    std::optional<std::size_t> trusted_;
     bool on_ = false;
     bool own_ = false;
     bool keepsLines_ = false;

@@ -476,17 +476,18 @@ void RichEdit::tellSelection() const {
 }
 
 void RichEdit::thaw() const {
-    drawAgain();
+    drawAgain(true);
     send(EM_SETEVENTMASK, 0, ENM_CHANGE | ENM_SELCHANGE);
 }
 
-void RichEdit::drawAgain() const {
+void RichEdit::drawAgain(bool changed) const {
     send(WM_SETREDRAW, TRUE);
     // The message has brought it into view, whatever it was before.
     if (!shown_)
         ::ShowWindow(handle_, SW_HIDE);
     // With its frame: scroll bars that moved meanwhile were not drawn.
-    ::RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
+    if (changed)
+        ::RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
 }
 
 Text RichEdit::textBetween(Selection range) const {

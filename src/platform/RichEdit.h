@@ -19,10 +19,11 @@ namespace melvorin {
 class EditObserver {
   public:
     virtual ~EditObserver() = default;
-    virtual void editBegins() = 0;
+    // The selection and the length of the text, as they are.
+    virtual void editBegins(Selection selected, std::int32_t length) = 0;
     // The control has made it. What is changed now is part of it, and no event comes of that. False
     // where the document is what it was, so that nobody is to be told.
-    virtual bool editEnds() = 0;
+    virtual bool editEnds(Selection selected, std::int32_t length) = 0;
 };
 
 // A document is loaded into a fresh control, which then takes the old one's place: emptying a
@@ -120,18 +121,19 @@ class RichEdit : public Editor {
     };
     std::optional<std::vector<FaceRun>> faceRuns(Selection range, std::size_t most);
 
-    // While it lives nothing is drawn and no event comes; the caret stands where it stood on the
-    // screen, unless it is moved.
+    // While it lives nothing is drawn and no event comes. What has changed is drawn at its end.
     class Quiet {
       public:
         explicit Quiet(RichEdit& editor);
         Quiet(const Quiet&) = delete;
         Quiet& operator=(const Quiet&) = delete;
         ~Quiet();
+        void changed() { changed_ = true; }
 
       private:
         RichEdit& editor_;
         LRESULT events_;
+        bool changed_ = false;
     };
     // The standard edit messages.
     void cut();
@@ -154,6 +156,9 @@ class RichEdit : public Editor {
     std::int32_t firstOfLine(std::int32_t line) const;
     std::int32_t lengthOfLine(std::int32_t line) const;
     std::int32_t firstVisibleLine() const;
+    // How far the text is scrolled, in pixels as far as the control counts them: to see whether it
+    // has been.
+    POINT page() const;
     // Puts the caret at the start of a line (from 0) and the line at the top of the control, or as
     // far up as it can go; one visible change, drawn at once.
     void bringToTop(std::int32_t line);
@@ -182,7 +187,7 @@ class RichEdit : public Editor {
     void tellChange() const;
     void formatTyped(std::int32_t begin);
     void tellSelection() const;
-    void drawAgain() const;
+    void drawAgain(bool changed) const;
     void thaw() const;
     // False when the control does not take the bytes; the old one then stays.
     bool fillFresh(WPARAM format, std::string_view bytes);

@@ -47,8 +47,9 @@ RichEdit::Quiet::Quiet(RichEdit& editor)
 }
 
 RichEdit::Quiet::~Quiet() {
+    // Who works draws it.
     if (!editor_.atWork())
-        editor_.drawAgain();
+        editor_.drawAgain(changed_);
     editor_.send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events_));
 }
 

@@ -75,7 +75,7 @@ void RichEdit::onComposition(HWND window, UINT message, WPARAM wParam, LPARAM lP
     const bool begins = message == WM_IME_STARTCOMPOSITION;
     if (begins)
         observe([&] {
-            observer_->editBegins();
+            observer_->editBegins(selection(), length());
             return true;
         });
     composes_ = begins;
@@ -85,7 +85,7 @@ void RichEdit::onComposition(HWND window, UINT message, WPARAM wParam, LPARAM lP
     bool tells = false;
     {
         const Unheard unheard(handle_);
-        tells = observe([&] { return observer_->editEnds(); });
+        tells = observe([&] { return observer_->editEnds(selection(), length()); });
     }
     if (tells)
         tellChange();
@@ -109,11 +109,13 @@ void RichEdit::changeBy(const std::function<void()>& action, bool types) {
         const Unheard unheard(handle_);
         if (isObserved)
             observe([&] {
-                observer_->editBegins();
+                observer_->editBegins(before, lengthBefore);
                 return true;
             });
         action();
-        changed = selection() != before || length() != lengthBefore;
+        Selection after = selection();
+        const std::int32_t lengthAfter = length();
+        changed = after != before || lengthAfter != lengthBefore;
         try {
             if (changed && types)
                 formatTyped(before.begin);
@@ -121,7 +123,7 @@ void RichEdit::changeBy(const std::function<void()>& action, bool types) {
             // It stands there in another format; that it does has to be heard all the same.
         }
         if (changed && isObserved)
-            tells = observe([&] { return observer_->editEnds(); });
+            tells = observe([&] { return observer_->editEnds(after, lengthAfter); });
     }
     if (!changed)
         return;

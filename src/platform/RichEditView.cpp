@@ -19,8 +19,7 @@ constexpr std::int32_t kProbe = 40;
 // ---- Scrolling --------------------------------------------------------------------------------
 
 ScrollPosition RichEdit::scrollPosition() const {
-    POINT point{};
-    send(EM_GETSCROLLPOS, 0, lparamOf(&point));
+    const POINT point = page();
     return {static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y),
             firstVisibleLine()};
 }
@@ -60,6 +59,12 @@ void RichEdit::centre(std::int32_t position) {
     if (point.x < text.left || point.x >= text.right)
         place.x = std::max(0, place.x + static_cast<int>(point.x - (text.left + text.right) / 2));
     scrollTo(place);
+}
+
+POINT RichEdit::page() const {
+    POINT point{};
+    send(EM_GETSCROLLPOS, 0, lparamOf(&point));
+    return point;
 }
 
 std::int32_t RichEdit::firstVisibleLine() const {
