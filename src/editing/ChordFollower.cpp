@@ -120,20 +120,20 @@ bool ChordFollower::onKeyDown(const KeyStroke& stroke) {
         answer = next.toWords(*text, caret);
     else
         answer = next.tab(*text, caret, *key == ChordVisitKey::FormerStop);
-    const bool goes = goTo(std::move(next), answer, *text);
+    const bool goes = goTo(next, answer, *text);
     swallows_ = goes && *key != ChordVisitKey::Down;
     return goes;
 }
 
 // The caret goes, and the blanks that it takes come and go unheard.
-bool ChordFollower::goTo(ChordVisit next, const std::optional<FollowAnswer>& answer,
+bool ChordFollower::goTo(const ChordVisit& next, const std::optional<FollowAnswer>& answer,
                          const Excerpt& from) {
     if (!answer || !mayFollow(answer->edits, from))
         return false;
     const Own own(*this);
     if (!answer->edits.empty())
         makeUnseen(*answer);
-    visit_ = std::move(next);
+    visit_ = next;
     const auto caret = positionOf(answer->caret);
     editor_.select({caret, caret});
     editor_.scrollCaretIntoView();

@@ -52,7 +52,8 @@ class ChordFollower : public EditObserver {
     class Own;
 
     bool moveChord(ChordFollow::Move move);
-    bool goTo(ChordVisit next, const std::optional<FollowAnswer>& answer, const Excerpt& from);
+    bool goTo(const ChordVisit& next, const std::optional<FollowAnswer>& answer,
+              const Excerpt& from);
     bool change(const TabChange& edit, std::size_t lineStart);
     bool eraseInTab(TabErase key);
     struct TabPlace {
