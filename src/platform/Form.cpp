@@ -251,19 +251,16 @@ void Form::placeParts() {
         return;
     RECT client{};
     ::GetClientRect(handle(), &client);
-    HDWP moves = ::BeginDeferWindowPos(static_cast<int>(parts_.size()));
     for (const auto& [index, area] :
          layout_.place({static_cast<int>(client.right), static_cast<int>(client.bottom)})) {
         Part& part = parts_[static_cast<std::size_t>(index)];
         part.place = area;
-        if (part.window == nullptr || moves == nullptr)
+        if (part.window == nullptr)
             continue;
         const int height = isDropDown(part.window) ? scaled(kDropHeight) : area.height;
-        moves = ::DeferWindowPos(moves, part.window, nullptr, area.left, area.top, area.width,
-                                 height, SWP_NOZORDER | SWP_NOACTIVATE);
+        ::SetWindowPos(part.window, nullptr, area.left, area.top, area.width, height,
+                       SWP_NOZORDER | SWP_NOACTIVATE);
     }
-    if (moves != nullptr)
-        ::EndDeferWindowPos(moves);
     onPlaced();
     // Labels and frames do not draw themselves anew when only their size changes.
     ::RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);

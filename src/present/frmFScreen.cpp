@@ -29,8 +29,8 @@ bool edits(UINT message, WPARAM wParam) {
         return true;
     const bool isCommand = isHeld(VK_CONTROL) && !isHeld(VK_MENU) && wParam != 'C' &&
                            wParam != VK_INSERT && wParam >= '0' && wParam <= 'Z';
-    return isCommand || wParam == VK_RETURN || wParam == VK_BACK || wParam == VK_DELETE ||
-           (wParam == VK_INSERT && isHeld(VK_SHIFT));
+    return isCommand || pastes(strokeOf(wParam)) || wParam == VK_RETURN || wParam == VK_BACK ||
+           wParam == VK_DELETE;
 }
 
 }  // namespace

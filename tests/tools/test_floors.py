@@ -55,21 +55,45 @@ def listed(folder):
     return lists
 
 
+def is_standard(include):
+    """A header of the language's own library, or of the database."""
+    return "." not in include or include == "sqlite3.h"
+
+
 class Floors(unittest.TestCase):
     def test_no_arrow_runs_up(self):
         for path in sources():
             folder, name = path.parent.name, path.relative_to(SOURCE).as_posix()
             for include in includes(path):
                 other = include.split("/")[0]
-                if "/" not in include or not (SOURCE / other).is_dir() or other == folder:
+                if "/" not in include or other == folder:
                     continue
                 with self.subTest(file=name, includes=include):
+                    self.assertNotIn(other, (".", ".."), "by its folder, from src on")
+                    if not (SOURCE / other).is_dir():
+                        continue
+                    self.assertNotEqual(other, "cli", "the tool stands beside the house")
                     if folder == "cli":
                         self.assertTrue(other in TOOL or name in TOOL_ENTRY)
                     elif floor_of(folder) == floor_of(other):
                         self.assertIn((folder, other), SIDEWAYS)
                     else:
                         self.assertGreater(floor_of(folder), floor_of(other))
+
+    def test_no_folders_go_round_in_a_circle(self):
+        below = {folder: set(listed(folder)["BELOW"]) for floor in FLOORS for folder in floor}
+        for path in sources():
+            if path.parent.name in below:
+                below[path.parent.name].update(
+                    other
+                    for other in (include.split("/")[0] for include in includes(path))
+                    if other in below and other != path.parent.name
+                )
+        left = dict(below)
+        while free := [folder for folder, others in left.items() if not others & left.keys()]:
+            for folder in free:
+                del left[folder]
+        self.assertEqual(left, {})
 
     def test_the_build_links_what_may_be_included(self):
         for floor in FLOORS:
@@ -82,33 +106,43 @@ class Floors(unittest.TestCase):
                             self.assertGreater(floor_of(folder), floor_of(below))
 
     def test_core_sees_no_windows(self):
-        windows = {"windows.h", "commctrl.h", "richedit.h", "shellapi.h", "windowsx.h", "commdlg.h"}
-        for folder in (f for floor in FLOORS for f in floor if f != "platform"):
+        for folder in [f for floor in FLOORS for f in floor] + ["cli"]:
             lists = listed(folder)
             window_headers = {pathlib.Path(name).stem + ".h" for name in lists["WINDOWS"]}
-            for name in lists["CORE"]:
+            for name in sorted(lists["CORE"]):
                 seen = set()
                 queue = [SOURCE / folder / name]
                 while queue:
                     path = queue.pop()
-                    if path in seen or not path.is_file():
+                    if path in seen:
                         continue
                     seen.add(path)
-                    self.assertNotEqual(path.parent.name, "platform", f"{folder}/{name}")
+                    if folder != "platform":
+                        self.assertNotEqual(path.parent.name, "platform", f"{folder}/{name}")
                     for include in includes(path):
+                        if (SOURCE / include).is_file():
+                            queue.append(SOURCE / include)
+                            continue
                         with self.subTest(core=f"{folder}/{name}", through=path.name):
-                            self.assertNotIn(include, windows)
-                        queue.append(SOURCE / include)
+                            self.assertTrue(is_standard(include), include)
                 self.assertFalse({p.name for p in seen if p.parent.name == folder} & window_headers)
 
+    # Two services of the system come with the ground that they are for: its code pages, and the
+    # files of the tool where there is no Windows.
     def test_every_source_is_built(self):
-        entries = {"app/WinMain.cpp", "cli/main.cpp"}
+        entries = {"app/WinMain.cpp", "cli/main.cpp", "cli/NativeFiles.cpp"}
+        pages = {"platform/SystemAnsiCodec.cpp", "cli/NativeCodePages.cpp"}
+        ground = (SOURCE / "base" / "CMakeLists.txt").read_text(encoding="utf-8")
         for path in sources():
             name = path.relative_to(SOURCE).as_posix()
-            if path.suffix == ".cpp" and name not in entries:
-                built = (path.parent / "CMakeLists.txt").read_text(encoding="utf-8")
-                base = (SOURCE / "base" / "CMakeLists.txt").read_text(encoding="utf-8")
-                self.assertTrue(path.name in built or f"../{name}" in base, name)
+            if path.suffix != ".cpp" or name in entries:
+                continue
+            with self.subTest(source=name):
+                if name in pages:
+                    self.assertIn(f"../{name}", ground)
+                else:
+                    lists = listed(path.parent.name)
+                    self.assertIn(path.name, lists["CORE"] | lists["WINDOWS"])
 
 
 if __name__ == "__main__":
