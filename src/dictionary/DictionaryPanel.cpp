@@ -8,6 +8,7 @@
 #include "base/Paths.h"
 #include "chords/SuffixNormaliser.h"
 #include "dictionary/AdoSource.h"
+#include "platform/ControlSize.h"
 
 namespace melvorin {
 namespace {
@@ -374,8 +375,11 @@ void DictionaryPanel::layOutParts() {
     RECT client{};
     ::GetClientRect(handle(), &client);
     const bool other = dictionary_.otherReading().has_value();
-    layout_ = layoutPanel(view_, notice(), other, static_cast<int>(client.right),
-                          static_cast<int>(client.bottom), systemDpi());
+    layout_ = layoutPanel(
+        view_, notice(), other, static_cast<int>(client.right), static_cast<int>(client.bottom),
+        systemDpi(), {static_cast<int>(neededSize(part(Neck), 0).height), [this](PanelPart it) {
+                          return static_cast<int>(neededSize(part(it), 0).width);
+                      }});
     for (std::size_t i = 0; i < kParts; ++i) {
         const Area& area = layout_.areas[i];
         ::SetWindowPos(parts_[i], nullptr, area.left, area.top, area.width, area.height,

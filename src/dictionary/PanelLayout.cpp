@@ -11,6 +11,7 @@ using enum PanelPart;
 // Pixels at 96 dpi.
 constexpr int kMargin = 8;
 constexpr int kGap = 6;
+constexpr int kLine = 15;  // of the usual font; what is more the rows are higher
 constexpr int kLabel = 18;
 constexpr int kBox = 23;
 constexpr int kButton = 26;
@@ -28,12 +29,16 @@ constexpr PanelPart kDiagrams[] = {GB1, GB2, GB3, GB4, GB5, GB6};
 // The room that is left, cut off row by row.
 class Room {
   public:
-    Room(int width, int height, int dpi)
+    Room(int width, int height, int dpi, const PanelTexts& texts)
         : dpi_(dpi),
+          more_(std::max(0, texts.line - scale(kLine))),
+          texts_(texts),
           rest_{scale(kMargin), scale(kMargin), std::max(0, width - 2 * scale(kMargin)),
                 std::max(0, height - 2 * scale(kMargin))} {}
 
     int scale(int pixels) const { return (pixels * dpi_ + 48) / 96; }
+    // Of a row with a text.
+    int heightOf(int pixels) const { return scale(pixels) + more_; }
     Area top(int pixels) {
         const int taken = take(pixels);
         const Area row{rest_.left, rest_.top, rest_.width, taken};
@@ -48,15 +53,18 @@ class Room {
         return row;
     }
     const Area& rest() const { return rest_; }
+    int needOf(PanelPart part) const { return texts_.width(part); }
 
   private:
     int take(int pixels) {
-        const int taken = std::min(scale(pixels), rest_.height);
+        const int taken = std::min(heightOf(pixels), rest_.height);
         rest_.height -= taken;
         return taken;
     }
 
     int dpi_;
+    int more_;
+    const PanelTexts& texts_;
     Area rest_;
 };
 
@@ -75,15 +83,24 @@ std::vector<Area> cellsOf(const Area& area, int columns, int rows, int gap) {
 
 void placePair(PanelLayout& layout, const Room& room, const Area& row, PanelPart left,
                PanelPart right) {
-    const std::vector<Area> halves = cellsOf(row, 2, 1, room.scale(kGap));
-    layout[left] = halves[0];
-    layout[right] = halves[1];
+    const int gap = room.scale(kGap);
+    const int half = std::max(0, (row.width - gap) / 2);
+    const int needed[] = {room.needOf(left), room.needOf(right)};
+    int first = half;
+    // Halves, unless one needs more and the other less.
+    if (needed[0] > half && needed[1] < half)
+        first = std::min(needed[0], 2 * half - needed[1]);
+    else if (needed[1] > half && needed[0] < half)
+        first = std::max(needed[0], 2 * half - needed[1]);
+    layout[left] = {row.left, row.top, first, row.height};
+    layout[right] = {row.left + first + gap, row.top, 2 * half - first, row.height};
 }
 
 void placeSearch(PanelLayout& layout, Room& room) {
     layout[Label1] = room.top(kLabel);
     Area box = room.top(kBox);
-    const int button = std::min(room.scale(kFindButton), box.width / 2);
+    const int button =
+        std::min(std::max(room.scale(kFindButton), room.needOf(Command1)), box.width / 2);
     layout[Command1] = {box.left + box.width - button, box.top, button, box.height};
     box.width -= button + room.scale(kGap);
     layout[TS1] = box;
@@ -105,7 +122,7 @@ void placeRecord(PanelLayout& layout, Room& room) {
 // three, whichever gives the larger ones.
 void placeDiagrams(PanelLayout& layout, const Room& room, int most) {
     const int gap = room.scale(kGap);
-    const int caption = room.scale(kNeckCaption);
+    const int caption = room.heightOf(kNeckCaption);
     const int largest = room.scale(most);
     Area area = room.rest();
     area.height = std::max(0, area.height - caption);
@@ -148,9 +165,9 @@ void placeEntry(PanelLayout& layout, Room& room, PanelNotice notice, bool other,
 }  // namespace
 
 PanelLayout layoutPanel(PanelView view, PanelNotice notice, bool other, int width, int height,
-                        int dpi) {
+                        int dpi, const PanelTexts& texts) {
     PanelLayout layout{};
-    Room room(width, height, dpi);
+    Room room(width, height, dpi, texts);
     switch (view) {
         case PanelView::Search:
             layout[GB14] = room.bottom(kButton);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 
 #include "base/Services.h"
 
@@ -65,8 +66,14 @@ constexpr PanelWidth widthOf(PanelView view) {
     return view == PanelView::Search ? PanelWidth::Normal : PanelWidth::Expanded;
 }
 
+// What the captions need in the font of the moment, in device pixels.
+struct PanelTexts {
+    int line = 0;                         // the height of a line
+    std::function<int(PanelPart)> width;  // of a part with its caption
+};
+
 // `other` tells that there is another chord to offer; the table does not.
 PanelLayout layoutPanel(PanelView view, PanelNotice notice, bool other, int width, int height,
-                        int dpi);
+                        int dpi, const PanelTexts& texts);
 
 }  // namespace melvorin

@@ -491,11 +491,16 @@ TEST(PanelLayout, PartsNeitherOverlapNorLeaveThePanel) {
                  {385, 460, 96, true},   {393, 880, 96, true},  {600, 880, 96, true},
                  {590, 1300, 144, true}, {900, 1300, 144, true}};
     for (const auto& [width, height, dpi, isUsual] : sizes) {
+        // A caption that needs more than half of the row that it shares.
+        const PanelTexts texts{15 * dpi / 96, [&](PanelPart part) {
+                                   return part == PanelPart::GB7 ? width * 6 / 10 : 20;
+                               }};
         for (const PanelView view : {PanelView::Search, PanelView::Diagrams, PanelView::Grid}) {
             for (const PanelNotice notice :
                  {PanelNotice::None, PanelNotice::Strip, PanelNotice::Page}) {
                 for (const bool other : {false, true}) {
-                    const PanelLayout layout = layoutPanel(view, notice, other, width, height, dpi);
+                    const PanelLayout layout =
+                        layoutPanel(view, notice, other, width, height, dpi, texts);
                     std::vector<Area> placed;
                     for (const Area& area : layout.areas) {
                         if (area.width <= 0 || area.height <= 0)
@@ -507,6 +512,9 @@ TEST(PanelLayout, PartsNeitherOverlapNorLeaveThePanel) {
                         for (const Area& former : placed)
                             EXPECT_FALSE(overlap(area, former)) << width << "x" << height;
                         placed.push_back(area);
+                    }
+                    if (isUsual && view != PanelView::Search) {
+                        EXPECT_EQ(layout[PanelPart::GB7].width, texts.width(PanelPart::GB7));
                     }
                     if (!isUsual || notice == PanelNotice::Page)
                         continue;
