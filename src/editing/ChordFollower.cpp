@@ -229,7 +229,12 @@ void ChordFollower::caretMoved() {
         trusted_.reset();
     if (std::exchange(caretLine_, line) == line)
         return;
-    if (const auto text = linesAround({now.end, now.end}))
+    // Only of an empty line does it matter what is around it.
+    const std::int32_t start = editor_.firstOfLine(line);
+    Text words = editor_.textBetween({start, start + editor_.lengthOfLine(line)});
+    if (words.find_first_not_of(u' ') != Text::npos)
+        follow_.caretAt({sizeOf(start), std::move(words), {}}, sizeOf(now.end));
+    else if (const auto text = linesAround({now.end, now.end}))
         follow_.caretAt(*text, sizeOf(now.end));
 }
 

@@ -50,8 +50,8 @@ Size labelSize(HWND label, int width) {
     const bool breaks = wraps && (style & SS_EDITCONTROL) != 0;  // words longer than a line too
     Size size = extentOf(label, windowText(label), width,
                          prefix | (wraps ? DT_WORDBREAK : 0) | (breaks ? DT_EDITCONTROL : 0));
-    if (style & SS_ELLIPSISMASK)
-        size.width = 0;
+    // Measured and drawn, a text may differ by a pixel: its last sign would go.
+    size.width = style & SS_ELLIPSISMASK ? 0 : size.width + (wraps ? 0 : 2);
     return size;
 }
 

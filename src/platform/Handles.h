@@ -39,6 +39,7 @@ class Unique {
 using UniqueBitmap = Unique<HBITMAP, ::DeleteObject>;
 using UniqueBrush = Unique<HBRUSH, ::DeleteObject>;
 using UniqueFont = Unique<HFONT, ::DeleteObject>;
+using UniqueRegion = Unique<HRGN, ::DeleteObject>;
 using UniqueIcon = Unique<HICON, ::DestroyIcon>;
 using UniqueMenu = Unique<HMENU, ::DestroyMenu>;
 using UniqueImageList = Unique<HIMAGELIST, ::ImageList_Destroy>;

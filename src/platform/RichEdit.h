@@ -11,6 +11,7 @@
 
 #include <richedit.h>
 #include "base/Editor.h"
+#include "platform/Handles.h"
 #include "platform/Win.h"
 
 namespace melvorin {
@@ -133,6 +134,7 @@ class RichEdit : public Editor {
       private:
         RichEdit& editor_;
         LRESULT events_;
+        UniqueRegion pending_;  // what was to be drawn when it began
         bool changed_ = false;
     };
     // The standard edit messages.
@@ -209,6 +211,7 @@ class RichEdit : public Editor {
     BYTE revisionAuthor_ = 0;  // of all characters; only its change counts
     bool shown_ = true;
     int work_ = 0;
+    int quiet_ = 0;
 };
 
 }  // namespace melvorin

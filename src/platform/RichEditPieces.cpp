@@ -42,14 +42,20 @@ class RichEdit::Look {
 
 RichEdit::Quiet::Quiet(RichEdit& editor)
     : editor_(editor), events_(editor.send(EM_SETEVENTMASK, 0, 0)) {
-    if (!editor_.atWork())
-        editor_.send(WM_SETREDRAW, FALSE);
+    if (editor_.quiet_++ > 0 || editor_.atWork())
+        return;
+    // The message takes what is still to be drawn for drawn.
+    pending_.reset(::CreateRectRgn(0, 0, 0, 0));
+    ::GetUpdateRgn(editor_.handle_, pending_.get(), FALSE);
+    editor_.send(WM_SETREDRAW, FALSE);
 }
 
 RichEdit::Quiet::~Quiet() {
     // Who works draws it.
-    if (!editor_.atWork())
+    if (--editor_.quiet_ == 0 && !editor_.atWork()) {
         editor_.drawAgain(changed_);
+        ::InvalidateRgn(editor_.handle_, pending_.get(), TRUE);
+    }
     editor_.send(EM_SETEVENTMASK, 0, static_cast<LPARAM>(events_));
 }
 

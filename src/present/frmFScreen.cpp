@@ -208,7 +208,8 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NOTIFY:
             if (reinterpret_cast<const NMHDR*>(lParam)->code == EN_SELCHANGE) {
-                shownFollower().caretMoved();
+                if (!panel_.run().isRunning())
+                    shownFollower().caretMoved();
                 panel_.showCursorLine(
                     static_cast<int>(shownText().lineOf(shownText().selection().begin)) + 1);
             }

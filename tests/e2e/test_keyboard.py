@@ -95,7 +95,7 @@ class Keyboard(Case):
         press("ctrl+End", "ctrl+shift+Left", "ctrl+x", to="keys.txt - Melvorin")
         drive("wait-text", "C  G\nlight ")
         press("ctrl+Home", "ctrl+v", to="keys.txt - Melvorin")
-        drive("wait-text", "lightC  G\nlight ")
+        drive("wait-text", "lightC G\nlight ")
         press("ctrl+z", to="keys.txt - Melvorin")
         drive("wait-text", "C  G\nlight ")
         press("ctrl+a", "alt", to="keys.txt - Melvorin")

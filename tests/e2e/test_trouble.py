@@ -115,10 +115,10 @@ class Trouble(Case):
             press("Return", to=BOX)
             wait_title("song.txt - Melvorin")
             enter("Am ", to="song.txt - Melvorin")
-            drive("wait-text", "Am C  G")
+            drive("wait-text", "Am C G")
             press("ctrl+s", "alt+F4", to="song.txt - Melvorin")
             program.expect_end()
-            expect(f"file, {trouble}", b"Am C  G\r\n", song.read_bytes())
+            expect(f"file, {trouble}", b"Am C G\r\n", song.read_bytes())
         finally:
             program.kill()
 

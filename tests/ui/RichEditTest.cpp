@@ -487,5 +487,37 @@ TEST(EditorView, GoesBackToWhereItWas) {
     EXPECT_EQ(host.edit.scrollPosition(), view);
 }
 
+// A look at formats draws nothing, and what was to be drawn before is still to be drawn.
+TEST(Quiet, KeepsWhatIsToBeDrawn) {
+    Host host;
+    host.plain(u"one\rtwo\rthree");
+    const HWND control = host.edit.handle();
+    ::UpdateWindow(control);
+    RECT place{};
+    {
+        const RichEdit::Quiet quiet(host.edit);
+        const RichEdit::Quiet inner(host.edit);
+        host.edit.styleOf({0, 3});
+    }
+    EXPECT_FALSE(::GetUpdateRect(control, &place, FALSE));
+    ::InvalidateRect(control, nullptr, TRUE);
+    {
+        const RichEdit::Quiet quiet(host.edit);
+        host.edit.faceRuns({0, 13}, 10);
+    }
+    EXPECT_TRUE(::GetUpdateRect(control, &place, FALSE));
+    EXPECT_GT(place.bottom, 100);
+    ::UpdateWindow(control);
+    const int events = host.changes;
+    {
+        RichEdit::Quiet quiet(host.edit);
+        host.edit.select({0, 3});
+        host.edit.replaceSelection(u"1");
+        quiet.changed();
+    }
+    EXPECT_TRUE(::GetUpdateRect(control, &place, FALSE));
+    EXPECT_EQ(host.changes, events);
+}
+
 }  // namespace
 }  // namespace melvorin::testing
