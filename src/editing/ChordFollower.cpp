@@ -14,7 +14,7 @@ namespace melvorin {
 namespace {
 
 // A document with more stretches of other faces than this is looked at line by line.
-constexpr std::size_t kMostFaceRuns = 200;
+constexpr std::size_t kMostFaceRuns = 40;
 constexpr std::size_t kMostFaceRunsOfLines = 2000;
 
 std::size_t sizeOf(std::int32_t number) {
@@ -225,6 +225,8 @@ void ChordFollower::caretMoved() {
     const Selection now = leaveVisit(selected) ? editor_.selection() : selected;
     const std::int32_t line = editor_.lineOf(now.end);
     // What is selected may be given another font.
+    if (now.begin != now.end)
+        hasDiagrams_.reset();
     if (now.begin != now.end || line != caretLine_)
         trusted_.reset();
     if (std::exchange(caretLine_, line) == line)
@@ -277,7 +279,6 @@ void ChordFollower::commandBegins() {
     if (!editor_.atWork())
         endVisit(editor_.selection());
     follow_.beginAnew();
-    hasDiagrams_.reset();
     trusted_.reset();
 }
 
@@ -402,10 +403,8 @@ std::optional<Excerpt> ChordFollower::linesAround(Selection range) {
 bool ChordFollower::hasDiagrams() {
     if (!hasDiagrams_) {
         const RichEdit::Quiet quiet(editor_);
-        const auto runs = editor_.faceRuns({0, editor_.length()}, kMostFaceRuns);
-        hasDiagrams_ = !runs || std::any_of(runs->begin(), runs->end(), [](const auto& run) {
-            return isDiagramFace(run.face);
-        });
+        const auto runs = editor_.faceRuns({0, editor_.length()}, kMostFaceRuns, isDiagramFace);
+        hasDiagrams_ = !runs || (!runs->empty() && isDiagramFace(runs->back().face));
     }
     return *hasDiagrams_;
 }

@@ -120,7 +120,10 @@ class RichEdit : public Editor {
         Selection range;
         Text face;
     };
-    std::optional<std::vector<FaceRun>> faceRuns(Selection range, std::size_t most);
+    // `until`: the last one is the first that has such a face.
+    std::optional<std::vector<FaceRun>> faceRuns(
+        Selection range, std::size_t most,
+        const std::function<bool(TextView face)>& until = nullptr);
 
     // While it lives nothing is drawn and no event comes. What has changed is drawn at its end.
     class Quiet {

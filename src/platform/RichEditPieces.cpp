@@ -110,8 +110,8 @@ void RichEdit::put(const std::vector<Piece>& pieces) {
     }
 }
 
-std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(Selection range,
-                                                                 std::size_t most) {
+std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(
+    Selection range, std::size_t most, const std::function<bool(TextView face)>& until) {
     const Look look(*this);
     std::vector<FaceRun> runs;
     std::vector<Selection> left{range};
@@ -133,6 +133,8 @@ std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(Selection range
             runs.back().range.end = here.end;
         else
             runs.push_back({here, std::move(face)});
+        if (until && until(runs.back().face))
+            break;
     }
     if (runs.size() > most)
         return std::nullopt;
