@@ -383,7 +383,10 @@ bool Form1::isBusy() const {
 // The door of everything that changes the document or puts another in its place. The view works on
 // the document that it was opened with, so it closes first.
 bool Form1::mayBegin() {
-    return !isBusy() && fullScreen_.close();
+    if (isBusy() || !fullScreen_.close())
+        return false;
+    follower_.commandBegins();
+    return true;
 }
 
 bool Form1::mayEnd() {
@@ -427,9 +430,11 @@ void Form1::run(Command command) {
     if (handler == nullptr || !isEnabled(command))
         return;
     // An open view comes forward.
-    if (!(command == Command::mnuFullScreen ? !isBusy() : mayBegin()))
+    const bool opensView = command == Command::mnuFullScreen;
+    if (opensView ? isBusy() : !mayBegin())
         return;
-    follower_.commandBegins();
+    if (opensView)
+        follower_.commandBegins();
     (this->*handler)();
 }
 
@@ -540,7 +545,6 @@ void Form1::insertDiagram(TextView glyph, TextView face) {
         return;
     RichEditDiagrams editor(rtftext_);
     DiagramStyle typing;
-    follower_.commandBegins();
     follower_.around([&] { typing = melvorin::insertDiagram(editor, glyph, face); });
     documents_.changed();
     // What comes next is the song, and not in the font of diagrams.

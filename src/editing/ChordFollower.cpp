@@ -1,6 +1,7 @@
 #include "editing/ChordFollower.h"
 
 #include <algorithm>
+#include <exception>
 #include <map>
 #include <utility>
 
@@ -157,7 +158,7 @@ bool ChordFollower::moveChord(ChordFollow::Move move) {
 }
 
 bool ChordFollower::onCharacter(char16_t character) {
-    if (std::exchange(swallows_, false))
+    if (std::exchange(swallows_, false) && character < u' ')
         return true;
     if (!on_ || character < u' ' || character == 0x7F)
         return false;
@@ -285,14 +286,29 @@ void ChordFollower::commandBegins() {
 // ---- Changes ----------------------------------------------------------------------------------
 
 void ChordFollower::around(const std::function<void()>& change, bool keepsLines) {
-    editBegins(editor_.selection(), editor_.length());
-    change();
+    // Chords that cannot follow keep nobody from the change, nor from telling of it.
+    const auto unlessItFails = [this](const std::function<void()>& part) {
+        try {
+            part();
+        } catch (const std::exception&) {
+            forget();
+        }
+    };
+    unlessItFails([this] { editBegins(editor_.selection(), editor_.length()); });
+    try {
+        change();
+    } catch (...) {
+        forget();
+        throw;
+    }
     hasDiagrams_.reset();
     trusted_.reset();
-    RichEdit::Quiet quiet(editor_);
-    quiet.changed();
     keepsLines_ = keepsLines;
-    editEnds(editor_.selection(), editor_.length());
+    unlessItFails([this] {
+        RichEdit::Quiet quiet(editor_);
+        quiet.changed();
+        editEnds(editor_.selection(), editor_.length());
+    });
     keepsLines_ = false;
 }
 
