@@ -139,6 +139,40 @@ def key_change(album, song):
     drive("menu", "Undo", "menu", "Undo")
 
 
+def following(album):
+    """A moving picture of a line that is written, gets its chords and is written anew."""
+    program = start()
+    title = title_of("Chord Notation")
+    wait_song("Chord Notation")
+    frames = []
+
+    def shown(hundredths, *keys, typed=""):
+        for key in keys:
+            press(key, to=title, delay=80)
+        for letter in typed:
+            enter(letter, to=title)
+            album.frame(frames, 25)
+        album.frame(frames, hundredths)
+
+    enter("Over the hills and far away", to=title)
+    shown(120)
+    # Up to the place of each chord, and back to its word.
+    press("Home", to=title)
+    for words, chord in ((0, "Am"), (2, "G"), (2, "C")):
+        shown(60, *["ctrl+Right"] * words, "ctrl+Return")
+        shown(70, typed=chord)
+        shown(40, "Return")
+    shown(80, "Home", "ctrl+Right", "ctrl+Right")
+    shown(120, typed="misty ")
+    shown(120, "ctrl+Right")
+    shown(180, "Return")
+    shown(180, "BackSpace")
+    album.keep_moving("following", frames)
+    drive("close", "wait-front", BOX)
+    press("n", to=BOX)
+    program.expect_end()
+
+
 def windows_of_song(album, song):
     for name, command, title, *steps in (
         ("find", "Find and Replace", "Find and Replace"),
@@ -250,6 +284,7 @@ def main(names):
     shutil.copytree(home / "Examples", PREFIX / "drive_c/Songs")
     with tempfile.TemporaryDirectory() as work:
         album = Album(pathlib.Path(work), names)
+        following(album)
         first_song(album)
         recovery_and_creator(album)
         on_stage(album)
