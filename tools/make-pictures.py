@@ -36,6 +36,8 @@ SHIPPED = (
 SCREEN = "1024x700+0+0"
 # The song and the menus over it.
 SONG_PART = "620x330+0+0"
+# The first lines of the song.
+LINES_PART = "420x150+0+0"
 
 # A song as it is found on the web.
 WEB_SONG = """\
@@ -108,10 +110,10 @@ class Album:
         """The window in front."""
         self.keep(name, drive("place"))
 
-    def frame(self, frames, hundredths):
+    def frame(self, frames, hundredths, part=SONG_PART):
         """One more of a moving picture, and how long it is shown."""
         file = self.work / f"frame-{len(frames):03}.png"
-        self.still(file, SONG_PART)
+        self.still(file, part)
         frames.append((hundredths, file))
 
     def keep_moving(self, name, frames, *options):
@@ -151,8 +153,8 @@ def following(album):
             press(key, to=title, delay=80)
         for letter in typed:
             enter(letter, to=title)
-            album.frame(frames, 25)
-        album.frame(frames, hundredths)
+            album.frame(frames, 25, LINES_PART)
+        album.frame(frames, hundredths, LINES_PART)
 
     enter("Over the hills and far away", to=title)
     shown(120)

@@ -65,6 +65,72 @@ TEST(ChordsFollow, ByEachKeyAndBackByUndo) {
     }
 }
 
+// Songs as they are written: what comes of it, and back to the beginning by Undo.
+TEST(ChordsFollow, AsASongIsWritten) {
+    const struct {
+        const char* what;
+        std::string_view before;
+        std::string_view keys;
+        std::string_view after;
+    } songs[] = {
+        {"words first", "^",
+         "Over the hill<home><ctrl+enter>Am<enter><ctrl+right><ctrl+right>"
+         "<ctrl+enter>G<enter>wide ",
+         "Am            G\nOver the wide ^hill"},
+        {"chords first", "^", "Am   G<enter>Over the hill", "Am   G\nOver the hill^"},
+        {"under chords that are there", "Am   G\n^\nla", "Ovr<bs>er the", "Am   G\nOver the^\nla"},
+        {"a slip at the end", "Am   G\nOver the hilk^", "<bs>l", "Am   G\nOver the hill^"},
+        {"a slip in the middle", "Am   G   C\nOvet^ the hill", "<bs>r",
+         "Am   G   C\nOver^ the hill"},
+        {"a verse pasted within a line", "Am   G\nOver ^hill", "<paste>",
+         "Am\nOver \nC   F\nfar away\nG\n^hill"},
+        {"a line parted twice and joined again", "Am   G   C\nOver ^the hill",
+         "<enter><ctrl+right><enter><bs><home><bs>", "Am   G   C\nOver ^the hill"},
+        {"two lines of chords", "     D7\nC    G\nover ^hills", "wide ",
+         "          D7\nC         G\nover wide ^hills"},
+        {"words of chord letters", "C   G\nBad ^Dad", "Mad ", "C       G\nBad Mad ^Dad"},
+        {"a chord put between two", "C         G\nover wide^ hills", "<up><shift+tab>Am",
+         "C    Am^   G\nover wide hills"},
+    };
+    for (const auto& song : songs) {
+        SCOPED_TRACE(song.what);
+        const Drawn before(song.before);
+        const ScratchFolder folder;
+        Program program(folder.add(u"song.txt", before.bytes()));
+        program.clipboard.plain = u"C   F\r\nfar away\r\n";
+        program.editor().select(before.selection);
+        program.pump();
+        const std::int16_t snapshots = program.history().count();
+        give(program, program.editor(), song.keys);
+        EXPECT_EQ(drawn(program.editor()), song.after);
+        const int steps = program.history().count() - snapshots;
+        EXPECT_GT(steps, 0);
+        for (int i = 0; i < steps; ++i)
+            program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.editor().text().chars, before.chars);
+    }
+}
+
+// A double click takes the chord alone; with the mouse a stretch of words is cut as with keys.
+TEST(ChordsFollow, ByTheMouse) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "Am7  G  C\r\nOver the hill\r\n"));
+    RichEdit& editor = program.editor();
+    const auto click = [&](UINT message, std::int32_t position) {
+        const POINT at = editor.pointOf(position);
+        ::SendMessageW(editor.handle(), message, MK_LBUTTON, MAKELPARAM(at.x + 1, at.y + 4));
+    };
+    click(WM_LBUTTONDBLCLK, 1);
+    EXPECT_EQ(editor.selection(), (Selection{0, 3}));
+    press(program, editor.handle(), 'X', {VK_CONTROL});
+    EXPECT_EQ(drawn(editor), "^     G  C\nOver the hill");
+    click(WM_LBUTTONDOWN, 15);
+    click(WM_MOUSEMOVE, 19);
+    click(WM_LBUTTONUP, 19);
+    press(program, editor.handle(), VK_DELETE, {});
+    EXPECT_EQ(drawn(editor), "     G C\nOver ^hill");
+}
+
 TEST(ChordsFollow, OnlyWhileSwitchedOn) {
     const ScratchFolder folder;
     const Text path = folder.add(u"song.txt", "Am      G\r\nOver the hill\r\n");
