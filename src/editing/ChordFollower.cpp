@@ -275,10 +275,10 @@ bool ChordFollower::editEnds(Selection selected, std::int32_t length) {
         forget();
         return true;
     }
-    after.diagrams = document_.diagramsIn(after);
+    const std::size_t caret = sizeOf(selected.end);
+    after.diagrams = document_.diagramsAfterKey(before.text, after, caret);
     if (visit_.padding())
         visit_.typed();
-    const std::size_t caret = sizeOf(selected.end);
     const std::size_t caretBefore = sizeOf(before.selected.end);
     const auto lines = keepsLines_ ? std::nullopt : replacedLines(before, after);
     const FollowAnswer answer =

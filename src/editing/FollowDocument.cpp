@@ -68,6 +68,25 @@ std::int32_t letterNear(MappedDocument& document, std::size_t place) {
     return -1;
 }
 
+// What of them is left when the edits are made, and where it is then.
+void moveDiagrams(std::vector<DiagramCells>& diagrams, const std::vector<FollowEdit>& edits) {
+    std::vector<DiagramCells> left;
+    for (DiagramCells diagram : diagrams) {
+        std::size_t position = diagram.position;
+        bool stays = true;
+        for (const FollowEdit& edit : edits) {
+            const std::size_t end = edit.position + edit.length;
+            stays = stays && (diagram.position < edit.position || diagram.position >= end);
+            if (end <= diagram.position)
+                position += edit.text.size() - edit.length;
+        }
+        diagram.position = position;
+        if (stays)
+            left.push_back(diagram);
+    }
+    diagrams = std::move(left);
+}
+
 // The formats of a part of a text, by the pieces of all of it; nothing where they do not reach.
 std::vector<RichEdit::Piece> partOf(const std::vector<RichEdit::Piece>& pieces, std::size_t begin,
                                     std::size_t length) {
@@ -120,7 +139,9 @@ bool FollowDocument::hasDiagrams() {
     if (!hasDiagrams_) {
         const RichEdit::Quiet quiet(editor_);
         const auto runs = editor_.faceRuns({0, editor_.length()}, kMostFaceRuns, isDiagramFace);
-        hasDiagrams_ = !runs || (!runs->empty() && isDiagramFace(runs->back().face));
+        hasDiagrams_ = !runs || std::any_of(runs->begin(), runs->end(), [](const auto& run) {
+            return isDiagramFace(run.face);
+        });
     }
     return *hasDiagrams_;
 }
@@ -128,6 +149,31 @@ bool FollowDocument::hasDiagrams() {
 std::vector<DiagramCells> FollowDocument::diagramsIn(const Excerpt& text) {
     if (text.chars.empty() || !hasDiagrams())
         return {};
+    if (!known_ || known_->start != text.start || known_->chars != text.chars) {
+        known_ = text;
+        known_->diagrams = lookForDiagrams(text);
+    }
+    return known_->diagrams;
+}
+
+std::vector<DiagramCells> FollowDocument::diagramsAfterKey(const Excerpt& before,
+                                                           const Excerpt& after,
+                                                           std::size_t caret) {
+    // A character may have two halves. What it is tells the format at the caret behind it.
+    constexpr std::size_t mostTyped = 2;
+    const TextEdit edit = differenceOf(before, after, caret);
+    const auto isWriting = [&] {
+        return edit.text.size() <= mostTyped && caret == edit.position + edit.text.size() &&
+               !isDiagramFace(editor_.selectionStyle().face.value_or(Text()));
+    };
+    if (!known_ || known_->chars != before.chars || (!edit.text.empty() && !isWriting()))
+        return diagramsIn(after);
+    known_->chars = after.chars;
+    moveDiagrams(known_->diagrams, {{edit.position, edit.length, edit.text, Origin::New, 0}});
+    return known_->diagrams;
+}
+
+std::vector<DiagramCells> FollowDocument::lookForDiagrams(const Excerpt& text) {
     const RichEdit::Quiet quiet(editor_);
     const auto runs =
         editor_.faceRuns({positionOf(text.start), positionOf(text.end())}, kMostFaceRunsOfLines);
@@ -256,6 +302,12 @@ void FollowDocument::make(const FollowAnswer& answer,
             carried.push_back(partOf(incoming, edit.from, edit.text.size()));
         else
             carried.emplace_back();
+    }
+    if (known_ && isSmall(answer)) {
+        applyEdits(known_->chars, answer.edits, known_->start);
+        moveDiagrams(known_->diagrams, answer.edits);
+    } else {
+        known_.reset();
     }
     const POINT page = editor_.page();
     for (std::size_t i = answer.edits.size(); i > 0; --i)

@@ -34,6 +34,9 @@ class FollowDocument {
     // Neither a table nor a formula.
     static bool isPlain(TextView text);
     std::vector<DiagramCells> diagramsIn(const Excerpt& text);
+    // The same behind a key, which turned `before`, whose diagrams were asked for, into `after`.
+    std::vector<DiagramCells> diagramsAfterKey(const Excerpt& before, const Excerpt& after,
+                                               std::size_t caret);
     // The diagrams in the lines that edits touch, and two lines above and below them; nothing where
     // that is not known.
     std::optional<std::vector<DiagramCells>> diagramsNear(MappedDocument& document,
@@ -62,17 +65,26 @@ class FollowDocument {
     static bool isSmall(const FollowAnswer& answer);
 
     // Another document has come, or the caret to another place: the formats may be others.
-    void forgetDiagrams() { hasDiagrams_.reset(); }
-    void forgetPlace() { trusted_.reset(); }
+    void forgetDiagrams() {
+        hasDiagrams_.reset();
+        known_.reset();
+    }
+    void forgetPlace() {
+        trusted_.reset();
+        known_.reset();
+    }
 
   private:
     std::optional<Excerpt> lines(Selection range, std::int32_t below);
+    std::vector<DiagramCells> lookForDiagrams(const Excerpt& text);
     bool hasDiagrams();
     void insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces);
 
     RichEdit& editor_;
     std::function<RichEdit::TypingFormat()> textFont_;
     std::optional<bool> hasDiagrams_;  // nothing: to be looked up
+    // The lines that were looked at last, with their diagrams, as they are now.
+    std::optional<Excerpt> known_;
     // Where lines begin that are known to be such as chords follow in, while the caret is there.
     std::optional<std::size_t> trusted_;
 };
