@@ -43,8 +43,9 @@ struct LineMoves {
 // What becomes of a line; nothing where it stays.
 std::optional<MovedLine> movedLine(TextView line, const LineMoves& moves, const OtherMove* other,
                                    std::span<const ColumnRange> pictures) {
-    const KeyChange* const change =
-        other == nullptr ? moves.change : other->change ? &*other->change : nullptr;
+    const KeyChange* const change = other == nullptr ? moves.change
+                                    : other->change  ? &*other->change
+                                                     : nullptr;
     if (change == nullptr || line.empty())
         return std::nullopt;
     if (IsChordLine(line))
@@ -74,8 +75,7 @@ std::vector<ChordLine> moveLines(TextView text, const LineMoves& moves, IsPictur
             });
             if (auto moved =
                     movedLine(line.chars, moves, isOther ? &others.front() : nullptr, pictures))
-                lines.push_back(
-                    {start, line.chars.size(), std::move(pictures), std::move(*moved)});
+                lines.push_back({start, line.chars.size(), std::move(pictures), std::move(*moved)});
         }
         lineDone();
         if (line.end.empty())
@@ -233,11 +233,14 @@ LeftOver Document::leftOver() const {
     // Soft line breaks end lines of a chart too.
     Text song = text_;
     std::replace(song.begin(), song.end(), u'\v', u'\r');
-    const auto isInLine = [&](std::size_t position) {
-        return song[position] != u'\r' && song[position] != u'\n' && isPicture(position);
-    };
-    return findLeftOver(song, map_ || hasDiagrams_ ? picturesOf(0, song.size(), isInLine)
-                                                   : std::vector<ColumnRange>());
+    std::vector<ColumnRange> pictures;
+    if (map_ || hasDiagrams_) {
+        pictures = picturesOf(0, song.size(), [&](std::size_t position) {
+            return TextView(u" \t\r\n").find(song[position]) == TextView::npos &&
+                   isPicture(position);
+        });
+    }
+    return findLeftOver(song, pictures);
 }
 
 void Document::load(const std::vector<ChordLine>& lines) {
@@ -252,8 +255,8 @@ void Document::load(const std::vector<ChordLine>& lines) {
 void Document::move(const LineMoves& moves, const std::function<void()>& lineDone) {
     const Selection selection = editor_.selection();
     const ScrollPosition scroll = editor_.scrollPosition();
-    const std::vector<ChordLine> lines =
-        moveLines(text_, moves, [this](std::size_t at) { return isPicture(at); }, lineDone);
+    const std::vector<ChordLine> lines = moveLines(
+        text_, moves, [this](std::size_t at) { return isPicture(at); }, lineDone);
     if (lines.empty())
         return;
     try {
@@ -289,6 +292,7 @@ void moveOthersInDocument(Editor& editor, const ChooseOthers& others,
 }
 
 LeftOver leftOverInDocument(Editor& editor) {
+    const EditorWork work(editor);
     return Document(editor).leftOver();
 }
 

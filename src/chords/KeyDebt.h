@@ -20,9 +20,6 @@ namespace melvorin {
 
 class KeyDebt {
   public:
-    // Stands for "no line".
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-
     // True where no line is behind, and where none is left alone.
     bool isZero() const { return lines_.empty(); }
     // Half steps that the line would have to go up to be in the key of the song, from 0 to 11.
@@ -40,12 +37,18 @@ class KeyDebt {
     void leaveAlone(std::size_t line);
     bool isLeftAlone(std::size_t line) const;
 
-    // The song was edited. Unchanged lines and edited ones keep what they have, also the two parts
-    // of a line that was parted, and two that were joined (what the first of them has). New ones
-    // have nothing. In proportion to the text, and no work where all is zero.
+    // The song was edited. Unchanged lines and edited ones keep what they have, also the parts of a
+    // line that was parted; two that were joined have what the longer one has. New ones have
+    // nothing. No work where all is zero.
     void edited(TextView before, TextView after);
-    // The same where it is known which line each line came from, or kNone.
+    // The same where it is known which line each line came from (`LineSources.h`).
     void follow(std::span<const std::size_t> sources);
+
+    // What goes otherwise than a key change that is about to be made: lines left alone stay. With
+    // `moveAll`, which leaves no line of chords over, also those that it would pass over, and those
+    // that were behind before; moved() tells then that they have been moved.
+    std::vector<OtherMove> othersOfKeyChange(const LeftOver& found, Direction direction,
+                                             Spelling spelling, unsigned steps, bool moveAll) const;
 
     // One line of ASCII text without line end, for a journal: "up sharps 4:1 9:1 12:-".
     std::string text() const;
@@ -75,12 +78,5 @@ class KeyDebt {
 // What "Move Them Too" has to move: the lines of chords that are behind. Their number is the number
 // of lines that are not in the key of the song. `song` is the text that `found` was found in.
 std::vector<OtherMove> linesBehind(const KeyDebt& debt, const LeftOver& found, TextView song);
-
-// What goes with a key change that is to leave no line of chords over: those it would pass over,
-// and those that were behind before. Lines left alone stay, with `moveAll` or without it; without
-// it nothing else is named.
-std::vector<OtherMove> othersOfKeyChange(const KeyDebt& debt, const LeftOver& found, TextView song,
-                                         Direction direction, Spelling spelling, unsigned steps,
-                                         bool moveAll);
 
 }  // namespace melvorin

@@ -15,8 +15,18 @@ namespace {
 constexpr std::size_t kLongestLine = 200;
 
 constexpr TextView kKeyWords[] = {
-    u"key",        u"tom",       u"tone",      u"tonart",         u"tonalidad", u"tonalidade",
-    u"tonalit\u00E9", u"tonalit\u00E0", u"tonacja", u"t\u00F3nina", u"toonsoort", u"toneart",
+    u"key",
+    u"tom",
+    u"tone",
+    u"tonart",
+    u"tonalidad",
+    u"tonalidade",
+    u"tonalit\u00E9",
+    u"tonalit\u00E0",
+    u"tonacja",
+    u"t\u00F3nina",
+    u"toonsoort",
+    u"toneart",
     u"\u0442\u043E\u043D\u0430\u043B\u044C\u043D\u043E\u0441\u0442\u044C"};
 
 bool isLetter(char16_t c) {
@@ -62,8 +72,8 @@ std::size_t noteLength(TextView value, TextView lower) {
         ++length;
     const TextView behind = value.substr(length);
     const bool ends = behind.empty() || !isLetter(behind[0]) || behind.starts_with(u"maj") ||
-                      (behind[0] == u'm' && (behind.size() == 1 || !isLetter(behind[1]) ||
-                                             behind.starts_with(u"min")));
+                      (behind[0] == u'm' &&
+                       (behind.size() == 1 || !isLetter(behind[1]) || behind.starts_with(u"min")));
     return value[0] <= u'H' && ends ? length : 0;
 }
 

@@ -36,8 +36,9 @@ bool hasRootLetter(TextView line) {
 
 // Whether letters behind a root can be a suffix: "m", "min", "bmaj", "sus".
 bool isSuffixOfLetters(TextView letters) {
-    static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim", u"aug",
-                                         u"sus",   u"bo",    u"ma",  u"mi",  u"m",   u"b"};
+    static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim",
+                                         u"aug",   u"sus",   u"add", u"ad",  u"bo",
+                                         u"ma",    u"mi",    u"m",   u"b"};
     while (!letters.empty()) {
         const auto word = std::find_if(std::begin(words), std::end(words), [&](TextView w) {
             return letters.size() >= w.size() &&
@@ -130,8 +131,8 @@ void addNotes(const ImportedChord& chord, std::vector<ColumnRange>& notes) {
     do {
         const bool whole = chord.isRead;
         const std::size_t end =
-            whole ? chord.written.size() : std::min(chord.written.find(u'-', begin),
-                                                    chord.written.size());
+            whole ? chord.written.size()
+                  : std::min(chord.written.find(u'-', begin), chord.written.size());
         const TextView part = chord.written.substr(begin, end - begin);
         if (begin == 0 || houseSpelling(part) || resemblesChord(part)) {
             for (const ColumnRange& note : notesOfChord(part))

@@ -49,7 +49,7 @@ struct LeftOver {
 // A line that does not go with the key change of the others: one left over that is moved as well,
 // a line of either kind that is behind, or one that is to stay.
 struct OtherMove {
-    LeftOverLine line;  // a line of nothing but chords needs no notes
+    LeftOverLine line;                // a line of nothing but chords needs no notes
     std::optional<KeyChange> change;  // nothing: it stays
 };
 

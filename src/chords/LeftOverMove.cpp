@@ -74,7 +74,8 @@ void LineMover::takeGap() {
     expanded_ += plain.size();
     const std::size_t cells = cellsOf(plain);
     cell_ += cells;
-    const std::size_t least = begin == 0 || at_ == line_.size() ? 0 : std::min<std::size_t>(cells, 1);
+    const std::size_t least =
+        begin == 0 || at_ == line_.size() ? 0 : std::min<std::size_t>(cells, 1);
     const std::size_t wanted =
         found_.inBrackets ? cells : std::max(cell_, newCell_ + least) - newCell_;
     newCell_ += wanted;
