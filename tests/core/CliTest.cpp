@@ -112,6 +112,10 @@ TEST_F(Cli, RefusesArgumentsThatMakeNoSense) {
         {{u"transpose", u"--up", u"--flats", u"--output-dir", u"keys"}, u"\"keys\""},
         {{u"transpose", u"--up", u"--flats", u"--output-dir", u"k", u"a/x", u"b", u"c/x"},
          u"\"a/x\" and \"c/x\""},
+        {{u"transpose", u"--up", u"--flats", u"--others"}, u"\"--others\" needs a value"},
+        {{u"transpose", u"--up", u"--flats", u"--others=stay"}, u"\"stay\""},
+        {{u"transpose", u"--up", u"--flats", u"--strict=yes"}, u"\"--strict=yes\""},
+        {{u"lines", u"--strict"}, u"\"--strict\""},
         {{u"lines", u"song", u"tune"}, u"\"tune\""},
         {{u"lines", u"--up"}, u"\"--up\""},
         {{u"normalize", u"song", u"tune"}, u"several files need --output-dir"},
@@ -245,6 +249,51 @@ TEST_F(Cli, ReportsTroubleAndCarriesOn) {
     ports.inputBroken = true;
     EXPECT_EQ(run({u"lines"}), 1);
     EXPECT_EQ(ports.errors, u"melvorin-cli: cannot read the standard input: Broken.\n");
+}
+
+TEST_F(Cli, NamesOrMovesLinesThatAKeyChangeLeaves) {
+    const std::string plain = "C  G\nold folks\n";
+    const std::string mixed = "C  G\r\nCmaj7\tF\r\n|Am|G/B|\r\nla\r\nIntro: D\r\n";
+    const std::string german = "Hm  G\nCmaj7  D\n";
+    // Two parts, as large songs are read; a tablature stays one from its first line on.
+    const std::string large = "{start_of_tab}\n" + std::string(40000, '-') + "\nCmaj7 G7sus2\n" +
+                              "{end_of_tab}\nEm7 Cmaj7\n";
+    const struct {
+        std::string song, moved;
+        TextView left, leftWhenMoved;
+    } cases[] = {
+        {plain, "Db Ab\nold folks\n", u"", u""},
+        {mixed, "Db Ab\r\nDbmaj7  Gb\r\n|Bbm|Ab/C|\r\nla\r\nIntro: Eb\r\n",
+         u"3 lines of chords left: 2, 3, 5", u""},
+        {german, german, u"2 lines of chords left: 1, 2", u"2 lines of chords left: 1, 2"},
+        {large, "", u"1 line of chords left: 5", u""},
+    };
+    for (const auto& c : cases) {
+        ports.input = c.song;
+        const auto report = [](TextView left) {
+            return left.empty() ? Text() : u"the standard input: " + Text(left) + u"\n";
+        };
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats"}), 0);
+        EXPECT_EQ(toUtf8(ports.errors), toUtf8(report(c.left)));
+        const std::string leaving = ports.output;
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--others=leave", u"--strict"}),
+                  c.left.empty() ? 0 : 3);
+        EXPECT_EQ(ports.output, leaving);
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--others", u"move", u"--strict"}),
+                  c.leftWhenMoved.empty() ? 0 : 3);
+        EXPECT_EQ(toUtf8(ports.errors), toUtf8(report(c.leftWhenMoved)));
+        if (!c.moved.empty()) {
+            EXPECT_EQ(ports.output, c.moved);
+        }
+    }
+    files.contents = {{u"song", mixed}};
+    EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--strict", u"song", u"--output=x"}), 3);
+    EXPECT_EQ(ports.errors, u"song: 3 lines of chords left: 2, 3, 5\n");
+    EXPECT_EQ(files.contents[u"x"].substr(0, 14), "Db Ab\r\nCmaj7\tF");
+    // What failed comes first.
+    EXPECT_EQ(
+        run({u"transpose", u"--up", u"--flats", u"--strict", u"--output-dir=x", u"song", u"gone"}),
+        1);
 }
 
 // Every command that writes a text, on two files, on one and on the standard input.
