@@ -1,6 +1,7 @@
 #include "chords/LeftOver.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 
 #include "chords/CellWidth.h"
@@ -23,23 +24,34 @@ constexpr bool isAlphanumeric(char16_t c) {
 
 // ---- The brief look --------------------------------------------------------------------------
 
-// A to H, also full-width. Without a jump, so that many characters are looked at together.
-bool hasRootLetter(TextView line) {
-    unsigned found = 0;
-    for (const char16_t c : line) {
-        const auto plain = static_cast<char16_t>(c - u'A');
-        const auto wide = static_cast<char16_t>(c - 0xFF21);
-        found |= static_cast<unsigned>(plain < 8) | static_cast<unsigned>(wide < 8);
-    }
+constexpr bool isRootLetter(char16_t c) {
+    return (c >= u'A' && c <= u'H') || (c >= 0xFF21 && c <= 0xFF28);
+}
+
+// Whether `is` holds for some character, without a jump, so that many are looked at together.
+template <class Is>
+bool hasAny(TextView line, Is is) {
+    std::uint16_t found = 0;
+    for (const char16_t c : line)
+        found = static_cast<std::uint16_t>(found | static_cast<std::uint16_t>(is(c)));
     return found != 0;
+}
+
+// As isRootLetter, by eights.
+bool hasRootLetter(TextView line) {
+    return hasAny(line, [](char16_t c) {
+        return (static_cast<std::uint16_t>(c - u'A') / 8 == 0) |
+               (static_cast<std::uint16_t>(c - 0xFF21) / 8 == 0);
+    });
 }
 
 // Whether letters behind a root can be a suffix: "m", "min", "bmaj", "sus".
 bool isSuffixOfLetters(TextView letters) {
-    static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim",
-                                         u"aug",   u"sus",   u"add", u"ad",  u"bo",
-                                         u"ma",    u"mi",    u"m",   u"b"};
+    static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim", u"aug", u"sus",
+                                         u"add",   u"ad",    u"bo",  u"ma",  u"mi",  u"m",   u"b"};
     while (!letters.empty()) {
+        if (TextView(u"abdms").find(letters[0] | 0x20) == TextView::npos)
+            return false;
         const auto word = std::find_if(std::begin(words), std::end(words), [&](TextView w) {
             return letters.size() >= w.size() &&
                    std::equal(w.begin(), w.end(), letters.begin(),
@@ -68,26 +80,40 @@ bool mayBeginChord(TextView text) {
     return false;
 }
 
-// Whether the line has more chords than words, as far as that shows.
+// Where the first chord may begin, at `at` or behind it; else the end of the line.
+std::size_t findChord(TextView line, std::size_t at) {
+    for (; at < line.size(); ++at) {
+        if (!isRootLetter(line[at]))
+            continue;
+        const bool inWord = at > 0 && isAlphanumeric(line[at - 1]);
+        if (line[at] > 0x7F || (!inWord && mayBeginChord(line.substr(at))))
+            break;
+    }
+    return at;
+}
+
+// Whether the line may have more chords than words. What stands in front of a colon, or beside
+// brackets or "N.C.", is another matter.
 bool mayBeRow(TextView line) {
     std::size_t chords = 0;
+    for (std::size_t at = findChord(line, 0); at < line.size(); at = findChord(line, at + 1))
+        ++chords;
+    const auto isOther = [](char16_t c) {
+        return (c == u':') | (c == u'[') | (c == u'(') | (c == u'N');
+    };
+    if (chords == 0 || hasAny(line, isOther))
+        return chords > 0;
     std::size_t words = 0;
-    char16_t before = u' ';
-    for (std::size_t at = 0; at < line.size(); before = line[at++]) {
-        const char16_t c = line[at];
-        // What stands in front of a colon or in brackets is another matter.
-        if (c == u':' || c == u'[' || c == u'(')
-            return true;
-        const bool wide = c >= 0xFF21 && c < 0xFF29;
-        if (wide || (c >= u'A' && c <= u'H' && !isAlphanumeric(before)))
-            chords += wide || mayBeginChord(line.substr(at)) ? 1U : 0U;
-        else if ((c == u'N' || c == u'n') && !isAlphanumeric(before) && at + 1 < line.size() &&
-                 TextView(u".Cc/").find(line[at + 1]) != TextView::npos)
-            chords += 1;  // "N.C."
-        else if (isAnyBlank(before) && c >= u'a' && c <= u'z' && c != u'b' && c != u'x')
-            words += 1;  // b and x begin "bis" and "x2"
+    bool afterBlank = true;
+    for (const char16_t c : line) {
+        if (afterBlank && c >= u'a' && c <= u'z') {
+            // Behind these letters may be "n.c.", "bis" and "x2".
+            chords += c == u'n' ? 1U : 0U;
+            words += c != u'n' && c != u'b' && c != u'x' ? 1U : 0U;
+        }
+        afterBlank = c == u' ' || isAnyBlank(c);
     }
-    return chords > 2 * words || (words == 0 && chords > 0);
+    return words == 0 || chords > 2 * words;
 }
 
 // ---- H ---------------------------------------------------------------------------------------
