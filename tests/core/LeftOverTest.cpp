@@ -266,6 +266,10 @@ TEST(LeftOverProperty, TheBriefLookLosesNothing) {
             continue;
         ++found;
         ASSERT_TRUE(mayBeLeftOver(line)) << toUtf8(line);
+        for (const LeftOverLine& left : findLeftOver(line).lines) {
+            const MovedLine moved = moveLeftOver(line, left, kUp);
+            ASSERT_EQ(byEdits(line, moved), moved.line);
+        }
     }
     EXPECT_GT(found, 2000);
 }
