@@ -90,6 +90,8 @@ constexpr CommandRow kCommands[] = {
     {.id = Exibir, .menu = submenu(u"&View")},
     {.id = mnuEditDic, .menu = in(Exibir, u"Dictionary"), .button = {31, u"Dic"}},
     {.id = mnuFullScreen, .menu = in(Exibir, u"Full Screen"), .button = {32, u"FScreen"}},
+    {.id = mnuViewSpace, .menu = separator(Exibir)},
+    {.id = mnuStatus, .menu = in(Exibir, u"Status Line")},
 
     {.id = mnuCifrar, .menu = submenu(u"Chord Notation")},
     {.id = mnuEditCifra, .menu = in(mnuCifrar, u"Create Chord Notation"),
@@ -104,6 +106,10 @@ constexpr CommandRow kCommands[] = {
      .itemWhen = &ShellState::keyCommands, .buttonWhen = &ShellState::keyButtons},
     {.id = mnuUp, .menu = in(mnuTom, u"Go Up a Half Step"), .button = {29, u"ChgTune2"},
      .itemWhen = &ShellState::keyCommands, .buttonWhen = &ShellState::keyButtons},
+    {.id = mnuOthers, .menu = submenu(u"Other Chord Lines", mnuTom)},
+    {.id = mnuOthersAsk, .menu = in(mnuOthers, u"Ask")},
+    {.id = mnuOthersMove, .menu = in(mnuOthers, u"Move")},
+    {.id = mnuOthersLeave, .menu = in(mnuOthers, u"Leave")},
     {.id = mnuSgn, .menu = submenu(u"Alteration Signs", mnuCifrar)},
     // kept: first-sharps-caption
     {.id = mnuSus, .menu = in(mnuSgn, u">> Use Sharps"), .itemWhen = &ShellState::keyCommands},
@@ -132,6 +138,11 @@ constexpr CommandRow kCommands[] = {
     {.id = alignRight, .keys = {{{ctrl(u'R')}}}, .button = {21, u"Right", Check},
      .name = u"Align Right"},
     {.id = findAgain, .keys = {{{plainKey(keys::kF3)}}}, .name = u"Find the Next"},
+    {.id = zoomIn, .keys = {{{ctrl(keys::kPlus)}, {ctrl(keys::kPadPlus)}}}, .name = u"Larger View"},
+    {.id = zoomOut, .keys = {{{ctrl(keys::kMinus)}, {ctrl(keys::kPadMinus)}}},
+     .name = u"Smaller View"},
+    {.id = zoomReset, .keys = {{{ctrl(u'0')}}}, .name = u"View in Its Own Size"},
+    {.id = toStatus, .keys = {{{plainKey(keys::kF6)}}}, .name = u"To the Status Line"},
     {.id = toolbarFind, .button = {10, u"Find"}, .standsFor = mnuFind},
     // clang-format on
 };

@@ -60,6 +60,8 @@ enum class Command : std::uint16_t {
     Exibir,
     mnuEditDic,
     mnuFullScreen,
+    mnuViewSpace,
+    mnuStatus,
     mnuCifrar,
     mnuEditCifra,
     mnuChDigt,
@@ -68,6 +70,10 @@ enum class Command : std::uint16_t {
     mnuTom,
     mnuDwn,
     mnuUp,
+    mnuOthers,
+    mnuOthersAsk,
+    mnuOthersMove,
+    mnuOthersLeave,
     mnuSgn,
     mnuSus,
     mnuBem,
@@ -90,6 +96,11 @@ enum class Command : std::uint16_t {
     alignRight,
     // F3, which no menu shows.
     findAgain,
+    // The size of the text in view, and the way to the status line: keys alone.
+    zoomIn,
+    zoomOut,
+    zoomReset,
+    toStatus,
     // The toolbar's "Find", which does more than the menu's.
     toolbarFind,
     count,

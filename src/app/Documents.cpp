@@ -154,6 +154,7 @@ void Documents::newDocument() {
         return;
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
     setOrigin({});
+    songDebt_ = {};
     showTitle();
     keepLegible();
     record();
@@ -217,6 +218,7 @@ bool Documents::load(TextView path) {
     if (!origin)
         return false;
     setOrigin(*std::move(origin));
+    songDebt_ = {};
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;
     showTitle();
@@ -241,6 +243,7 @@ bool Documents::openExample(TextView path) {
     if (!showFile(path))
         return false;
     setOrigin({});
+    songDebt_ = {};
     showTitle();
     record();
     markChanged();

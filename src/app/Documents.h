@@ -8,6 +8,7 @@
 #include "app/RunJournal.h"
 #include "app/ShellState.h"
 #include "app/SnapshotHistory.h"
+#include "app/SongDebt.h"
 #include "base/Editor.h"
 #include "base/Services.h"
 
@@ -84,6 +85,10 @@ class Documents {
     // by the editor's own change event. Where the document is what the current snapshot holds,
     // nothing has changed and nothing is recorded.
     void changed();
+    // What the lines of the document owe to its key. It goes with the document through edits, undo
+    // and a recovery; whoever changes it tells so before `changed`.
+    const SongDebt& songDebt() const { return songDebt_; }
+    void changeSongDebt(const std::function<void(SongDebt&)>& change);
     // False where nothing has changed.
     bool undo();
     bool redo();
@@ -115,6 +120,7 @@ class Documents {
     bool isRecorded(const std::string& rtf) const;
     void markRecorded(const std::string& rtf);
     FileMark markOfText() const;
+    void followSongDebt();
     void startHistory();
     void showTitle();
     void setOrigin(DocumentOrigin origin);
@@ -151,8 +157,10 @@ class Documents {
     bool kindAgreed_ = false;  // the user lets Save make the file another kind of file
     Text extension_;
     LastUsedPaths lastUsed_;
-    bool unrecorded_ = false;       // what the editor shows is in no snapshot
-    FileMark recorded_;             // of the Rich Text that the editor gives for the current one
+    bool unrecorded_ = false;  // what the editor shows is in no snapshot
+    FileMark recorded_;        // of the Rich Text that the editor gives for the current one
+    SongDebt songDebt_;
+    Text debtText_;                 // the text whose lines it counts, where something is owed
     FileMark recordedText_;         // and of its text: some controls do not write all they show
     bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
     bool historyFull_ = false;

@@ -16,7 +16,9 @@ void Documents::record() {
 void Documents::record(const std::string& rtf) {
     unrecorded_ = true;
     markRecorded(rtf);
-    switch (history_.record(rtf, editor_.selection().begin, editor_.background())) {
+    followSongDebt();
+    switch (
+        history_.record(rtf, editor_.selection().begin, editor_.background(), songDebt_.text())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
             unrecorded_ = false;
@@ -40,6 +42,20 @@ void Documents::record(const std::string& rtf) {
             break;
     }
     state_.redo = history_.canRedo();
+}
+
+void Documents::followSongDebt() {
+    if (songDebt_.isZero())
+        return;
+    Text now = editor_.text().chars;
+    songDebt_.edited(debtText_, now);
+    debtText_ = std::move(now);
+}
+
+void Documents::changeSongDebt(const std::function<void(SongDebt&)>& change) {
+    followSongDebt();
+    change(songDebt_);
+    debtText_ = editor_.text().chars;
 }
 
 // The document as it stands is where undo ends, and it is clean.
@@ -129,6 +145,8 @@ bool Documents::showSnapshot(const Snapshot& snapshot) {
         return false;
     editor_.setBackground(snapshot.background);
     editor_.select({snapshot.caret, snapshot.caret});
+    songDebt_ = SongDebt::parse(snapshot.songDebt);
+    debtText_ = editor_.text().chars;
     return true;
 }
 
@@ -136,7 +154,9 @@ bool Documents::showSnapshot(const Snapshot& snapshot) {
 bool Documents::mayLeaveScreenText() {
     if (!unrecorded_)
         return true;
-    if (history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()) ||
+    followSongDebt();
+    if (history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background(),
+                                songDebt_.text()) ||
         services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
                                 u"brought back.\r\n\r\nLeave it all the same?",
                                 kMessageTitle, MessageIcon::Question,
@@ -196,8 +216,8 @@ void Documents::endKeyWork() {
 void Documents::endRun(RunEnd how) {
     if (state_.dirty && keepsChanges(how)) {
         // The last of them may be in no snapshot yet.
-        if (unrecorded_ &&
-            history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background()))
+        if (unrecorded_ && history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin,
+                                                   editor_.background(), songDebt_.text()))
             keepJournal();
         return;
     }

@@ -16,6 +16,8 @@ namespace {
 constexpr int kEditorId = 100;
 constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMs = 200;
+// The place of the cursor is told when the keys pause.
+constexpr UINT kPlaceMs = 60;
 // Posted once the window is there for the user to see.
 constexpr UINT kShown = WM_APP + 1;
 // kept: video-settings
@@ -39,6 +41,14 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuPasteChords, &Form1::pasteChords},
         {Command::mnuDwn, &Form1::keyDown},
         {Command::mnuUp, &Form1::keyUp},
+        {Command::mnuOthersAsk, &Form1::chooseOtherLines<OtherLines::Ask>},
+        {Command::mnuOthersMove, &Form1::chooseOtherLines<OtherLines::Move>},
+        {Command::mnuOthersLeave, &Form1::chooseOtherLines<OtherLines::Leave>},
+        {Command::mnuStatus, &Form1::switchStatusLine},
+        {Command::zoomIn, &Form1::zoomIn},
+        {Command::zoomOut, &Form1::zoomOut},
+        {Command::zoomReset, &Form1::zoomReset},
+        {Command::toStatus, &Form1::toStatusLine},
         {Command::mnuSus, &Form1::useSharps},
         {Command::mnuBem, &Form1::useFlats},
         {Command::mnuFullScreen, &Form1::openFullScreen},
@@ -116,10 +126,20 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
       chordClipboard_(rtftext_, services_.clipboard, [this] { return textFont(); }),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
-                  [this](TextView path) { remember(path); }, [this] { find_.startOver(); },
+                  [this](TextView path) { remember(path); },
+                  [this] {
+                      find_.startOver();
+                      keyWork_.songReplaced();
+                  },
                   [this](TextView path, const std::vector<CodePageReading>& readings) {
                       return chooseReading(path, readings);
                   }}),
+      keyWork_(rtftext_, documents_,
+               {[this](std::vector<StatusNote> notes) { status_.say(std::move(notes)); },
+                [this] { return mayBegin(); }, [this](OtherLines choice) { setOtherLines(choice); },
+                [this](const std::exception& error) { onException(error); }}),
+      status_(services_,
+              {[this] { ::SetFocus(rtftext_.handle()); }, [this] { run(Command::zoomReset); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
       find_(services_, rtftext_, follower_,
             {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
@@ -180,7 +200,7 @@ bool Form1::createParts() {
     spec.iconResource = kProgramIcon;
     if (!create(spec) || !toolbar_.create(handle()) ||
         !rtftext_.create(handle(), kEditorId, editorFontFace(services_), kEditorFontPoints) ||
-        !dictionary_.create(handle()))
+        !dictionary_.create(handle()) || !status_.create(handle()))
         return false;
     for (const CommandRow& row : commands()) {
         const bool works = handlerOf(row.id) != nullptr;
@@ -193,6 +213,10 @@ bool Form1::createParts() {
     rtftext_.setTypingRule([this](TextView face) { return typingFormat(face); });
     createAccelerators();
     follow(chordsFollow(services_));
+    showOtherLines(otherLines(services_));
+    rtftext_.setZoom(editorZoom(services_));
+    status_.tellZoom(rtftext_.zoom());
+    showStatusLine(showsStatusLine(services_));
     showState(documents_.state());
     measureScreen();
     onSize();
@@ -279,6 +303,8 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_TIMER:
             if (wParam == kIdleTimer)
                 onIdleTimer();
+            else if (wParam == kPlaceTimer)
+                tellPlace();
             return 0;
         case WM_SETTINGCHANGE:
         case WM_DISPLAYCHANGE:
@@ -316,13 +342,16 @@ void Form1::onSize() {
         return endOnScreen();
     RECT client{};
     ::GetClientRect(handle(), &client);
-    const MainLayout layout = layoutMainWindow(client.right, client.bottom, toolbar_.resize(),
-                                               systemDpi(), support, dictionary_.width());
+    const MainLayout layout =
+        layoutMainWindow(client.right, client.bottom, toolbar_.resize(), status_.height(),
+                         systemDpi(), support, dictionary_.width());
     const Area& editor = layout.editor;
     rtftext_.place(
         {editor.left, editor.top, editor.left + editor.width, editor.top + editor.height});
     if (layout.panel.width > 0)
         dictionary_.place(layout.panel);
+    if (status_.isShown())
+        status_.place(layout.status);
 }
 
 // A screen may turn at any moment: what is at work is finished first, and what was typed on stage
@@ -375,8 +404,10 @@ LRESULT Form1::onNotify(LPARAM lParam) {
 void Form1::onIdleTimer() {
     if (screenFails_)
         return onSize();
-    if (loaded_ && !isBusy())
-        documents_.idle();
+    if (!loaded_ || isBusy())
+        return;
+    documents_.idle();
+    keyWork_.idle();
 }
 
 // A command waits for an answer, or a job runs: nothing else may begin, nor the program end.
@@ -445,6 +476,7 @@ void Form1::run(Command command) {
 // Runs for every typed character, so it touches only what has changed.
 void Form1::showState(const ShellState& state) {
     const bool isFirst = !loaded_;
+    keyWork_.songChanged();
     if (isFirst || state.title != shownState_.title)
         setCaption(state.title);
     const auto changed = [&](EnabledWhen when) {
@@ -462,6 +494,8 @@ void Form1::showState(const ShellState& state) {
 // The buttons show the format at the caret.
 void Form1::followSelection() {
     follower_.caretMoved();
+    if (status_.isShown())
+        ::SetTimer(handle(), kPlaceTimer, kPlaceMs, nullptr);
     const SelectionStyle style = rtftext_.selectionStyle();
     toolbar_.setChecked(Command::mnuBold, style.bold == true);
     toolbar_.setChecked(Command::mnuItalic, style.italic == true);
@@ -519,10 +553,31 @@ void Form1::changeKey(Direction direction) {
     {
         const Job job(*this);
         FrmCifra cifra(services_);
-        changed = cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_);
+        changed = cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_,
+                                  keyWork_.chooseOthers(direction, spelling_));
     }
-    if (hasText && changed)
-        documents_.changed();
+    if (!hasText || !changed)
+        return;
+    {
+        const EditorWork work(rtftext_);
+        keyWork_.keyChanged(direction, spelling_);
+    }
+    documents_.changed();
+    keyWork_.tell();
+}
+
+void Form1::showOtherLines(OtherLines choice) {
+    keyWork_.setOthers(choice);
+    menuBar_.check(Command::mnuOthersAsk, choice == OtherLines::Ask);
+    menuBar_.check(Command::mnuOthersMove, choice == OtherLines::Move);
+    menuBar_.check(Command::mnuOthersLeave, choice == OtherLines::Leave);
+}
+
+void Form1::setOtherLines(OtherLines choice) {
+    showOtherLines(choice);
+    if (!storeOtherLines(services_, choice))
+        reportFailure(services_.messages, kNotStored);
+    keyWork_.tell();
 }
 
 void Form1::createNotation() {
@@ -561,10 +616,7 @@ void Form1::switchFollowing() {
     const bool on = !follower_.isOn();
     follow(on);
     if (!storeChordsFollow(services_, on))
-        reportFailure(
-            services_.messages,
-            u"This is so for now, and not the next time: the program's settings cannot be "
-            u"written.");
+        reportFailure(services_.messages, kNotStored);
 }
 
 void Form1::follow(bool on) {

@@ -7,6 +7,7 @@
 
 #include "app/CommandMap.h"
 #include "app/Documents.h"
+#include "app/KeyWork.h"
 #include "app/MenuBar.h"
 #include "app/ModalGuard.h"
 #include "app/RecentFiles.h"
@@ -23,6 +24,7 @@
 #include "platform/Handles.h"
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
+#include "present/StageLayout.h"
 #include "present/frmFScreen.h"
 #include "rtf/EditCommands.h"
 #include "sound/FrmSong.h"
@@ -64,6 +66,8 @@ class Form1 : public Window {
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
     frmFind& findWindow() { return find_; }
+    StatusLine& statusLine() { return status_; }
+    KeyWork& keyWork() { return keyWork_; }
     ChordFollower& follower() { return follower_; }
     FrmTab& tabWindow() { return tab_; }
     FrmSong& songWindow() { return song_; }
@@ -71,6 +75,8 @@ class Form1 : public Window {
     Text keyTag() const { return melvorin::keyTag(T6_); }
 
   private:
+    static constexpr UINT_PTR kPlaceTimer = 2;
+
     using Handler = void (Form1::*)();
     struct Binding {
         Command command;
@@ -95,6 +101,7 @@ class Form1 : public Window {
     void onMenuOpens(HMENU menu);
     void onHelp(const HELPINFO& info);
     void onIdleTimer();
+    bool onWheel(WPARAM wParam);
     void onShown();
     void onClose();
     bool isBusy() const;
@@ -121,6 +128,8 @@ class Form1 : public Window {
         ~Busy() { form_.jobRuns_ = false; }
 
       private:
+    static constexpr UINT_PTR kPlaceTimer = 2;
+
         Form1& form_;
     };
     class Job;
@@ -128,7 +137,7 @@ class Form1 : public Window {
 
     void fileNew() { documents_.newDocument(); }
     void fileOpen() { documents_.open(); }
-    void fileSave() { documents_.save(); }
+    void fileSave();
     void fileSaveAs() { documents_.saveAs(); }
     void fileExit() { onClose(); }
     void editUndo() { documents_.undo(); }
@@ -184,6 +193,20 @@ class Form1 : public Window {
     void switchFollowing();
     void follow(bool on);
     void changeKey(Direction direction);
+    template <OtherLines Choice>
+    void chooseOtherLines() {
+        setOtherLines(Choice);
+    }
+    void setOtherLines(OtherLines choice);
+    void showOtherLines(OtherLines choice);
+    void zoomIn() { zoom(zoomed(rtftext_.zoom(), true)); }
+    void zoomOut() { zoom(zoomed(rtftext_.zoom(), false)); }
+    void zoomReset() { zoom(100); }
+    void zoom(int percent);
+    void switchStatusLine();
+    void showStatusLine(bool shown);
+    void toStatusLine();
+    void tellPlace();
     void createNotation();
     void useSpelling(Spelling spelling);
     void showSpellingMenu();
@@ -200,6 +223,8 @@ class Form1 : public Window {
     Toolbar toolbar_;
     MenuBar menuBar_;
     Documents documents_;
+    KeyWork keyWork_;
+    StatusLine status_;
     RecentFiles recent_;
     frmFind find_;
     frmFont font_;

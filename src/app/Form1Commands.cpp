@@ -9,11 +9,28 @@
 #include "base/Paths.h"
 #include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
+#include "chords/CellWidth.h"
+#include "chords/LineVerdict.h"
 #include "dictionary/RichEditDiagrams.h"
 #include "platform/HeldKeys.h"
 #include "rtf/EditCommands.h"
 
 namespace melvorin {
+namespace {
+
+// What a line is, in the words of whoever sings it.
+TextView placeName(LineVerdict verdict) {
+    switch (verdict) {
+        case LineVerdict::Lyrics:
+            return u"words";
+        case LineVerdict::Section:
+            return u"label";
+        default:
+            return nameOf(verdict);
+    }
+}
+
+}  // namespace
 
 // ---- Keys of the editor -----------------------------------------------------------------------
 
@@ -25,6 +42,8 @@ bool Form1::onEditorInput(UINT message, WPARAM wParam, LPARAM lParam) try {
             return follower_.onKeyDown(strokeOf(wParam)) || onEditorKey(wParam);
         case WM_CHAR:
             return onEditorCharacter(wParam);
+        case WM_MOUSEWHEEL:
+            return onWheel(wParam);
         case WM_LBUTTONDBLCLK:
             return selectAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         default:
@@ -177,6 +196,65 @@ void Form1::pasteChords() {
                                   : u" lines of chords were left: there are no lines of words for "
                                     u"them."),
             kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+}
+
+void Form1::fileSave() {
+    documents_.save();
+    keyWork_.tell();
+}
+
+// ---- The view ---------------------------------------------------------------------------------
+
+// Ctrl with the wheel; alone it scrolls.
+bool Form1::onWheel(WPARAM wParam) {
+    if ((GET_KEYSTATE_WPARAM(wParam) & MK_CONTROL) == 0)
+        return false;
+    run(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? Command::zoomIn : Command::zoomOut);
+    return true;
+}
+
+void Form1::zoom(int percent) {
+    rtftext_.setZoom(percent);
+    rtftext_.scrollCaretIntoView();
+    status_.tellZoom(percent);
+    storeEditorZoom(services_, percent);
+}
+
+void Form1::switchStatusLine() {
+    const bool shown = !status_.isShown();
+    showStatusLine(shown);
+    onSize();
+    if (!storeShowsStatusLine(services_, shown))
+        reportFailure(services_.messages, kNotStored);
+}
+
+void Form1::showStatusLine(bool shown) {
+    status_.show(shown);
+    menuBar_.check(Command::mnuStatus, shown);
+    if (shown)
+        tellPlace();
+}
+
+void Form1::toStatusLine() {
+    if (status_.isShown())
+        status_.enter();
+}
+
+void Form1::tellPlace() {
+    ::KillTimer(handle(), kPlaceTimer);
+    if (!status_.isShown() || rtftext_.atWork())
+        return;
+    const std::int32_t caret = rtftext_.selection().end;
+    const std::int32_t line = rtftext_.lineOf(caret);
+    const std::int32_t start = rtftext_.firstOfLine(line);
+    const Text text = rtftext_.textBetween({start, start + rtftext_.lengthOfLine(line)});
+    const std::size_t column =
+        cellsOf(TextView(text).substr(0, static_cast<std::size_t>(std::max(caret - start, 0))));
+    Text place = u"Line " + decimal(line + 1) + u", Column " +
+                 decimal(static_cast<std::int64_t>(column) + 1);
+    if (!trimmed(text).empty())
+        place += u": " + Text(placeName(judgeLine(text)));
+    status_.tellPlace(place);
 }
 
 void Form1::selectAll() {

@@ -48,6 +48,10 @@ std::string snapshotLine(int index, const Snapshot& snapshot) {
            std::to_string(snapshot.caret) + " " + background + " " + markLine(snapshot.mark) + "\n";
 }
 
+std::string debtLine(int index, const Snapshot& snapshot) {
+    return "debt " + std::to_string(index) + " " + snapshot.songDebt + "\n";
+}
+
 // ---- Reading ----------------------------------------------------------------------------------
 
 // The words of one line; the first that is not as it should be spoils the rest.
@@ -86,6 +90,8 @@ class Words {
         }
         return value;
     }
+    // All that is left of the line.
+    std::string_view rest() { return std::exchange(rest_, {}); }
     FileMark mark() {
         constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
         FileMark mark;
@@ -139,6 +145,8 @@ class Replay {
             loss(words);
         else if (kind == "snapshot")
             snapshot(words);
+        else if (kind == "debt")
+            debt(words);
         else if (kind == "state")
             state(words);
     }
@@ -185,6 +193,12 @@ class Replay {
         const auto at = static_cast<std::size_t>(index);
         run_.snapshots.resize(std::max(run_.snapshots.size(), at + 1));
         run_.snapshots[at] = std::move(snapshot);
+    }
+    void debt(Words words) {
+        const auto index = words.number<std::int16_t>(1, kMost);
+        const std::string_view text = words.rest();
+        if (words.end() && static_cast<std::size_t>(index) < run_.snapshots.size())
+            run_.snapshots[static_cast<std::size_t>(index)].songDebt = text;
     }
     void state(Words words) {
         const auto current = words.number<std::int16_t>(1, kMost);
@@ -257,7 +271,14 @@ void RunJournal::keep(const DocumentOrigin& origin, const SnapshotHistory& histo
         "document " + markLine(origin.mark.value_or(FileMark{})) + " " + hexOf(origin.path) + "\n");
     add(format_, formatLine(origin.format));
     add(loss_, "loss " + hexOf(origin.loss) + "\n");
-    add(snapshot_, snapshotLine(history.current(), history.currentSnapshot()));
+    const std::string snapshot = snapshotLine(history.current(), history.currentSnapshot());
+    // A snapshot begins without a debt.
+    const bool owes = !history.currentSnapshot().songDebt.empty();
+    if (owes && snapshot != snapshot_)
+        debt_.clear();
+    add(snapshot_, snapshot);
+    if (owes || !debt_.empty())
+        add(debt_, debtLine(history.current(), history.currentSnapshot()));
     add(state_, "state " + std::to_string(history.current()) + " " +
                     std::to_string(history.count()) + " " + std::to_string(history.floor()) + " " +
                     (dirty ? "1\n" : "0\n"));
@@ -267,7 +288,8 @@ void RunJournal::keep(const DocumentOrigin& origin, const SnapshotHistory& histo
 void RunJournal::keepAll(const SnapshotHistory& history) {
     std::string lines;
     for (int index = 1; index <= history.count(); ++index)
-        lines += snapshotLine(index, history.snapshot(index));
+        lines +=
+            snapshotLine(index, history.snapshot(index)) + debtLine(index, history.snapshot(index));
     append(lines);
 }
 

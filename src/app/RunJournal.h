@@ -8,7 +8,8 @@
 //                                   TextFormat has them; without it, as a new file
 //   loss TEXT                       what of the document's file the editor does not have
 //   snapshot INDEX FILE CARET BACKGROUND SIZE HASH
-//   state CURRENT COUNT FLOOR DIRTY
+//   debt INDEX TEXT                 what the lines of that snapshot owe to the song's key, behind
+//   it state CURRENT COUNT FLOOR DIRTY
 // A later line replaces an earlier one of its kind (and index). A line that is incomplete or makes
 // no sense counts as not written.
 #pragma once
@@ -63,6 +64,7 @@ class RunJournal {
     std::string format_;
     std::string loss_ = kNoLoss;
     std::string snapshot_;
+    std::string debt_;
     std::string state_;
 };
 

@@ -1,6 +1,7 @@
 #include "app/SnapshotHistory.h"
 
 #include <limits>
+#include <utility>
 
 namespace melvorin {
 namespace {
@@ -22,14 +23,15 @@ void SnapshotHistory::dropRedo() {
 }
 
 SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int32_t caret,
-                                                 std::optional<Rgb> background) {
+                                                 std::optional<Rgb> background,
+                                                 std::string songDebt) {
     if (current_ != count_)
         dropRedo();
     if (count_ == kMostSnapshots)
         return Outcome::Full;
     ++count_;
     current_ = count_;
-    snapshots_.push_back({{}, caret, background, {}});
+    snapshots_.push_back({{}, caret, background, {}, std::move(songDebt)});
 
     return writeCurrent(rtf) ? Outcome::Recorded : Outcome::NotWritten;
 }
@@ -56,12 +58,13 @@ bool SnapshotHistory::writeCurrent(std::string_view rtf) {
 }
 
 bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret,
-                                     std::optional<Rgb> background) {
+                                     std::optional<Rgb> background, std::string songDebt) {
     if (!writeCurrent(rtf))
         return false;
     Snapshot& snapshot = snapshots_[static_cast<std::size_t>(current_)];
     snapshot.caret = caret;
     snapshot.background = background;
+    snapshot.songDebt = std::move(songDebt);
     return true;
 }
 

@@ -33,11 +33,11 @@ ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea) {
     return screen.width == kToleratedScreen ? ScreenSupport::Tolerated : ScreenSupport::Unsupported;
 }
 
-MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
-                            ScreenSupport screen, PanelWidth panelWidth) {
+MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int statusHeight,
+                            int dpi, ScreenSupport screen, PanelWidth panelWidth) {
     const int gap = pixels(kGap, dpi);
     const int top = toolbarHeight + pixels(kToolbarGap, dpi);
-    const int height = std::max(0, clientHeight - top - pixels(kFootGap, dpi));
+    const int height = std::max(0, clientHeight - top - statusHeight - pixels(kFootGap, dpi));
     const int inner = std::max(0, clientWidth - 2 * gap);
     const int margin = screen == ScreenSupport::Wide ? kWidePanelMargin : kNarrowPanelMargin;
     const int panelGap = pixels(kPanelGap, dpi);
@@ -46,7 +46,9 @@ MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight
     const int panel =
         panelWidth == PanelWidth::Closed ? 0 : std::clamp(share - pixels(margin, dpi), 0, room);
     const int editorWidth = panel > 0 ? inner - panel - panelGap : inner;
-    return {{gap, top, editorWidth, height}, {gap + editorWidth + panelGap, top, panel, height}};
+    return {{gap, top, editorWidth, height},
+            {gap, std::max(0, clientHeight - statusHeight), inner, statusHeight},
+            {gap + editorWidth + panelGap, top, panel, height}};
 }
 
 }  // namespace melvorin

@@ -9,7 +9,8 @@ namespace melvorin {
 
 struct MainLayout {
     Area editor;
-    Area panel;  // width 0 while the side panel is closed
+    Area status;  // at the foot; height 0 without one
+    Area panel;   // width 0 while the side panel is closed
 };
 
 // What the resize handler does on a given screen.
@@ -24,8 +25,8 @@ enum class ScreenSupport {
 ScreenSupport screenSupport(ScreenSize screen, ScreenSize workArea);
 
 // Places the parts inside a client area of the given size below a toolbar of `toolbarHeight`.
-// `dpi` is the system's pixels per inch.
-MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int dpi,
-                            ScreenSupport screen, PanelWidth panelWidth);
+// `dpi` is the system's pixels per inch, `statusHeight` what the line at the foot needs.
+MainLayout layoutMainWindow(int clientWidth, int clientHeight, int toolbarHeight, int statusHeight,
+                            int dpi, ScreenSupport screen, PanelWidth panelWidth);
 
 }  // namespace melvorin

@@ -31,6 +31,7 @@ inline constexpr std::uint16_t kF1 = 0x70;
 inline constexpr std::uint16_t kF2 = 0x71;
 inline constexpr std::uint16_t kF3 = 0x72;
 inline constexpr std::uint16_t kF4 = 0x73;
+inline constexpr std::uint16_t kF6 = 0x75;
 inline constexpr std::uint16_t kF24 = 0x87;
 inline constexpr std::uint16_t kPlus = 0xBB;
 inline constexpr std::uint16_t kMinus = 0xBD;

@@ -3,6 +3,26 @@
 #include "base/Paths.h"
 
 namespace melvorin {
+namespace {
+
+struct OtherLinesName {
+    TextView name;
+    OtherLines means;
+};
+constexpr OtherLinesName kOtherLines[] = {
+    {u"Ask", OtherLines::Ask}, {u"Move", OtherLines::Move}, {u"Leave", OtherLines::Leave}};
+
+// Empty where the file does not have it.
+Text setting(const Services& services, TextView section, TextView key) {
+    constexpr std::uint32_t capacity = 16;
+    return services.profiles.read(section, key, u"", programIniPath(services.program), capacity);
+}
+
+bool store(const Services& services, TextView section, TextView key, TextView value) {
+    return services.profiles.write(section, key, value, programIniPath(services.program));
+}
+
+}  // namespace
 
 Text programIniPath(ProgramFolder& program) {
     return joinPath(program.folder(), withoutExtension(program.programFileName())) + u".ini";
@@ -17,14 +37,53 @@ Text editorFontFace(const Services& services) {
 }
 
 bool chordsFollow(const Services& services) {
-    constexpr std::uint32_t capacity = 8;
-    return services.profiles.read(u"Edit", u"Follow", u"1", programIniPath(services.program),
-                                  capacity) != u"0";
+    return setting(services, u"Edit", u"Follow") != u"0";
 }
 
 bool storeChordsFollow(const Services& services, bool on) {
-    return services.profiles.write(u"Edit", u"Follow", on ? u"1" : u"0",
-                                   programIniPath(services.program));
+    return store(services, u"Edit", u"Follow", on ? u"1" : u"0");
+}
+
+OtherLines otherLines(const Services& services) {
+    const Text choice = setting(services, u"Key", u"Others");
+    for (const auto& [name, means] : kOtherLines) {
+        if (choice == name)
+            return means;
+    }
+    return OtherLines::Ask;
+}
+
+bool storeOtherLines(const Services& services, OtherLines choice) {
+    for (const auto& [name, means] : kOtherLines) {
+        if (choice == means)
+            return store(services, u"Key", u"Others", name);
+    }
+    return false;
+}
+
+int editorZoom(const Services& services) {
+    constexpr int least = 50;
+    constexpr int most = 500;
+    const Text digits = setting(services, u"View", u"Zoom");
+    int percent = 0;
+    for (const char16_t c : digits) {
+        if (c < u'0' || c > u'9' || percent > most)
+            return 100;
+        percent = percent * 10 + (c - u'0');
+    }
+    return percent < least || percent > most ? 100 : percent;
+}
+
+bool storeEditorZoom(const Services& services, int percent) {
+    return store(services, u"View", u"Zoom", decimal(percent));
+}
+
+bool showsStatusLine(const Services& services) {
+    return setting(services, u"View", u"StatusLine") != u"0";
+}
+
+bool storeShowsStatusLine(const Services& services, bool shown) {
+    return store(services, u"View", u"StatusLine", shown ? u"1" : u"0");
 }
 
 bool storeEditorFont(const Services& services, TextView face) {

@@ -10,6 +10,10 @@ inline constexpr TextView kLucidaConsole = u"Lucida Console";
 // Size in points of every new chart.
 inline constexpr int kEditorFontPoints = 10;
 
+// What is said where it cannot be written.
+inline constexpr TextView kNotStored =
+    u"This is so for now, and not the next time: the program's settings cannot be written.";
+
 // Full path of the INI file.
 Text programIniPath(ProgramFolder& program);
 
@@ -17,9 +21,22 @@ Text programIniPath(ProgramFolder& program);
 Text editorFontFace(const Services& services);
 // Whether the chords follow the words while somebody writes: yes, unless the user switched it off.
 bool chordsFollow(const Services& services);
-// False when the INI file cannot be written.
+// These return false when the INI file cannot be written.
 bool storeChordsFollow(const Services& services, bool on);
-// Stores that choice, `face` being one of the two. False when the INI file cannot be written.
+
+// What a key change does with lines of chords that are more than chords.
+enum class OtherLines { Ask, Move, Leave };
+OtherLines otherLines(const Services& services);
+bool storeOtherLines(const Services& services, OtherLines choice);
+
+// How large the editor shows its text, in percent; 100 where the file says nothing sensible.
+int editorZoom(const Services& services);
+bool storeEditorZoom(const Services& services, int percent);
+bool showsStatusLine(const Services& services);
+bool storeShowsStatusLine(const Services& services, bool shown);
+
+// Stores the face of the editor, `face` being one of the two. False when the INI file cannot be
+// written.
 bool storeEditorFont(const Services& services, TextView face);
 
 }  // namespace melvorin

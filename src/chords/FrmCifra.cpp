@@ -1,9 +1,10 @@
 #include "chords/FrmCifra.h"
 
-#include "chords/DocumentKey.h"
 #include "chords/FrmCifraCreator.h"
 #include "chords/InsertChart.h"
 #include "platform/Handles.h"
+
+#include <utility>
 
 namespace melvorin {
 namespace {
@@ -20,7 +21,8 @@ constexpr int kBusyRounds = 500;
 }  // namespace
 
 bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
-                         int& halfSteps) {
+                         int& halfSteps, ChooseOthers others) {
+    others_ = std::move(others);
     rtftext_ = &rtftext;
     direction_ = direction;
     spelling_ = spelling;
@@ -97,10 +99,11 @@ void FrmCifra::onStartTimer() {
     // No exception may leave the modal loop with its owner disabled.
     try {
         const KeyChange change(direction_, spelling_);
-        changeDocumentKey(*rtftext_, change, [this] {
+        const auto lineDone = [this] {
             if (progress_ <= kFull - kPerLine)
                 setProgress(progress_ + kPerLine);
-        });
+        };
+        changeDocumentKey(*rtftext_, change, lineDone, others_);
         *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
         changed_ = true;
     } catch (const std::exception& error) {

@@ -4,6 +4,7 @@
 
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
+#include "chords/DocumentKey.h"
 #include "chords/Transpose.h"
 #include "platform/Form.h"
 #include "platform/RichEdit.h"
@@ -18,8 +19,9 @@ class FrmCifra : public Form {
     // editor sends no change event meanwhile. False when it could not be done; the song is then as
     // it was, and the user has been told. `halfSteps` is the run's counter; it is raised by
     // one for a step up and lowered for a step down.
+    // `others` is told what the key change leaves over, and names what is to be moved besides.
     bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
-                   int& halfSteps);
+                   int& halfSteps, ChooseOthers others = {});
 
     // Shows the creator of charts over a pasted song and puts its result into `rtftext`, in place
     // of the selection, as one step. The editor sends no change event meanwhile. False when nothing
@@ -40,6 +42,7 @@ class FrmCifra : public Form {
     Direction direction_ = Direction::Up;
     Spelling spelling_ = Spelling::Sharps;
     int* halfSteps_ = nullptr;
+    ChooseOthers others_;
     bool changed_ = false;
     int progress_ = 0;
 };

@@ -160,7 +160,8 @@ HWND RichEdit::createControl() {
 LRESULT CALLBACK RichEdit::filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                        UINT_PTR id, DWORD_PTR self) {
     const bool isInput = message == WM_KEYDOWN || message == WM_SYSKEYDOWN || message == WM_CHAR ||
-                         message == WM_LBUTTONDBLCLK || message == WM_DROPFILES;
+                         message == WM_LBUTTONDBLCLK || message == WM_DROPFILES ||
+                         message == WM_MOUSEWHEEL;
     if (isInput) {
         RichEdit& editor = *reinterpret_cast<RichEdit*>(self);
         // No exception may run through the control.

@@ -329,6 +329,8 @@ void frmFScreen::setZoom(int percent) {
 bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (message == WM_DROPFILES)
         return true;
+    if (message == WM_MOUSEWHEEL)
+        return false;
     // A click into the text and a pedal that sends Enter must not write into the song.
     if (panel_.run().isRunning())
         return edits(message, wParam);

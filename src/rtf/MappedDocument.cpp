@@ -22,11 +22,13 @@ bool MappedDocument::mayHaveDiagrams() {
 }
 
 bool MappedDocument::isDiagramAt(std::size_t position) {
-    if (!mayHaveDiagrams())
-        return false;
-    if (map_)
-        return isDiagramFace(map_->fontNameAt(position));
-    return isDiagramFace(editor_.faceAt(static_cast<std::int32_t>(position)));
+    return mayHaveDiagrams() && isDiagramFace(faceAt(position));
+}
+
+Text MappedDocument::faceAt(std::size_t position) {
+    if (map() != nullptr)
+        return Text(map_->fontNameAt(position));
+    return editor_.faceAt(static_cast<std::int32_t>(position));
 }
 
 }  // namespace melvorin

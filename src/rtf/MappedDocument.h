@@ -23,6 +23,7 @@ class MappedDocument {
     bool mayHaveDiagrams();
     // Asks the editor where there is no map, which takes its time.
     bool isDiagramAt(std::size_t position);
+    Text faceAt(std::size_t position);
 
   private:
     Editor& editor_;

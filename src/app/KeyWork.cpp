@@ -1,0 +1,249 @@
+#include "app/KeyWork.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/EditorLine.h"
+#include "base/Paths.h"
+#include "chords/CellWidth.h"
+#include "chords/DocumentDiagrams.h"
+
+namespace melvorin {
+namespace {
+
+// Where each line of a song stands, without its end.
+std::vector<Selection> linePlaces(TextView song) {
+    std::vector<Selection> places;
+    std::int32_t position = 0;
+    for (TextView rest = song;;) {
+        const TextLine line = takeEditorLine(rest);
+        const auto end = position + static_cast<std::int32_t>(line.chars.size());
+        places.push_back({position, end});
+        position = end + static_cast<std::int32_t>(line.end.size());
+        if (line.end.empty())
+            return places;
+    }
+}
+
+TextView textAt(TextView song, const Selection& place) {
+    return song.substr(static_cast<std::size_t>(place.begin),
+                       static_cast<std::size_t>(place.end - place.begin));
+}
+
+Text counted(std::size_t count, TextView one, TextView many) {
+    return decimal(static_cast<std::int64_t>(count)) + Text(count == 1 ? one : many);
+}
+
+}  // namespace
+
+// ---- The key change ---------------------------------------------------------------------------
+
+ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
+    return [=, this](const LeftOver& found, TextView song) {
+        found_ = found;
+        words_.clear();
+        keys_.clear();
+        const KeyDebt& debt = documents_.songDebt().lines;
+        const std::vector<Selection> places = linePlaces(song);
+        for (const std::size_t line : found.changedWords) {
+            if (!debt.isLeftAlone(line))
+                words_.push_back({line, {}, rtftext_.piecesOf(places[line])});
+        }
+        for (const KeyLine& line : found.keyLines)
+            keys_.push_back({line.number, Text(textAt(song, places[line.number])), {}});
+        return debt.othersOfKeyChange(found, direction, spelling, 1, movesAll());
+    };
+}
+
+void KeyWork::keyChanged(Direction direction, Spelling spelling) {
+    spelling_ = spelling;
+    const Text song = rtftext_.text().chars;
+    const std::vector<Selection> places = linePlaces(song);
+    for (NamedLine& line : words_)
+        line.now = textAt(song, places[line.number]);
+    std::vector<LeftOverLine> diagrams;
+    for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
+        if (diagrams.empty() || diagrams.back().number != run.line)
+            diagrams.push_back({run.line, {}, false});
+    }
+    documents_.changeSongDebt([&](SongDebt& debt) {
+        debt.diagrams.keyChanged(direction, spelling, 1, diagrams);
+        debt.lines.keyChanged(direction, spelling, 1,
+                              movesAll() ? std::span<const LeftOverLine>() : found_.lines);
+        if (movesAll())
+            debt.lines.moved();
+    });
+    if (movesAll())
+        moveDiagrams(spelling);
+}
+
+void KeyWork::moveDiagrams(Spelling spelling) {
+    const KeyDebt debt = documents_.songDebt().diagrams;
+    moveDiagramsInDocument(rtftext_, spelling,
+                           [&](std::size_t line) { return debt.stepsBehind(line); });
+    documents_.changeSongDebt([](SongDebt& all) { all.diagrams.moved(); });
+}
+
+std::vector<OtherMove> KeyWork::behind(const LeftOver& found, TextView song) const {
+    return linesBehind(documents_.songDebt().lines, found, song);
+}
+
+void KeyWork::moveOthers() {
+    run([this] {
+        const EditorWork work(rtftext_);
+        bool hasH = false;
+        moveOthersInDocument(
+            rtftext_,
+            [&](const LeftOver& found, TextView song) {
+                hasH = found.hasH;
+                return hasH ? std::vector<OtherMove>() : behind(found, song);
+            },
+            [] {});
+        moveDiagrams(spelling_);
+        if (!hasH)
+            documents_.changeSongDebt([](SongDebt& debt) { debt.lines.moved(); });
+    });
+}
+
+void KeyWork::run(const std::function<void()>& command) {
+    if (!shell_.mayBegin())
+        return;
+    try {
+        command();
+        documents_.changed();
+    } catch (const std::exception& error) {
+        shell_.fails(error);
+    }
+    tell();
+}
+
+// What was words is words again, with its formats, and is left alone from now on.
+void KeyWork::putBack() {
+    run([this] {
+        const EditorWork work(rtftext_);
+        const Selection selection = rtftext_.selection();
+        const std::vector<Selection> places = linePlaces(rtftext_.text().chars);
+        // From the last to the first, as a line may have another length.
+        for (auto line = words_.rbegin(); line != words_.rend(); ++line) {
+            rtftext_.select(places[line->number]);
+            rtftext_.put(line->before);
+        }
+        rtftext_.select(selection);
+        documents_.changeSongDebt([this](SongDebt& debt) {
+            for (const NamedLine& line : words_)
+                debt.lines.leaveAlone(line.number);
+        });
+        words_.clear();
+    });
+}
+
+// ---- What there is to say ---------------------------------------------------------------------
+
+void KeyWork::songReplaced() {
+    words_.clear();
+    keys_.clear();
+    found_ = {};
+    isStale_ = true;
+}
+
+void KeyWork::idle() {
+    if (std::exchange(isStale_, false) && (isSaid_ || !documents_.songDebt().isZero()))
+        tell();
+}
+
+// Goes to the next of these places behind the cursor, and selects it.
+StatusNote::Action KeyWork::show(std::vector<Selection> places) {
+    return {u"Show", [this, places = std::move(places)] {
+                const std::int32_t from = rtftext_.selection().begin;
+                auto next = std::find_if(places.begin(), places.end(),
+                                         [&](const Selection& p) { return p.begin > from; });
+                if (next == places.end())
+                    next = places.begin();
+                rtftext_.select(*next);
+                rtftext_.scrollCaretIntoView();
+            }};
+}
+
+StatusNote KeyWork::noteOnLines(const LeftOver& found, std::vector<Selection> places) {
+    StatusNote note;
+    note.text = counted(places.size(), u" line of chords did not change key",
+                        u" lines of chords did not change key");
+    if (found.hasH)
+        note.text += u": this song writes H, so what its B means is open";
+    note.actions.push_back({u"Move Them Too", [this] { moveOthers(); }, !found.hasH});
+    note.actions.push_back(show(std::move(places)));
+    if (others_ == OtherLines::Ask)
+        note.actions.push_back({u"Always",
+                                [this] {
+                                    shell_.othersChosen(OtherLines::Move);
+                                    moveOthers();
+                                },
+                                !found.hasH});
+    return note;
+}
+
+std::vector<Selection> KeyWork::diagramsBehind() const {
+    std::vector<Selection> places;
+    const KeyDebt& debt = documents_.songDebt().diagrams;
+    if (debt.isZero())
+        return places;
+    for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
+        for (std::int32_t at = run.place.begin;
+             debt.stepsBehind(run.line) > 0 && at < run.place.end; ++at)
+            places.push_back({at, at + 1});
+    }
+    return places;
+}
+
+void KeyWork::dropUntrue(std::vector<NamedLine>& lines, TextView song) const {
+    if (lines.empty())
+        return;
+    const std::vector<Selection> places = linePlaces(song);
+    std::erase_if(lines, [&](const NamedLine& line) {
+        return line.number >= places.size() || textAt(song, places[line.number]) != line.now;
+    });
+}
+
+void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
+    dropUntrue(words_, song);
+    dropUntrue(keys_, song);
+    const std::vector<Selection> places = linePlaces(song);
+    const auto placesOf = [&](const std::vector<NamedLine>& lines) {
+        std::vector<Selection> found;
+        for (const NamedLine& line : lines)
+            found.push_back(places[line.number]);
+        return found;
+    };
+    if (!words_.empty())
+        notes.push_back(
+            {counted(words_.size(), u" line of words was changed", u" lines of words were changed"),
+             {show(placesOf(words_)),
+              {words_.size() == 1 ? u"Put It Back" : u"Put Them Back", [this] { putBack(); }}}});
+    if (!keys_.empty())
+        notes.push_back({quoted(trimmed(keys_.front().now)) + u" names the key before",
+                         {show(placesOf(keys_))}});
+}
+
+void KeyWork::tell() {
+    std::vector<StatusNote> notes;
+    const Text song = rtftext_.text().chars;
+    if (!documents_.songDebt().lines.isZero()) {
+        const LeftOver found = leftOverInDocument(rtftext_);
+        const std::vector<Selection> places = linePlaces(song);
+        std::vector<Selection> left;
+        for (const OtherMove& move : behind(found, song))
+            left.push_back(places[move.line.number]);
+        if (!left.empty())
+            notes.push_back(noteOnLines(found, std::move(left)));
+    }
+    if (std::vector<Selection> diagrams = diagramsBehind(); !diagrams.empty())
+        notes.push_back({counted(diagrams.size(), u" diagram shows the old chord",
+                                 u" diagrams show the old chords"),
+                         {{u"Move Them Too", [this] { moveOthers(); }}, show(diagrams)}});
+    addNotesOnNamed(notes, song);
+    isStale_ = false;
+    isSaid_ = !notes.empty();
+    shell_.say(std::move(notes));
+}
+
+}  // namespace melvorin

@@ -1,0 +1,81 @@
+// What key changes of the open song leave over: it is told in the status line, and done when asked.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "app/Documents.h"
+#include "app/StatusLine.h"
+#include "base/ProgramSettings.h"
+#include "chords/DocumentKey.h"
+#include "platform/RichEdit.h"
+
+namespace melvorin {
+
+class KeyWork {
+  public:
+    struct Shell {
+        std::function<void(std::vector<StatusNote>)> say;
+        // A command may begin; what is still open for the caret has gone.
+        std::function<bool()> mayBegin;
+        std::function<void(OtherLines)> othersChosen;
+        std::function<void(const std::exception&)> fails;
+    };
+
+    // What is given outlives the object.
+    KeyWork(RichEdit& rtftext, Documents& documents, Shell shell)
+        : rtftext_(rtftext), documents_(documents), shell_(std::move(shell)) {}
+
+    void setOthers(OtherLines choice) { others_ = choice; }
+    OtherLines others() const { return others_; }
+
+    // For a key change by a half step that is about to be made: notes what it leaves over and what
+    // it changes without being asked to, and says what goes with it.
+    ChooseOthers chooseOthers(Direction direction, Spelling spelling);
+    // It has been made, and is still to be recorded: moves what else belongs to its step, and keeps
+    // how far the rest is behind.
+    void keyChanged(Direction direction, Spelling spelling);
+
+    // "Move Them Too": all lines and diagrams that are behind, as a step of its own.
+    void moveOthers();
+
+    // Says what there is to say about the song as it is.
+    void tell();
+    // The song has changed, and what was said may be untrue: `idle` sees to it.
+    void songChanged() { isStale_ = true; }
+    // Another song is open.
+    void songReplaced();
+    void idle();
+
+  private:
+    // A line that a key change took for chords, or which names the former key.
+    struct NamedLine {
+        std::size_t number = 0;
+        Text now;
+        std::vector<RichEdit::Piece> before;
+    };
+
+    bool movesAll() const { return others_ == OtherLines::Move && !found_.hasH; }
+    void moveDiagrams(Spelling spelling);
+    std::vector<OtherMove> behind(const LeftOver& found, TextView song) const;
+    StatusNote noteOnLines(const LeftOver& found, std::vector<Selection> places);
+    StatusNote::Action show(std::vector<Selection> places);
+    void addNotesOnNamed(std::vector<StatusNote>& notes, TextView song);
+    void dropUntrue(std::vector<NamedLine>& lines, TextView song) const;
+    std::vector<Selection> diagramsBehind() const;
+    void putBack();
+    void run(const std::function<void()>& command);
+
+    RichEdit& rtftext_;
+    Documents& documents_;
+    Shell shell_;
+    OtherLines others_ = OtherLines::Ask;
+    Spelling spelling_ = Spelling::Sharps;
+    LeftOver found_;                // by the key change that is under way
+    std::vector<NamedLine> words_;  // changed by the last one
+    std::vector<NamedLine> keys_;   // that name the key before it
+    bool isStale_ = false;
+    bool isSaid_ = false;
+};
+
+}  // namespace melvorin
