@@ -185,6 +185,7 @@ void Form1::pasteChords() {
         const EditorWork work(rtftext_);
         left = chordClipboard_.paste();
     }
+    follower_.formatsChanged();
     if (!left)
         return reportFailure(services_.messages, u"The chords cannot be pasted. " + left.cause);
     rtftext_.scrollCaretIntoView();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "chords/ChordRow.h"
+
 namespace melvorin {
 namespace {
 
@@ -49,18 +51,32 @@ std::vector<StackedChord> chordsOf(const FollowText& line, std::size_t begin, st
     return chords;
 }
 
-std::vector<std::size_t> settledColumns(const std::vector<StackedChord>& chords) {
+namespace {
+
+bool isRemark(const StackedChord& chord) {
+    const std::vector<RowItem> items = readRow(chord.text.writing());
+    return std::any_of(items.begin(), items.end(),
+                       [](const RowItem& item) { return item.kind == RowItemKind::Word; });
+}
+
+// Each where it wants to stand, or where its neighbour leaves room; `roomy`, a remark keeps two
+// blanks where it had them.
+std::vector<std::size_t> settled(const std::vector<StackedChord>& chords, bool roomy) {
     std::vector<std::size_t> columns;
     std::size_t free = 0;
+    const StackedChord* former = nullptr;
     for (const StackedChord& chord : chords) {
-        columns.push_back(std::max(chord.column, free));
+        const bool isTight = former != nullptr && chord.column <= free && chord.gap.cells() > 1;
+        const bool needsRoom = roomy && isTight && (isRemark(chord) || isRemark(*former));
+        columns.push_back(std::max(chord.column, free + (needsRoom ? 1 : 0)));
+        former = &chord;
         free = columns.back() + chord.text.cells(columns.back()) + 1;
     }
     return columns;
 }
 
-FollowText writeChords(const std::vector<StackedChord>& chords, const FollowText& tail) {
-    const std::vector<std::size_t> columns = settledColumns(chords);
+FollowText written(const std::vector<StackedChord>& chords, const std::vector<std::size_t>& columns,
+                   const FollowText& tail) {
     FollowText line;
     std::size_t column = 0;
     for (std::size_t i = 0; i < chords.size(); ++i) {
@@ -70,6 +86,22 @@ FollowText writeChords(const std::vector<StackedChord>& chords, const FollowText
     }
     line.append(tail);
     return line;
+}
+
+}  // namespace
+
+// A remark is told from words by the room around it: without that the line would be no chord line.
+std::vector<std::size_t> settledColumns(const std::vector<StackedChord>& chords) {
+    std::vector<std::size_t> columns = settled(chords, false);
+    std::vector<std::size_t> roomy = settled(chords, true);
+    if (columns != roomy && !holdsChords(written(chords, columns, {})) &&
+        holdsChords(written(chords, roomy, {})))
+        return roomy;
+    return columns;
+}
+
+FollowText writeChords(const std::vector<StackedChord>& chords, const FollowText& tail) {
+    return written(chords, settledColumns(chords), tail);
 }
 
 ChordStack::ChordStack(const FollowLines& lines, const LinePair& pair)

@@ -128,6 +128,9 @@ std::optional<PastedChords> pasteChords(const Excerpt& text, std::size_t begin, 
     const FollowLines chords = linesOf(copied.chords);
     const LinePlace caret = placeOf(lines, text.start, begin);
     auto [line, last] = touchedLines(lines, text.start, begin, end);
+    // Who selects chords means the words below them.
+    while (last + 1 < lines.size() && holdsChords(lines[last].text))
+        ++last;
     if (begin == end)
         last = lines.size() - 1;
     PastedChords pasted;

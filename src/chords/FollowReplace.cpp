@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/EditorLine.h"
+#include "chords/CellWidth.h"
 
 namespace melvorin {
 namespace {
@@ -27,22 +28,41 @@ struct ReplacedLine {
     std::vector<ColumnMap::Stretch> stretches;
 };
 
-ReplacedLine replaced(const FollowText& line, const Line& place, Replacements edits) {
+bool hasBlank(TextView text) {
+    return std::any_of(text.begin(), text.end(), [](char16_t c) { return isAnyBlank(c); });
+}
+
+// Appends what stood apart from it and still shall, where that is `isApart`.
+void appendApart(FollowText& line, const FollowText& next, bool isApart) {
+    if (isApart && !line.empty() && !next.empty() && !isAnyBlank(line.chars().back()) &&
+        !isAnyBlank(next.chars().front()))
+        line.appendBlanks(1);
+    line.append(next);
+}
+
+// In a chord line only who takes a single blank away makes one chord of two.
+ReplacedLine replaced(const FollowText& line, const Line& place, Replacements edits,
+                      bool isChords) {
     ReplacedLine result{line, {}, {}};
     std::size_t at = 0;
+    bool isApart = false;
     for (const TextEdit& edit : edits) {
         const std::size_t begin = edit.position - place.begin;
         const std::size_t end = begin + edit.length;
-        result.now.append(line.part(at, begin));
+        appendApart(result.now, line.part(at, begin), isApart);
+        const bool wasApart = isApart && at == begin;
+        isApart = isChords && hasBlank(line.chars().substr(begin, edit.length)) &&
+                  (edit.length > 1 || !edit.text.empty());
         FollowText text(edit.text, Origin::Incoming);
         for (std::size_t i = 0; i < text.size(); ++i)
             text.trace(i).from = edit.position;
         const std::size_t nowBegin = result.now.size();
-        result.now.append(text);
+        appendApart(result.now, text, isApart || wasApart);
+        isApart = isApart || (wasApart && text.empty());
         result.stretches.push_back({begin, end, nowBegin, result.now.size(), false});
         at = end;
     }
-    result.now.append(line.part(at));
+    appendApart(result.now, line.part(at), isApart);
     if (!result.stretches.empty())
         result.stretches.back().keeps = line.part(at).isBlank();
     return result;
@@ -145,7 +165,8 @@ void Replacer::replaceGroup(const FollowLines& around, std::size_t first, const 
                             bool hasWords) {
     const auto placeAt = [&](std::size_t line) { return lines_[first + line]; };
     const auto replacedAt = [&](std::size_t line) {
-        return replaced(around[line].text, placeAt(line), editsIn(placeAt(line)));
+        return replaced(around[line].text, placeAt(line), editsIn(placeAt(line)),
+                        !hasWords || line != pair.words);
     };
     const ReplacedLine lower = replacedAt(pair.chords);
     std::vector<StackedChord> chords = chordsWithFormerColumns(lower, placeAt(pair.chords));

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/TabExpansion.h"
+#include "chords/ChordPair.h"
 
 namespace melvorin {
 namespace {
@@ -53,7 +54,11 @@ ChordClipboard::Taken ChordClipboard::onClipboard() {
         return {};
     if (!own_.chords.empty() && *text.value == toCrLf(own_.chords.chords.chars).chars)
         return own_;
-    const Excerpt lines{0, expandTabs(toEditorText(*text.value).chars), {}};
+    Excerpt lines{0, expandTabs(toEditorText(*text.value).chars), {}};
+    static constexpr TextView otherEnds = u"\u2028\u2029";
+    std::replace_if(
+        lines.chars.begin(), lines.chars.end(),
+        [](char16_t c) { return otherEnds.find(c) != TextView::npos; }, u'\r');
     if (!FollowDocument::isPlain(lines.chars))
         return {};
     return {copyChords(lines, 0, lines.chars.size()), {}};
@@ -65,14 +70,25 @@ std::optional<Excerpt> ChordClipboard::wordsAtSelection() {
     const Selection selection = editor_.selection();
     if (selection.begin != selection.end)
         return document_.linesAround(selection);
-    return document_.linesDownTo({selection.begin, editor_.length()});
+    return document_.linesFrom(selection.begin);
 }
 
+// A look that opening a menu can afford.
 bool ChordClipboard::mayPaste() {
-    const CopiedChords chords = onClipboard().chords;
-    const auto text = chords.empty() ? std::nullopt : wordsAtSelection();
+    if (onClipboard().chords.empty())
+        return false;
     const Selection selection = editor_.selection();
-    return text && pasteChords(*text, sizeOf(selection.begin), sizeOf(selection.end), chords);
+    const std::int32_t first = editor_.lineOf(selection.begin);
+    const std::int32_t last = selection.begin == selection.end ? editor_.lineCount() - 1
+                                                               : editor_.lineOf(selection.end) + 1;
+    constexpr std::int32_t mostLines = 400;
+    for (std::int32_t line = first; line <= std::min(last, first + mostLines); ++line) {
+        const std::int32_t start = editor_.firstOfLine(line);
+        const FollowText text(editor_.textBetween({start, start + editor_.lengthOfLine(line)}));
+        if (!text.isBlank() && holdsWords(text))
+            return true;
+    }
+    return false;
 }
 
 Result<std::size_t> ChordClipboard::paste() {

@@ -276,7 +276,12 @@ bool ChordFollower::editEnds(Selection selected, std::int32_t length) {
         return true;
     }
     const std::size_t caret = sizeOf(selected.end);
-    after.diagrams = document_.diagramsAfterKey(before.text, after, caret);
+    auto diagrams = document_.diagramsAfterKey(before.text, after, caret);
+    if (!diagrams) {
+        forget();
+        return true;
+    }
+    after.diagrams = std::move(*diagrams);
     if (visit_.padding())
         visit_.typed();
     const std::size_t caretBefore = sizeOf(before.selected.end);
@@ -320,7 +325,7 @@ std::optional<TextEdit> ChordFollower::replacedLines(const Before& before, const
 
 std::optional<std::vector<FollowEdit>> ChordFollower::follow(
     MappedDocument& document, const std::vector<TextEdit>& replacements) {
-    if (!on_ || !FollowDocument::isPlain(document.text()))
+    if (!on_)
         return std::nullopt;
     const auto diagrams = document_.diagramsNear(document, replacements);
     if (!diagrams)
@@ -328,8 +333,9 @@ std::optional<std::vector<FollowEdit>> ChordFollower::follow(
     const bool allMayFollow = document_.mayAllFollow(document.text());
     const Excerpt all{0, document.text(), *diagrams};
     return followReplacements(all, replacements, [&](std::size_t begin, std::size_t end) {
-        return allMayFollow || document_.mayFollow(TextView(all.chars).substr(begin, end - begin),
-                                                   {positionOf(begin), positionOf(end)});
+        const TextView lines = TextView(all.chars).substr(begin, end - begin);
+        return FollowDocument::isPlain(lines) &&
+               (allMayFollow || document_.mayFollow(lines, {positionOf(begin), positionOf(end)}));
     });
 }
 

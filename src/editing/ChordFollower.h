@@ -33,6 +33,8 @@ class ChordFollower : public EditObserver, public ReplaceFollower {
     bool selectChordAt(POINT point);
     // The selection is another one.
     void caretMoved();
+    // Formats may have changed, by a command that did not tell of it otherwise.
+    void formatsChanged() { document_.forgetDiagrams(); }
     // A command is to run: what a visit to the chords has put in goes.
     void commandBegins();
     // Runs a change of the document at the selection, and lets the chords follow. Whoever calls

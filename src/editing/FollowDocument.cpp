@@ -110,28 +110,44 @@ bool FollowDocument::isPlain(TextView text) {
     return std::none_of(text.begin(), text.end(), isStructure);
 }
 
-std::optional<Excerpt> FollowDocument::linesAround(Selection range) {
-    // An edit may take the line end behind it.
-    return lines(range, static_cast<std::int32_t>(kLinesBelow) + 1);
-}
-
-std::optional<Excerpt> FollowDocument::linesDownTo(Selection range) {
-    return lines(range, 0);
-}
-
-std::optional<Excerpt> FollowDocument::lines(Selection range, std::int32_t below) {
+// Where the lines above a place begin that an edit there may need.
+std::int32_t FollowDocument::startAbove(std::int32_t position) const {
     // An edit may take the line end before it.
     constexpr auto above = static_cast<std::int32_t>(kLinesAbove) + 1;
-    const std::int32_t top = editor_.lineOf(range.begin);
-    const std::int32_t last = range.end == range.begin ? top : editor_.lineOf(range.end);
-    const std::int32_t first = std::max(0, top - above);
-    const std::int32_t start = editor_.firstOfLine(first);
-    const std::int32_t next = editor_.firstOfLine(last + below + 1);
+    return editor_.firstOfLine(std::max(0, editor_.lineOf(position) - above));
+}
+
+std::optional<Excerpt> FollowDocument::linesAround(Selection range) {
+    // An edit may take the line end behind it.
+    constexpr auto below = static_cast<std::int32_t>(kLinesBelow) + 2;
+    const std::int32_t start = startAbove(range.begin);
+    const std::int32_t next = editor_.firstOfLine(editor_.lineOf(range.end) + below);
     const std::int32_t end = next > start ? next - 1 : editor_.length();
     Excerpt text{sizeOf(start), editor_.textBetween({start, end}), {}};
     if (positionOf(text.chars.size()) != end - start || !isPlain(text.chars))
         return std::nullopt;
-    text.diagrams = diagramsIn(text);
+    auto diagrams = diagramsIn(text);
+    if (!diagrams)
+        return std::nullopt;
+    text.diagrams = std::move(*diagrams);
+    return text;
+}
+
+std::optional<Excerpt> FollowDocument::linesFrom(std::int32_t position) {
+    const std::int32_t start = startAbove(position);
+    Excerpt text{sizeOf(start), editor_.textBetween({start, editor_.length()}), {}};
+    const auto structure = std::find_if(text.chars.begin(), text.chars.end(), isStructure);
+    if (structure != text.chars.end()) {
+        const auto line =
+            text.chars.rfind(u'\r', static_cast<std::size_t>(structure - text.chars.begin()));
+        text.chars.resize(line == Text::npos ? 0 : line);
+    }
+    if (positionOf(text.end()) < position)
+        return std::nullopt;
+    auto diagrams = diagramsIn(text);
+    if (!diagrams)
+        return std::nullopt;
+    text.diagrams = std::move(*diagrams);
     return text;
 }
 
@@ -146,19 +162,23 @@ bool FollowDocument::hasDiagrams() {
     return *hasDiagrams_;
 }
 
-std::vector<DiagramCells> FollowDocument::diagramsIn(const Excerpt& text) {
+std::optional<std::vector<DiagramCells>> FollowDocument::diagramsIn(const Excerpt& text) {
     if (text.chars.empty() || !hasDiagrams())
-        return {};
+        return std::vector<DiagramCells>();
     if (!known_ || known_->start != text.start || known_->chars != text.chars) {
+        known_.reset();
+        auto diagrams = lookForDiagrams(text);
+        if (!diagrams)
+            return std::nullopt;
         known_ = text;
-        known_->diagrams = lookForDiagrams(text);
+        known_->diagrams = std::move(*diagrams);
     }
     return known_->diagrams;
 }
 
-std::vector<DiagramCells> FollowDocument::diagramsAfterKey(const Excerpt& before,
-                                                           const Excerpt& after,
-                                                           std::size_t caret) {
+std::optional<std::vector<DiagramCells>> FollowDocument::diagramsAfterKey(const Excerpt& before,
+                                                                          const Excerpt& after,
+                                                                          std::size_t caret) {
     // A character may have two halves. What it is tells the format at the caret behind it.
     constexpr std::size_t mostTyped = 2;
     const TextEdit edit = differenceOf(before, after, caret);
@@ -173,12 +193,12 @@ std::vector<DiagramCells> FollowDocument::diagramsAfterKey(const Excerpt& before
     return known_->diagrams;
 }
 
-std::vector<DiagramCells> FollowDocument::lookForDiagrams(const Excerpt& text) {
+std::optional<std::vector<DiagramCells>> FollowDocument::lookForDiagrams(const Excerpt& text) {
     const RichEdit::Quiet quiet(editor_);
     const auto runs =
         editor_.faceRuns({positionOf(text.start), positionOf(text.end())}, kMostFaceRunsOfLines);
     if (!runs)
-        return {};
+        return std::nullopt;
     std::int32_t letter = -1;
     std::vector<std::size_t> diagrams;
     for (const RichEdit::FaceRun& run : *runs) {
@@ -245,20 +265,26 @@ bool FollowDocument::mayAllFollow(TextView text) {
 }
 
 bool FollowDocument::mayFollow(const std::vector<FollowEdit>& edits, const Excerpt& text) {
-    if (edits.empty())
-        return true;
-    const std::size_t first = edits.front().position - text.start;
-    const std::size_t last = edits.back().position + edits.back().length - text.start;
-    const std::size_t before = first == 0 ? Text::npos : text.chars.rfind(u'\r', first - 1);
-    const std::size_t begin = before == Text::npos ? 0 : before + 1;
-    const std::size_t end = std::min(text.chars.find(u'\r', last), text.chars.size());
-    if (trusted_ == text.start + begin)
-        return true;
-    trusted_.reset();
-    if (!mayFollow(TextView(text.chars).substr(begin, end - begin),
-                   {positionOf(text.start + begin), positionOf(text.start + end)}))
-        return false;
-    trusted_ = text.start + begin;
+    // Each edit with the line below it, where the words are.
+    std::size_t done = 0;
+    for (const FollowEdit& edit : edits) {
+        const std::size_t first = edit.position - text.start;
+        const std::size_t before = first == 0 ? Text::npos : text.chars.rfind(u'\r', first - 1);
+        const std::size_t begin = std::max(before == Text::npos ? 0 : before + 1, done);
+        const std::size_t last =
+            std::min(text.chars.find(u'\r', first + edit.length), text.chars.size());
+        const std::size_t end = std::min(text.chars.find(u'\r', last + 1), text.chars.size());
+        if (end <= begin)
+            continue;
+        done = end;
+        if (trusted_ == text.start + begin)
+            continue;
+        trusted_.reset();
+        if (!mayFollow(TextView(text.chars).substr(begin, end - begin),
+                       {positionOf(text.start + begin), positionOf(text.start + end)}))
+            return false;
+        trusted_ = text.start + begin;
+    }
     return true;
 }
 

@@ -29,14 +29,16 @@ class FollowDocument {
     // The lines that a range touches, kLinesAbove above them and kLinesBelow below. Nothing where
     // columns mean nothing: in a table.
     std::optional<Excerpt> linesAround(Selection range);
-    // The same with nothing below the range.
-    std::optional<Excerpt> linesDownTo(Selection range);
+    // The lines from a place on, down to the end of the document or to what is no song.
+    std::optional<Excerpt> linesFrom(std::int32_t position);
     // Neither a table nor a formula.
     static bool isPlain(TextView text);
-    std::vector<DiagramCells> diagramsIn(const Excerpt& text);
+    // Nothing where there are too many to look at.
+    std::optional<std::vector<DiagramCells>> diagramsIn(const Excerpt& text);
     // The same behind a key, which turned `before`, whose diagrams were asked for, into `after`.
-    std::vector<DiagramCells> diagramsAfterKey(const Excerpt& before, const Excerpt& after,
-                                               std::size_t caret);
+    std::optional<std::vector<DiagramCells>> diagramsAfterKey(const Excerpt& before,
+                                                              const Excerpt& after,
+                                                              std::size_t caret);
     // The diagrams in the lines that edits touch, and two lines above and below them; nothing where
     // that is not known.
     std::optional<std::vector<DiagramCells>> diagramsNear(MappedDocument& document,
@@ -75,8 +77,8 @@ class FollowDocument {
     }
 
   private:
-    std::optional<Excerpt> lines(Selection range, std::int32_t below);
-    std::vector<DiagramCells> lookForDiagrams(const Excerpt& text);
+    std::optional<std::vector<DiagramCells>> lookForDiagrams(const Excerpt& text);
+    std::int32_t startAbove(std::int32_t position) const;
     bool hasDiagrams();
     void insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces);
 

@@ -80,11 +80,13 @@ bool loadReplaced(Editor& editor, MappedDocument& document, const ReplacePlan& p
     return parts && load(*parts, expected);
 }
 
-WantedMatches::IsWanted wholeChordsOf(MappedDocument& document) {
-    return [isWholeChord = WholeChords(document)](Selection match) {
-        return isWholeChord(static_cast<std::size_t>(match.begin),
-                            static_cast<std::size_t>(match.end - match.begin));
-    };
+// So that positions in front stay true.
+void replaceBackwards(Editor& editor, const std::vector<TextEdit>& edits) {
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
+        const auto begin = static_cast<std::int32_t>(edit->position);
+        editor.select({begin, begin + static_cast<std::int32_t>(edit->length)});
+        editor.replaceSelection(edit->text);
+    }
 }
 
 }  // namespace
@@ -112,7 +114,13 @@ std::optional<Selection> FindReplace::nextMatch(const Request& request) {
     if (!request.chordsOnly)
         return editor.find(request.what, nextStart_, request.options);
     MappedDocument document(editor_);
-    return WantedMatches(editor, wholeChordsOf(document))
+    const WholeChords isWholeChord(document);
+    GapText text(document.text());
+    return WantedMatches(text,
+                         [&](Selection match) {
+                             return isWholeChord(static_cast<std::size_t>(match.begin),
+                                                 request.what);
+                         })
         .find(request.what, nextStart_, request.options);
 }
 
@@ -159,7 +167,8 @@ void FindReplace::replaceOne(const Request& request) {
 // the control does; the document is then what it was.
 std::optional<Replaced> FindReplace::replaceTogether(const Request& request,
                                                      const std::function<bool()>& mayGoOn) {
-    if (hasControlCharacters(request.what) || hasControlCharacters(request.with))
+    const bool isPlain = !hasControlCharacters(request.what) && !hasControlCharacters(request.with);
+    if (!isPlain && !request.chordsOnly)
         return std::nullopt;
     MappedDocument document(editor_);
     const Text& text = document.text();
@@ -170,34 +179,24 @@ std::optional<Replaced> FindReplace::replaceTogether(const Request& request,
     const auto mayGoOnNowAndThen = [&] { return asked++ % kMatchesPerLook != 0 || mayGoOn(); };
     WantedMatches wanted(plan, [&](Selection match) {
         const auto place = plan.formerPlace(static_cast<std::size_t>(match.begin));
-        return !request.chordsOnly || (place && isWholeChord(*place, request.what.size()));
+        return !request.chordsOnly || (place && isWholeChord(*place, request.what));
     });
     const Replaced done =
         replaceAll(wanted, request.what, request.with, request.options, mayGoOnNowAndThen);
     if (done.count == 0)
         return done;
-    if (!findsTheSame(editor_, text, request))
+    // Which letters are a chord is nothing that the control knows better.
+    if (!request.chordsOnly && !findsTheSame(editor_, text, request))
         return std::nullopt;
-    const auto followed = chords_.follow(document, plan.edits());
-    const bool isWorthIt = isWorthALoad(text, done.count) && document.map() != nullptr;
+    const auto followed = isPlain ? chords_.follow(document, plan.edits()) : std::nullopt;
+    const bool isWorthIt = isPlain && isWorthALoad(text, done.count) && document.map() != nullptr;
     if (isWorthIt && loadReplaced(editor_, document, plan, followed))
         return done;
-    if (!followed)
-        return std::nullopt;
-    chords_.make(*followed);
+    if (followed)
+        chords_.make(*followed);
+    else
+        replaceBackwards(editor_, plan.edits());
     return done;
-}
-
-Replaced FindReplace::replaceOneByOne(const Request& request,
-                                      const std::function<bool()>& mayGoOn) {
-    EditorTarget editor(editor_);
-    WantedMatches wanted(editor, [&](Selection match) {
-        if (!request.chordsOnly)
-            return true;
-        MappedDocument document(editor_);
-        return wholeChordsOf(document)(match);
-    });
-    return replaceAll(wanted, request.what, request.with, request.options, mayGoOn);
 }
 
 void FindReplace::replaceEach(const Request& request, const std::function<void()>& pump) {
@@ -215,7 +214,10 @@ void FindReplace::replaceEach(const Request& request, const std::function<void()
         };
         try {
             const auto together = replaceTogether(request, mayGoOn);
-            done = together ? *together : replaceOneByOne(request, mayGoOn);
+            EditorTarget target(editor_);
+            done = together
+                       ? *together
+                       : replaceAll(target, request.what, request.with, request.options, mayGoOn);
             if (done.count > 0)
                 focusEditor_();
         } catch (...) {

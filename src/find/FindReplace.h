@@ -86,7 +86,6 @@ class FindReplace {
     std::optional<Selection> nextMatch(const Request& request);
     std::optional<Replaced> replaceTogether(const Request& request,
                                             const std::function<bool()>& mayGoOn);
-    Replaced replaceOneByOne(const Request& request, const std::function<bool()>& mayGoOn);
 
     Editor& editor_;
     MessageBoxes& messages_;

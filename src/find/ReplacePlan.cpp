@@ -8,6 +8,15 @@ namespace melvorin {
 void ReplacePlan::replace(Selection match, TextView with) {
     const auto begin = static_cast<std::size_t>(match.begin);
     const auto end = static_cast<std::size_t>(match.end);
+    if (edits_.empty() || begin >= partEnd()) {
+        edits_.push_back({begin - partEnd() + formerEnd(), end - begin, Text(with)});
+        editBegin_ = begin;
+    } else {
+        TextEdit& edit = edits_.back();
+        const std::size_t inside = std::min(end, partEnd()) - begin;
+        edit.text.replace(begin - editBegin_, inside, with);
+        edit.length += end - begin - inside;
+    }
     // Replacements that touch are one part: a rewritten text keeps a character between two.
     if (parts_.empty() || begin > partEnd()) {
         parts_.push_back({begin - partEnd() + formerEnd(), 0, {}, {}, {}});
@@ -24,14 +33,6 @@ void ReplacePlan::replace(Selection match, TextView with) {
                        with.size(), format);
     part.keepColour.resize(part.text.size(), true);
     text_.replace(match, with);
-}
-
-std::vector<TextEdit> ReplacePlan::edits() const {
-    std::vector<TextEdit> edits;
-    edits.reserve(parts_.size());
-    for (const LineRewrite& part : parts_)
-        edits.push_back({part.start, part.length, part.text});
-    return edits;
 }
 
 std::optional<std::size_t> ReplacePlan::formerPlace(std::size_t position) const {

@@ -27,8 +27,9 @@ class ReplacePlan : public FindTarget {
     Text text() const { return text_.text(); }
     // What RtfMap::rewrite takes; all colours stay.
     const std::vector<LineRewrite>& parts() const { return parts_; }
-    // The same as edits of the old text.
-    std::vector<TextEdit> edits() const;
+    // The same as edits of the old text, one for each match; a match in what another put in is part
+    // of that edit.
+    const std::vector<TextEdit>& edits() const { return edits_; }
     // Where a character of the text as it is now was in the old one; nothing for what a
     // replacement has put in, and for what is in front of the last one.
     std::optional<std::size_t> formerPlace(std::size_t position) const;
@@ -44,8 +45,10 @@ class ReplacePlan : public FindTarget {
 
     GapText text_;
     std::vector<LineRewrite> parts_;
+    std::vector<TextEdit> edits_;
     // Of the last part, in the text as it is now.
     std::size_t partBegin_ = 0;
+    std::size_t editBegin_ = 0;  // of the last edit
 };
 
 // The same for any edits of `text`, positions of which they are: what is put in between takes the

@@ -10,11 +10,12 @@
 namespace melvorin {
 
 // Whether a stretch of a document is a whole chord of a chord line (see isWholeChord); diagrams are
-// no writing. The document outlives the object.
+// no writing. Without its root's case "CM7" would be a "Cm7", so only roots and bass notes may be
+// written small in `what`. The document outlives the object.
 class WholeChords {
   public:
     explicit WholeChords(MappedDocument& document) : document_(document) {}
-    bool operator()(std::size_t begin, std::size_t length) const;
+    bool operator()(std::size_t begin, TextView what) const;
 
   private:
     MappedDocument& document_;

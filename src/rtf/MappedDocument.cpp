@@ -8,6 +8,7 @@ const std::string& MappedDocument::rtf() {
     if (!rtf_) {
         rtf_ = editor_.rtf();
         map_ = RtfMap::matching(*rtf_, text_);
+        mayHaveDiagrams_ = rtf_->find(toUtf8(kDiagramFaceStart)) != std::string::npos;
     }
     return *rtf_;
 }
@@ -18,7 +19,8 @@ const RtfMap* MappedDocument::map() {
 }
 
 bool MappedDocument::mayHaveDiagrams() {
-    return rtf().find(toUtf8(kDiagramFaceStart)) != std::string::npos;
+    rtf();
+    return mayHaveDiagrams_;
 }
 
 bool MappedDocument::isDiagramAt(std::size_t position) {

@@ -30,6 +30,7 @@ class MappedDocument {
     Text text_;
     std::optional<std::string> rtf_;
     std::optional<RtfMap> map_;
+    bool mayHaveDiagrams_ = false;
 };
 
 }  // namespace melvorin

@@ -267,6 +267,30 @@ TEST(FollowReplace, ChordLinesAreSetAfterwards) {
          "Chorus\n"
          "Em7|--0--0---|\n"
          "so Em7 la"},
+        {"blanks between chords leave one",
+         "C  G  Am\n"
+         "over hills and",
+         "  G  ", "",
+         "C     Am\n"
+         "over hills and"},
+        {"a chord and its blanks",
+         "C  G\n"
+         "over hills",
+         "  G", "G",
+         "C G\n"
+         "over hills"},
+        {"matches that touch are each of them an edit",
+         "C G\n"
+         "lala la",
+         "la", "hallelu",
+         "C      G\n"
+         "halleluhallelu hallelu"},
+        {"a remark keeps the room that tells it from words",
+         "C  G  Am  F  riff\n"
+         "over hills and far",
+         "C", "Cmaj7",
+         "Cmaj7 G Am F  riff\n"
+         "over hills and far"},
         {"a chord replaced by two",
          "C    G    Am\n"
          "over hills and",

@@ -156,6 +156,8 @@ Format
 &View
  Dictionary
  Full Screen
+ -
+ Status Line
 Chord Notation
  Create Chord Notation
  Change the Fingering of the Chord	Ctrl+D
@@ -164,6 +166,10 @@ Chord Notation
  Key
   Go Down a Half Step
   Go Up a Half Step
+  Other Chord Lines
+   Ask
+   Move
+   Leave
  Alteration Signs
   >> Use Sharps
   Use Flats
@@ -265,11 +271,16 @@ TEST(Layout, PartsNeverOverlapNorLeaveTheWindow) {
                 for (const PanelWidth panelWidth :
                      {PanelWidth::Closed, PanelWidth::Normal, PanelWidth::Expanded}) {
                     const bool panel = panelWidth != PanelWidth::Closed;
-                    const MainLayout layout =
-                        layoutMainWindow(width, height, 28, dpi, ScreenSupport::Wide, panelWidth);
+                    const MainLayout layout = layoutMainWindow(width, height, 28, 20, dpi,
+                                                               ScreenSupport::Wide, panelWidth);
                     EXPECT_GE(layout.editor.width, 0);
                     EXPECT_GE(layout.editor.height, 0);
                     EXPECT_GE(layout.editor.top, 28);
+                    EXPECT_EQ(layout.status.height, 20);
+                    if (height >= 600) {
+                        EXPECT_LE(layout.editor.top + layout.editor.height, layout.status.top);
+                        EXPECT_EQ(layout.status.top + 20, height);
+                    }
                     if (!panel || width >= 800) {
                         EXPECT_EQ(layout.panel.width > 0, panel);
                     }
