@@ -235,6 +235,10 @@ void Form1::createAccelerators() {
             const int held = (stroke.control ? FCONTROL : 0) | (stroke.alt ? FALT : 0) |
                              (stroke.shift ? FSHIFT : 0);
             table.push_back({static_cast<BYTE>(FVIRTKEY | held), stroke.key, idOf(row.id)});
+            // Most keyboards have the plus above another sign.
+            if (stroke.key == keys::kPlus)
+                table.push_back(
+                    {static_cast<BYTE>(FVIRTKEY | held | FSHIFT), stroke.key, idOf(row.id)});
         }
     }
     accelerators_.reset(::CreateAcceleratorTableW(table.data(), static_cast<int>(table.size())));
@@ -248,7 +252,7 @@ bool Form1::translate(MSG& message) {
     if (isMine && !dictionary_.editsText(message) &&
         ::TranslateAcceleratorW(handle(), accelerators_.get(), &message))
         return true;
-    return dictionary_.translate(message);
+    return dictionary_.translate(message) || status_.translate(message);
 }
 
 void Form1::measureScreen() {

@@ -237,7 +237,9 @@ void Form1::showStatusLine(bool shown) {
 }
 
 void Form1::toStatusLine() {
-    if (status_.isShown())
+    if (::IsChild(status_.handle(), ::GetFocus()))
+        ::SetFocus(rtftext_.handle());
+    else if (status_.isShown())
         status_.enter();
 }
 

@@ -168,6 +168,8 @@ void StatusLine::arrange() {
     const int message = std::clamp(right - needed, scaled(kLeastMessage), words);
     ::SetWindowPos(message_, nullptr, scaled(kGap), 0, message, static_cast<int>(client.bottom),
                    SWP_NOZORDER | SWP_NOACTIVATE);
+    // A label does not draw itself anew when only its size changes.
+    ::InvalidateRect(message_, nullptr, TRUE);
     int end = scaled(kGap) + message + needed;
     for (auto button = shown.rbegin(); button != shown.rend(); ++button)
         end = placeFromRight(*button, end, 0);
@@ -204,10 +206,10 @@ void StatusLine::onCommand(int id, int event) {
 }
 
 bool StatusLine::onKeyDown(WPARAM key) {
-    const bool leaves = key == VK_F6 || key == VK_ESCAPE;
-    if (leaves)
-        actions_.leave();
-    return leaves;
+    if (key != VK_ESCAPE)
+        return false;
+    actions_.leave();
+    return true;
 }
 
 }  // namespace melvorin
