@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 
 namespace melvorin {
@@ -191,6 +192,65 @@ Text RealignLine(TextView before, TextView transposed) {
     }
     out.fillTo(before.size());
     return std::move(out.line);
+}
+
+namespace {
+
+// How many accidentals behind a letter are part of its note. "Cb5" is a C with a flat fifth, "Bb5"
+// is a Bb with its fifth.
+std::size_t accidentalsBehind(TextView line, std::size_t letter, std::span<const ColumnRange> fixed,
+                              Recorder& pictures) {
+    std::size_t end = letter + 1;
+    while (end < line.size() && end < letter + 3 && isAccidental(line[end]) &&
+           line[end] == line[letter + 1] && (fixed.empty() || !pictures.isFixed(end))) {
+        const bool mayBeNumbers = end > letter + 1 || !isNoteName(line[letter], line[end]);
+        if (mayBeNumbers && end + 1 < line.size() && isDigit(line[end + 1]))
+            break;
+        ++end;
+    }
+    return end - letter - 1;
+}
+
+}  // namespace
+
+std::vector<ColumnRange> noteColumns(TextView line, std::span<const ColumnRange> fixed) {
+    MovedLine nothing;
+    Recorder pictures(fixed, nothing);
+    std::vector<ColumnRange> notes;
+    for (std::size_t column = 0; column < line.size(); ++column) {
+        if (!isNoteLetter(line[column]) || pictures.isFixed(column))
+            continue;
+        const std::size_t accidentals = accidentalsBehind(line, column, fixed, pictures);
+        notes.push_back({column, 1 + accidentals});
+        column += accidentals;
+    }
+    return notes;
+}
+
+MovedLine renameNotes(TextView line, std::span<const TextView> names,
+                      std::span<const ColumnRange> fixed) {
+    const std::vector<ColumnRange> notes = noteColumns(line, fixed);
+    MovedLine moved;
+    Recorder recorder(fixed, moved);
+    LineWriter out;
+    std::size_t next = 0;
+    realign(line, recorder, out, [&](std::size_t column) {
+        while (column < line.size() && !separates(line, column, recorder)) {
+            if (next == std::min(notes.size(), names.size()) || notes[next].column != column) {
+                out.line += line[column++];
+                continue;
+            }
+            const std::size_t start = out.column();
+            out.line += names[next];
+            if (names[next] != line.substr(column, notes[next].length))
+                recorder.note(notes[next], {start, names[next].size()});
+            column += notes[next++].length;
+        }
+        return column;
+    });
+    moved.line = std::move(out.line);
+    moved.changed = moved.line != line;
+    return moved;
 }
 
 KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
