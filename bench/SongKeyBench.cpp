@@ -86,8 +86,11 @@ void findKeys(const std::vector<Row>& rows) {
     std::size_t answered = 0;
     std::size_t right = 0;
     std::size_t best = 0;
+    std::size_t contradicted = 0;
     for (const Row& row : rows) {
-        const FoundKey found = findKey(asTyped(row));
+        const SongChords read = readSongChords(asTyped(row));
+        const FoundKey found = findKey(read.chords);
+        contradicted += findKey(read.chords, row.key).isStated ? 0U : 1U;
         best += found.first && isRight(row, *found.first) ? 1U : 0U;
         answered += found.key ? 1U : 0U;
         right += found.key && isRight(row, *found.key) ? 1U : 0U;
@@ -96,6 +99,7 @@ void findKeys(const std::vector<Row>& rows) {
     report("keys answered", percent(answered, rows.size()), "%");
     report("of these right", percent(right, answered), "%");
     report("first candidates right", percent(best, rows.size()), "%");
+    report("stated keys that are not believed", percent(contradicted, rows.size()), "%");
 }
 
 // ---- Spelling ---------------------------------------------------------------------------------

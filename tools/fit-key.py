@@ -60,7 +60,8 @@ def quality(suffix, plus_is_major):
     if s[:1] in ("o", "0", "\u00b0", "\u00ba") and s or s[:3] in ("dim", "Dim"):
         return DIMINISHED
     majors = ("maj", "Maj", "ma7", "Ma7", "M7", "M9", "M13", "7M", "9M", "\u0394", "j7")
-    if any(part in s for part in majors) or (plus_is_major and s.startswith("7+")):
+    triad = s in ("maj", "Maj", "major")
+    if (not triad and any(part in s for part in majors)) or (plus_is_major and s.startswith("7+")):
         return MAJOR7
     if "sus" in s or s[:1] == "4" or "/4" in s or "(4" in s:
         return OTHER

@@ -23,14 +23,9 @@ bool containsAny(TextView text, const TextView (&parts)[count]) {
                        [&](TextView part) { return contains(text, part); });
 }
 
-// The length of the note with its accidentals that the text begins with; 0 without one. H too.
-std::size_t noteLength(TextView text) {
-    if (text.empty() || !(isNoteLetter(text[0]) || text[0] == u'H'))
-        return 0;
-    std::size_t length = 1;
-    while (length < 3 && length < text.size() && isAccidental(text[length]))
-        ++length;
-    return length;
+// The note that the text begins with; H is one too.
+std::size_t noteOrHLength(TextView text) {
+    return text.starts_with(u'H') ? 1 : noteLength(text);
 }
 
 int rootOf(TextView note) {
@@ -56,7 +51,7 @@ struct Token {
 };
 
 Spelled spelledChord(TextView text) {
-    const std::size_t length = noteLength(text);
+    const std::size_t length = noteOrHLength(text);
     const TextView suffix = text.substr(length);
     constexpr TextView words[] = {u"M7", u"maj7", u"Maj7", u"j7"};
     const bool isH = text[0] == u'H';
@@ -79,7 +74,7 @@ Token readToken(TextView text) {
     const bool isClosed = contains(text, u"(");
     while (!text.empty() && (text.back() == u',' || (text.back() == u')' && !isClosed)))
         text.remove_suffix(1);
-    if (noteLength(text) == 0)
+    if (noteOrHLength(text) == 0)
         return {};
     // Names with H are read by the rest of them: an H is no other note's.
     const Text read = text[0] == u'H' ? Text(u"B").append(text.substr(1)) : Text(text);
@@ -261,7 +256,7 @@ ChordQuality qualityOf(TextView suffix, bool plusIsMajor) {
     TextView s = suffix;
     if (const std::size_t slash = s.rfind(u'/'); slash != TextView::npos) {
         const TextView bass = s.substr(slash + 1);
-        if (noteLength(bass) > 0 && noteLength(bass) == bass.size())
+        if (noteOrHLength(bass) > 0 && noteOrHLength(bass) == bass.size())
             s = s.substr(0, slash);
     }
     const char16_t begin = s.empty() ? u'\0' : s[0];
@@ -278,7 +273,8 @@ ChordQuality qualityOf(TextView suffix, bool plusIsMajor) {
     if (begin == u'o' || begin == u'0' || begin == u'\u00B0' || begin == u'\u00BA' ||
         s.starts_with(u"dim") || s.starts_with(u"Dim"))
         return ChordQuality::Diminished;
-    if (containsAny(s, majors) || (plusIsMajor && s.starts_with(u"7+")))
+    const bool isTriad = s == u"maj" || s == u"Maj" || s == u"major";
+    if ((containsAny(s, majors) && !isTriad) || (plusIsMajor && s.starts_with(u"7+")))
         return ChordQuality::MajorSeventh;
     if (begin == u'4' || containsAny(s, suspended))
         return ChordQuality::Other;
@@ -289,7 +285,7 @@ ChordQuality qualityOf(TextView suffix, bool plusIsMajor) {
 
 std::optional<Key> readKey(TextView text) {
     text = trimmed(text);
-    const std::size_t length = noteLength(text);
+    const std::size_t length = noteOrHLength(text);
     if (length == 0)
         return std::nullopt;
     const Text mode = unicodeLowerCase(trimmed(text.substr(length)));
@@ -329,7 +325,7 @@ std::optional<StatedKey> readStatedKey(TextView line) {
     const auto key = readKey(value);
     if (!key)
         return std::nullopt;
-    return StatedKey{*key, 0, column, noteLength(value)};
+    return StatedKey{*key, 0, column, noteOrHLength(value)};
 }
 
 SongChords readSongChords(TextView song) {

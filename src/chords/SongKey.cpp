@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "chords/KeyReading.h"
 
@@ -30,10 +31,12 @@ enum Feature : std::size_t {
 };
 
 // An answer is given from here on: some nine songs in ten have one.
-constexpr int kSurePercent = 50;
+constexpr int kSurePercent = 48;
+constexpr int kSureOfTwoPercent = 75;
 // A stated key as unlikely as that, with another as likely as that, is contradicted.
 constexpr double kUnlikely = 0.01;
 constexpr double kLikely = 0.9;
+constexpr std::size_t kFewEvents = 4;  // contradict nothing
 
 // Chords that follow each other, different ones.
 struct Event {
@@ -240,26 +243,53 @@ bool hasTonic(const std::vector<Event>& events, std::size_t begin, std::size_t e
                        });
 }
 
-std::vector<KeyStretch> changesOf(const std::vector<Event>& events, Key home) {
+// The stretches in one key, without digressions; the first begins with the song.
+std::vector<KeyStretch> stretchesOf(const std::vector<Event>& events) {
     const std::vector<std::size_t> path = pathOf(events);
-    std::vector<KeyStretch> changes;
-    Key now = home;
-    bool isFirst = true;
+    std::vector<KeyStretch> stretches;
     for (std::size_t begin = 0; begin < path.size();) {
         std::size_t end = begin + 1;
         while (end < path.size() && path[end] == path[begin])
             ++end;
         const Key key = keyAt(path[begin], events.front().root);
-        const bool counts = end - begin >= kShortestStretch && hasTonic(events, begin, end, key);
-        if (counts && signatureOf(key) != signatureOf(now)) {
-            now = signatureOf(key) == signatureOf(home) ? home : key;
-            if (!isFirst)
-                changes.push_back({events[begin].chord->line, now});
-        }
-        isFirst = isFirst && !counts;
+        if (end - begin >= kShortestStretch && hasTonic(events, begin, end, key))
+            stretches.push_back({events[begin].chord->line, key});
         begin = end;
     }
+    return stretches;
+}
+
+std::vector<KeyStretch> changesOf(const std::vector<KeyStretch>& stretches, Key home) {
+    std::vector<KeyStretch> changes;
+    Key now = home;
+    for (std::size_t i = 0; i < stretches.size(); ++i) {
+        const Key key = stretches[i].key;
+        if (signatureOf(key) == signatureOf(now))
+            continue;
+        now = signatureOf(key) == signatureOf(home) ? home : key;
+        if (i > 0)
+            changes.push_back({stretches[i].line, now});
+    }
     return changes;
+}
+
+bool isStretch(const std::vector<KeyStretch>& stretches, Key key) {
+    return std::any_of(stretches.begin(), stretches.end(), [&](const KeyStretch& stretch) {
+        return signatureOf(stretch.key) == signatureOf(key);
+    });
+}
+
+// Where a song that is in two keys, one after the other, makes both likely, its key is the one that
+// it begins in, and as sure as the two are together.
+void chooseBeginning(FoundKey& found, const std::vector<KeyStretch>& stretches, int both) {
+    if (both < kSureOfTwoPercent || stretches.empty() || !isStretch(stretches, *found.first) ||
+        !isStretch(stretches, *found.second) ||
+        signatureOf(*found.first) == signatureOf(*found.second))
+        return;
+    if (signatureOf(stretches.front().key) == signatureOf(*found.second))
+        std::swap(found.first, found.second);
+    if (signatureOf(stretches.front().key) == signatureOf(*found.first))
+        found.percent = both;
 }
 
 }  // namespace
@@ -280,38 +310,64 @@ Text keyName(Key key, Spelling side) {
     return Text(noteName(key.tonic, own)).append(key.minor ? u"m" : u"");
 }
 
-FoundKey findKey(std::span<const KeyChord> chords, std::optional<Key> stated) {
-    FoundKey found;
-    found.isStated = stated.has_value();
-    if (chords.empty()) {
-        found.key = found.first = stated;
-        found.percent = stated ? 100 : 0;
-        return found;
-    }
-    const std::vector<Event> events = eventsOf(chords);
+namespace {
+
+// The likeliest first; a stated key before all others unless it is contradicted.
+FoundKey candidatesOf(const std::vector<Event>& events, std::optional<Key> stated, int& both) {
     const std::size_t firstRoot = events.front().root;
     std::array<double, kKeys> likely = probabilitiesOf(events);
     const auto most = [&] {
         return static_cast<std::size_t>(std::max_element(likely.begin(), likely.end()) -
                                         likely.begin());
     };
+    FoundKey found;
     std::size_t first = most();
     if (stated) {
         const Key relative{(stated->tonic + (stated->minor ? 3 : 9)) % 12, !stated->minor};
         const double told =
             likely[placeOf(*stated, firstRoot)] + likely[placeOf(relative, firstRoot)];
-        found.isStated = !(told < kUnlikely && likely[first] >= kLikely);
+        found.isStated = events.size() < kFewEvents || told >= kUnlikely || likely[first] < kLikely;
         if (found.isStated)
             first = placeOf(*stated, firstRoot);
     }
     found.first = keyAt(first, firstRoot);
-    found.percent = found.isStated ? 100 : static_cast<int>(std::lround(100 * likely[first]));
-    likely[first] = -1;
-    found.second = keyAt(most(), firstRoot);
-    // One chord, however often, is no key.
-    if (found.isStated || (found.percent >= kSurePercent && events.size() > 1)) {
+    const double own = std::exchange(likely[first], -1);
+    const std::size_t second = most();
+    found.second = keyAt(second, firstRoot);
+    // Nothing that is found is certain.
+    const auto percent = [](double share) {
+        return std::min(99, static_cast<int>(std::lround(100 * share)));
+    };
+    found.percent = found.isStated ? 100 : percent(own);
+    both = percent(own + likely[second]);
+    return found;
+}
+
+}  // namespace
+
+FoundKey findKey(std::span<const KeyChord> chords, std::optional<Key> stated) {
+    if (chords.empty()) {
+        FoundKey found;
+        found.key = found.first = stated;
+        found.isStated = stated.has_value();
+        found.percent = stated ? 100 : 0;
+        return found;
+    }
+    const std::vector<Event> events = eventsOf(chords);
+    int both = 0;
+    FoundKey found = candidatesOf(events, stated, both);
+    if (events.size() == 1 && !found.isStated) {
+        // One chord, however often, is no key: its own, or that of its fifth below.
+        found.first = Key{chords.front().root, chords.front().quality == ChordQuality::Minor};
+        found.second = movedKey(*found.first, 5);
+        found.percent = 0;
+    }
+    const std::vector<KeyStretch> stretches = stretchesOf(events);
+    if (found.percent < kSurePercent)
+        chooseBeginning(found, stretches, both);
+    if (found.percent >= kSurePercent) {
         found.key = found.first;
-        found.changes = changesOf(events, *found.key);
+        found.changes = changesOf(stretches, *found.key);
     }
     return found;
 }

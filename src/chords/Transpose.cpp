@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 
 namespace melvorin {
@@ -194,25 +193,6 @@ Text RealignLine(TextView before, TextView transposed) {
     return std::move(out.line);
 }
 
-namespace {
-
-// How many accidentals behind a letter are part of its note. "Cb5" is a C with a flat fifth, "Bb5"
-// is a Bb with its fifth.
-std::size_t accidentalsBehind(TextView line, std::size_t letter, std::span<const ColumnRange> fixed,
-                              Recorder& pictures) {
-    std::size_t end = letter + 1;
-    while (end < line.size() && end < letter + 3 && isAccidental(line[end]) &&
-           line[end] == line[letter + 1] && (fixed.empty() || !pictures.isFixed(end))) {
-        const bool mayBeNumbers = end > letter + 1 || !isNoteName(line[letter], line[end]);
-        if (mayBeNumbers && end + 1 < line.size() && isDigit(line[end + 1]))
-            break;
-        ++end;
-    }
-    return end - letter - 1;
-}
-
-}  // namespace
-
 std::vector<ColumnRange> noteColumns(TextView line, std::span<const ColumnRange> fixed) {
     MovedLine nothing;
     Recorder pictures(fixed, nothing);
@@ -220,9 +200,12 @@ std::vector<ColumnRange> noteColumns(TextView line, std::span<const ColumnRange>
     for (std::size_t column = 0; column < line.size(); ++column) {
         if (!isNoteLetter(line[column]) || pictures.isFixed(column))
             continue;
-        const std::size_t accidentals = accidentalsBehind(line, column, fixed, pictures);
-        notes.push_back({column, 1 + accidentals});
-        column += accidentals;
+        const std::size_t longest = noteLength(line.substr(column));
+        std::size_t length = 1;
+        while (length < longest && !pictures.isFixed(column + length))
+            ++length;
+        notes.push_back({column, length});
+        column += length - 1;
     }
     return notes;
 }
@@ -248,6 +231,12 @@ MovedLine renameNotes(TextView line, std::span<const TextView> names,
         }
         return column;
     });
+    if (!line.empty() && !separates(line, line.size() - 1, recorder) && out.column() > 0 &&
+        out.line.back() == u' ') {
+        // No blanks behind a shorter last chord: a way up and down ends where it began.
+        out.line.resize(moved.tokens.back().after.column + moved.tokens.back().after.length);
+        moved.edits.pop_back();
+    }
     moved.line = std::move(out.line);
     moved.changed = moved.line != line;
     return moved;
