@@ -22,6 +22,10 @@ or with a dominant that leads back to such a beginning; a dominant resolves to i
 eighth of the time. It is too where only one witness speaks for it and all four for another key. A
 dominant seventh that falls a fifth is not taken for a tonic.
 
+The rule is sharper than "no witness" because misses of an earlier fit were looked at, and most were
+labels that no musician would give; so the figures without contradicted labels are friendly. Those
+without the songs that have no witness at all, and those of all songs, stand beside them.
+
 The songs are split into five parts by the checksum of their id; each part is judged by numbers
 fitted on the four others. With PART, 0 to 4, the table is fitted without that part, whose songs
 go to UNSEEN.tsv: for key_bench (bench/SongKeyBench.cpp), built anew with that table.
@@ -124,8 +128,11 @@ class Song:
         }
         return {name for name, is_there in found.items() if is_there}, cadences, time
 
+    def own_witnesses(self):
+        return set().union(*(self.witnesses(*key)[0] for key in self.keys()))
+
     def is_contradicted(self):
-        own = set().union(*(self.witnesses(*key)[0] for key in self.keys()))
+        own = self.own_witnesses()
         others = ((t, m) for t in range(12) for m in (0, 1) if (t, m) not in self.keys())
         return not own or (len(own) == 1 and any(len(self.witnesses(*k)[0]) == 4 for k in others))
 
@@ -312,7 +319,8 @@ def validate(songs, x, y, part, good):
         ("without contradicted labels", good),
         ("  of them jazz", good & np.array([s.group == "jazz" for s in songs])),
         ("  of them others", good & np.array([s.group != "jazz" for s in songs])),
-        ("with them", good | True),
+        ("with at least one witness", np.array([bool(s.own_witnesses()) for s in songs])),
+        ("all", good | True),
     ):
         report(name, [s for s, c in zip(songs, chosen) if c], p[chosen])
 
