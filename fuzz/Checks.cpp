@@ -176,6 +176,12 @@ void checkKey(TextView song) {
     const std::size_t count = splitLines(song).size();
     for (const KeyStretch& change : found.changes)
         require(change.line < count, "a change is on a line of the song", song);
+    std::vector<SpelledLine> lines;
+    for (const TextView line : splitLines(song))
+        lines.push_back({line, {}});
+    const KeyRespelling higher(lines, found, 1, sideOf(song));
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        checkMoved(lines[i].chars, higher.moveLine(i));
     const Text respelled = followKey(song, found, 0, sideOf(song));
     TextView rest = respelled;
     for (TextView before = song; !before.empty();) {

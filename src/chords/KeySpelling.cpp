@@ -250,6 +250,8 @@ void KeyRespelling::nameNotes(std::vector<Note>& notes, const FoundKey& found, i
 
 MovedLine KeyRespelling::moveLine(std::size_t number) const {
     const auto& [chars, fixed] = song_[number];
+    if (lines_[number].names.empty())
+        return {Text(chars), false, {}, {}};
     return renameNotes(chars, lines_[number].names, fixed);
 }
 

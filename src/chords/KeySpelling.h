@@ -68,7 +68,8 @@ class KeyRespelling {
 
     // Of a line by its 0-based number; empty for one that is no chord line.
     const LineNames& line(std::size_t number) const { return lines_[number]; }
-    // The line with its new names, realigned as a key change does.
+    // The line with its new names, realigned as a key change does; one that is no chord line as it
+    // is.
     MovedLine moveLine(std::size_t number) const;
 
   private:

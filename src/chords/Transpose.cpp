@@ -231,10 +231,11 @@ MovedLine renameNotes(TextView line, std::span<const TextView> names,
         }
         return column;
     });
-    if (!line.empty() && !separates(line, line.size() - 1, recorder) && out.column() > 0 &&
-        out.line.back() == u' ') {
-        // No blanks behind a shorter last chord: a way up and down ends where it began.
-        out.line.resize(moved.tokens.back().after.column + moved.tokens.back().after.length);
+    // No blanks behind a shorter last chord: a way up and down ends where it began.
+    const ColumnRange last = moved.tokens.empty() ? ColumnRange() : moved.tokens.back().after;
+    const bool endsInToken = !line.empty() && !separates(line, line.size() - 1, recorder);
+    if (endsInToken && out.column() > last.column + last.length) {
+        out.line.resize(last.column + last.length);
         moved.edits.pop_back();
     }
     moved.line = std::move(out.line);
