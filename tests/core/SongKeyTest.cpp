@@ -122,6 +122,30 @@ TEST(SongKey, StatedKeysAreReadAndBelieved) {
     }
 }
 
+TEST(SongKey, ChordsAreReadWithWhatTheyStandFor) {
+    const struct {
+        TextView song;
+        std::string chords;  // root, time in twelfths of a bar, line, "*" where a section begins
+    } cases[] = {
+        {u"| C  G7 | F |\nla la\n\n|| A7 ||\n", "0/6@0* 7/6@0 5/12@0 9/12@3*"},
+        {u"C  G/B  (F)\nla\n[Verse 2]\nAm7, D\n", "0/12@0* 7/12@0 5/12@0 9/12@3* 2/12@3"},
+        {u"Intro: C | G F D | C\n[Em]la [B7]la [x2]\n",
+         "0/12@0* 7/4@0 5/4@0 2/4@0 0/12@0 4/12@1 11/12@1"},
+        {u"Hm  B  B7  E\n", "11/12@0* 10/12@0 10/12@0 4/12@0"},
+        {u"Bm  B  B7  E\n", "11/12@0* 11/12@0 11/12@0 4/12@0"},
+        {u"A day in May\nBad dad\ne|--3--5--|\n{c: G}\n", ""},
+    };
+    for (const auto& c : cases) {
+        std::string chords;
+        for (const KeyChord& chord : readSongChords(c.song).chords) {
+            chords += (chords.empty() ? "" : " ") + std::to_string(chord.root) + "/" +
+                      std::to_string(static_cast<int>(chord.time * 12 + 0.5)) + "@" +
+                      std::to_string(chord.line) + (chord.startsSection ? "*" : "");
+        }
+        EXPECT_EQ(chords, c.chords) << toUtf8(c.song);
+    }
+}
+
 TEST(SongKey, SuffixesTellTheQuality) {
     const struct {
         ChordQuality quality;
