@@ -324,7 +324,20 @@ void typing(std::int32_t lines) {
 
 // A character in a line of words whose chords follow, beside the same where they do not, and the
 // control alone; in a control of its own, as nothing is recorded here.
-void following(std::int32_t lines) {
+// A diagram at the end of the chord line in every verse.
+void addDiagrams(RichEdit& editor, std::int32_t lines) {
+    constexpr std::int32_t chords = 2;
+    for (std::int32_t line = chords; line < lines;
+         line += static_cast<std::int32_t>(std::size(verse))) {
+        const std::int32_t end = editor.firstOfLine(line) + editor.lengthOfLine(line);
+        editor.select({end, end});
+        editor.replaceSelection(u" q");
+        editor.select({end + 1, end + 2});
+        editor.setSelectionFace(u"Melvorin 05");
+    }
+}
+
+void following(std::int32_t lines, bool withDiagrams) {
     constexpr int kCharacters = 200;
     constexpr int kControlId = 9999;
     OpenChart chart(static_cast<std::size_t>(lines));
@@ -336,6 +349,8 @@ void following(std::int32_t lines) {
         giveUp("there is no second control");
     editor.place(area);
     editor.show(true);
+    if (withDiagrams)
+        addDiagrams(editor, lines);
     ChordFollower follower(editor, [] { return RichEdit::TypingFormat{u"Courier New", 10}; });
     const auto type = [&] { ::SendMessageW(editor.handle(), WM_CHAR, u'e', 1); };
     enum Way { Alone, Off, On };
@@ -371,7 +386,8 @@ void following(std::int32_t lines) {
         if (editor.length() != before + (way == On ? 2 : 1))
             giveUp("the chords have not followed, or where they should not");
     }
-    const std::string name = "follow_" + std::to_string(lines) + "_lines";
+    const std::string name =
+        "follow_" + std::to_string(lines) + "_lines" + (withDiagrams ? "_with_diagrams" : "");
     report(name + "_control_alone", median(times[Alone]), "ms");
     report(name + "_off", median(times[Off]), "ms");
     report(name + "_on", median(times[On]), "ms");
@@ -388,8 +404,9 @@ void keyBench() {
     keyChangeOfChart(200, 15, window);
     typing(50);
     typing(2000);
-    following(2000);
-    following(5000);
+    following(2000, false);
+    following(5000, false);
+    following(5000, true);
     keyChangeOfChart(2000, 9, window);
     keyChangeOfChart(5000, 7, window);
 }

@@ -43,8 +43,9 @@ void typeAndFind(OpenChart& chart, std::int32_t lines, Moments& moments) {
     editor.select({end, end});
     editor.replaceSelection(u"zebra");
     testing::ScriptedMessages messages;
+    ReplaceFollower nothing;
     FindReplace finder(
-        editor, messages, [] {}, [] {});
+        editor, messages, nothing, [] {}, [] {});
     bool found = false;
     moments["find"].push_back(timeOf([&] { found = finder.findNext({u"zebra", u"", {}}); }));
     if (!found)
@@ -83,7 +84,7 @@ void measureMoments(OpenChart& chart, const Text& song, std::int32_t lines, Mome
     // In every tenth line.
     testing::ScriptedMessages messages;
     FindReplace finder(
-        chart.editor(), messages, [] {}, [] {});
+        chart.editor(), messages, chart.form().follower(), [] {}, [] {});
     moments["replace_all"].push_back(timeOf([&] {
         finder.replaceEach({u"lantern", u"candle", {}}, [&] { chart.pump(); });
     }));

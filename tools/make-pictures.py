@@ -36,6 +36,8 @@ SHIPPED = (
 SCREEN = "1024x700+0+0"
 # The song and the menus over it.
 SONG_PART = "620x330+0+0"
+# The first lines of the song.
+LINES_PART = "420x150+0+0"
 
 # A song as it is found on the web.
 WEB_SONG = """\
@@ -108,10 +110,10 @@ class Album:
         """The window in front."""
         self.keep(name, drive("place"))
 
-    def frame(self, frames, hundredths):
+    def frame(self, frames, hundredths, part=SONG_PART):
         """One more of a moving picture, and how long it is shown."""
         file = self.work / f"frame-{len(frames):03}.png"
-        self.still(file, SONG_PART)
+        self.still(file, part)
         frames.append((hundredths, file))
 
     def keep_moving(self, name, frames, *options):
@@ -137,6 +139,40 @@ def key_change(album, song):
     album.frame(frames, 180)
     album.keep_moving("key-change", frames)
     drive("menu", "Undo", "menu", "Undo")
+
+
+def following(album):
+    """A moving picture of a line that is written, gets its chords and is written anew."""
+    program = start()
+    title = title_of("Chord Notation")
+    wait_song("Chord Notation")
+    frames = []
+
+    def shown(hundredths, *keys, typed=""):
+        for key in keys:
+            press(key, to=title, delay=80)
+        for letter in typed:
+            enter(letter, to=title)
+            album.frame(frames, 25, LINES_PART)
+        album.frame(frames, hundredths, LINES_PART)
+
+    enter("Over the hills and far away", to=title)
+    shown(120)
+    # Up to the place of each chord, and back to its word.
+    press("Home", to=title)
+    for words, chord in ((0, "Am"), (2, "G"), (2, "C")):
+        shown(60, *["ctrl+Right"] * words, "ctrl+Return")
+        shown(70, typed=chord)
+        shown(40, "Return")
+    shown(80, "Home", "ctrl+Right", "ctrl+Right")
+    shown(120, typed="misty ")
+    shown(120, "ctrl+Right")
+    shown(180, "Return")
+    shown(180, "BackSpace")
+    album.keep_moving("following", frames)
+    drive("close", "wait-front", BOX)
+    press("n", to=BOX)
+    program.expect_end()
 
 
 def windows_of_song(album, song):
@@ -250,6 +286,7 @@ def main(names):
     shutil.copytree(home / "Examples", PREFIX / "drive_c/Songs")
     with tempfile.TemporaryDirectory() as work:
         album = Album(pathlib.Path(work), names)
+        following(album)
         first_song(album)
         recovery_and_creator(album)
         on_stage(album)

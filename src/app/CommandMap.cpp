@@ -70,6 +70,9 @@ constexpr CommandRow kCommands[] = {
     {.id = mnuEditRedo, .menu = in(mnuEdit, u"Redo"),
      .keys = {{{ctrl(u'Y')}}}, .button = {13, u"Redo"},
      .itemWhen = &ShellState::redo, .buttonWhen = &ShellState::redo},
+    {.id = mnuEditSpace2, .menu = separator(mnuEdit)},
+    {.id = mnuCopyChords, .menu = in(mnuEdit, u"Copy Chords")},
+    {.id = mnuPasteChords, .menu = in(mnuEdit, u"Paste Chords")},
 
     {.id = mnuFormat, .menu = submenu(u"Format")},
     {.id = mnuFont, .menu = in(mnuFormat, u"Font and Colors"), .button = {25, u"Font"}},

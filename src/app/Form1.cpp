@@ -35,6 +35,8 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuFileExit, &Form1::fileExit},
         {Command::mnuEditUndo, &Form1::editUndo},
         {Command::mnuEditRedo, &Form1::editRedo},
+        {Command::mnuCopyChords, &Form1::copyChords},
+        {Command::mnuPasteChords, &Form1::pasteChords},
         {Command::mnuDwn, &Form1::keyDown},
         {Command::mnuUp, &Form1::keyUp},
         {Command::mnuSus, &Form1::useSharps},
@@ -110,10 +112,8 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                 .multimedia = services.multimedia,
                 .clock = services.clock},
       endProgram_(std::move(endProgram)),
-      follower_(rtftext_,
-                [this] {
-                    return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
-                }),
+      follower_(rtftext_, [this] { return textFont(); }),
+      chordClipboard_(rtftext_, services_.clipboard, [this] { return textFont(); }),
       documents_(services_, rtftext_,
                  {[this](const ShellState& state) { showState(state); },
                   [this](TextView path) { remember(path); }, [this] { find_.startOver(); },
@@ -121,7 +121,8 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                       return chooseReading(path, readings);
                   }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
-      find_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
+      find_(services_, rtftext_, follower_,
+            {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       font_(services_, rtftext_, {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
       tab_(services_, rtftext_, [this](const std::function<bool()>& change) { edit(change); }),
       song_(services_),
@@ -268,6 +269,9 @@ LRESULT Form1::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_CONTEXTMENU:
             onContextMenu(lParam);
+            return 0;
+        case WM_INITMENUPOPUP:
+            onMenuOpens(reinterpret_cast<HMENU>(wParam));
             return 0;
         case WM_HELP:
             onHelp(*reinterpret_cast<const HELPINFO*>(lParam));

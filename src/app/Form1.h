@@ -17,6 +17,7 @@
 #include "chords/KeySetting.h"
 #include "dictionary/DictionaryPanel.h"
 #include "dictionary/Fingering.h"
+#include "editing/ChordClipboard.h"
 #include "editing/ChordFollower.h"
 #include "find/frmFind.h"
 #include "platform/Handles.h"
@@ -63,6 +64,7 @@ class Form1 : public Window {
     Spelling spelling() const { return spelling_; }
     int halfSteps() const { return T6_; }
     frmFind& findWindow() { return find_; }
+    ChordFollower& follower() { return follower_; }
     FrmTab& tabWindow() { return tab_; }
     FrmSong& songWindow() { return song_; }
     frmFScreen& fullScreen() { return fullScreen_; }
@@ -90,6 +92,7 @@ class Form1 : public Window {
     bool selectAt(POINT point);
     void onDrop(HDROP drop);
     void onContextMenu(LPARAM lParam);
+    void onMenuOpens(HMENU menu);
     void onHelp(const HELPINFO& info);
     void onIdleTimer();
     void onShown();
@@ -108,6 +111,7 @@ class Form1 : public Window {
     void followSelection();
     void bringForward();
     void showState(const ShellState& state);
+    RichEdit::TypingFormat textFont() const;
     // While it lives no other command begins, and the program does not end.
     class Busy {
       public:
@@ -135,6 +139,8 @@ class Form1 : public Window {
     void editCopy() { rtftext_.copy(); }
     void editPaste();
     void editDelete();
+    void copyChords();
+    void pasteChords();
     void selectAll();
     void typeTab();
     void toggleBold();
@@ -190,6 +196,7 @@ class Form1 : public Window {
     std::function<void()> endProgram_;
     RichEdit rtftext_;
     ChordFollower follower_;
+    ChordClipboard chordClipboard_;
     Toolbar toolbar_;
     MenuBar menuBar_;
     Documents documents_;

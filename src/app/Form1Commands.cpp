@@ -77,7 +77,12 @@ bool Form1::selectAt(POINT point) {
 std::optional<RichEdit::TypingFormat> Form1::typingFormat(TextView face) {
     if (services_.clipboard.hasRichText() && !isDiagramFace(face))
         return std::nullopt;
-    return RichEdit::TypingFormat{editorFontFace(services_), kEditorFontPoints};
+    return textFont();
+}
+
+// That of what is typed where nothing else says so.
+RichEdit::TypingFormat Form1::textFont() const {
+    return {editorFontFace(services_), kEditorFontPoints};
 }
 
 // A tab would move with the font; blanks keep chords over their words.
@@ -140,6 +145,38 @@ void Form1::editPaste() {
         return;
     rtftext_.scrollCaretIntoView();
     documents_.changed();
+}
+
+// What the clipboard holds is looked at when somebody may choose it.
+void Form1::onMenuOpens(HMENU menu) {
+    if (menu != menuBar_.submenu(Command::mnuEdit))
+        return;
+    menuBar_.enable(Command::mnuCopyChords, chordClipboard_.mayCopy());
+    menuBar_.enable(Command::mnuPasteChords, chordClipboard_.mayPaste());
+}
+
+void Form1::copyChords() {
+    if (const auto copied = chordClipboard_.copy(); !copied)
+        reportFailure(services_.messages, u"The chords cannot be copied. " + copied.cause);
+}
+
+void Form1::pasteChords() {
+    Result<std::size_t> left;
+    {
+        const EditorWork work(rtftext_);
+        left = chordClipboard_.paste();
+    }
+    if (!left)
+        return reportFailure(services_.messages, u"The chords cannot be pasted. " + left.cause);
+    rtftext_.scrollCaretIntoView();
+    documents_.changed();
+    if (*left.value > 0)
+        services_.messages.show(
+            decimal(static_cast<std::int64_t>(*left.value)) +
+                (*left.value == 1 ? u" line of chords was left: there is no line of words for it."
+                                  : u" lines of chords were left: there are no lines of words for "
+                                    u"them."),
+            kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
 }
 
 void Form1::selectAll() {

@@ -113,6 +113,8 @@ class Clipboard {
     // its source wrote. Fails with a sentence, also for more than `limit` bytes.
     virtual Result<std::string> richText(std::uint64_t limit) = 0;
     virtual Result<Text> text(std::uint64_t limit) = 0;
+    // The text, in place of all that is there. Fails with a sentence.
+    virtual Result<Done> put(const CrLfText& text) = 0;
 };
 
 // The programs that the system shows a file or page with.

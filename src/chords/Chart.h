@@ -8,12 +8,18 @@
 
 #include "base/Text.h"
 #include "chords/ChordLine.h"
+#include "chords/LeftOver.h"
 #include "chords/Transpose.h"
 
 namespace melvorin {
 
-// The chart with every chord line moved to the new key; all other lines are the same.
-Text transposeChart(TextView chart, const KeyChange& change);
+// The chart with every chord line moved to the new key; all other lines are the same. Where
+// `leavesSome` is given and false, it becomes true if some line may be left over (`LeftOver.h`).
+Text transposeChart(TextView chart, const KeyChange& change, bool* leavesSome = nullptr);
+
+// The same, and with it these lines, found in this chart, which a key change leaves over.
+Text transposeChartWith(TextView chart, const KeyChange& change,
+                        const std::vector<LeftOverLine>& others);
 
 // What a line of a chart is. `chars` and the tokens are views into the chart.
 struct ChartLine {

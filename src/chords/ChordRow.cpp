@@ -163,7 +163,8 @@ bool RowReader::addEnclosed(const Run& run) {
     return false;
 }
 
-// "|Am|G|", "Am-G-C", "Am,": all parts are items and one of them at least is a chord.
+// "|Am|G|", "Am-G-C", "Am,": all parts are items, or may be meant as chords ("|C7alt|F|"), and one
+// of them at least is a chord.
 bool RowReader::addChain(const Run& run) {
     const TextView text = textOf(run);
     const auto isLink = [](char16_t c) { return c == u':' || isOneOf(kBars, c); };
@@ -185,8 +186,11 @@ bool RowReader::addChain(const Run& run) {
         if (colon)
             add(RowItemKind::Separator, piece, Text());
         else if (!addWhole(piece) && !addEnclosed(piece)) {
-            items_.resize(former);
-            return false;
+            if (!resemblesChord(sign)) {
+                items_.resize(former);
+                return false;
+            }
+            add(RowItemKind::Unknown, piece, Text(sign));
         }
         chord = chord || items_.back().kind == RowItemKind::Chord;
         begin = end;

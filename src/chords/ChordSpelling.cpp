@@ -491,4 +491,25 @@ bool resemblesChord(TextView text) {
     return marked && plain;
 }
 
+std::vector<ColumnRange> notesOfChord(TextView chord) {
+    const Text usual = usualNote(chord);
+    std::vector<ColumnRange> notes;
+    const auto addNote = [&](std::size_t index, bool atEnd) {
+        TextView rest = TextView(usual).substr(std::min(index, usual.size()));
+        const auto note = takeNote(rest);
+        if (note && (!atEnd || rest.empty() || rest == u")"))
+            notes.push_back({index, note->size()});
+    };
+    addNote(usual.starts_with(u'(') ? 1 : 0, false);
+    if (const std::size_t slash = usual.rfind(u'/'); slash != Text::npos && !notes.empty())
+        addNote(slash + 1, true);
+    return notes;
+}
+
+Text usualNote(TextView note) {
+    Text usual(note);
+    std::transform(usual.begin(), usual.end(), usual.begin(), usualSign);
+    return usual;
+}
+
 }  // namespace melvorin

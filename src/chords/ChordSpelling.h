@@ -6,8 +6,10 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "base/Text.h"
+#include "chords/Transpose.h"
 
 namespace melvorin {
 
@@ -22,5 +24,14 @@ std::optional<Text> houseSpelling(TextView chord);
 
 // True for text that is no chord one could spell but can only be meant as one: "C7alt", "Hm".
 bool resemblesChord(TextView text);
+
+// Where the root of a chord stands in its text, and behind it the bass note, where there is one:
+// each a letter with its accidentals, also in full-width or musical signs. The chord is one that
+// can be read, or resembles one, and may have a parenthesis at either end. Degrees ("C/3") are no
+// notes.
+std::vector<ColumnRange> notesOfChord(TextView chord);
+
+// A note as such a range has it, in its usual signs: "F\u266F" is "F#". One unit for one.
+Text usualNote(TextView note);
 
 }  // namespace melvorin

@@ -28,8 +28,9 @@ std::vector<std::size_t> lettersOf(const std::vector<std::size_t>& columns, cons
 
 void addLine(CopiedChords& copied, const FollowText& line) {
     Excerpt& chords = copied.chords;
-    if (!copied.rows.empty() || !chords.chars.empty())
+    if (!copied.places.empty())
         chords.chars += u'\r';
+    copied.places.push_back(line.trace(0).from);
     for (std::size_t i = 0; i < line.size(); ++i) {
         if (line.trace(i).cells > 0)
             chords.diagrams.push_back({chords.chars.size() + i, line.trace(i).cells});

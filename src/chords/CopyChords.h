@@ -18,6 +18,8 @@ struct CopiedChords {
 
     Excerpt chords;  // the chord lines alone, from position 0; the text for the clipboard
     std::vector<Row> rows;
+    // Where each line of `chords` was in the text that it comes from.
+    std::vector<std::size_t> places;
 
     bool empty() const { return rows.empty(); }
 };

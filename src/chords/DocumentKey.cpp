@@ -34,17 +34,48 @@ std::vector<ColumnRange> picturesOf(std::size_t start, std::size_t length, IsPic
     return ranges;
 }
 
+// What a key change does with the lines of a document.
+struct LineMoves {
+    const KeyChange* change = nullptr;  // of lines of nothing but chords; null: they stay
+    std::vector<OtherMove> others;      // by number
+};
+
+// What becomes of a line; nothing where it stays.
+std::optional<MovedLine> movedLine(TextView line, const LineMoves& moves, const OtherMove* other,
+                                   std::span<const ColumnRange> pictures) {
+    const KeyChange* const change = other == nullptr ? moves.change
+                                    : other->change  ? &*other->change
+                                                     : nullptr;
+    if (change == nullptr || line.empty())
+        return std::nullopt;
+    if (IsChordLine(line))
+        return change->moveLine(line, pictures);
+    if (other == nullptr)
+        return std::nullopt;
+    return moveLeftOver(line, other->line, *change, pictures);
+}
+
 template <class IsPicture>
-std::vector<ChordLine> moveLines(TextView text, const KeyChange& change, IsPicture isPicture,
+std::vector<ChordLine> moveLines(TextView text, const LineMoves& moves, IsPicture isPicture,
                                  const std::function<void()>& lineDone) {
     std::vector<ChordLine> lines;
-    for (TextView rest = text;;) {
+    std::span<const OtherMove> others = moves.others;
+    std::size_t number = 0;
+    for (TextView rest = text;; ++number) {
         const std::size_t start = text.size() - rest.size();
         const TextLine line = takeEditorLine(rest);
-        if (!line.chars.empty() && IsChordLine(line.chars)) {
-            auto pictures = picturesOf(start, line.chars.size(), isPicture);
-            MovedLine moved = change.moveLine(line.chars, pictures);
-            lines.push_back({start, line.chars.size(), std::move(pictures), std::move(moved)});
+        while (!others.empty() && others.front().line.number < number)
+            others = others.subspan(1);
+        const bool isOther = !others.empty() && others.front().line.number == number;
+        if (isOther || IsChordLine(line.chars)) {
+            // A tab in a row of a table ends a cell.
+            const bool inTable = line.end.size() > 1;
+            auto pictures = picturesOf(start, line.chars.size(), [&](std::size_t at) {
+                return isPicture(at) || (inTable && text[at] == u'\t');
+            });
+            if (auto moved =
+                    movedLine(line.chars, moves, isOther ? &others.front() : nullptr, pictures))
+                lines.push_back({start, line.chars.size(), std::move(pictures), std::move(*moved)});
         }
         lineDone();
         if (line.end.empty())
@@ -169,41 +200,100 @@ std::int32_t followed(std::int32_t position, const std::vector<ChordLine>& lines
     return static_cast<std::int32_t>(position + shift);
 }
 
+// The document in its two forms, and what in it is no writing.
+class Document {
+  public:
+    explicit Document(Editor& editor)
+        : editor_(editor),
+          text_(editor.text().chars),
+          rtf_(editor.rtf()),
+          map_(RtfMap::matching(rtf_, text_)),
+          hasDiagrams_(rtf_.find("Melvorin ") != std::string::npos) {}
+
+    LeftOver leftOver() const;
+    void move(const LineMoves& moves, const std::function<void()>& lineDone);
+    TextView text() const { return text_; }
+
+  private:
+    bool isPicture(std::size_t position) const {
+        if (map_)
+            return map_->isWholeAt(position) || isDiagramFace(map_->fontNameAt(position));
+        return hasDiagrams_ && isDiagramFace(editor_.faceAt(static_cast<std::int32_t>(position)));
+    }
+    void load(const std::vector<ChordLine>& lines);
+
+    Editor& editor_;
+    Text text_;
+    std::string rtf_;
+    std::optional<RtfMap> map_;
+    bool hasDiagrams_;
+};
+
+LeftOver Document::leftOver() const {
+    // Soft line breaks end lines of a chart too.
+    Text song = text_;
+    std::replace(song.begin(), song.end(), u'\v', u'\r');
+    std::vector<ColumnRange> pictures;
+    if (map_ || hasDiagrams_) {
+        pictures = picturesOf(0, song.size(), [&](std::size_t position) {
+            return TextView(u" \t\r\n").find(song[position]) == TextView::npos &&
+                   isPicture(position);
+        });
+    }
+    return findLeftOver(song, pictures);
+}
+
+void Document::load(const std::vector<ChordLine>& lines) {
+    const Text after = textAfter(text_, lines);
+    if (map_ && loadRewritten(editor_, rtf_, text_, rewritten(*map_, lines), after))
+        return;
+    editLines(editor_, lines);
+    if (editor_.text().chars != after)
+        throw std::runtime_error("the editor makes another text of it");
+}
+
+void Document::move(const LineMoves& moves, const std::function<void()>& lineDone) {
+    const Selection selection = editor_.selection();
+    const ScrollPosition scroll = editor_.scrollPosition();
+    const std::vector<ChordLine> lines = moveLines(
+        text_, moves, [this](std::size_t at) { return isPicture(at); }, lineDone);
+    if (lines.empty())
+        return;
+    try {
+        load(lines);
+    } catch (...) {
+        editor_.loadRtf(rtf_);
+        editor_.select(selection);
+        editor_.scrollTo(scroll);
+        throw;
+    }
+    editor_.select({followed(selection.begin, lines), followed(selection.end, lines)});
+    editor_.scrollTo(scroll);
+}
+
+std::vector<OtherMove> chosenOthers(const Document& document, const ChooseOthers& others) {
+    return others ? others(document.leftOver(), document.text()) : std::vector<OtherMove>();
+}
+
 }  // namespace
 
 void changeDocumentKey(Editor& editor, const KeyChange& change,
-                       const std::function<void()>& lineDone) {
-    const EditorText before = editor.text();
-    const std::string rtf = editor.rtf();
-    const std::optional<RtfMap> map = RtfMap::matching(rtf, before.chars);
-
+                       const std::function<void()>& lineDone, const ChooseOthers& others) {
+    Document document(editor);
     const EditorWork work(editor);
-    const Selection selection = editor.selection();
-    const ScrollPosition scroll = editor.scrollPosition();
-    const bool hasDiagrams = rtf.find("Melvorin ") != std::string::npos;
-    const auto isPicture = [&](std::size_t position) {
-        if (map)
-            return map->isWholeAt(position) || isDiagramFace(map->fontNameAt(position));
-        return hasDiagrams && isDiagramFace(editor.faceAt(static_cast<std::int32_t>(position)));
-    };
-    const std::vector<ChordLine> lines = moveLines(before.chars, change, isPicture, lineDone);
-    if (lines.empty())
-        return;
-    const Text after = textAfter(before.chars, lines);
-    if (!map || !loadRewritten(editor, rtf, before.chars, rewritten(*map, lines), after)) {
-        try {
-            editLines(editor, lines);
-            if (editor.text().chars != after)
-                throw std::runtime_error("the editor makes another text of it");
-        } catch (...) {
-            editor.loadRtf(rtf);
-            editor.select(selection);
-            editor.scrollTo(scroll);
-            throw;
-        }
-    }
-    editor.select({followed(selection.begin, lines), followed(selection.end, lines)});
-    editor.scrollTo(scroll);
+    document.move({&change, chosenOthers(document, others)}, lineDone);
+}
+
+void moveOthersInDocument(Editor& editor, const ChooseOthers& others,
+                          const std::function<void()>& lineDone) {
+    Document document(editor);
+    const EditorWork work(editor);
+    document.move({nullptr, chosenOthers(document, others)}, lineDone);
+}
+
+LeftOver leftOverInDocument(Editor& editor) {
+    const EditorWork work(editor);
+    return Document(editor).leftOver();
 }
 
 }  // namespace melvorin

@@ -77,7 +77,8 @@ FollowText tailOf(const FollowText& line) {
 
 class Replacer {
   public:
-    Replacer(const Excerpt& before, Replacements edits) : before_(before), edits_(edits) {
+    Replacer(const Excerpt& before, Replacements edits, const MayFollow& mayFollow)
+        : before_(before), edits_(edits), mayFollow_(mayFollow) {
         std::size_t position = before.start;
         TextView rest = before.chars;
         TextLine line;
@@ -94,6 +95,7 @@ class Replacer {
     // Replacements that lie in one line, from edits_[next_] on.
     Replacements editsIn(const Line& line) const;
     bool keepsLines(std::size_t first, std::size_t last) const;
+    bool mayFollow(std::size_t first, std::size_t last) const;
     bool staysInLine(const TextEdit& edit, const Line& line) const;
     FollowLines linesAround(std::size_t line, std::size_t& first) const;
     void replaceGroup(const FollowLines& around, std::size_t first, const LinePair& pair,
@@ -102,6 +104,7 @@ class Replacer {
 
     const Excerpt& before_;
     Replacements edits_;
+    const MayFollow& mayFollow_;
     std::vector<Line> lines_;
     std::size_t next_ = 0;
     std::vector<FollowEdit> result_;
@@ -204,6 +207,11 @@ bool Replacer::keepsLines(std::size_t first, std::size_t last) const {
     return true;
 }
 
+bool Replacer::mayFollow(std::size_t first, std::size_t last) const {
+    return keepsLines(first, last) &&
+           (!mayFollow_ || mayFollow_(lines_[first].begin, lines_[last].end));
+}
+
 std::vector<FollowEdit> Replacer::run() {
     std::size_t line = 0;
     while (next_ < edits_.size()) {
@@ -217,7 +225,7 @@ std::vector<FollowEdit> Replacer::run() {
         const bool hasWords = pair.has_value();
         if (!pair && isChords)
             pair = LinePair{here + 1, here, std::nullopt};
-        if (pair && keepsLines(first + pair->top(), first + pair->chords + (hasWords ? 1 : 0)))
+        if (pair && mayFollow(first + pair->top(), first + pair->chords + (hasWords ? 1 : 0)))
             replaceGroup(around, first, *pair, hasWords);
         else
             takePlainly(lines_[line].end);
@@ -228,8 +236,9 @@ std::vector<FollowEdit> Replacer::run() {
 }  // namespace
 
 std::vector<FollowEdit> followReplacements(const Excerpt& before,
-                                           const std::vector<TextEdit>& replacements) {
-    return Replacer(before, replacements).run();
+                                           const std::vector<TextEdit>& replacements,
+                                           const MayFollow& mayFollow) {
+    return Replacer(before, replacements, mayFollow).run();
 }
 
 }  // namespace melvorin

@@ -7,6 +7,7 @@
 #include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/KeyStatement.h"
 #include "chords/LineVerdict.h"
 #include "chords/Note.h"
 
@@ -31,6 +32,27 @@ std::size_t noteOrHLength(TextView text) {
 int rootOf(TextView note) {
     const int steps = note[0] == u'H' ? 11 : halfSteps(note);
     return (steps % 12 + 12) % 12;
+}
+
+// "es-dur", "fis moll", "b-dur" in small letters: B is a half step below H here. Names with signs
+// are none.
+std::optional<Key> readGermanKey(TextView text) {
+    const bool minor = text.ends_with(u"moll");
+    if (!minor && !text.ends_with(u"dur"))
+        return std::nullopt;
+    text.remove_suffix(minor ? 4 : 3);
+    while (!text.empty() && (text.back() == u'-' || text.back() == u' '))
+        text.remove_suffix(1);
+    constexpr TextView letters = u"abcdefgh";
+    constexpr int steps[] = {9, 10, 0, 2, 4, 5, 7, 11};
+    const std::size_t letter = text.empty() ? TextView::npos : letters.find(text[0]);
+    if (letter == TextView::npos)
+        return std::nullopt;
+    const TextView ending = text.substr(1);
+    const bool lowered = ending == u"es" || ending == u"s";
+    if (!ending.empty() && !lowered && ending != u"is")
+        return std::nullopt;
+    return movedKey({steps[letter], minor}, ending.empty() ? 0 : lowered ? -1 : 1);
 }
 
 // A chord as it is written, without what stands around it.
@@ -284,48 +306,38 @@ ChordQuality qualityOf(TextView suffix, bool plusIsMajor) {
 }
 
 std::optional<Key> readKey(TextView text) {
-    text = trimmed(text);
-    const std::size_t length = noteOrHLength(text);
+    const Text usual = usualNote(trimmed(text));
+    if (const auto german = readGermanKey(unicodeLowerCase(usual)))
+        return german;
+    const std::size_t length = noteOrHLength(usual);
     if (length == 0)
         return std::nullopt;
-    const Text mode = unicodeLowerCase(trimmed(text.substr(length)));
-    const bool isWritten = text.substr(length) == u"M";  // "GM" is no Gm
+    const TextView behind = TextView(usual).substr(length);
+    const Text mode = unicodeLowerCase(trimmed(behind));
     constexpr TextView majors[] = {u"", u"major", u"maj", u"dur", u"maior", u"mayor", u"majeur"};
-    constexpr TextView minors[] = {u"m",    u"minor", u"min",    u"mi",
-                                   u"moll", u"menor", u"mineur", u"-"};
-    if (isWritten || std::find(std::begin(majors), std::end(majors), mode) != std::end(majors))
-        return Key{rootOf(text.substr(0, length)), false};
+    constexpr TextView minors[] = {u"m",     u"minor", u"min",    u"mi",
+                                   u"menor", u"moll",  u"mineur", u"-"};
+    // "GM" is no Gm.
+    if (behind == u"M" || std::find(std::begin(majors), std::end(majors), mode) != std::end(majors))
+        return Key{rootOf(TextView(usual).substr(0, length)), false};
     if (std::find(std::begin(minors), std::end(minors), mode) != std::end(minors))
-        return Key{rootOf(text.substr(0, length)), true};
+        return Key{rootOf(TextView(usual).substr(0, length)), true};
     return std::nullopt;
 }
 
 std::optional<StatedKey> readStatedKey(TextView line) {
-    constexpr std::size_t longest = 60;
-    constexpr TextView names[] = {u"key",       u"original key", u"tom",
-                                  u"tonality",  u"tonart",       u"tono",
-                                  u"tonalidad", u"tonalidade",   u"tonalit\u00E9"};
-    const std::size_t colon = line.size() > longest ? TextView::npos : line.find_first_of(u":=");
-    if (colon == TextView::npos)
+    const auto note = statedKey(line);
+    if (!note)
         return std::nullopt;
-    TextView name = trimmed(line.substr(0, colon));
-    const bool braces = name.starts_with(u'{');
-    if (braces || name.starts_with(u'['))
-        name.remove_prefix(1);
-    const Text lower = unicodeLowerCase(trimmed(name));
-    if (std::find(std::begin(names), std::end(names), lower) == std::end(names))
-        return std::nullopt;
-    std::size_t column = colon + 1;
-    while (column < line.size() && isAnyBlank(line[column]))
-        ++column;
     // A remark may follow in parentheses, another label behind two blanks.
-    TextView value = line.substr(column);
+    TextView value = line.substr(note->column);
     value = value.substr(0, std::min({value.find_first_of(u"}],;|("), value.find(u"  "),
                                       value.find(u'\t'), value.size()}));
     const auto key = readKey(value);
     if (!key)
         return std::nullopt;
-    return StatedKey{*key, 0, column, noteOrHLength(value)};
+    const bool isGerman = readGermanKey(unicodeLowerCase(usualNote(trimmed(value)))).has_value();
+    return StatedKey{*key, isGerman, 0, note->column, note->length};
 }
 
 SongChords readSongChords(TextView song) {

@@ -10,13 +10,14 @@
 
 namespace melvorin {
 
-// A key in words: "G", "Bb major", "F#m", "A minor", "Dm", "Es" is none. Nothing where the text is
-// no key.
+// A key in words: "G", "Bb major", "F#m", "A minor", "es-moll", "B-Dur" (Bb). Nothing where the
+// text is no key.
 std::optional<Key> readKey(TextView text);
 
 // "Key: G", "Tom: G", "{key: G}".
 struct StatedKey {
     Key key;
+    bool isGerman = false;   // "Es-Dur": notes have German names
     std::size_t line = 0;    // 0-based
     std::size_t column = 0;  // of the note, 0-based, in UTF-16 units
     std::size_t length = 0;  // of the note alone: "F#" in "F#m"

@@ -289,7 +289,7 @@ Text followKey(TextView chart, const FoundKey& found, int steps, Spelling side, 
     for (std::size_t i = 0; i < song.size(); ++i) {
         const TextView line = song[i].chars;
         const auto stated = statedAhead ? readStatedKey(line) : std::nullopt;
-        if (stated) {
+        if (stated && !stated->isGerman) {
             const Key moved = movedKey(stated->key, steps);
             const TextView name = noteNameIn(moved, side, moved.minor ? 3 : 0);
             result.append(line.substr(0, stated->column))

@@ -82,7 +82,8 @@ class KeyRespelling {
 };
 
 // A whole chart moved with accidentals that follow its key; 0 steps respell it. Lines and their
-// ends stay. `movesStated` moves the note of the line that states the key, too.
+// ends stay. `movesStated` moves the note of the line that states the key, too, unless its name is
+// German.
 Text followKey(TextView chart, const FoundKey& found, int steps, Spelling side,
                bool movesStated = false);
 

@@ -7,6 +7,7 @@
 #include "chords/Chart.h"
 #include "chords/ChordProExport.h"
 #include "chords/KeySpelling.h"
+#include "chords/LeftOver.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "cli/ChordReport.h"
@@ -22,6 +23,7 @@ constexpr std::string_view helpText =
     "\n"
     "  melvorin-cli transpose (--up | --down) [--steps N]\n"
     "                         (--sharps | --flats | --accidentals sharps|flats|key)\n"
+    "                         [--others move|leave] [--strict]\n"
     "                         [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli lines [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli expand-tabs [TEXT OPTIONS] [FILE...]\n"
@@ -52,6 +54,12 @@ constexpr std::string_view helpText =
     "  --sharps, --flats   how new accidentals are written\n"
     "  --accidentals HOW   the same (sharps, flats), or with key as the key of each song\n"
     "                      has them; a line such as \"Key: G\" then moves too\n"
+    "  --others WHAT       what happens to lines of chords that hold something else too\n"
+    "                      (Cmaj7, bars, tabs, labels, remarks, chords in brackets):\n"
+    "                      move moves their chords as well, leave names the lines by\n"
+    "                      their numbers on the standard error, as without --others.\n"
+    "                      Where some chord is an H they are left in any case.\n"
+    "  --strict            the exit code tells that lines were left\n"
     "\n"
     "key prints FILE, the key of the song and how sure it is in percent, with tabs\n"
     "between them: G, F#m, \"G or Em?\" where it is not sure, \"?\" without chords. For\n"
@@ -87,7 +95,8 @@ constexpr std::string_view helpText =
     "UTF-8, UTF-16 with a byte-order mark, or else in the ANSI code page of the\n"
     "machine. A file may be its own output. -- ends the options.\n"
     "\n"
-    "Exit code: 0 done, 1 a file could not be read or written, 2 wrong arguments.\n";
+    "Exit code: 0 done, 1 a file could not be read or written, 2 wrong arguments,\n"
+    "3 lines of chords were left (transpose --strict).\n";
 
 using Command = CliRequest::Command;
 
@@ -227,6 +236,9 @@ class Run {
     bool rewriteAll(const Rewrite& rewrite);
 
     bool transpose();
+    Text followed(TextView chart);
+    // Lines of chords were left, and the user wants to know by the exit code.
+    bool isLacking() const { return request_.strict && leftSome_; }
     bool lines();
     bool expandTabs();
     bool replace();
@@ -247,8 +259,11 @@ class Run {
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
     bool fail(TextView what, TextView name, TextView cause);
+    void reportLeft(const std::vector<std::size_t>& lines);
 
     CliRequest request_;
+    TextView name_;  // of the text that is worked on
+    bool leftSome_ = false;
     Files& files_;
     CliPorts& ports_;
     const AnsiCodec& ansi_;
@@ -268,6 +283,7 @@ bool Run::rewriteAll(const Rewrite& rewrite) {
 // No `file` is the standard input, here and below.
 bool Run::rewriteOne(const Rewrite& rewrite, const Text* file) {
     const TextView name = file ? TextView(*file) : u"the standard input";
+    name_ = name;
     const Result<std::string> bytes = read(file);
     if (!bytes) {
         return fail(u"cannot read ", name, bytes.cause);
@@ -282,15 +298,66 @@ bool Run::rewriteOne(const Rewrite& rewrite, const Text* file) {
 
 bool Run::transpose() {
     if (!request_.spelling) {
-        const int way = *request_.direction == Direction::Up ? 1 : -1;
-        const int steps = way * static_cast<int>(request_.steps);
-        return rewriteSong([steps](TextView chart) {
-            return followKey(chart, findKey(chart), steps, sideOf(chart), true);
-        });
+        return rewriteSong([this](TextView chart) { return followed(chart); });
     }
     const KeyChange change(*request_.direction, *request_.spelling, request_.steps);
-    return rewriteAll(
-        [&](std::string_view bytes) { return transposeBytes(bytes, change, ansi_, named()); });
+    return rewriteAll([&](std::string_view bytes) -> Result<std::string> {
+        Result<TransposedSong> song =
+            transposeSong(bytes, change, request_.moveOthers, ansi_, named());
+        if (!song) {
+            return Failure{song.cause};
+        }
+        reportLeft(song.value->left);
+        return Result<std::string>::success(std::move(song.value->bytes));
+    });
+}
+
+// What a key change leaves over has no names by the key: it takes the kind of its signature.
+Text Run::followed(TextView chart) {
+    const int way = *request_.direction == Direction::Up ? 1 : -1;
+    const int steps = way * static_cast<int>(request_.steps);
+    const FoundKey found = findKey(chart);
+    const Spelling side = sideOf(chart);
+    Text moved = followKey(chart, found, steps, side, true);
+    const LeftOver left = findLeftOver(chart);
+    if (!request_.moveOthers || left.hasH) {
+        std::vector<std::size_t> numbers;
+        for (const LeftOverLine& line : left.lines) {
+            numbers.push_back(line.number);
+        }
+        reportLeft(numbers);
+        return moved;
+    }
+    const Key goal = movedKey(found.first.value_or(Key()), steps);
+    const bool flats = fifthsOf(goal, side) < (goal.minor ? 3 : 0);
+    const KeyChange change(*request_.direction, flats ? Spelling::Flats : Spelling::Sharps,
+                           request_.steps);
+    Text result;
+    auto other = left.lines.begin();
+    std::size_t number = 0;
+    for (TextView rest = moved; !rest.empty(); ++number) {
+        const TextLine line = takeLine(rest);
+        const bool isOther = other != left.lines.end() && other->number == number;
+        result += isOther ? moveLeftOver(line.chars, *other++, change).line : Text(line.chars);
+        result += line.end;
+    }
+    return result;
+}
+
+void Run::reportLeft(const std::vector<std::size_t>& lines) {
+    if (lines.empty()) {
+        return;
+    }
+    leftSome_ = true;
+    const auto number = [](std::size_t n) { return decimal(static_cast<std::int64_t>(n)); };
+    Text message(name_);
+    message.append(u": ").append(number(lines.size()));
+    message.append(lines.size() == 1 ? u" line of chords left" : u" lines of chords left");
+    TextView link = u": ";
+    for (const std::size_t line : lines) {
+        message.append(std::exchange(link, u", ")).append(number(line + 1));
+    }
+    ports_.writeError(message + u"\n");
 }
 
 bool Run::lines() {
@@ -459,6 +526,42 @@ Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& chan
         bytes, ansi, [&change](const Text& part) { return transposeChart(part, change); }, named);
 }
 
+Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& change,
+                                     bool moveOthers, const AnsiCodec& ansi,
+                                     const NamedEncoding* named) {
+    bool leavesSome = false;
+    Result<std::string> moved = rewriteBytes(
+        bytes, ansi, [&](const Text& part) { return transposeChart(part, change, &leavesSome); },
+        named);
+    if (!moved) {
+        return Failure{moved.cause};
+    }
+    TransposedSong song{std::move(*moved.value), {}};
+    if (!leavesSome) {
+        return Result<TransposedSong>::success(std::move(song));
+    }
+    // What a line is depends on those around it, so now the whole song is looked at.
+    bool move = false;
+    Result<std::string> whole = rewriteWhole(bytes, ansi, named, [&](TextView chart) {
+        const LeftOver found = findLeftOver(chart);
+        move = moveOthers && !found.hasH;
+        if (move) {
+            return transposeChartWith(chart, change, found.lines);
+        }
+        for (const LeftOverLine& line : found.lines) {
+            song.left.push_back(line.number);
+        }
+        return Text();
+    });
+    if (!whole) {
+        return Failure{whole.cause};
+    }
+    if (move) {
+        song.bytes = std::move(*whole.value);
+    }
+    return Result<TransposedSong>::success(std::move(song));
+}
+
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi) {
     Result<CliRequest> request = parseCliArguments(arguments);
@@ -507,7 +610,7 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             done = run.chords();
             break;
     }
-    return done ? 0 : 1;
+    return !done ? 1 : run.isLacking() ? 3 : 0;
 }
 
 }  // namespace melvorin

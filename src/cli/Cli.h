@@ -2,6 +2,7 @@
 // their lines hold chords; lists fingerings of chords. This is all of it but the operating system.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -32,7 +33,8 @@ class CliPorts {
 
 // Runs the tool with the arguments behind the program's name and returns its exit code: 0 when all
 // went well, 1 when a file could not be read, understood or written (the others are still done),
-// 2 when the arguments make no sense (nothing has been read or written then).
+// 2 when the arguments make no sense (nothing has been read or written then), 3 when all went well
+// but lines of chords are still in their old key and the arguments are strict about that.
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi);
 
@@ -49,5 +51,18 @@ Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
 // The same with the chords moved to another key as the edit.
 Result<std::string> transposeBytes(std::string_view bytes, const KeyChange& change,
                                    const AnsiCodec& ansi, const NamedEncoding* named = nullptr);
+
+// A song in another key, and the lines of chords that are still in the old one, from 0.
+struct TransposedSong {
+    std::string bytes;
+    std::vector<std::size_t> left;
+};
+
+// The same, as the tool does it. With `moveOthers` lines of chords that are not made of chord
+// characters alone move too, unless some chord of the song is an H. Songs without such lines cost
+// hardly more than with transposeBytes.
+Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& change,
+                                     bool moveOthers, const AnsiCodec& ansi,
+                                     const NamedEncoding* named = nullptr);
 
 }  // namespace melvorin

@@ -56,6 +56,7 @@ class ArgumentParser {
     bool takeEncoding();
     bool takeAccidentals();
     bool takeSteps();
+    bool takeOthers();
     // For the options that stand for a value: fails where another one has been given.
     template <class Value>
     bool choose(std::optional<Value>& place, Value value, const Text& name);
@@ -70,6 +71,7 @@ class ArgumentParser {
     std::size_t next_ = 0;
     std::optional<Text> inlineValue_;
     std::optional<Text> steps_;
+    std::optional<Text> others_;
     std::optional<Text> encoding_;
     std::optional<Text> accidentals_;
     CliRequest request_;
@@ -186,6 +188,13 @@ bool ArgumentParser::takeTransposeOption(const Text& name) {
     if (name == u"--steps") {
         return takeSteps();
     }
+    if (name == u"--others") {
+        return takeOthers();
+    }
+    if (name == u"--strict") {
+        request_.strict = true;
+        return true;
+    }
     return fail(quoted(name) + u" is not an option of transpose");
 }
 
@@ -282,6 +291,16 @@ bool ArgumentParser::takeSteps() {
     }
     request_.steps = steps;
     return true;
+}
+
+bool ArgumentParser::takeOthers() {
+    if (!takeValue(others_, u"--others")) {
+        return false;
+    }
+    request_.moveOthers = others_ == u"move";
+    return request_.moveOthers || others_ == u"leave"
+               ? true
+               : fail(u"--others " + quoted(*others_) + u" is neither move nor leave");
 }
 
 bool ArgumentParser::complete() {

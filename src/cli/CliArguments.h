@@ -35,6 +35,10 @@ struct CliRequest {
     // Without a spelling the accidentals follow the key of each song.
     std::optional<Spelling> spelling;
     unsigned steps = 1;
+    // Whether lines of chords that a key change leaves over are moved too, and whether such a line
+    // that was not is a failure.
+    bool moveOthers = false;
+    bool strict = false;
     // Set for `replace`.
     std::optional<Text> find;
     std::optional<Text> with;

@@ -9,12 +9,13 @@
 #include "base/Keys.h"
 #include "chords/ChordFollow.h"
 #include "chords/ChordKeys.h"
-#include "platform/RichEdit.h"
+#include "chords/FollowReplace.h"
+#include "editing/FollowDocument.h"
 #include "tablature/TabOvertype.h"
 
 namespace melvorin {
 
-class ChordFollower : public EditObserver {
+class ChordFollower : public EditObserver, public ReplaceFollower {
   public:
     // `textFont` is what blanks beside a diagram are written in. The editor outlives the object and
     // hears from now on.
@@ -36,7 +37,13 @@ class ChordFollower : public EditObserver {
     void commandBegins();
     // Runs a change of the document at the selection, and lets the chords follow. Whoever calls
     // tells of the change. `keepsLines`: each line stays itself, as when letters change their case.
-    void around(const std::function<void()>& change, bool keepsLines = false);
+    void around(const std::function<void()>& change, bool keepsLines);
+
+    void begin() override { commandBegins(); }
+    void around(const std::function<void()>& change) override { around(change, false); }
+    std::optional<std::vector<FollowEdit>> follow(
+        MappedDocument& document, const std::vector<TextEdit>& replacements) override;
+    void make(const std::vector<FollowEdit>& edits) override;
 
     void editBegins(Selection selected, std::int32_t length) override;
     bool editEnds(Selection selected, std::int32_t length) override;
@@ -67,25 +74,14 @@ class ChordFollower : public EditObserver {
     void endVisit(Selection caret);
     void noticeLoad();
     void forget();
-    std::optional<Excerpt> linesAround(Selection range);
-    bool isPlain(TextView text) const;
-    std::vector<DiagramCells> diagramsIn(const Excerpt& text);
-    bool hasDiagrams();
-    bool mayFollow(const std::vector<FollowEdit>& edits, const Excerpt& text);
-    void make(const FollowAnswer& answer);
-    void makeUnseen(const FollowAnswer& answer);
-    void insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces);
 
     RichEdit& editor_;
-    std::function<RichEdit::TypingFormat()> textFont_;
+    FollowDocument document_;
     ChordFollow follow_;
     ChordVisit visit_;
     std::optional<Before> before_;
-    HWND known_ = nullptr;             // the control whose document this knows
-    std::int32_t caretLine_ = -1;      // where the caret was last
-    std::optional<bool> hasDiagrams_;  // nothing: to be looked up
-    // Where lines begin that are known to be such as chords follow in, while the caret is there.
-    std::optional<std::size_t> trusted_;
+    HWND known_ = nullptr;         // the control whose document this knows
+    std::int32_t caretLine_ = -1;  // where the caret was last
     bool on_ = false;
     bool own_ = false;
     bool keepsLines_ = false;

@@ -6,6 +6,7 @@
 
 #include "base/Editor.h"
 #include "base/Services.h"
+#include "chords/FollowReplace.h"
 
 namespace melvorin {
 
@@ -55,14 +56,16 @@ class FindReplace {
         Text what;
         Text with;
         FindOptions options;
+        bool chordsOnly = false;  // whole chords of chord lines
     };
 
     // Everything given outlives the object. `changed` is the document's change notification;
     // `focusEditor` moves the focus there.
-    FindReplace(Editor& editor, MessageBoxes& messages, std::function<void()> changed,
-                std::function<void()> focusEditor)
+    FindReplace(Editor& editor, MessageBoxes& messages, ReplaceFollower& chords,
+                std::function<void()> changed, std::function<void()> focusEditor)
         : editor_(editor),
           messages_(messages),
+          chords_(chords),
           changed_(std::move(changed)),
           focusEditor_(std::move(focusEditor)) {}
 
@@ -71,7 +74,7 @@ class FindReplace {
     bool findNext(const Request& request);
     // Replaces what is selected, whatever it is, or else the next match.
     void replaceOne(const Request& request);
-    // `pump` lets waiting messages run, once per match.
+    // `pump` lets waiting messages run, every few matches.
     void replaceEach(const Request& request, const std::function<void()>& pump);
     // Ends a running replaceEach at its next match.
     void stop() { stop_ = true; }
@@ -80,8 +83,14 @@ class FindReplace {
     void reset() { nextStart_ = 0; }
 
   private:
+    std::optional<Selection> nextMatch(const Request& request);
+    std::optional<Replaced> replaceTogether(const Request& request,
+                                            const std::function<bool()>& mayGoOn);
+    Replaced replaceOneByOne(const Request& request, const std::function<bool()>& mayGoOn);
+
     Editor& editor_;
     MessageBoxes& messages_;
+    ReplaceFollower& chords_;
     std::function<void()> changed_;
     std::function<void()> focusEditor_;
     std::int32_t nextStart_ = 0;

@@ -5,7 +5,16 @@
 namespace melvorin {
 namespace {
 
-enum ControlId { kFindme = 101, kReplaceme, kChWord, kChCase, kFindNext, kReplace, kReplaceAll };
+enum ControlId {
+    kFindme = 101,
+    kReplaceme,
+    kChWord,
+    kChCase,
+    kFindNext,
+    kReplace,
+    kReplaceAll,
+    kChordsOnly
+};
 
 bool isInput(UINT message) {
     return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
@@ -15,11 +24,12 @@ bool isInput(UINT message) {
 
 }  // namespace
 
-frmFind::frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks)
+frmFind::frmFind(const Services& services, RichEdit& rtftext, ReplaceFollower& chords,
+                 Callbacks callbacks)
     : Form(services),
       rtftext_(rtftext),
       isBusy_(std::move(callbacks.isBusy)),
-      finder_(rtftext, services.messages, std::move(callbacks.changed),
+      finder_(rtftext, services.messages, chords, std::move(callbacks.changed),
               [this] { ::SetFocus(rtftext_.handle()); }),
       sounds_(services),
       cmdFindNext_(sounds_),
@@ -70,6 +80,7 @@ void frmFind::createControls(HWND owner) {
     const Cell withBox = box(kReplaceme);
     const Cell word = check(L"Match whole word only", kChWord);
     const Cell letterCase = check(L"Match Case", kChCase);
+    const Cell chords = check(L"Chords only", kChordsOnly);
     const Cell next = button(cmdFindNext_, kFindNext, u"Find Next", WS_TABSTOP | BS_DEFPUSHBUTTON);
     const Cell replace = button(cmdReplace_, kReplace, u"Replace");
     const Cell all = button(cmdReplaceAll_, kReplaceAll, u"Replace All");
@@ -78,11 +89,13 @@ void frmFind::createControls(HWND owner) {
     Replaceme_ = {windowOf(withBox), {}};
     ChWord_ = windowOf(word);
     ChCase_ = windowOf(letterCase);
+    chordsOnly_ = windowOf(chords);
     enableActions({});
-    layOut(gridOf(3, {what, whatBox, next,     //
-                      with, withBox, replace,  //
-                      blank(), word, all,      //
-                      blank(), letterCase, cancel}),
+    layOut(gridOf(3, {what, whatBox, next,          //
+                      with, withBox, replace,       //
+                      blank(), word, all,           //
+                      blank(), letterCase, cancel,  //
+                      blank(), chords, blank()}),
            owner);
 }
 
@@ -149,7 +162,10 @@ FindReplace::Request frmFind::request() const {
     const auto isChecked = [](HWND box) {
         return ::SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
     };
-    return {Findme_.text(), Replaceme_.text(), {isChecked(ChCase_), isChecked(ChWord_)}};
+    return {Findme_.text(),
+            Replaceme_.text(),
+            {isChecked(ChCase_), isChecked(ChWord_)},
+            isChecked(chordsOnly_)};
 }
 
 bool frmFind::findNext() {
@@ -179,9 +195,14 @@ void frmFind::onReplaceAll() {
     const FindReplace::Request wanted = request();
     Findme_.remember(wanted.what);
     Replaceme_.remember(wanted.with);
-    const HWND others[] = {
-        Findme_.window,       Replaceme_.window,      ChWord_, ChCase_, cmdFindNext_.handle(),
-        cmdReplace_.handle(), cmdReplaceAll_.handle()};
+    const HWND others[] = {Findme_.window,
+                           Replaceme_.window,
+                           ChWord_,
+                           ChCase_,
+                           chordsOnly_,
+                           cmdFindNext_.handle(),
+                           cmdReplace_.handle(),
+                           cmdReplaceAll_.handle()};
     for (const HWND control : others)
         ::EnableWindow(control, FALSE);
     ::UpdateWindow(handle());

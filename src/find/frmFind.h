@@ -22,7 +22,8 @@ class frmFind : public Form {
     };
 
     // Everything given outlives the window.
-    frmFind(const Services& services, RichEdit& rtftext, Callbacks callbacks);
+    frmFind(const Services& services, RichEdit& rtftext, ReplaceFollower& chords,
+            Callbacks callbacks);
 
     // Opens the window over `owner`, or brings it forward, with `what` as the text to search
     // unless that is empty. False when Windows refuses.
@@ -65,6 +66,7 @@ class frmFind : public Form {
     HistoryBox Replaceme_;
     HWND ChWord_ = nullptr;
     HWND ChCase_ = nullptr;
+    HWND chordsOnly_ = nullptr;
     ButtonSounds sounds_;
     TarnelButton cmdFindNext_;
     TarnelButton cmdReplace_;

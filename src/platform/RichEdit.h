@@ -120,7 +120,7 @@ class RichEdit : public Editor {
         Selection range;
         Text face;
     };
-    // `until`: the last one is the first that has such a face.
+    // `until`: the last one may be the first that has such a face.
     std::optional<std::vector<FaceRun>> faceRuns(
         Selection range, std::size_t most,
         const std::function<bool(TextView face)>& until = nullptr);
@@ -170,6 +170,7 @@ class RichEdit : public Editor {
 
   private:
     class Look;
+    std::optional<std::vector<FaceRun>> writtenFaceRuns(Selection range);
 
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
         return ::SendMessageW(handle_, message, wParam, lParam);

@@ -4,6 +4,7 @@
 
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
+#include "rtf/RtfMap.h"
 
 namespace melvorin {
 namespace {
@@ -110,8 +111,32 @@ void RichEdit::put(const std::vector<Piece>& pieces) {
     }
 }
 
+// By one message, where the Rich Text of the range tells where in it each character is.
+std::optional<std::vector<RichEdit::FaceRun>> RichEdit::writtenFaceRuns(Selection range) {
+    const Look look(*this);
+    select(range);
+    const Text text = textBetween(range);
+    const auto map = RtfMap::matching(streamOut(SF_RTF | SFF_SELECTION), text);
+    if (!map)
+        return std::nullopt;
+    std::vector<FaceRun> runs;
+    for (std::int32_t i = 0; i < range.end - range.begin; ++i) {
+        const TextView face = map->fontNameAt(static_cast<std::size_t>(i));
+        if (runs.empty() || runs.back().face != face)
+            runs.push_back({{range.begin + i, range.begin + i}, Text(face)});
+        ++runs.back().range.end;
+    }
+    return runs;
+}
+
 std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(
     Selection range, std::size_t most, const std::function<bool(TextView face)>& until) {
+    // Writing takes its time too.
+    constexpr std::int32_t fewCharacters = 4000;
+    if (range.end - range.begin <= fewCharacters) {
+        if (auto runs = writtenFaceRuns(range))
+            return runs->size() > most ? std::nullopt : std::move(runs);
+    }
     const Look look(*this);
     std::vector<FaceRun> runs;
     std::vector<Selection> left{range};

@@ -325,6 +325,24 @@ Result<Text> Win32Clipboard::text(std::uint64_t limit) {
     return clipboardData<char16_t>(CF_UNICODETEXT, limit);
 }
 
+Result<Done> Win32Clipboard::put(const CrLfText& text) {
+    const OpenClipboardScope clipboard;
+    if (!clipboard || !::EmptyClipboard())
+        return Failure{u"Another program is using the clipboard."};
+    const std::size_t size = text.chars.size() + 1;
+    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size * sizeof(char16_t));
+    void* const place = memory == nullptr ? nullptr : ::GlobalLock(memory);
+    if (place != nullptr) {
+        std::copy_n(text.chars.c_str(), size, static_cast<char16_t*>(place));
+        ::GlobalUnlock(memory);
+        // The system owns the memory from then on.
+        if (::SetClipboardData(CF_UNICODETEXT, memory) != nullptr)
+            return done();
+    }
+    ::GlobalFree(memory);
+    return Failure{u"The clipboard does not take it."};
+}
+
 // ---- Shell ------------------------------------------------------------------------------------
 
 namespace {

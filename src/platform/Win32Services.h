@@ -71,6 +71,7 @@ class Win32Clipboard : public Clipboard {
     bool hasText() override;
     Result<std::string> richText(std::uint64_t limit) override;
     Result<Text> text(std::uint64_t limit) override;
+    Result<Done> put(const CrLfText& text) override;
 };
 
 class Win32ShellOpener : public ShellOpener {

@@ -117,6 +117,10 @@ TEST_F(Cli, RefusesArgumentsThatMakeNoSense) {
         {{u"transpose", u"--up", u"--accidentals=sharps", u"--flats"}, u"contradicts"},
         {{u"respell", u"--accidentals=key", u"song"}, u"\"--accidentals=key\""},
         {{u"key", u"--output-dir=keys", u"song"}, u"\"--output-dir=keys\""},
+        {{u"transpose", u"--up", u"--flats", u"--others"}, u"\"--others\" needs a value"},
+        {{u"transpose", u"--up", u"--flats", u"--others=stay"}, u"\"stay\""},
+        {{u"transpose", u"--up", u"--flats", u"--strict=yes"}, u"\"--strict=yes\""},
+        {{u"lines", u"--strict"}, u"\"--strict\""},
         {{u"lines", u"song", u"tune"}, u"\"tune\""},
         {{u"lines", u"--up"}, u"\"--up\""},
         {{u"normalize", u"song", u"tune"}, u"several files need --output-dir"},
@@ -252,6 +256,51 @@ TEST_F(Cli, ReportsTroubleAndCarriesOn) {
     EXPECT_EQ(ports.errors, u"melvorin-cli: cannot read the standard input: Broken.\n");
 }
 
+TEST_F(Cli, NamesOrMovesLinesThatAKeyChangeLeaves) {
+    const std::string plain = "C  G\nold folks\n";
+    const std::string mixed = "C  G\r\nCmaj7\tF\r\n|Am|G/B|\r\nla\r\nIntro: D\r\n";
+    const std::string german = "Hm  G\nCmaj7  D\n";
+    // Two parts, as large songs are read; a tablature stays one from its first line on.
+    const std::string large = "{start_of_tab}\n" + std::string(40000, '-') + "\nCmaj7 G7sus2\n" +
+                              "{end_of_tab}\nEm7 Cmaj7\n";
+    const struct {
+        std::string song, moved;
+        TextView left, leftWhenMoved;
+    } cases[] = {
+        {plain, "Db Ab\nold folks\n", u"", u""},
+        {mixed, "Db Ab\r\nDbmaj7  Gb\r\n|Bbm|Ab/C|\r\nla\r\nIntro: Eb\r\n",
+         u"3 lines of chords left: 2, 3, 5", u""},
+        {german, german, u"2 lines of chords left: 1, 2", u"2 lines of chords left: 1, 2"},
+        {large, "", u"1 line of chords left: 5", u""},
+    };
+    for (const auto& c : cases) {
+        ports.input = c.song;
+        const auto report = [](TextView left) {
+            return left.empty() ? Text() : u"the standard input: " + Text(left) + u"\n";
+        };
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats"}), 0);
+        EXPECT_EQ(toUtf8(ports.errors), toUtf8(report(c.left)));
+        const std::string leaving = ports.output;
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--others=leave", u"--strict"}),
+                  c.left.empty() ? 0 : 3);
+        EXPECT_EQ(ports.output, leaving);
+        EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--others", u"move", u"--strict"}),
+                  c.leftWhenMoved.empty() ? 0 : 3);
+        EXPECT_EQ(toUtf8(ports.errors), toUtf8(report(c.leftWhenMoved)));
+        if (!c.moved.empty()) {
+            EXPECT_EQ(ports.output, c.moved);
+        }
+    }
+    files.contents = {{u"song", mixed}};
+    EXPECT_EQ(run({u"transpose", u"--up", u"--flats", u"--strict", u"song", u"--output=x"}), 3);
+    EXPECT_EQ(ports.errors, u"song: 3 lines of chords left: 2, 3, 5\n");
+    EXPECT_EQ(files.contents[u"x"].substr(0, 14), "Db Ab\r\nCmaj7\tF");
+    // What failed comes first.
+    EXPECT_EQ(
+        run({u"transpose", u"--up", u"--flats", u"--strict", u"--output-dir=x", u"song", u"gone"}),
+        1);
+}
+
 // Every command that writes a text, on two files, on one and on the standard input.
 TEST_F(Cli, EveryCommandWritesWhereItIsTold) {
     const struct {
@@ -383,6 +432,18 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     EXPECT_EQ(run({u"import"}), 1);
     EXPECT_EQ(run({u"export-chordpro", u"--verdicts"}), 2);
     EXPECT_EQ(run({u"import", u"a", u"b"}), 2);
+}
+
+TEST_F(Cli, WhatIsLeftOverIsToldWhereTheKeyIsFollowedToo) {
+    const std::vector<Text> up = {u"transpose", u"--up", u"--accidentals=key"};
+    ports.input = "Key: G\nG  C  D7  G\nla\n| Cmaj7 | D7 |\n";
+    EXPECT_EQ(run(up), 0);
+    EXPECT_EQ(ports.output, "Key: Ab\nAb Db Eb7 Ab\nla\n| Cmaj7 | D7 |\n");
+    EXPECT_NE(ports.errors.find(u": 1 line of chords left: 4\n"), Text::npos);
+    EXPECT_EQ(run({up[0], up[1], up[2], u"--strict"}), 3);
+    EXPECT_EQ(run({up[0], up[1], up[2], u"--others=move"}), 0);
+    EXPECT_EQ(ports.output, "Key: Ab\nAb Db Eb7 Ab\nla\n| Dbmaj7 | Eb7 |\n");
+    EXPECT_EQ(ports.errors, u"");
 }
 
 TEST_F(Cli, KeysAreToldForAllFilesInOnePlace) {

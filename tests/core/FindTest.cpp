@@ -160,6 +160,60 @@ TEST(ReplacePlan, ChangesTheRichTextAsTheLoopDoes) {
     EXPECT_GT(replaced, 10'000);
 }
 
+// Edits made one by one from the last to the first, what comes in taking the format of the letter
+// in front of it or, at the start of a line, behind it.
+TEST(ReplacePlan, PartsChangeTheRichTextAsTheEditsDo) {
+    std::mt19937 random(11);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    int made = 0;
+    for (int round = 0; round < 5'000; ++round) {
+        Text text;
+        for (std::size_t i = below(30) + 2; i > 0; --i)
+            text += u"ab \r"[below(9) == 0 ? 3 : below(3)];
+        text += u"!";
+        std::vector<FollowEdit> edits;
+        for (std::size_t at = below(4); at + 1 < text.size(); at += below(5)) {
+            std::size_t length = below(3);
+            while (at + length >= text.size() ||
+                   text.substr(at, length).find(u'\r') != Text::npos)
+                --length;
+            edits.push_back({at, length, Text(below(3) + (length == 0 ? 1 : 0), u'x')});
+            at += length + (length == 0 ? 1 : 0);
+        }
+        ColouredText loop(text);
+        const auto map = RtfMap::parse(loop.rtf());
+        ASSERT_TRUE(map);
+        const auto parts = partsOf(text, edits, [](std::size_t) { return false; });
+        // An empty line has no letter whose format could be taken.
+        if (!parts)
+            continue;
+        ++made;
+        for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
+            const std::size_t at = edit->position;
+            const bool isInLine = at > 0 && loop.text[at - 1] != u'\r';
+            const int colour = loop.colours[edit->length == 0 && isInLine ? at - 1 : at];
+            loop.text.replace(at, edit->length, edit->text);
+            const auto place = loop.colours.begin() + static_cast<std::ptrdiff_t>(at);
+            loop.colours.insert(
+                loop.colours.erase(place, place + static_cast<std::ptrdiff_t>(edit->length)),
+                edit->text.size(), colour);
+        }
+        const std::string rewritten = map->rewrite(*parts, {});
+        const auto after = RtfMap::parse(rewritten);
+        ASSERT_TRUE(after);
+        ASSERT_EQ(toUtf8(after->text()), toUtf8(loop.text));
+        const auto colours = coloursOf(rewritten);
+        for (std::size_t i = 0; i < loop.text.size(); ++i) {
+            const std::optional<Rgb> colour = colours[i];
+            ASSERT_EQ(colour ? colour->red / 10 : 0, loop.colours[i]) << i << toUtf8(text);
+        }
+    }
+    EXPECT_GT(made, 2'000);
+    EXPECT_FALSE(partsOf(u"ab", {{1, 0, u" "}}, [](std::size_t) { return true; })) << "pictures";
+    EXPECT_FALSE(
+        partsOf(u"ab", {{1, 0, u"a", Origin::Document, 0}}, [](std::size_t) { return false; }));
+}
+
 // Against the C library's own tables, for every character that is covered.
 TEST(LetterCase, AgreesWithTheUnicodeData) {
     ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);

@@ -141,6 +141,9 @@ constexpr char kMenus[] = R"(F&ile
  -
  Undo	Ctrl+Z
  Redo	Ctrl+Y
+ -
+ Copy Chords
+ Paste Chords
 Format
  Font and Colors
  -

@@ -62,6 +62,13 @@ class Cli(unittest.TestCase):
             self.assertEqual(1, self.cli(*UP, "song.txt", stdout=full))
         self.expect_one_message("standard output: The disk is full")
 
+    def test_left_over(self):
+        self.write("song.txt", "C\nCmaj7  G\n")
+        self.assertEqual((3, "C#\nCmaj7  G\n"), (self.cli(*UP, "--strict", "song.txt"), self.out))
+        self.assertEqual("song.txt: 1 line of chords left: 2\n", self.errors)
+        self.assertEqual(0, self.cli(*UP, "--strict", "--others", "move", "song.txt"))
+        self.assertEqual(("C#\nC#maj7 G#\n", ""), (self.out, self.errors))
+
     def test_usage(self):
         self.assertEqual(0, self.cli("--version"))
         self.assertEqual(2, self.cli(*UP, "--steps", "12", "song.txt"))

@@ -179,10 +179,18 @@ class ScriptedClipboard : public Clipboard {
     bool hasText() override { return plain.has_value(); }
     Result<std::string> richText(std::uint64_t limit) override { return get(rich, limit); }
     Result<Text> text(std::uint64_t limit) override { return get(plain, limit); }
+    Result<Done> put(const CrLfText& text) override {
+        if (isTaken)
+            return Failure{u"Another program is using the clipboard."};
+        rich.reset();
+        plain = text.chars;
+        return done();
+    }
 
     std::optional<std::string> rich;
     std::optional<Text> plain;
     bool vanishes = false;  // between the query and the reading
+    bool isTaken = false;   // by another program, so that nothing can be put there
 
   private:
     template <class Data>

@@ -18,7 +18,7 @@ FLOORS = [
 # The dictionary spells chords as the engine does, and the stage takes hold of diagrams. What keys do
 # in a song is the same in the editor and on stage.
 SIDEWAYS = {
-    ("dictionary", "chords"), ("present", "dictionary"),
+    ("dictionary", "chords"), ("find", "chords"), ("present", "dictionary"),
     ("editing", "chords"), ("editing", "tablature"), ("present", "editing"),
 }
 # The batch tool stands beside the house and uses the core of some rooms; its entry alone knows the

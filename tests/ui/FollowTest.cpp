@@ -1,82 +1,10 @@
 // Chords that follow the words, in the real control and by its keys: what comes of each, and what
 // one Undo makes of it.
-#include "Controls.h"
+#include "DrawnSong.h"
 #include "base/ProgramSettings.h"
 
 namespace melvorin::testing {
 namespace {
-
-// A song with '^' at the caret or at both ends of the selection.
-struct Drawn {
-    explicit Drawn(std::string_view drawing) : chars(fromUtf8(drawing)) {
-        std::replace(chars.begin(), chars.end(), u'\n', u'\r');
-        const std::size_t begin = chars.find(u'^');
-        chars.erase(begin, 1);
-        const std::size_t end = chars.find(u'^');
-        if (end != Text::npos)
-            chars.erase(end, 1);
-        selection.begin = static_cast<std::int32_t>(begin);
-        selection.end = static_cast<std::int32_t>(end == Text::npos ? begin : end);
-    }
-
-    // As a file has it.
-    std::string bytes() const {
-        std::string lines;
-        for (const char c : toUtf8(chars))
-            lines += c == '\r' ? "\r\n" : std::string(1, c);
-        return lines;
-    }
-
-    Text chars;
-    Selection selection;
-};
-
-std::string drawn(RichEdit& editor) {
-    Text text = editor.text().chars;
-    const Selection selection = editor.selection();
-    text.insert(static_cast<std::size_t>(selection.end), 1, u'^');
-    if (selection.begin != selection.end)
-        text.insert(static_cast<std::size_t>(selection.begin), 1, u'^');
-    std::replace(text.begin(), text.end(), u'\r', u'\n');
-    return toUtf8(text);
-}
-
-// Keys by name, between < and >; all else is typed.
-void give(Program& program, RichEdit& editor, std::string_view keys) {
-    struct Named {
-        std::string_view name;
-        WPARAM key;
-        std::initializer_list<int> held;
-    };
-    static const Named named[] = {
-        {"<bs>", VK_BACK, {}},
-        {"<del>", VK_DELETE, {}},
-        {"<enter>", VK_RETURN, {}},
-        {"<shift+enter>", VK_RETURN, {VK_SHIFT}},
-        {"<ctrl+enter>", VK_RETURN, {VK_CONTROL}},
-        {"<down>", VK_DOWN, {}},
-        {"<left>", VK_LEFT, {}},
-        {"<tab>", VK_TAB, {}},
-        {"<shift+tab>", VK_TAB, {VK_SHIFT}},
-        {"<alt+left>", VK_LEFT, {VK_MENU}},
-        {"<alt+right>", VK_RIGHT, {VK_MENU}},
-        {"<alt+shift+right>", VK_RIGHT, {VK_MENU, VK_SHIFT}},
-        {"<cut>", 'X', {VK_CONTROL}},
-        {"<paste>", 'V', {VK_CONTROL}},
-    };
-    while (!keys.empty()) {
-        const auto* const found = std::find_if(std::begin(named), std::end(named),
-                                               [&](auto& n) { return keys.starts_with(n.name); });
-        if (found != std::end(named)) {
-            press(program, editor.handle(), found->key, found->held);
-            keys.remove_prefix(found->name.size());
-        } else {
-            ::SendMessageW(editor.handle(), WM_CHAR, static_cast<WPARAM>(keys[0]), 1);
-            keys.remove_prefix(1);
-            program.pump();
-        }
-    }
-}
 
 struct Case {
     std::string_view before;
@@ -135,6 +63,72 @@ TEST(ChordsFollow, ByEachKeyAndBackByUndo) {
             program.command(Command::mnuEditRedo);
         EXPECT_EQ(program.editor().text().chars, Drawn(c.after).chars);
     }
+}
+
+// Songs as they are written: what comes of it, and back to the beginning by Undo.
+TEST(ChordsFollow, AsASongIsWritten) {
+    const struct {
+        const char* what;
+        std::string_view before;
+        std::string_view keys;
+        std::string_view after;
+    } songs[] = {
+        {"words first", "^",
+         "Over the hill<home><ctrl+enter>Am<enter><ctrl+right><ctrl+right>"
+         "<ctrl+enter>G<enter>wide ",
+         "Am            G\nOver the wide ^hill"},
+        {"chords first", "^", "Am   G<enter>Over the hill", "Am   G\nOver the hill^"},
+        {"under chords that are there", "Am   G\n^\nla", "Ovr<bs>er the", "Am   G\nOver the^\nla"},
+        {"a slip at the end", "Am   G\nOver the hilk^", "<bs>l", "Am   G\nOver the hill^"},
+        {"a slip in the middle", "Am   G   C\nOvet^ the hill", "<bs>r",
+         "Am   G   C\nOver^ the hill"},
+        {"a verse pasted within a line", "Am   G\nOver ^hill", "<paste>",
+         "Am\nOver \nC   F\nfar away\nG\n^hill"},
+        {"a line parted twice and joined again", "Am   G   C\nOver ^the hill",
+         "<enter><ctrl+right><enter><bs><home><bs>", "Am   G   C\nOver ^the hill"},
+        {"two lines of chords", "     D7\nC    G\nover ^hills", "wide ",
+         "          D7\nC         G\nover wide ^hills"},
+        {"words of chord letters", "C   G\nBad ^Dad", "Mad ", "C       G\nBad Mad ^Dad"},
+        {"a chord put between two", "C         G\nover wide^ hills", "<up><shift+tab>Am",
+         "C    Am^   G\nover wide hills"},
+    };
+    for (const auto& song : songs) {
+        SCOPED_TRACE(song.what);
+        const Drawn before(song.before);
+        const ScratchFolder folder;
+        Program program(folder.add(u"song.txt", before.bytes()));
+        program.clipboard.plain = u"C   F\r\nfar away\r\n";
+        program.editor().select(before.selection);
+        program.pump();
+        const std::int16_t snapshots = program.history().count();
+        give(program, program.editor(), song.keys);
+        EXPECT_EQ(drawn(program.editor()), song.after);
+        const int steps = program.history().count() - snapshots;
+        EXPECT_GT(steps, 0);
+        for (int i = 0; i < steps; ++i)
+            program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.editor().text().chars, before.chars);
+    }
+}
+
+// A double click takes the chord alone; with the mouse a stretch of words is cut as with keys.
+TEST(ChordsFollow, ByTheMouse) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "Am7  G  C\r\nOver the hill\r\n"));
+    RichEdit& editor = program.editor();
+    const auto click = [&](UINT message, std::int32_t position) {
+        const POINT at = editor.pointOf(position);
+        ::SendMessageW(editor.handle(), message, MK_LBUTTON, MAKELPARAM(at.x + 1, at.y + 4));
+    };
+    click(WM_LBUTTONDBLCLK, 1);
+    EXPECT_EQ(editor.selection(), (Selection{0, 3}));
+    press(program, editor.handle(), 'X', {VK_CONTROL});
+    EXPECT_EQ(drawn(editor), "^     G  C\nOver the hill");
+    click(WM_LBUTTONDOWN, 15);
+    click(WM_MOUSEMOVE, 19);
+    click(WM_LBUTTONUP, 19);
+    press(program, editor.handle(), VK_DELETE, {});
+    EXPECT_EQ(drawn(editor), "     G C\nOver ^hill");
 }
 
 TEST(ChordsFollow, OnlyWhileSwitchedOn) {

@@ -190,6 +190,42 @@ TEST(KeyChange, FindsTheChordLineBehindATable) {
     EXPECT_EQ(colourAt(program.editor(), position(u"y\t")), kBlack);
 }
 
+// Lines that the key change leaves over, moved afterwards: in one load, and, with a table, one by
+// one.
+TEST(KeyChange, MovesWhatItLeftOver) {
+    const ScratchFolder folder;
+    for (const std::string table :
+         {"", R"(\trowd\cellx2000\cellx4000\pard\intbl C7\cell F\cell\row)"}) {
+        Program program;
+        ASSERT_TRUE(program.start(folder.add(
+            u"song.rtf",
+            R"({\rtf1\ansi\deff0{\fonttbl{\f0\fcharset0 Courier New;}}\pard la\par)" + table +
+                R"(\pard Cmaj7\tab{\i G} |\par by the river\line |Am\'a0\'a0G/B|\par C\par})")));
+        RichEdit& editor = program.editor();
+        program.command(Command::mnuUp);
+        const LeftOver found = leftOverInDocument(editor);
+        ASSERT_EQ(found.lines.size(), table.empty() ? 2U : 3U) << program.text();
+        moveOthersInDocument(
+            editor,
+            [](const LeftOver& left, TextView) {
+                std::vector<OtherMove> moves;
+                for (const LeftOverLine& line : left.lines)
+                    moves.push_back({line, KeyChange(Direction::Up, Spelling::Sharps)});
+                return moves;
+            },
+            [] {});
+        const Text text = editor.text().chars;
+        EXPECT_NE(text.find(u"\rby the river"), Text::npos);
+        EXPECT_EQ(text.find(u"C#7\tF#\t") != Text::npos, !table.empty()) << shown(text);
+        EXPECT_NE(text.find(u"C#maj7  G# |\r"), Text::npos) << shown(text);
+        EXPECT_NE(text.find(u"|A#m\u00A0G#/C|\rC#"), Text::npos) << shown(text);
+        const auto note = static_cast<std::int32_t>(text.find(u"G# |"));
+        EXPECT_EQ(colourAt(editor, note), kChordColour);
+        EXPECT_EQ(editor.selectionStyle().italic, std::optional(true));
+        EXPECT_EQ(colourAt(editor, static_cast<std::int32_t>(text.find(u"river"))), kBlack);
+    }
+}
+
 // A picture among the chords is no blank that a longer name may take.
 TEST(KeyChange, KeepsThePicturesBetweenChords) {
     const ScratchFolder folder;

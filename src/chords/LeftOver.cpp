@@ -1,0 +1,268 @@
+#include "chords/LeftOver.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+
+#include "chords/CellWidth.h"
+#include "chords/ChordLine.h"
+#include "chords/ChordSpelling.h"
+#include "chords/KeyStatement.h"
+#include "chords/Note.h"
+#include "chords/SongImport.h"
+
+namespace melvorin {
+namespace {
+
+constexpr bool isAsciiLetter(char16_t c) {
+    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
+constexpr bool isAlphanumeric(char16_t c) {
+    return isAsciiLetter(c) || isDigit(c);
+}
+
+// ---- The brief look --------------------------------------------------------------------------
+
+constexpr bool isRootLetter(char16_t c) {
+    return (c >= u'A' && c <= u'H') || (c >= 0xFF21 && c <= 0xFF28);
+}
+
+// Whether `is` holds for some character, without a jump, so that many are looked at together.
+template <class Is>
+bool hasAny(TextView line, Is is) {
+    std::uint16_t found = 0;
+    for (const char16_t c : line)
+        found = static_cast<std::uint16_t>(found | static_cast<std::uint16_t>(is(c)));
+    return found != 0;
+}
+
+// As isRootLetter, by eights.
+bool hasRootLetter(TextView line) {
+    return hasAny(line, [](char16_t c) {
+        return (static_cast<std::uint16_t>(c - u'A') / 8 == 0) |
+               (static_cast<std::uint16_t>(c - 0xFF21) / 8 == 0);
+    });
+}
+
+// Whether letters behind a root can be a suffix: "m", "min", "bmaj", "sus".
+bool isSuffixOfLetters(TextView letters) {
+    static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim", u"aug", u"sus",
+                                         u"add",   u"ad",    u"bo",  u"ma",  u"mi",  u"m",   u"b"};
+    while (!letters.empty()) {
+        if (TextView(u"abdms").find(letters[0] | 0x20) == TextView::npos)
+            return false;
+        const auto word = std::find_if(std::begin(words), std::end(words), [&](TextView w) {
+            return letters.size() >= w.size() &&
+                   std::equal(w.begin(), w.end(), letters.begin(),
+                              [](char16_t a, char16_t b) { return a == (b | 0x20); });
+        });
+        if (word == std::end(words))
+            return false;
+        letters.remove_prefix(word->size());
+    }
+    return true;
+}
+
+// Whether a chord may begin with the root letter in front of `text`: nothing but letters of
+// suffixes stands behind it, or there is a figure or sign that no word has.
+bool mayBeginChord(TextView text) {
+    std::size_t end = 1;
+    while (end < text.size() && isAsciiLetter(text[end]))
+        ++end;
+    if (isSuffixOfLetters(text.substr(1, end - 1)))
+        return true;
+    while (end < text.size() && !isAnyBlank(text[end])) {
+        const char16_t c = text[end++];
+        if (isDigit(c) || c == u'#' || (c >= 0x80 && !isAnyBlank(c)))
+            return true;
+    }
+    return false;
+}
+
+// Where the first chord may begin, at `at` or behind it; else the end of the line.
+std::size_t findChord(TextView line, std::size_t at) {
+    for (; at < line.size(); ++at) {
+        if (!isRootLetter(line[at]))
+            continue;
+        const bool inWord = at > 0 && isAlphanumeric(line[at - 1]);
+        if (line[at] > 0x7F || (!inWord && mayBeginChord(line.substr(at))))
+            break;
+    }
+    return at;
+}
+
+// Whether the line may have more chords than words. What stands in front of a colon, or beside
+// brackets or "N.C.", is another matter.
+bool mayBeRow(TextView line) {
+    std::size_t chords = 0;
+    for (std::size_t at = findChord(line, 0); at < line.size(); at = findChord(line, at + 1))
+        ++chords;
+    const auto isOther = [](char16_t c) {
+        return (c == u':') | (c == u'[') | (c == u'(') | (c == u'N');
+    };
+    if (chords == 0 || hasAny(line, isOther))
+        return chords > 0;
+    std::size_t words = 0;
+    bool afterBlank = true;
+    for (const char16_t c : line) {
+        if (afterBlank && c >= u'a' && c <= u'z') {
+            // Behind these letters may be "n.c.", "bis" and "x2".
+            chords += c == u'n' ? 1U : 0U;
+            words += c != u'n' && c != u'b' && c != u'x' ? 1U : 0U;
+        }
+        afterBlank = c == u' ' || isAnyBlank(c);
+    }
+    return words == 0 || chords > 2 * words;
+}
+
+// ---- H ---------------------------------------------------------------------------------------
+
+constexpr bool isH(char16_t c) {
+    return c == u'H' || c == 0xFF28;
+}
+
+// Writes B for every H of a chord, so that the importer reads the chord.
+void writeHAsB(Text& song) {
+    constexpr std::size_t longest = 25;  // more is no chord
+    static constexpr TextView blanks = u" \t\r\n\v\u00A0\u3000";
+    static constexpr TextView signs = u"[]()|,;:.>~=*\u2016\u00A6\u2026\u2192";
+    static constexpr TextView dashes = u"-\u2010\u2011\u2013\u2014\u00B7";
+    for (std::size_t at = 0; at < song.size(); ++at) {
+        const char16_t before = at == 0 ? u' ' : song[at - 1];
+        if (!isH(song[at]) || isAlphanumeric(before))
+            continue;
+        song[at] -= u'H' - u'B';
+        // "Hm7(9)", "(Hm)" and "|Hm.", "Hm-C"; behind a slash "H" is a bass.
+        TextView chord = TextView(song).substr(at, longest);
+        bool isChord = false;
+        for (const TextView ends : {blanks, signs, dashes}) {
+            chord = chord.substr(0, chord.find_first_of(ends));
+            isChord = isChord || houseSpelling(chord);
+        }
+        if (!isChord)
+            song[at] += u'H' - u'B';
+    }
+}
+
+// ---- The whole song --------------------------------------------------------------------------
+
+bool hasNoteLetter(TextView line) {
+    return std::any_of(line.begin(), line.end(), isNoteLetter);
+}
+
+// The notes of a chord, and those of each where dashes join some that cannot all be read.
+void addNotes(const ImportedChord& chord, std::vector<ColumnRange>& notes) {
+    std::size_t begin = 0;
+    do {
+        const bool whole = chord.isRead;
+        const std::size_t end =
+            whole ? chord.written.size()
+                  : std::min(chord.written.find(u'-', begin), chord.written.size());
+        const TextView part = chord.written.substr(begin, end - begin);
+        if (begin == 0 || houseSpelling(part) || resemblesChord(part)) {
+            for (const ColumnRange& note : notesOfChord(part))
+                notes.push_back({chord.sourceIndex + begin + note.column, note.length});
+        }
+        begin = end + 1;
+    } while (begin < chord.written.size());
+}
+
+bool isInBrackets(const SourceLine& line) {
+    const std::size_t label =
+        line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
+    return readBrackets(line.text.substr(label)).has_value();
+}
+
+class Search {
+  public:
+    Search(TextView song, std::span<const ColumnRange> pictures) : song_(song), readable_(song) {
+        for (const ColumnRange& picture : pictures)
+            readable_.replace(picture.column, picture.length, picture.length, u' ');
+        writeHAsB(readable_);
+    }
+    LeftOver run();
+
+  private:
+    bool lookBriefly();
+    void addLine(std::size_t number, const SourceLine& line, std::span<const ImportedChord> chords);
+    TextView originalOf(TextView line) const {
+        return song_.substr(static_cast<std::size_t>(line.data() - readable_.data()), line.size());
+    }
+
+    TextView song_;
+    Text readable_;  // as long as the song
+    LeftOver result_;
+};
+
+// Finds the statements of the key; true where the song has to be imported for the rest.
+bool Search::lookBriefly() {
+    bool found = false;
+    std::size_t number = 0;
+    for (TextView rest = readable_; !rest.empty(); ++number) {
+        const TextView line = takeLine(rest).chars;
+        if (IsChordLine(originalOf(line))) {
+            found = found || (hasNoteLetter(line) && importSong(line).chords.empty());
+            continue;
+        }
+        if (const auto note = statedKey(originalOf(line)))
+            result_.keyLines.push_back({number, *note});
+        found = found || mayBeLeftOver(line);
+    }
+    return found;
+}
+
+void Search::addLine(std::size_t number, const SourceLine& line,
+                     std::span<const ImportedChord> chords) {
+    const TextView original = originalOf(line.text);
+    if (IsChordLine(original)) {
+        if (chords.empty() && hasNoteLetter(line.text))
+            result_.changedWords.push_back(number);
+        return;
+    }
+    if (chords.empty())
+        return;
+    LeftOverLine added{number, {}, isInBrackets(line)};
+    for (const ImportedChord& chord : chords)
+        addNotes(chord, added.notes);
+    result_.hasH = result_.hasH ||
+                   std::any_of(added.notes.begin(), added.notes.end(),
+                               [&](const ColumnRange& note) { return isH(original[note.column]); });
+    const auto states = [&](const KeyLine& key) {
+        return key.number == number && chords.size() == 1 && !added.notes.empty() &&
+               added.notes.front().column == key.note.column;
+    };
+    if (std::none_of(result_.keyLines.begin(), result_.keyLines.end(), states))
+        result_.lines.push_back(std::move(added));
+}
+
+LeftOver Search::run() {
+    if (!lookBriefly())
+        return std::move(result_);
+    const SongImport song = importSong(readable_);
+    std::span<const ImportedChord> chords = song.chords;
+    for (std::size_t number = 0; number < song.source.size(); ++number) {
+        std::size_t count = 0;
+        while (count < chords.size() && chords[count].sourceLine == number)
+            ++count;
+        addLine(number, song.source[number], chords.first(count));
+        chords = chords.subspan(count);
+    }
+    return std::move(result_);
+}
+
+}  // namespace
+
+LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
+    return Search(song, pictures).run();
+}
+
+bool mayBeLeftOver(TextView line) {
+    if (!hasRootLetter(line) || !mayBeRow(line))
+        return false;
+    Text readable(line);
+    writeHAsB(readable);
+    return !importSong(readable).chords.empty();
+}
+
+}  // namespace melvorin

@@ -1,0 +1,75 @@
+// What a key change passes over in silence, or changes although it is no chord.
+//
+// A key change moves the lines that `IsChordLine` takes. Songs have other lines of chords: with
+// bars, tabs, remarks, "Cmaj7" or chords in brackets; and now and then a line of words that looks
+// like chords. The importer tells them apart, so what it finds over the whole song is what counts.
+// The song comes as text whose lines end in CR, LF or CR LF. Nothing here fails; what this throws
+// is want of memory.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "base/Text.h"
+#include "chords/Transpose.h"
+
+namespace melvorin {
+
+// A line of chords that a key change does not move. It stays what it is through key changes.
+struct LeftOverLine {
+    std::size_t number = 0;  // of the line in the song, from 0
+    // The roots and bass notes of its chords, from left to right, each within the line.
+    std::vector<ColumnRange> notes;
+    bool inBrackets = false;  // "[Am]word": the chords have no columns of their own
+
+    friend bool operator==(const LeftOverLine&, const LeftOverLine&) = default;
+};
+
+// A line that states the key of the song, and where its note stands.
+struct KeyLine {
+    std::size_t number = 0;
+    ColumnRange note;
+
+    friend bool operator==(const KeyLine&, const KeyLine&) = default;
+};
+
+struct LeftOver {
+    std::vector<LeftOverLine> lines;
+    // Numbers of the lines of words that a key change moves: "Bad Dad".
+    std::vector<std::size_t> changedWords;
+    // Lines that state the key; those are not among `lines`.
+    std::vector<KeyLine> keyLines;
+    // Some chord of the song is an H or has one as its bass. What B means in such a song is open,
+    // so its other lines cannot be moved.
+    bool hasH = false;
+};
+
+// A line that does not go with the key change of the others: one left over that is moved as well,
+// a line of either kind that is behind, or one that is to stay.
+struct OtherMove {
+    LeftOverLine line;                // a line of nothing but chords needs no notes
+    std::optional<KeyChange> change;  // nothing: it stays
+};
+
+// Looks through a song. `pictures` are characters that are no writing (diagrams, pictures): sorted
+// ranges of `song` without overlap. Each line is looked at briefly; only where one is found that
+// belongs to the result is the song imported as a whole.
+LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures = {});
+
+// Whether the line, which `IsChordLine` refuses, may be among the lines left over: true for all
+// that are, and for those that the song around them makes something else. Costs next to nothing
+// for most lines of words.
+bool mayBeLeftOver(TextView line);
+
+// The line with its notes moved by `change`, and its chords put back to their columns unless they
+// stand in brackets, as KeyChange::moveLine does it; a gap between two chords or words keeps one
+// blank at least. Tabs become the blanks up to the next column of eight. Every other character
+// stays: suffixes, bars, labels, remarks, no-break blanks. Columns are cells of a monospaced font.
+// A note in full-width or musical signs stays in these. `fixed` is as there; a tab in it stays.
+// Notes outside the line, or in `fixed`, are left out.
+MovedLine moveLeftOver(TextView line, const LeftOverLine& found, const KeyChange& change,
+                       std::span<const ColumnRange> fixed = {});
+
+}  // namespace melvorin
