@@ -10,6 +10,7 @@
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordProExport.h"
+#include "chords/KeySpelling.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
 #include "chords/Transpose.h"
@@ -166,6 +167,33 @@ void checkTabs(TextView text) {
     require(literal == whole, "columns are multiples of eight", text);
 }
 
+void checkKey(TextView song) {
+    const FoundKey found = findKey(song);
+    require(!found.key || found.key == found.first, "an answer is the first candidate", song);
+    require(found.percent >= 0 && found.percent <= 100, "percents are percents", song);
+    require(found.isStated || found.percent < 100, "what is found is not certain", song);
+    require(!found.second || found.second != found.first, "candidates differ", song);
+    const std::size_t count = splitLines(song).size();
+    for (const KeyStretch& change : found.changes)
+        require(change.line < count, "a change is on a line of the song", song);
+    std::vector<SpelledLine> lines;
+    for (const TextView line : splitLines(song))
+        lines.push_back({line, {}});
+    const KeyRespelling higher(lines, found, 1, sideOf(song));
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        checkMoved(lines[i].chars, higher.moveLine(i));
+    const Text respelled = followKey(song, found, 0, sideOf(song));
+    TextView rest = respelled;
+    for (TextView before = song; !before.empty();) {
+        const TextLine was = takeLine(before);
+        const TextLine is = takeLine(rest);
+        require(was.end == is.end, "line ends stay", song);
+        require(IsChordLine(was.chars) ? IsChordLine(is.chars) : was.chars == is.chars,
+                "a line stays what it is", song);
+    }
+    require(rest.empty(), "no line is added", song);
+}
+
 std::span<const Subject> subjects() {
     static constexpr auto asText = []<void (*Check)(TextView)>() {
         return [](std::string_view bytes) { Check(fromUtf8(bytes)); };
@@ -175,6 +203,8 @@ std::span<const Subject> subjects() {
         {"Normaliser", asText.operator()<checkNormaliser>(), "C7M(#5) Dm7b5 9/6 F#m7/C# 11+"},
         {"Transposer", asText.operator()<checkTransposer>(), "Am  F#m7/C#  G7(b9)  Bb\nla la"},
         {"Tabs", asText.operator()<checkTabs>(), "C\tG\r\n\tla\tla\v\tx"},
+        {"Key", asText.operator()<checkKey>(),
+         "Key: Am\nAm  G#°/B  Bb7+ E7\r\nla la\n[Hm7]la | C#m7b5 F#7 |\n\nA#  Cb5 E#m\n"},
         {"RichText", checkRichText,
          "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Arial;}{\\f1 Courier;}}{\\colortbl ;\\red9\\green0"
          "\\blue0;}\\f0\\cf1 C \\b G\\b0\\par\n\\u233?\\'e9\\line\\f1 la\\par}"},

@@ -18,6 +18,9 @@ void checkTransposer(TextView text);
 // No tab is left, columns are right, and it does not matter in which parts a text comes.
 void checkTabs(TextView text);
 
+// What is said of a key makes sense, and a song respelled by it keeps its lines and other words.
+void checkKey(TextView song);
+
 // The check of Rich Text ends with one opinion; what the map reads it writes back.
 void checkRichText(std::string_view bytes);
 // A journal never leads out of its folder nor to a state that there is not.

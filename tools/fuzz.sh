@@ -7,11 +7,11 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 [ -e build/fuzz/build.ninja ] || cmake --preset fuzz >build/fuzz.configure.log
 cmake --build --preset fuzz --target fuzzers
-[ $# -gt 0 ] || set -- Import Normaliser Transposer Tabs RichText Journal Recent Arguments Criterion
+[ $# -gt 0 ] || set -- Import Normaliser Transposer Tabs Key RichText Journal Recent Arguments Criterion
 fuzz() {
     local subject=$1 songs=
     case $subject in
-        Import | Normaliser | Transposer | Tabs) songs=$root/tests/core/songs ;;
+        Import | Normaliser | Transposer | Tabs | Key) songs=$root/tests/core/songs ;;
     esac
     cd "$root/build/fuzz"
     mkdir -p "corpus-$subject"

@@ -50,18 +50,9 @@ char16_t usualSign(char16_t c) {
 
 // A letter with its accidentals, taken from the front of `text`.
 std::optional<TextView> takeNote(TextView& text) {
-    if (text.empty() || !isNoteLetter(text[0]))
+    const std::size_t length = noteLength(text);
+    if (length == 0)
         return std::nullopt;
-    std::size_t length = 1;
-    while (length < 3 && length < text.size() && isAccidental(text[length]) &&
-           text[length] == text[1]) {
-        // "Cb5" is a C with a flat fifth and "Dbb5" a Db with one: the last flat is the number's.
-        // "Bb5" is a Bb with its fifth: only C and F have no flat neighbour of their own name.
-        const bool mayBeNumbers = length > 1 || !isNoteName(text[0], u'b');
-        if (mayBeNumbers && text.substr(length).starts_with(u"b5"))
-            break;
-        ++length;
-    }
     const TextView note = text.substr(0, length);
     text.remove_prefix(length);
     return note;

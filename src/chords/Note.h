@@ -34,6 +34,24 @@ constexpr bool isNoteName(char16_t letter, char16_t accidental) {
            withoutName.find(letter) == TextView::npos;
 }
 
+// How many characters at the start of the text are a note: a letter with up to two accidentals of a
+// kind; 0 without one. "Cb5" is a C with a flat fifth and "Dbb5" a Db with one: the last flat is
+// the number's. "Bb5" is a Bb with its fifth: only C and F have no flat neighbour of their own
+// name.
+constexpr std::size_t noteLength(TextView text) {
+    if (text.empty() || !isNoteLetter(text[0]))
+        return 0;
+    std::size_t length = 1;
+    while (length < 3 && length < text.size() && isAccidental(text[length]) &&
+           text[length] == text[1]) {
+        const bool mayBeNumbers = length > 1 || !isNoteName(text[0], u'b');
+        if (mayBeNumbers && text.substr(length).starts_with(u"b5"))
+            break;
+        ++length;
+    }
+    return length;
+}
+
 // Half steps that an accidental raises its note by.
 constexpr int halfSteps(char16_t accidental) {
     return accidental == u'#' ? 1 : -1;

@@ -193,6 +193,56 @@ Text RealignLine(TextView before, TextView transposed) {
     return std::move(out.line);
 }
 
+std::vector<ColumnRange> noteColumns(TextView line, std::span<const ColumnRange> fixed) {
+    MovedLine nothing;
+    Recorder pictures(fixed, nothing);
+    std::vector<ColumnRange> notes;
+    for (std::size_t column = 0; column < line.size(); ++column) {
+        if (!isNoteLetter(line[column]) || pictures.isFixed(column))
+            continue;
+        const std::size_t longest = noteLength(line.substr(column));
+        std::size_t length = 1;
+        while (length < longest && !pictures.isFixed(column + length))
+            ++length;
+        notes.push_back({column, length});
+        column += length - 1;
+    }
+    return notes;
+}
+
+MovedLine renameNotes(TextView line, std::span<const TextView> names,
+                      std::span<const ColumnRange> fixed) {
+    const std::vector<ColumnRange> notes = noteColumns(line, fixed);
+    MovedLine moved;
+    Recorder recorder(fixed, moved);
+    LineWriter out;
+    std::size_t next = 0;
+    realign(line, recorder, out, [&](std::size_t column) {
+        while (column < line.size() && !separates(line, column, recorder)) {
+            if (next == std::min(notes.size(), names.size()) || notes[next].column != column) {
+                out.line += line[column++];
+                continue;
+            }
+            const std::size_t start = out.column();
+            out.line += names[next];
+            if (names[next] != line.substr(column, notes[next].length))
+                recorder.note(notes[next], {start, names[next].size()});
+            column += notes[next++].length;
+        }
+        return column;
+    });
+    // No blanks behind a shorter last chord: a way up and down ends where it began.
+    const ColumnRange last = moved.tokens.empty() ? ColumnRange() : moved.tokens.back().after;
+    const bool endsInToken = !line.empty() && !separates(line, line.size() - 1, recorder);
+    if (endsInToken && out.column() > last.column + last.length) {
+        out.line.resize(last.column + last.length);
+        moved.edits.pop_back();
+    }
+    moved.line = std::move(out.line);
+    moved.changed = moved.line != line;
+    return moved;
+}
+
 KeyChange::KeyChange(Direction direction, Spelling spelling, unsigned steps)
     : direction_(direction), spelling_(spelling), steps_(steps) {
     for (char16_t letter = u'A'; letter <= u'G'; ++letter) {

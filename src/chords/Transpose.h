@@ -65,6 +65,16 @@ struct MovedLine {
     std::vector<MovedRange> edits;
 };
 
+// The notes of a line, from left to right (see `noteLength`). Characters in `fixed` are pictures
+// (see `KeyChange::moveLine`).
+std::vector<ColumnRange> noteColumns(TextView line, std::span<const ColumnRange> fixed = {});
+
+// The line with the notes that `noteColumns` finds called by `names`, one for each, and realigned;
+// notes without a name stay. A line that ends in a chord still does. `fixed` is as with
+// `KeyChange::moveLine`.
+MovedLine renameNotes(TextView line, std::span<const TextView> names,
+                      std::span<const ColumnRange> fixed = {});
+
 // One key change, made ready to be used on many lines.
 class KeyChange {
   public:

@@ -6,6 +6,7 @@
 #include "base/TabExpansion.h"
 #include "chords/Chart.h"
 #include "chords/ChordProExport.h"
+#include "chords/KeySpelling.h"
 #include "chords/LeftOver.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
@@ -20,7 +21,8 @@ namespace {
 constexpr std::string_view helpText =
     "melvorin-cli - chord charts in plain text, moved to another key\n"
     "\n"
-    "  melvorin-cli transpose (--up | --down) [--steps N] (--sharps | --flats)\n"
+    "  melvorin-cli transpose (--up | --down) [--steps N]\n"
+    "                         (--sharps | --flats | --accidentals sharps|flats|key)\n"
     "                         [--others move|leave] [--strict]\n"
     "                         [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli lines [TEXT OPTIONS] [FILE...]\n"
@@ -30,6 +32,8 @@ constexpr std::string_view helpText =
     "  melvorin-cli normalize [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli import [--verdicts] [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli export-chordpro [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli key [--output FILE] [--encoding NAME] [FILE...]\n"
+    "  melvorin-cli respell [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli chord [--database FILE] [--output FILE] (NAME... | --list)\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
@@ -48,12 +52,20 @@ constexpr std::string_view helpText =
     "and line ends stay as they are.\n"
     "  --up, --down        the direction\n"
     "  --sharps, --flats   how new accidentals are written\n"
+    "  --accidentals HOW   the same (sharps, flats), or with key as the key of each song\n"
+    "                      has them; a line such as \"Key: G\" then moves too\n"
     "  --others WHAT       what happens to lines of chords that hold something else too\n"
     "                      (Cmaj7, bars, tabs, labels, remarks, chords in brackets):\n"
     "                      move moves their chords as well, leave names the lines by\n"
     "                      their numbers on the standard error, as without --others.\n"
     "                      Where some chord is an H they are left in any case.\n"
     "  --strict            the exit code tells that lines were left\n"
+    "\n"
+    "key prints FILE, the key of the song and how sure it is in percent, with tabs\n"
+    "between them: G, F#m, \"G or Em?\" where it is not sure, \"?\" without chords. For\n"
+    "each change of key a line follows that begins with a tab: number of the line,\n"
+    "counted from 1, and the new key. respell writes the roots and basses of a chart as\n"
+    "its key has them, and moves nothing.\n"
     "\n"
     "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
     "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
@@ -181,6 +193,19 @@ Text importedChart(TextView song, bool verdicts) {
     return text.append(imported.chart());
 }
 
+Result<Text> wholeText(std::string_view bytes, const AnsiCodec& ansi, const NamedEncoding* named) {
+    const Result<Coding> coding = codingOf(bytes, ansi, named);
+    if (!coding) {
+        return Failure{coding.cause};
+    }
+    DecodedText decoded = decodePart(bytes.substr(coding.value->mark.size()),
+                                     coding.value->encoding, coding.value->codec);
+    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
+        return Failure{Text(trouble)};
+    }
+    return Result<Text>::success(std::move(decoded.text));
+}
+
 // The bytes of a whole file rewritten in its own encoding.
 Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
                                  const NamedEncoding* named,
@@ -189,12 +214,12 @@ Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
     if (!coding) {
         return Failure{coding.cause};
     }
-    const auto& [encoding, codec, mark, newMark] = *coding.value;
-    const DecodedText decoded = decodePart(bytes.substr(mark.size()), encoding, codec);
-    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
-        return Failure{Text(trouble)};
+    const Result<Text> text = wholeText(bytes, ansi, named);
+    if (!text) {
+        return Failure{text.cause};
     }
-    const std::optional<std::string> edited = encodePart(edit(decoded.text), encoding, codec);
+    const auto& [encoding, codec, mark, newMark] = *coding.value;
+    const std::optional<std::string> edited = encodePart(edit(*text.value), encoding, codec);
     return edited ? Result<std::string>::success(std::string(newMark) + *edited)
                   : Result<std::string>::failure(Text(kDoesNotFit));
 }
@@ -211,6 +236,7 @@ class Run {
     bool rewriteAll(const Rewrite& rewrite);
 
     bool transpose();
+    Text followed(TextView chart);
     // Lines of chords were left, and the user wants to know by the exit code.
     bool isLacking() const { return request_.strict && leftSome_; }
     bool lines();
@@ -221,11 +247,14 @@ class Run {
     bool rewriteParts(const std::function<Text(Text)>& edit);
     bool rewriteSong(const std::function<Text(TextView)>& edit);
     bool import();
+    bool keys();
+    bool respell();
     bool chords();
     bool print(std::string_view bytes);
 
   private:
     bool rewriteOne(const Rewrite& rewrite, const Text* file);
+    bool describeKey(const Text* file, std::string& report);
     const NamedEncoding* named() const { return request_.encoding ? &*request_.encoding : nullptr; }
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
@@ -268,6 +297,9 @@ bool Run::rewriteOne(const Rewrite& rewrite, const Text* file) {
 }
 
 bool Run::transpose() {
+    if (!request_.spelling) {
+        return rewriteSong([this](TextView chart) { return followed(chart); });
+    }
     const KeyChange change(*request_.direction, *request_.spelling, request_.steps);
     return rewriteAll([&](std::string_view bytes) -> Result<std::string> {
         Result<TransposedSong> song =
@@ -278,6 +310,38 @@ bool Run::transpose() {
         reportLeft(song.value->left);
         return Result<std::string>::success(std::move(song.value->bytes));
     });
+}
+
+// What a key change leaves over has no names by the key: it takes the kind of its signature.
+Text Run::followed(TextView chart) {
+    const int way = *request_.direction == Direction::Up ? 1 : -1;
+    const int steps = way * static_cast<int>(request_.steps);
+    const FoundKey found = findKey(chart);
+    const Spelling side = sideOf(chart);
+    Text moved = followKey(chart, found, steps, side, true);
+    const LeftOver left = findLeftOver(chart);
+    if (!request_.moveOthers || left.hasH) {
+        std::vector<std::size_t> numbers;
+        for (const LeftOverLine& line : left.lines) {
+            numbers.push_back(line.number);
+        }
+        reportLeft(numbers);
+        return moved;
+    }
+    const Key goal = movedKey(found.first.value_or(Key()), steps);
+    const bool flats = fifthsOf(goal, side) < (goal.minor ? 3 : 0);
+    const KeyChange change(*request_.direction, flats ? Spelling::Flats : Spelling::Sharps,
+                           request_.steps);
+    Text result;
+    auto other = left.lines.begin();
+    std::size_t number = 0;
+    for (TextView rest = moved; !rest.empty(); ++number) {
+        const TextLine line = takeLine(rest);
+        const bool isOther = other != left.lines.end() && other->number == number;
+        result += isOther ? moveLeftOver(line.chars, *other++, change).line : Text(line.chars);
+        result += line.end;
+    }
+    return result;
 }
 
 void Run::reportLeft(const std::vector<std::size_t>& lines) {
@@ -352,6 +416,42 @@ bool Run::rewriteSong(const std::function<Text(TextView)>& edit) {
 
 bool Run::import() {
     return rewriteSong([this](TextView song) { return importedChart(song, request_.verdicts); });
+}
+
+bool Run::respell() {
+    return rewriteSong(
+        [](TextView chart) { return followKey(chart, findKey(chart), 0, sideOf(chart)); });
+}
+
+bool Run::keys() {
+    std::string report;
+    bool all = true;
+    if (request_.files.empty()) {
+        all = describeKey(nullptr, report);
+    }
+    for (const Text& file : request_.files) {
+        all = describeKey(&file, report) && all;
+    }
+    return write(nullptr, report) && all;
+}
+
+bool Run::describeKey(const Text* file, std::string& report) {
+    const Text name = file ? *file : Text(u"the standard input");
+    const Result<std::string> bytes = read(file);
+    const Result<Text> song =
+        bytes ? wholeText(*bytes.value, ansi_, named()) : Result<Text>::failure(bytes.cause);
+    if (!song) {
+        return fail(u"cannot read ", name, song.cause);
+    }
+    const Spelling side = sideOf(*song.value);
+    const FoundKey found = findKey(*song.value);
+    report += toUtf8(file ? *file : u"-") + '\t' + toUtf8(keyInWords(found, side)) + '\t' +
+              std::to_string(found.percent) + '\n';
+    for (const KeyStretch& change : found.changes) {
+        report += '\t' + std::to_string(change.line + 1) + '\t' +
+                  toUtf8(keyName(change.key, side)) + '\n';
+    }
+    return true;
 }
 
 bool Run::chords() {
@@ -499,6 +599,12 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             break;
         case Command::ExportChordPro:
             done = run.rewriteSong(exportChordPro);
+            break;
+        case Command::Key:
+            done = run.keys();
+            break;
+        case Command::Respell:
+            done = run.respell();
             break;
         case Command::Chord:
             done = run.chords();

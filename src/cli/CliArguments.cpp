@@ -54,6 +54,7 @@ class ArgumentParser {
     // The options of several commands; nothing where it is none of them, or not of this one.
     std::optional<bool> takeCommonOption(const Text& name);
     bool takeEncoding();
+    bool takeAccidentals();
     bool takeSteps();
     bool takeOthers();
     // For the options that stand for a value: fails where another one has been given.
@@ -72,6 +73,7 @@ class ArgumentParser {
     std::optional<Text> steps_;
     std::optional<Text> others_;
     std::optional<Text> encoding_;
+    std::optional<Text> accidentals_;
     CliRequest request_;
     Text cause_;
 };
@@ -119,6 +121,10 @@ bool ArgumentParser::takeCommand() {
         request_.command = Command::Import;
     } else if (command == u"export-chordpro") {
         request_.command = Command::ExportChordPro;
+    } else if (command == u"key") {
+        request_.command = Command::Key;
+    } else if (command == u"respell") {
+        request_.command = Command::Respell;
     } else if (command == u"chord") {
         request_.command = Command::Chord;
     } else if (command == u"--help") {
@@ -176,6 +182,9 @@ bool ArgumentParser::takeTransposeOption(const Text& name) {
     if (name == u"--flats") {
         return choose(request_.spelling, Spelling::Flats, name);
     }
+    if (name == u"--accidentals") {
+        return takeAccidentals();
+    }
     if (name == u"--steps") {
         return takeSteps();
     }
@@ -196,7 +205,7 @@ std::optional<bool> ArgumentParser::takeCommonOption(const Text& name) {
     if (request_.command == Command::Chord) {
         return std::nullopt;
     }
-    if (name == u"--output-dir") {
+    if (name == u"--output-dir" && request_.command != Command::Key) {
         return takeValue(request_.outputFolder, name);
     }
     return name == u"--encoding" ? std::optional(takeEncoding()) : std::nullopt;
@@ -210,6 +219,22 @@ bool ArgumentParser::takeEncoding() {
     return request_.encoding
                ? true
                : fail(u"--encoding " + quoted(*encoding_) + u" is not known; " + knownEncodings());
+}
+
+bool ArgumentParser::takeAccidentals() {
+    const Text name = u"--accidentals";
+    if (!takeValue(accidentals_, name)) {
+        return false;
+    }
+    if (*accidentals_ == u"sharps") {
+        return choose(request_.spelling, Spelling::Sharps, name);
+    }
+    if (*accidentals_ == u"flats") {
+        return choose(request_.spelling, Spelling::Flats, name);
+    }
+    return *accidentals_ == u"key"
+               ? true
+               : fail(name + u" " + quoted(*accidentals_) + u" is none of sharps, flats and key");
 }
 
 bool ArgumentParser::takeReplaceOption(const Text& name) {
@@ -291,8 +316,11 @@ bool ArgumentParser::complete() {
             if (!request_.direction) {
                 return fail(u"transpose needs --up or --down");
             }
-            if (!request_.spelling) {
-                return fail(u"transpose needs --sharps or --flats");
+            if (!request_.spelling && !accidentals_) {
+                return fail(u"transpose needs --sharps or --flats, or --accidentals");
+            }
+            if (request_.spelling && accidentals_ == u"key") {
+                return fail(u"--accidentals key excludes --sharps and --flats");
             }
             break;
         case Command::Replace:
@@ -305,7 +333,11 @@ bool ArgumentParser::complete() {
         case Command::Normalize:
         case Command::Import:
         case Command::ExportChordPro:
+        case Command::Respell:
             break;
+        // Tells of all its files in one place.
+        case Command::Key:
+            return true;
     }
     return completeOutput();
 }

@@ -24,12 +24,15 @@ struct CliRequest {
         Normalize,
         Import,
         ExportChordPro,
+        Key,
+        Respell,
         Chord
     };
 
     Command command = Command::Help;
     // Set for `transpose`.
     std::optional<Direction> direction;
+    // Without a spelling the accidentals follow the key of each song.
     std::optional<Spelling> spelling;
     unsigned steps = 1;
     // Whether lines of chords that a key change leaves over are moved too, and whether such a line

@@ -112,6 +112,11 @@ TEST_F(Cli, RefusesArgumentsThatMakeNoSense) {
         {{u"transpose", u"--up", u"--flats", u"--output-dir", u"keys"}, u"\"keys\""},
         {{u"transpose", u"--up", u"--flats", u"--output-dir", u"k", u"a/x", u"b", u"c/x"},
          u"\"a/x\" and \"c/x\""},
+        {{u"transpose", u"--up", u"--accidentals", u"naturals"}, u"\"naturals\" is none of"},
+        {{u"transpose", u"--up", u"--accidentals=key", u"--flats"}, u"--accidentals key excludes"},
+        {{u"transpose", u"--up", u"--accidentals=sharps", u"--flats"}, u"contradicts"},
+        {{u"respell", u"--accidentals=key", u"song"}, u"\"--accidentals=key\""},
+        {{u"key", u"--output-dir=keys", u"song"}, u"\"--output-dir=keys\""},
         {{u"transpose", u"--up", u"--flats", u"--others"}, u"\"--others\" needs a value"},
         {{u"transpose", u"--up", u"--flats", u"--others=stay"}, u"\"stay\""},
         {{u"transpose", u"--up", u"--flats", u"--strict=yes"}, u"\"--strict=yes\""},
@@ -304,6 +309,11 @@ TEST_F(Cli, EveryCommandWritesWhereItIsTold) {
         std::string written;
     } cases[] = {
         {{u"transpose", u"--up", u"--flats"}, "C7+  D\nla\tla\n", "Db7+ Eb\nla\tla\n"},
+        {{u"transpose", u"--up", u"--accidentals=flats"}, "C7+  D\n", "Db7+ Eb\n"},
+        {{u"transpose", u"--down", u"--steps=4", u"--accidentals=key"},
+         "Key: G\nG  C  D7\n",
+         "Key: Eb\nEb Ab Bb7\n"},
+        {{u"respell"}, "Key: F\nF  A#  C\n", "Key: F\nF  Bb  C\n"},
         {{u"expand-tabs"}, "C7+  D\nla\tla\n", "C7+  D\nla      la\n"},
         {{u"replace", u"--find=D", u"--with=Em"}, "C7+  D\n", "C7+  Em\n"},
         {{u"normalize"}, "C7M  D\n", "C7+  D\n"},
@@ -422,6 +432,43 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     EXPECT_EQ(run({u"import"}), 1);
     EXPECT_EQ(run({u"export-chordpro", u"--verdicts"}), 2);
     EXPECT_EQ(run({u"import", u"a", u"b"}), 2);
+}
+
+TEST_F(Cli, WhatIsLeftOverIsToldWhereTheKeyIsFollowedToo) {
+    const std::vector<Text> up = {u"transpose", u"--up", u"--accidentals=key"};
+    ports.input = "Key: G\nG  C  D7  G\nla\n| Cmaj7 | D7 |\n";
+    EXPECT_EQ(run(up), 0);
+    EXPECT_EQ(ports.output, "Key: Ab\nAb Db Eb7 Ab\nla\n| Cmaj7 | D7 |\n");
+    EXPECT_NE(ports.errors.find(u": 1 line of chords left: 4\n"), Text::npos);
+    EXPECT_EQ(run({up[0], up[1], up[2], u"--strict"}), 3);
+    EXPECT_EQ(run({up[0], up[1], up[2], u"--others=move"}), 0);
+    EXPECT_EQ(ports.output, "Key: Ab\nAb Db Eb7 Ab\nla\n| Dbmaj7 | Eb7 |\n");
+    EXPECT_EQ(ports.errors, u"");
+}
+
+TEST_F(Cli, KeysAreToldForAllFilesInOnePlace) {
+    files.contents = {{u"a/song", "C  F  G7  C\r\nla la\r\nAm  F  G7  C"},
+                      {u"words", "la la"},
+                      {u"bytes", std::string("C\0G", 3)},
+                      {u"higher",
+                       "C  F  G7  C\nAm  Dm  G7  C\nF  G7  C\n\n"
+                       "D  G  A7  D\nBm  Em  A7  D\nG  A7  D\n"}};
+    EXPECT_EQ(run({u"key", u"a/song", u"words", u"gone", u"bytes"}), 1);
+    EXPECT_EQ(ports.output, "a/song\tC\t99\nwords\t?\t0\n");
+    EXPECT_EQ(ports.errors,
+              u"melvorin-cli: cannot read gone: Not there.\n"
+              u"melvorin-cli: cannot read bytes: It is not a text file.\n");
+    EXPECT_EQ(run({u"key", u"--output", u"x", u"higher"}), 0);
+    EXPECT_EQ(ports.output, "");
+    const std::string written = files.contents[u"x"];
+    EXPECT_EQ(written.substr(0, 9), "higher\tC\t");
+    EXPECT_EQ(written.substr(written.find('\n')), "\n\t5\tD\n");
+    ports.input = "Key: Gb\nC  F  G7  C\n";
+    EXPECT_EQ(run({u"key"}), 0);
+    EXPECT_EQ(ports.output, "-\tC\t99\n");
+    ports.input = "Key: Gb\nB\n";
+    EXPECT_EQ(run({u"key"}), 0);
+    EXPECT_EQ(ports.output, "-\tGb\t100\n");
 }
 
 TEST_F(Cli, LinesDescribeTheChart) {
