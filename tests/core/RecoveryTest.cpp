@@ -34,6 +34,7 @@ void expectEqual(const RunState& a, const RunState& b) {
         EXPECT_EQ(a.snapshots[i].caret, b.snapshots[i].caret) << i;
         EXPECT_EQ(a.snapshots[i].background, b.snapshots[i].background) << i;
         EXPECT_EQ(a.snapshots[i].mark, b.snapshots[i].mark) << i;
+        EXPECT_EQ(a.snapshots[i].songDebt, b.snapshots[i].songDebt) << i;
     }
 }
 
@@ -68,17 +69,21 @@ class RandomRun {
                 history.setFloor();
                 break;
             case 3:
-                history.rewriteCurrent("{\\rtf1 again}", 7);
+                history.rewriteCurrent("{\\rtf1 again}", 7, std::nullopt, debt());
                 break;
             default:
                 disk.isFull = random_() % 10 == 0;
                 history.record("{\\rtf1 " + std::to_string(random_()) + "}",
                                static_cast<std::int32_t>(random_() % 1000),
-                               random_() % 2 ? std::optional(Rgb{1, 2, 250}) : std::nullopt);
+                               random_() % 2 ? std::optional(Rgb{1, 2, 250}) : std::nullopt,
+                               debt());
                 disk.isFull = false;
                 dirty = true;
         }
         keep();
+    }
+    std::string debt() {
+        return random_() % 2 ? std::string() : "up sharps " + std::to_string(random_() % 9) + ":1|";
     }
     void keep() { journal.keep(origin, history, dirty); }
     RunState state() const {
@@ -175,6 +180,8 @@ TEST(RunJournal, ALineCountsOrDoesNot) {
         "snapshot 1 - -3 - 5 6\n",
         "document 1 2\n",
         "document 1 2 zzzz\n",
+        "debt 2 up sharps 4:1|\n",
+        "debt 0 x\n",
         "other 1\n",
         "\n",
         std::string("\0\0\0\0\n", 5),
