@@ -60,10 +60,33 @@ bool isRepeat(TextView text) {
     return !digits.empty() && consistsOf(digits, u"0123456789");
 }
 
+// Chords by their text that are words as well, in whatever company they stand, and such that are
+// words only where they stand alone.
+constexpr TextView kWords[] = {u"Ao",  u"Bo", u"Co", u"Do",  u"Eo",  u"Fo",  u"Go",  u"Ama",
+                               u"Ema", u"As", u"Es", u"Des", u"Dis", u"Ais", u"Ces", u"Ges"};
+constexpr TextView kLoneWords[] = {u"Ami", u"Emi", u"Amin", u"Emin", u"H", u"Hm"};
+
+WordToo wordToo(TextView text) {
+    const auto is = [&](TextView word) { return text == word; };
+    const bool isSmall = text[0] >= u'a' && text[0] <= u'h';
+    if (std::any_of(std::begin(kWords), std::end(kWords), is))
+        return WordToo::Anywhere;
+    const bool isAlone = std::any_of(std::begin(kLoneWords), std::end(kLoneWords), is) ||
+                         (isSmall && text.find_first_of(u"0123456789#/") == TextView::npos);
+    return isAlone ? WordToo::Alone : WordToo::No;
+}
+
+// One that is hardly a word, not even in front of other words: "G", "Am7", but not "A" and "Em".
+bool isFirm(const RowItem& item) {
+    const TextView chord = item.shown;
+    return item.kind == RowItemKind::Chord && item.wordToo == WordToo::No && chord != u"A" && chord != u"E" &&
+           chord != u"Am" && chord != u"Em";
+}
+
 class RowReader {
   public:
-    RowReader(TextView line, std::size_t column, std::size_t index)
-        : line_(line), column_(column), index_(index) {}
+    RowReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading)
+        : line_(line), column_(column), index_(index), reading_(reading) {}
     std::vector<RowItem> read();
 
   private:
@@ -80,13 +103,30 @@ class RowReader {
     bool addWhole(const Run& run);
     bool addEnclosed(const Run& run);
     bool addChain(const Run& run);
+    bool addChord(const Run& run);
+    bool addPair(const Run& run, std::size_t at, bool slash);
+    bool addMarked(const Run& run);
+    bool isJoined(const Run& run, CellCharacter next) const;
     void addRun(const Run& run);
 
     TextView line_;
     std::size_t column_;
     std::size_t index_;
+    const ChordReading& reading_;
     std::vector<RowItem> items_;
 };
+
+// "C(add G#)": a blank within a parenthesis of the chord is a part of it.
+bool RowReader::isJoined(const Run& run, CellCharacter next) const {
+    const TextView text = textOf(run);
+    const std::size_t open = text.rfind(u'(');
+    if (open == TextView::npos || open == 0 || text.find(u')', open) != TextView::npos ||
+        text.size() > kLongestItem)
+        return false;
+    const TextView ahead = line_.substr(run.begin, kLongestItem);
+    const std::size_t close = ahead.find(u')', next.index - run.begin);
+    return close != TextView::npos && houseSpelling(ahead.substr(0, close + 1), reading_);
+}
 
 std::vector<RowItem> RowReader::read() {
     CellReader reader(line_, column_);
@@ -94,7 +134,7 @@ std::vector<RowItem> RowReader::read() {
     Run run;
     bool inside = false;
     while (reader.next(character)) {
-        if (isAnyBlank(character.code)) {
+        if (isAnyBlank(character.code) && !(inside && isJoined(run, character))) {
             if (inside)
                 addRun(run);
             inside = false;
@@ -122,12 +162,22 @@ void RowReader::add(RowItemKind kind, const Run& run, Text shown) {
         {kind, index_ + run.begin, run.end - run.begin, run.column, run.cells, std::move(shown)});
 }
 
+bool RowReader::addChord(const Run& run) {
+    const TextView text = textOf(run);
+    auto chord = text.empty() ? std::nullopt : houseSpelling(text, reading_);
+    if (!chord)
+        return false;
+    add(RowItemKind::Chord, run, std::move(*chord));
+    items_.back().wordToo = wordToo(text);
+    return true;
+}
+
 // The run as one item, where it is one.
 bool RowReader::addWhole(const Run& run) {
     const TextView text = textOf(run);
-    if (auto chord = houseSpelling(text))
-        add(RowItemKind::Chord, run, std::move(*chord));
-    else if (isBar(text))
+    if (addChord(run))
+        return true;
+    if (isBar(text))
         add(RowItemKind::Bar, run, shownBar(text));
     else if (isNoChord(text))
         add(RowItemKind::NoChord, run, Text(text));
@@ -154,9 +204,10 @@ bool RowReader::addEnclosed(const Run& run) {
         const TextView inside = text.substr(from, to > from ? to - from : 0);
         if (inside.size() == text.size())
             continue;
-        if (const auto chord = houseSpelling(inside)) {
+        if (const auto chord = houseSpelling(inside, reading_)) {
             add(RowItemKind::Chord, run,
                 Text(text.substr(0, from)).append(*chord).append(text.substr(to)));
+            items_.back().wordToo = wordToo(inside);
             return true;
         }
     }
@@ -200,42 +251,118 @@ bool RowReader::addChain(const Run& run) {
     return chord;
 }
 
+// Two chords without a blank: "F/Gm", "C#m(E)". Behind a slash a note alone would be a bass.
+bool RowReader::addPair(const Run& run, std::size_t at, bool slash) {
+    const std::size_t former = items_.size();
+    const std::size_t end = textOf(run).size();
+    const bool first = addChord(part(run, 0, at));
+    if (first && slash)
+        add(RowItemKind::Beat, part(run, at, at + 1), u"/");
+    const Run second = part(run, at + (slash ? 1 : 0), end);
+    if (first && (slash ? addChord(second) : addEnclosed(second)))
+        return true;
+    items_.resize(former);
+    return false;
+}
+
+// A chord with a mark behind it: an exclamation mark or apostrophe, beats ("G//"), how often it is
+// played ("Gx2"); or with another chord.
+bool RowReader::addMarked(const Run& run) {
+    const TextView text = textOf(run);
+    if (const std::size_t at = text.find_last_not_of(u"!'"); at != TextView::npos && at + 1 < text.size()) {
+        if (!addChord(part(run, 0, at + 1)))
+            return false;
+        // "A!" is what somebody cries.
+        if (at == 0)
+            items_.back().wordToo = WordToo::Alone;
+        add(RowItemKind::Separator, part(run, at + 1, text.size()), Text());
+        return true;
+    }
+    if (const std::size_t at = text.find_last_not_of(u"/\\"); at != TextView::npos && at + 1 < text.size()) {
+        if (!addChord(part(run, 0, at + 1)))
+            return false;
+        add(RowItemKind::Beat, part(run, at + 1, text.size()), Text(text.size() - at - 1, u'/'));
+        return true;
+    }
+    const std::size_t times = text.find_last_of(u"xX\u00D7*");
+    if (times != TextView::npos && times + 1 < text.size() && times + 3 >= text.size() &&
+        consistsOf(text.substr(times + 1), u"0123456789") && addChord(part(run, 0, times))) {
+        add(RowItemKind::Repeat, part(run, times, text.size()), Text(text.substr(times)));
+        return true;
+    }
+    const std::size_t open = text.find(u'(', 1);
+    if (open != TextView::npos && text.back() == u')' && addPair(run, open, false))
+        return true;
+    const std::size_t slash = text.find(u'/', 1);
+    return slash != TextView::npos && addPair(run, slash, true);
+}
+
 void RowReader::addRun(const Run& run) {
     const TextView text = textOf(run);
-    if (text.size() <= kLongestItem && (addWhole(run) || addEnclosed(run) || addChain(run)))
+    if (text.size() <= kLongestItem &&
+        (addWhole(run) || addEnclosed(run) || addMarked(run) || addChain(run)))
         return;
     add(resemblesChord(text) ? RowItemKind::Unknown : RowItemKind::Word, run, Text(text));
 }
 
-}  // namespace
-
-std::vector<RowItem> readRow(TextView line, std::size_t column, std::size_t index) {
-    return RowReader(line, column, index).read();
-}
-
-bool isRowOfChords(const std::vector<RowItem>& row) {
+// What a row has of each kind. "(let ring)" is one word.
+struct RowCount {
     std::size_t chords = 0;
     std::size_t unknown = 0;
     std::size_t words = 0;
+    std::size_t wordsToo = 0;   // of the chords
+    std::size_t anywhere = 0;  // of those
+    std::size_t firm = 0;
     bool spaced = false;
+};
+
+RowCount countOf(const std::vector<RowItem>& row) {
+    RowCount count;
     bool inRemark = false;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const RowItemKind kind = row[i].kind;
-        // "(let ring)" is one remark.
         const bool goesOn = inRemark && kind == RowItemKind::Word;
         if (kind == RowItemKind::Word)
             inRemark = (inRemark || row[i].shown.front() == u'(') && row[i].shown.back() != u')';
         if (goesOn)
             continue;
-        chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
-        unknown += kind == RowItemKind::Unknown ? 1U : 0U;
-        words += kind == RowItemKind::Word ? 1U : 0U;
-        spaced = spaced || (i > 0 && row[i].column >= row[i - 1].column + row[i - 1].cells + 2);
+        count.chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
+        count.unknown += kind == RowItemKind::Unknown ? 1U : 0U;
+        count.words += kind == RowItemKind::Word ? 1U : 0U;
+        count.wordsToo += row[i].wordToo != WordToo::No ? 1U : 0U;
+        count.anywhere += row[i].wordToo == WordToo::Anywhere ? 1U : 0U;
+        count.firm += isFirm(row[i]) ? 1U : 0U;
+        count.spaced =
+            count.spaced || (i > 0 && row[i].column >= row[i - 1].column + row[i - 1].cells + 2);
     }
-    if (words == 0)
-        return chords > 0 || unknown > 1 || (unknown == 1 && row.size() == 1);
+    return count;
+}
+
+}  // namespace
+
+std::vector<RowItem> readRow(TextView line, std::size_t column, std::size_t index,
+                             const ChordReading& reading) {
+    return RowReader(line, column, index, reading).read();
+}
+
+bool isRowOfChords(const std::vector<RowItem>& row) {
+    const RowCount count = countOf(row);
+    if (count.words == 0) {
+        const bool isRow =
+            count.chords > 0 || count.unknown > 1 || (count.unknown == 1 && row.size() == 1);
+        // No "Ami" and "Emi" are words side by side.
+        const bool isSure = count.wordsToo == 0 || count.firm > 0 ||
+                            (count.anywhere == 0 && count.chords + count.unknown > 1);
+        return isRow && isSure;
+    }
     // A word or two among many chords is a remark; chords stand apart, words do not.
-    return chords + unknown >= 2 && chords + unknown > 2 * words && spaced;
+    const std::size_t sure = count.chords - count.wordsToo + count.unknown;
+    return sure >= 2 && sure > 2 * count.words && count.spaced;
+}
+
+bool mayBeRowOfChords(const std::vector<RowItem>& row) {
+    const RowCount count = countOf(row);
+    return count.words == 0 && count.chords > 0;
 }
 
 Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places) {

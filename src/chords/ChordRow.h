@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "chords/NoteNames.h"
 
 namespace melvorin {
 
@@ -20,6 +21,10 @@ enum class RowItemKind {
     Separator,  // "-", ",", ">" between chords; not part of a chart
 };
 
+// Whether the text of a chord is a word too: where it stands alone ("Ami", "Hm"), or anywhere ("Go",
+// "As").
+enum class WordToo { No, Alone, Anywhere };
+
 struct RowItem {
     RowItemKind kind = RowItemKind::Word;
     std::size_t index = 0;   // of its first UTF-16 unit in the line
@@ -27,13 +32,21 @@ struct RowItem {
     std::size_t column = 0;  // cell it begins in
     std::size_t cells = 0;
     Text shown;  // as the chart has it; empty for a separator
+    WordToo wordToo = WordToo::No;
 };
 
 // Every item of the line from left to right. Columns begin at `column`, indices at `index`.
-std::vector<RowItem> readRow(TextView line, std::size_t column = 0, std::size_t index = 0);
+// `reading` is what the symbols of the song mean.
+std::vector<RowItem> readRow(TextView line, std::size_t column = 0, std::size_t index = 0,
+                             const ChordReading& reading = {});
 
-// True when chords, or "N.C.", are all that the row tells, but for a remark or two.
+// True when chords, or "N.C.", are all that the row tells, but for a remark or two. A chord that is
+// a word too counts only beside others.
 bool isRowOfChords(const std::vector<RowItem>& row);
+
+// True for a row that is one where the song around it has chords: of nothing but chords, all of
+// them words too.
+bool mayBeRowOfChords(const std::vector<RowItem>& row);
 
 // The chart line with every item in its column, or behind its left neighbour where that reaches
 // so far. Items that touched each other still do. `places` receives the index of every item in the

@@ -131,8 +131,8 @@ std::size_t enclosedLabel(TextView line, std::size_t begin) {
 
 class BracketReader {
   public:
-    BracketReader(TextView line, std::size_t column, std::size_t index)
-        : line_(line), column_(column), index_(index) {}
+    BracketReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading)
+        : line_(line), column_(column), index_(index), reading_(reading) {}
     std::optional<BracketedLine> read();
 
   private:
@@ -143,6 +143,7 @@ class BracketReader {
     TextView line_;
     std::size_t column_;  // cell of the next character
     std::size_t index_;
+    const ChordReading& reading_;
     std::size_t roomEnd_ = 0;  // first cell behind the last chord and a blank
     BracketedLine result_;
 };
@@ -169,9 +170,12 @@ std::size_t BracketReader::chordAt(std::size_t at) {
     if (close == TextView::npos || ahead[close] != u']')
         return 0;
     const TextView inside = ahead.substr(1, close - 1);
-    std::vector<RowItem> row = readRow(inside, 0, index_ + at + 1);
-    // "[x2]" and "[/]" alone are text too.
+    std::vector<RowItem> row = readRow(inside, 0, index_ + at + 1, reading_);
+    // "[x2]" and "[/]" alone are text too, and "[Go]" is.
+    const bool isWord = row.size() == 1 && row[0].wordToo == WordToo::Anywhere &&
+                        TextView(u"oa").find(inside.back()) != TextView::npos;
     const bool chords =
+        !isWord &&
         std::any_of(row.begin(), row.end(),
                     [](const RowItem& item) {
                         return item.kind == RowItemKind::Chord ||
@@ -262,10 +266,11 @@ bool isKnownDirective(const Directive& directive) {
                        [&](const auto& names) { return isName(names.second); });
 }
 
-std::optional<BracketedLine> readBrackets(TextView line, std::size_t column, std::size_t index) {
+std::optional<BracketedLine> readBrackets(TextView line, std::size_t column, std::size_t index,
+                                          const ChordReading& reading) {
     if (line.find(u'[') == TextView::npos)
         return std::nullopt;
-    return BracketReader(line, column, index).read();
+    return BracketReader(line, column, index, reading).read();
 }
 
 std::size_t sectionLabelLength(TextView line) {

@@ -40,8 +40,9 @@ struct BracketedLine {
 
 // Nothing where no bracket holds a chord. Other brackets, and those without a partner, are text.
 // `index` is where the line begins in the numbers of the items, `column` where on the screen.
+// `reading` is what the symbols of the song mean.
 std::optional<BracketedLine> readBrackets(TextView line, std::size_t column = 0,
-                                          std::size_t index = 0);
+                                          std::size_t index = 0, const ChordReading& reading = {});
 
 // How many UTF-16 units at the start of the line are the label of a section ("Intro:",
 // "[Verse 2]", "Chorus"), blanks before it included; 0 where there is none.

@@ -40,14 +40,30 @@ TextView environmentLabel(TextView value) {
     return value.substr(0, value.find(u'"'));
 }
 
+bool isPlainRow(const SourceLine& line) {
+    return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
+}
+
+bool isWords(const SourceLine& line) {
+    return line.verdict == LineVerdict::Lyrics && !trimmed(line.text).empty();
+}
+
 class Importer {
   public:
-    Importer(TextView source, const ChosenVerdicts& chosen) : chosen_(chosen) { split(source); }
+    Importer(TextView source, const ChosenVerdicts& chosen, const ImportOptions& options)
+        : chosen_(chosen), options_(options) {
+        split(source);
+    }
     SongImport run();
 
   private:
     void split(TextView source);
     void judge();
+    void judgeByDirectives();
+    void readNotation();
+    void judgeSmallRows();
+    void judgeLoneWords();
+    bool isAmongChords(std::size_t number, bool isWordAnywhere) const;
     void findProportionalRows();
     void write(std::size_t number);
     void writeChords(std::size_t number);
@@ -59,7 +75,10 @@ class Importer {
     void writeLine(std::size_t number, Text text, bool isChords);
     void remarkOn(SourceLine& line) const;
 
+    const ChordReading& reading() const { return song_.notation.reading; }
+
     const ChosenVerdicts& chosen_;
+    const ImportOptions& options_;
     SongImport song_;
     bool isChordPro_ = false;
     bool isProportional_ = false;
@@ -75,7 +94,7 @@ void Importer::split(TextView source) {
 }
 
 // Lines of a tablature or grid environment are its, whatever they look like.
-void Importer::judge() {
+void Importer::judgeByDirectives() {
     bool isEnvironment = false;
     for (SourceLine& line : song_.source) {
         line.verdict = judgeLine(line.text);
@@ -99,20 +118,105 @@ void Importer::judge() {
         if (isChordPro_ && line.verdict == LineVerdict::Lyrics && line.text.starts_with(u'#'))
             line.verdict = LineVerdict::Directive;
     }
+}
+
+void Importer::readNotation() {
+    NotationReader reader;
+    for (const SourceLine& line : song_.source) {
+        const std::size_t label =
+            line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
+        const TextView text = line.text.substr(label);
+        if (line.verdict == LineVerdict::Tablature || line.verdict == LineVerdict::Directive)
+            continue;
+        if (line.text.find(u'[') != TextView::npos)
+            reader.addBrackets(line.text);
+        else if (line.verdict == LineVerdict::Lyrics)
+            reader.addWords(text);
+        else
+            reader.addRow(text);
+    }
+    song_.notation = reader.result(options_.plainB, options_.plainNinth);
+    if (options_.isLoneLine)
+        song_.notation.reading.smallMinors = true;
+}
+
+// In a song of small minor chords "a  d" are chords, and "[a]" is no label.
+void Importer::judgeSmallRows() {
+    for (SourceLine& line : song_.source) {
+        const TextView text = trimmed(line.text);
+        if (line.verdict == LineVerdict::Lyrics && mayBeSmallRow(text) &&
+            isRowOfChords(readRow(text, 0, 0, reading())))
+            line.verdict = LineVerdict::Chords;
+        const bool isLabel = line.verdict == LineVerdict::Section && text.starts_with(u'[');
+        const TextView inside = text.substr(0, text.find(u']'));
+        if (!isLabel || !mayBeSmallRow(inside.substr(1)))
+            continue;
+        if (const auto bracketed = readBrackets(text, 0, 0, reading());
+            bracketed && bracketed->chords.front().index == 1)
+            line.verdict = bracketed->lyrics.empty() ? LineVerdict::Chords : LineVerdict::Lyrics;
+    }
+}
+
+// Whether there are chords near by: within two lines that are not empty, on either side. What is a
+// word anywhere stands over words, and not below a line of chords.
+bool Importer::isAmongChords(std::size_t number, bool isWordAnywhere) const {
+    constexpr int farthest = 2;
+    const auto& lines = song_.source;
+    const auto isChords = [&](std::size_t i) { return lines[i].verdict == LineVerdict::Chords; };
+    const bool hasWordsBelow = number + 1 < lines.size() && isWords(lines[number + 1]);
+    if (isWordAnywhere && (!hasWordsBelow || (number > 0 && isChords(number - 1))))
+        return false;
+    // Empty lines are passed over, but not without an end.
+    constexpr std::size_t widest = 8;
+    int above = 0;
+    for (std::size_t i = number; i > 0 && number - i < widest && above < farthest; --i) {
+        if (isChords(i - 1))
+            return true;
+        above += trimmed(lines[i - 1].text).empty() ? 0 : 1;
+    }
+    int below = 0;
+    for (std::size_t i = number + 1; i < lines.size() && i - number <= widest && below < farthest;
+         ++i) {
+        if (isChords(i))
+            return true;
+        below += trimmed(lines[i].text).empty() ? 0 : 1;
+    }
+    return false;
+}
+
+// "Ami" alone on a line is a word, unless there are chords around it.
+void Importer::judgeLoneWords() {
+    constexpr std::size_t longest = 24;
+    for (std::size_t number = 0; number < song_.source.size(); ++number) {
+        SourceLine& line = song_.source[number];
+        const TextView text = trimmed(line.text);
+        if (line.verdict != LineVerdict::Lyrics || text.empty() || text.size() > longest)
+            continue;
+        const bool mayBegin = text[0] == u'(' || (text[0] >= u'A' && text[0] <= u'H') ||
+                              (reading().smallMinors && text[0] >= u'a' && text[0] <= u'h');
+        if (!mayBegin)
+            continue;
+        const std::vector<RowItem> row = readRow(text, 0, 0, reading());
+        const bool isAnywhere = std::any_of(row.begin(), row.end(), [](const RowItem& item) {
+            return item.wordToo == WordToo::Anywhere;
+        });
+        if (mayBeRowOfChords(row) && (options_.isLoneLine || isAmongChords(number, isAnywhere)))
+            line.verdict = LineVerdict::Chords;
+    }
+}
+
+void Importer::judge() {
+    judgeByDirectives();
+    readNotation();
+    if (reading().smallMinors)
+        judgeSmallRows();
+    judgeLoneWords();
     for (const auto& [number, verdict] : chosen_) {
         if (number < song_.source.size()) {
             song_.source[number].verdict = verdict;
             song_.source[number].chosen = true;
         }
     }
-}
-
-bool isPlainRow(const SourceLine& line) {
-    return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
-}
-
-bool isWords(const SourceLine& line) {
-    return line.verdict == LineVerdict::Lyrics && !trimmed(line.text).empty();
 }
 
 // One song is typed in one font: its pairs of chords and words are judged together.
@@ -164,7 +268,7 @@ void Importer::writeChords(std::size_t number) {
     const TextView text = song_.source[number].text;
     if (writeBrackets(number, text, 0, 0))
         return;
-    std::vector<RowItem> row = readRow(text);
+    std::vector<RowItem> row = readRow(text, 0, 0, reading());
     const bool hasWords = number + 1 < song_.source.size() && isWords(song_.source[number + 1]);
     if (isProportional_ && hasWords && !song_.source[number].chosen) {
         moveToSyllables(row, text, song_.source[number + 1].text);
@@ -179,8 +283,8 @@ void Importer::writeSection(std::size_t number) {
     const TextView text = song_.source[number].text;
     const std::size_t label = sectionLabelLength(text);
     const TextView behind = text.substr(label);
-    const std::vector<RowItem> row = readRow(behind, cellsOf(text.substr(0, label)), label);
-    const bool brackets = label > 0 && readBrackets(behind).has_value();
+    const std::vector<RowItem> row = readRow(behind, cellsOf(text.substr(0, label)), label, reading());
+    const bool brackets = label > 0 && readBrackets(behind, 0, 0, reading()).has_value();
     if (label == 0 || (!brackets && !isRowOfChords(row))) {
         writeText(number, text);
         return;
@@ -223,7 +327,7 @@ void Importer::writeDirective(std::size_t number) {
 
 bool Importer::writeBrackets(std::size_t number, TextView text, std::size_t column,
                              std::size_t index) {
-    std::optional<BracketedLine> bracketed = readBrackets(text, column, index);
+    std::optional<BracketedLine> bracketed = readBrackets(text, column, index, reading());
     if (!bracketed)
         return false;
     writeRowItems(number, std::move(bracketed->chords));
@@ -313,8 +417,8 @@ Text SongImport::chart() const {
     return text;
 }
 
-SongImport importSong(TextView source, const ChosenVerdicts& chosen) {
-    return Importer(source, chosen).run();
+SongImport importSong(TextView source, const ChosenVerdicts& chosen, const ImportOptions& options) {
+    return Importer(source, chosen, options).run();
 }
 
 }  // namespace melvorin

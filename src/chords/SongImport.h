@@ -13,6 +13,7 @@
 
 #include "base/Text.h"
 #include "chords/LineVerdict.h"
+#include "chords/SongNotation.h"
 
 namespace melvorin {
 
@@ -68,6 +69,7 @@ struct SongImport {
     std::vector<SourceLine> source;
     std::vector<ImportedLine> lines;
     std::vector<ImportedChord> chords;  // in the order of the source
+    SongNotation notation;              // what the symbols were read as
 
     // The chart as one text. A line takes the end of the line it came from.
     Text chart() const;
@@ -76,7 +78,20 @@ struct SongImport {
 // Verdicts of the user, by the number of the source line.
 using ChosenVerdicts = std::map<std::size_t, LineVerdict>;
 
+// What the user says about the whole song. Each is a switch of its own, and Auto means what the song
+// tells (`SongImport::notation` has what was found, and whether there is anything to decide).
+struct ImportOptions {
+    PlainB plainB = PlainB::Auto;              // B is B flat, or B
+    PlainNinth plainNinth = PlainNinth::Auto;  // C9 is C7/9, or C with an added ninth
+    // The source is one line of a song that is not known: it is a line of chords if it is one in
+    // some song.
+    bool isLoneLine = false;
+
+    friend bool operator==(const ImportOptions&, const ImportOptions&) = default;
+};
+
 // The characters of `source` must outlive the result.
-SongImport importSong(TextView source, const ChosenVerdicts& chosen = {});
+SongImport importSong(TextView source, const ChosenVerdicts& chosen = {},
+                      const ImportOptions& options = {});
 
 }  // namespace melvorin

@@ -1,0 +1,209 @@
+#include "chords/SongNotation.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "chords/CellWidth.h"
+#include "chords/ChordRow.h"
+#include "chords/ChordSpelling.h"
+
+namespace melvorin {
+namespace {
+
+constexpr ChordReading kSmallReading{Naming::Letters, true, false};
+constexpr std::size_t kLongestBracket = 80;
+
+bool contains(TextView text, TextView part) {
+    return text.find(part) != TextView::npos;
+}
+
+bool isSmall(TextView chord) {
+    return !chord.empty() && chord[0] >= u'a' && chord[0] <= u'h';
+}
+
+// Calls `use` with every run of the text that has no blank, bar or bracket in it.
+template <class Use>
+void forEachRun(TextView text, Use use) {
+    const auto parts = [](char16_t c) {
+        return isAnyBlank(c) || c == u'|' || c == u'(' || c == u')' || c == u'[' || c == u']';
+    };
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at;
+        while (end < text.size() && !parts(text[end]))
+            ++end;
+        if (end > at)
+            use(text.substr(at, end - at));
+        at = end + 1;
+    }
+}
+
+// Calls `use` with what stands in each bracket.
+template <class Use>
+void forEachBracket(TextView line, Use use) {
+    for (std::size_t at = line.find(u'['); at != TextView::npos; at = line.find(u'[', at + 1)) {
+        const std::size_t close = line.substr(0, at + kLongestBracket).find(u']', at);
+        if (close != TextView::npos)
+            use(line.substr(at + 1, close - at - 1));
+    }
+}
+
+// "C9", "Am11": no accidental and no other number.
+bool isPlainNinth(TextView suffix) {
+    if (suffix.starts_with(u'm'))
+        suffix.remove_prefix(1);
+    suffix = suffix.substr(0, suffix.find(u'/'));
+    return suffix == u"9" || suffix == u"11" || suffix == u"13";
+}
+
+bool isAmerican(TextView suffix) {
+    const std::size_t seventh = suffix.find(u"M7");
+    return contains(suffix, u"maj") || contains(suffix, u"Maj") || contains(suffix, u"sus") ||
+           contains(suffix, u"add") || seventh != TextView::npos;
+}
+
+bool isOfTheHouse(TextView suffix) {
+    if (contains(suffix, u"7M") || suffix.ends_with(u"7+") || contains(suffix, u"7+/"))
+        return true;
+    const std::size_t fourth = suffix.find(u'4');
+    return fourth != TextView::npos && !contains(suffix, u"sus") && !contains(suffix, u"add") &&
+           (fourth == 0 || suffix[fourth - 1] == u'/' || suffix[fourth - 1] == u'7' ||
+            suffix[fourth - 1] == u'm');
+}
+
+// Whether a line may have a German name: most lines of chords have none of these.
+bool mayHaveGermanName(TextView line) {
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const char16_t c = line[i];
+        if (c == u'H' || c == 0xFF28 || (c == u's' && i > 0 && TextView(u"AEie").find(line[i - 1]) != TextView::npos))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+// A run of a row of chords. Signs are looked for by their text, which is enough: the row has been
+// judged.
+void NotationReader::addChord(TextView chord) {
+    if (chord.empty() || isSmall(chord))
+        return;
+    const auto root = readNoteName(chord, {});
+    if (!root)
+        return;
+    TextView suffix = chord.substr(root->length);
+    hasPlainB_ = hasPlainB_ || chord.substr(0, root->length) == u"B";
+    hasFlatB_ = hasFlatB_ || chord.substr(0, root->length) == u"Bb" || chord.starts_with(u"B\u266D");
+    americanSigns_ += isAmerican(suffix) ? 1U : 0U;
+    houseSigns_ += isOfTheHouse(suffix) ? 1U : 0U;
+    hasPlainNinths_ = hasPlainNinths_ || isPlainNinth(suffix);
+    const bool isMinor = suffix.starts_with(u'm') && !suffix.starts_with(u"ma");
+    hasCapitalMinors_ = hasCapitalMinors_ || isMinor || suffix == u"-" || suffix.starts_with(u"-7");
+    if (const std::size_t slash = suffix.rfind(u'/'); slash != TextView::npos) {
+        const TextView bass = suffix.substr(slash + 1);
+        hasPlainB_ = hasPlainB_ || bass == u"B";
+        hasFlatB_ = hasFlatB_ || bass == u"Bb";
+    }
+}
+
+// German names are sure only where the whole symbol can be read: "Hold" is none.
+void NotationReader::addItems(TextView line) {
+    if ((hasGermanNames_ && hasEndings_) || !mayHaveGermanName(line))
+        return;
+    for (const RowItem& item : readRow(line)) {
+        if (item.kind != RowItemKind::Chord)
+            continue;
+        const Text chord = usualNote(line.substr(item.index, item.length));
+        for (const ColumnRange& range : notesOfChord(chord)) {
+            const auto note = readNoteName(TextView(chord).substr(range.column), {});
+            hasGermanNames_ = hasGermanNames_ || (note && note->isGerman);
+            hasEndings_ = hasEndings_ || (note && note->isGerman && note->length > 1);
+        }
+    }
+}
+
+void NotationReader::addSmall(TextView row) {
+    const std::vector<RowItem> items = readRow(row, 0, 0, kSmallReading);
+    std::size_t small = 0;
+    std::size_t capital = 0;
+    for (const RowItem& item : items) {
+        if (item.kind == RowItemKind::Word || item.kind == RowItemKind::Unknown)
+            return;
+        if (item.kind != RowItemKind::Chord)
+            continue;
+        const TextView written = row.substr(item.index, item.length);
+        ++(isSmall(written.substr(written.starts_with(u'(') ? 1 : 0)) ? small : capital);
+    }
+    if (small == 0 || capital == 0)
+        return;
+    ++mixedRows_;
+    longMixedRows_ += small + capital >= 3 ? 1U : 0U;
+    addItems(row);
+}
+
+void NotationReader::addRow(TextView row) {
+    forEachRun(row, [this](TextView run) { addChord(run); });
+    addItems(row);
+    if (mayBeSmallRow(row))
+        addSmall(row);
+}
+
+void NotationReader::addBrackets(TextView line) {
+    forEachBracket(line, [this](TextView inside) {
+        forEachRun(inside, [this](TextView run) { addChord(run); });
+        addItems(inside);
+        if (inside.empty() || !houseSpelling(inside, kSmallReading))
+            return;
+        ++(isSmall(inside) ? smallBrackets_ : capitalBrackets_);
+    });
+}
+
+void NotationReader::addWords(TextView line) {
+    if (!mayBeSmallRow(line))
+        return;
+    const std::size_t former = mixedRows_;
+    addSmall(line);
+    if (mixedRows_ > former)
+        forEachRun(line, [this](TextView run) { addChord(run); });
+}
+
+SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
+    SongNotation notation;
+    notation.hasGermanNames = hasGermanNames_;
+    notation.hasPlainNinths = hasPlainNinths_;
+    const bool isGerman = b == PlainB::IsFlat || (b == PlainB::Auto && hasGermanNames_);
+    notation.reading.naming = isGerman ? Naming::German : Naming::Letters;
+    notation.isOpen = b == PlainB::Auto && hasGermanNames_ && hasPlainB_ && hasFlatB_;
+    if (isGerman || hasGermanNames_)
+        notation.signs = hasEndings_ ? GermanSigns::Endings : GermanSigns::Signs;
+    const bool isMixed = longMixedRows_ > 0 || mixedRows_ > 1 ||
+                         (smallBrackets_ > 1 && capitalBrackets_ > 1);
+    notation.reading.smallMinors = isMixed && !hasCapitalMinors_;
+    notation.reading.ninthsHaveSevenths =
+        ninth == PlainNinth::HasSeventh ||
+        (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);
+    return notation;
+}
+
+bool mayBeSmallRow(TextView line) {
+    constexpr std::size_t longest = 12;
+    bool some = false;
+    bool may = true;
+    std::size_t length = 0;
+    for (const char16_t c : line) {
+        if (isAnyBlank(c) || c == u'|' || c == u'(' || c == u')') {
+            length = 0;
+            continue;
+        }
+        const bool small = c >= u'a' && c <= u'h';
+        if (length++ == 0) {
+            some = some || small;
+            may = small || (c >= u'A' && c <= u'H') || c == u'/' || c == u'-' || c == u'%';
+        }
+        if (!may || length > longest)
+            return false;
+    }
+    return some;
+}
+
+}  // namespace melvorin
