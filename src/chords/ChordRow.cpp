@@ -66,16 +66,6 @@ constexpr TextView kWords[] = {u"Ao",  u"Bo", u"Co", u"Do",  u"Eo",  u"Fo",  u"G
                                u"Ema", u"As", u"Es", u"Des", u"Dis", u"Ais", u"Ces", u"Ges"};
 constexpr TextView kLoneWords[] = {u"Ami", u"Emi", u"Amin", u"Emin", u"H", u"Hm"};
 
-WordToo wordToo(TextView text) {
-    const auto is = [&](TextView word) { return text == word; };
-    const bool isSmall = text[0] >= u'a' && text[0] <= u'h';
-    if (std::any_of(std::begin(kWords), std::end(kWords), is))
-        return WordToo::Anywhere;
-    const bool isAlone = std::any_of(std::begin(kLoneWords), std::end(kLoneWords), is) ||
-                         (isSmall && text.find_first_of(u"0123456789#/") == TextView::npos);
-    return isAlone ? WordToo::Alone : WordToo::No;
-}
-
 // One that is hardly a word, not even in front of other words: "G", "Am7", but not "A" and "Em".
 bool isFirm(const RowItem& item) {
     const TextView chord = item.shown;
@@ -339,6 +329,16 @@ RowCount countOf(const std::vector<RowItem>& row) {
 }
 
 }  // namespace
+
+WordToo wordToo(TextView chord) {
+    const auto is = [&](TextView word) { return chord == word; };
+    const bool isSmall = chord[0] >= u'a' && chord[0] <= u'h';
+    if (std::any_of(std::begin(kWords), std::end(kWords), is))
+        return WordToo::Anywhere;
+    const bool isAlone = std::any_of(std::begin(kLoneWords), std::end(kLoneWords), is) ||
+                         (isSmall && chord.find_first_of(u"0123456789#/") == TextView::npos);
+    return isAlone ? WordToo::Alone : WordToo::No;
+}
 
 std::vector<RowItem> readRow(TextView line, std::size_t column, std::size_t index,
                              const ChordReading& reading) {

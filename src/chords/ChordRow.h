@@ -25,6 +25,8 @@ enum class RowItemKind {
 // "As").
 enum class WordToo { No, Alone, Anywhere };
 
+WordToo wordToo(TextView chord);
+
 struct RowItem {
     RowItemKind kind = RowItemKind::Word;
     std::size_t index = 0;   // of its first UTF-16 unit in the line

@@ -58,8 +58,8 @@ std::optional<Key> readGermanKey(TextView text) {
 // A chord as it is written, without what stands around it.
 struct Spelled {
     int root = 0;
-    bool isGermanB = false;  // "B" itself: a half step lower where there is an H
-    bool isH = false;
+    bool isGermanB = false;  // "B" itself: a half step lower where there are German names
+    bool isGerman = false;   // "H", "Fis"
     bool hasMajorWord = false;  // writes major sevenths as "maj7" or "M7", so "7+" is none
     ChordQuality quality = ChordQuality::Major;
     ChordQuality qualityBesideWords = ChordQuality::Major;
@@ -72,17 +72,20 @@ struct Token {
     Spelled chord;
 };
 
-Spelled spelledChord(TextView text) {
-    const std::size_t length = noteOrHLength(text);
-    const TextView suffix = text.substr(length);
+// Nothing where the text begins with no note.
+std::optional<Spelled> spelledChord(TextView text) {
+    const Text usual = usualNote(text);
+    const auto note = readNoteName(usual, {});
+    if (!note)
+        return std::nullopt;
+    const TextView suffix = TextView(usual).substr(note->length);
     constexpr TextView words[] = {u"M7", u"maj7", u"Maj7", u"j7"};
-    const bool isH = text[0] == u'H';
-    return {rootOf(text.substr(0, length)),
-            length == 1 && text[0] == u'B',
-            isH,
-            containsAny(suffix, words),
-            qualityOf(suffix),
-            qualityOf(suffix, false)};
+    return Spelled{note->steps,
+                   note->length == 1 && usual[0] == u'B',
+                   note->isGerman,
+                   containsAny(suffix, words),
+                   qualityOf(suffix),
+                   qualityOf(suffix, false)};
 }
 
 Token readToken(TextView text) {
@@ -96,12 +99,11 @@ Token readToken(TextView text) {
     const bool isClosed = contains(text, u"(");
     while (!text.empty() && (text.back() == u',' || (text.back() == u')' && !isClosed)))
         text.remove_suffix(1);
-    if (noteOrHLength(text) == 0)
-        return {};
-    // Names with H are read by the rest of them: an H is no other note's.
-    const Text read = text[0] == u'H' ? Text(u"B").append(text.substr(1)) : Text(text);
-    const bool isChord = houseSpelling(read).has_value() || resemblesChord(text);
-    return isChord ? Token{TokenKind::Chord, spelledChord(text)} : Token{};
+    const auto spelled = spelledChord(text);
+    // What is a word as well depends on the row.
+    const bool isChord = spelled && wordToo(text) != WordToo::Anywhere &&
+                         (houseSpelling(text) || resemblesChord(text));
+    return isChord ? Token{TokenKind::Chord, *spelled} : Token{};
 }
 
 class Reader {
@@ -195,9 +197,11 @@ void Reader::readItems(TextView line, const std::vector<RowItem>& items) {
             endRow();
         if (item.kind != RowItemKind::Chord && item.kind != RowItemKind::Unknown)
             continue;
-        const Token& read = token(line.substr(item.index, item.length));
-        if (read.kind == TokenKind::Chord)
+        const TextView written = line.substr(item.index, item.length);
+        if (const Token& read = token(written); read.kind == TokenKind::Chord)
             add(read.chord);
+        else if (const auto spelled = spelledChord(written); spelled)
+            add(*spelled);
     }
     endRow();
 }
@@ -261,7 +265,7 @@ SongChords Reader::read(TextView song) {
         return std::any_of(spelled_.begin(), spelled_.end(),
                            [&](const Spelled& chord) { return chord.*member; });
     };
-    const bool german = any(&Spelled::isH);
+    const bool german = any(&Spelled::isGerman);
     const bool words = any(&Spelled::hasMajorWord);
     for (std::size_t i = 0; i < spelled_.size(); ++i) {
         if (german && spelled_[i].isGermanB)

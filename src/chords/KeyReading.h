@@ -36,8 +36,8 @@ struct SongChords {
     std::optional<StatedKey> stated;
 };
 
-// Reads chords over words, in brackets, and behind labels, with bars or without. Names with H are
-// German: B is a half step below it then.
+// Reads chords over words, in brackets, and behind labels, with bars or without. Where
+// some names are German ("H", "Fis"), B is a half step below H.
 SongChords readSongChords(TextView song);
 
 }  // namespace melvorin

@@ -45,7 +45,7 @@ bool hasRootLetter(TextView line) {
     });
 }
 
-// Whether letters behind a root can be a suffix: "m", "min", "bmaj", "sus".
+// Whether letters behind a root can be a suffix or an ending of its name: "m", "min", "bmaj", "ism".
 bool isSuffixOfLetters(TextView letters) {
     static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim", u"aug", u"sus",
                                          u"add",   u"ad",    u"bo",  u"ma",  u"mi",  u"m",   u"b"};
@@ -116,33 +116,11 @@ bool mayBeRow(TextView line) {
     return words == 0 || chords > 2 * words;
 }
 
-// ---- H ---------------------------------------------------------------------------------------
-
-constexpr bool isH(char16_t c) {
-    return c == u'H' || c == 0xFF28;
-}
-
-// Writes B for every H of a chord, so that the importer reads the chord.
-void writeHAsB(Text& song) {
-    constexpr std::size_t longest = 25;  // more is no chord
-    static constexpr TextView blanks = u" \t\r\n\v\u00A0\u3000";
-    static constexpr TextView signs = u"[]()|,;:.>~=*\u2016\u00A6\u2026\u2192";
-    static constexpr TextView dashes = u"-\u2010\u2011\u2013\u2014\u00B7";
-    for (std::size_t at = 0; at < song.size(); ++at) {
-        const char16_t before = at == 0 ? u' ' : song[at - 1];
-        if (!isH(song[at]) || isAlphanumeric(before))
-            continue;
-        song[at] -= u'H' - u'B';
-        // "Hm7(9)", "(Hm)" and "|Hm.", "Hm-C"; behind a slash "H" is a bass.
-        TextView chord = TextView(song).substr(at, longest);
-        bool isChord = false;
-        for (const TextView ends : {blanks, signs, dashes}) {
-            chord = chord.substr(0, chord.find_first_of(ends));
-            isChord = isChord || houseSpelling(chord);
-        }
-        if (!isChord)
-            song[at] += u'H' - u'B';
-    }
+// "[a]" may be a chord of a song whose small letters are minor ones.
+bool hasSmallBracket(TextView line) {
+    const std::size_t at = line.find(u'[');
+    return at + 1 < line.size() && at != TextView::npos && line[at + 1] >= u'a' &&
+           line[at + 1] <= u'h';
 }
 
 // ---- The whole song --------------------------------------------------------------------------
@@ -152,7 +130,8 @@ bool hasNoteLetter(TextView line) {
 }
 
 // The notes of a chord, and those of each where dashes join some that cannot all be read.
-void addNotes(const ImportedChord& chord, std::vector<ColumnRange>& notes) {
+void addNotes(const ImportedChord& chord, const ChordReading& reading,
+              std::vector<ColumnRange>& notes) {
     std::size_t begin = 0;
     do {
         const bool whole = chord.isRead;
@@ -160,18 +139,18 @@ void addNotes(const ImportedChord& chord, std::vector<ColumnRange>& notes) {
             whole ? chord.written.size()
                   : std::min(chord.written.find(u'-', begin), chord.written.size());
         const TextView part = chord.written.substr(begin, end - begin);
-        if (begin == 0 || houseSpelling(part) || resemblesChord(part)) {
-            for (const ColumnRange& note : notesOfChord(part))
+        if (begin == 0 || houseSpelling(part, reading) || resemblesChord(part)) {
+            for (const ColumnRange& note : notesOfChord(part, reading))
                 notes.push_back({chord.sourceIndex + begin + note.column, note.length});
         }
         begin = end + 1;
     } while (begin < chord.written.size());
 }
 
-bool isInBrackets(const SourceLine& line) {
+bool isInBrackets(const SourceLine& line, const ChordReading& reading) {
     const std::size_t label =
         line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
-    return readBrackets(line.text.substr(label)).has_value();
+    return readBrackets(line.text.substr(label), 0, 0, reading).has_value();
 }
 
 class Search {
@@ -179,19 +158,20 @@ class Search {
     Search(TextView song, std::span<const ColumnRange> pictures) : song_(song), readable_(song) {
         for (const ColumnRange& picture : pictures)
             readable_.replace(picture.column, picture.length, picture.length, u' ');
-        writeHAsB(readable_);
     }
     LeftOver run();
 
   private:
     bool lookBriefly();
     void addLine(std::size_t number, const SourceLine& line, std::span<const ImportedChord> chords);
+    bool hasPlainB(std::span<const ImportedChord> chords) const;
     TextView originalOf(TextView line) const {
         return song_.substr(static_cast<std::size_t>(line.data() - readable_.data()), line.size());
     }
 
     TextView song_;
     Text readable_;  // as long as the song
+    SongNotation notation_;
     LeftOver result_;
 };
 
@@ -212,22 +192,32 @@ bool Search::lookBriefly() {
     return found;
 }
 
+// A B by itself, not a "Bb".
+bool Search::hasPlainB(std::span<const ImportedChord> chords) const {
+    return std::any_of(chords.begin(), chords.end(), [](const ImportedChord& chord) {
+        const std::vector<ColumnRange> notes = notesOfChord(chord.written);
+        return std::any_of(notes.begin(), notes.end(), [&](const ColumnRange& note) {
+            return chord.written.substr(note.column, note.length) == u"B";
+        });
+    });
+}
+
 void Search::addLine(std::size_t number, const SourceLine& line,
                      std::span<const ImportedChord> chords) {
     const TextView original = originalOf(line.text);
     if (IsChordLine(original)) {
         if (chords.empty() && hasNoteLetter(line.text))
             result_.changedWords.push_back(number);
+        if (notation_.signs != GermanSigns::None && hasPlainB(chords))
+            result_.movesFlatBAsNatural = true;
         return;
     }
     if (chords.empty())
         return;
-    LeftOverLine added{number, {}, isInBrackets(line)};
+    LeftOverLine added{number, {}, isInBrackets(line, notation_.reading), notation_.signs,
+                       notation_.reading.smallMinors};
     for (const ImportedChord& chord : chords)
-        addNotes(chord, added.notes);
-    result_.hasH = result_.hasH ||
-                   std::any_of(added.notes.begin(), added.notes.end(),
-                               [&](const ColumnRange& note) { return isH(original[note.column]); });
+        addNotes(chord, notation_.reading, added.notes);
     const auto states = [&](const KeyLine& key) {
         return key.number == number && chords.size() == 1 && !added.notes.empty() &&
                added.notes.front().column == key.note.column;
@@ -240,6 +230,9 @@ LeftOver Search::run() {
     if (!lookBriefly())
         return std::move(result_);
     const SongImport song = importSong(readable_);
+    notation_ = song.notation;
+    result_.hasGermanNames = notation_.hasGermanNames;
+    result_.hasH = notation_.isOpen;
     std::span<const ImportedChord> chords = song.chords;
     for (std::size_t number = 0; number < song.source.size(); ++number) {
         std::size_t count = 0;
@@ -258,11 +251,13 @@ LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
 }
 
 bool mayBeLeftOver(TextView line) {
-    if (!hasRootLetter(line) || !mayBeRow(line))
+    const bool mayBe = (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) ||
+                       hasSmallBracket(line);
+    if (!mayBe)
         return false;
-    Text readable(line);
-    writeHAsB(readable);
-    return !importSong(readable).chords.empty();
+    ImportOptions options;
+    options.isLoneLine = true;
+    return !importSong(line, {}, options).chords.empty();
 }
 
 }  // namespace melvorin

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/Text.h"
+#include "chords/NoteNames.h"
 #include "chords/Transpose.h"
 
 namespace melvorin {
@@ -23,6 +24,9 @@ struct LeftOverLine {
     // The roots and bass notes of its chords, from left to right, each within the line.
     std::vector<ColumnRange> notes;
     bool inBrackets = false;  // "[Am]word": the chords have no columns of their own
+    // Other than None where the song has German names: its B is a flat one, its H moves as B.
+    GermanSigns signs = GermanSigns::None;
+    bool smallMinors = false;  // a small "a" is a note too
 
     friend bool operator==(const LeftOverLine&, const LeftOverLine&) = default;
 };
@@ -41,8 +45,11 @@ struct LeftOver {
     std::vector<std::size_t> changedWords;
     // Lines that state the key; those are not among `lines`.
     std::vector<KeyLine> keyLines;
-    // Some chord of the song is an H or has one as its bass. What B means in such a song is open,
-    // so its other lines cannot be moved.
+    // The song writes H, "Fis" or "Es", so its B is B flat, and the lines left over are moved so.
+    bool hasGermanNames = false;
+    // Such a song has a B in a line that a key change takes: that moves it as B natural.
+    bool movesFlatBAsNatural = false;
+    // Such a song writes "Bb" too, so what its B means is open; its other lines cannot be moved.
     bool hasH = false;
 };
 
@@ -67,7 +74,9 @@ bool mayBeLeftOver(TextView line);
 // stand in brackets, as KeyChange::moveLine does it; a gap between two chords or words keeps one
 // blank at least. Tabs become the blanks up to the next column of eight. Every other character
 // stays: suffixes, bars, labels, remarks, no-break blanks. Columns are cells of a monospaced font.
-// A note in full-width or musical signs stays in these. `fixed` is as there; a tab in it stays.
+// A note in full-width or musical signs stays in these, and one of a song with German names gets a
+// name as that song writes it: "Hm" becomes "Cm", "F" down "E", "A" up "B" where flats are chosen.
+// `fixed` is as there; a tab in it stays.
 // Notes outside the line, or in `fixed`, are left out.
 MovedLine moveLeftOver(TextView line, const LeftOverLine& found, const KeyChange& change,
                        std::span<const ColumnRange> fixed = {});

@@ -17,10 +17,25 @@ bool isWithin(std::size_t column, std::span<const ColumnRange> ranges) {
     });
 }
 
+// A name of a song with German names, or a small one, in letters: "H" is "B", "as" is "Ab".
+Text inLetters(TextView note, const LeftOverLine& found) {
+    const bool isGerman = found.signs != GermanSigns::None;
+    const ChordReading reading{isGerman ? Naming::German : Naming::Letters, found.smallMinors, false};
+    const auto read = readNoteName(note, reading, NotePlace::Bass);
+    const bool isOther = read && read->length == note.size() &&
+                         (read->isSmall || (isGerman && (read->isGerman || note == u"B")));
+    return isOther ? Text(noteName(read->steps, read->spelling)) : Text(note);
+}
+
 // The name of the note that `change` makes of this one, in the same kind of signs.
-Text movedNote(TextView note, const KeyChange& change) {
+Text movedNote(TextView note, const KeyChange& change, const LeftOverLine& found) {
     Text moved;
-    change.appendTransposed(usualNote(note), moved);
+    const Text usual = usualNote(note);
+    change.appendTransposed(inLetters(usual, found), moved);
+    if (found.signs != GermanSigns::None)
+        moved = germanName(moved, found.signs);
+    if (usual[0] >= u'a')
+        moved[0] += u'a' - u'A';
     if (note[0] >= 0xFF00) {
         for (char16_t& c : moved)
             c += 0xFEE0;
@@ -96,7 +111,7 @@ void LineMover::takeGap() {
 }
 
 void LineMover::takeNote(const ColumnRange& note) {
-    const Text name = movedNote(line_.substr(note.column, note.length), change_);
+    const Text name = movedNote(line_.substr(note.column, note.length), change_, found_);
     replace(note, name);
     newCell_ += cellsOf(name);
     at_ += note.length;
