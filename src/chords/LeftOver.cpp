@@ -164,7 +164,7 @@ class Search {
   private:
     bool lookBriefly();
     void addLine(std::size_t number, const SourceLine& line, std::span<const ImportedChord> chords);
-    bool hasPlainB(std::span<const ImportedChord> chords) const;
+    bool hasOtherNames(std::span<const ImportedChord> chords) const;
     TextView originalOf(TextView line) const {
         return song_.substr(static_cast<std::size_t>(line.data() - readable_.data()), line.size());
     }
@@ -192,12 +192,18 @@ bool Search::lookBriefly() {
     return found;
 }
 
-// A B by itself, not a "Bb".
-bool Search::hasPlainB(std::span<const ImportedChord> chords) const {
-    return std::any_of(chords.begin(), chords.end(), [](const ImportedChord& chord) {
-        const std::vector<ColumnRange> notes = notesOfChord(chord.written);
-        return std::any_of(notes.begin(), notes.end(), [&](const ColumnRange& note) {
-            return chord.written.substr(note.column, note.length) == u"B";
+// Whether the song means another note by some name than its letter says.
+bool Search::hasOtherNames(std::span<const ImportedChord> chords) const {
+    const ChordReading& reading = notation_.reading;
+    if (reading.naming == Naming::Letters && !notation_.hasGermanNames && !reading.smallMinors)
+        return false;
+    return std::any_of(chords.begin(), chords.end(), [&](const ImportedChord& chord) {
+        const std::vector<ColumnRange> notes = notesOfChord(chord.written, reading);
+        return std::any_of(notes.begin(), notes.end(), [&](const ColumnRange& range) {
+            const TextView name = chord.written.substr(range.column, range.length);
+            const auto note = readNoteName(name, reading, NotePlace::Bass);
+            return note && (note->isGerman || note->isSmall ||
+                            (name == u"B" && reading.naming == Naming::German));
         });
     });
 }
@@ -208,8 +214,7 @@ void Search::addLine(std::size_t number, const SourceLine& line,
     if (IsChordLine(original)) {
         if (chords.empty() && hasNoteLetter(line.text))
             result_.changedWords.push_back(number);
-        if (notation_.signs != GermanSigns::None && hasPlainB(chords))
-            result_.movesFlatBAsNatural = true;
+        result_.misreadsNames = result_.misreadsNames || hasOtherNames(chords);
         return;
     }
     if (chords.empty())

@@ -47,8 +47,9 @@ struct LeftOver {
     std::vector<KeyLine> keyLines;
     // The song writes H, "Fis" or "Es", so its B is B flat, and the lines left over are moved so.
     bool hasGermanNames = false;
-    // Such a song has a B in a line that a key change takes: that moves it as B natural.
-    bool movesFlatBAsNatural = false;
+    // A line that a key change takes has names that it reads in another way than the song: a B that
+    // is flat, "Fis", a small "a". It moves the first as B natural and leaves the others.
+    bool misreadsNames = false;
     // Such a song writes "Bb" too, so what its B means is open; its other lines cannot be moved.
     bool hasH = false;
 };

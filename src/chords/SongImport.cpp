@@ -157,14 +157,23 @@ void Importer::judgeSmallRows() {
     }
 }
 
-// Whether there are chords near by: within two lines that are not empty, on either side. What is a
-// word anywhere stands over words, and not below a line of chords.
+// Whether a line whose chords are words too is one of chords, by the lines around it: there are
+// chords within two lines that are not empty, and it stands over words or between lines of chords.
+// What is a word anywhere has to be a German name in a song of such.
 bool Importer::isAmongChords(std::size_t number, bool isWordAnywhere) const {
     constexpr int farthest = 2;
     const auto& lines = song_.source;
-    const auto isChords = [&](std::size_t i) { return lines[i].verdict == LineVerdict::Chords; };
-    const bool hasWordsBelow = number + 1 < lines.size() && isWords(lines[number + 1]);
-    if (isWordAnywhere && (!hasWordsBelow || (number > 0 && isChords(number - 1))))
+    const auto isChords = [&](std::size_t i) {
+        return i < lines.size() && lines[i].verdict == LineVerdict::Chords;
+    };
+    const bool isOverWords = number + 1 < lines.size() && isWords(lines[number + 1]);
+    const bool isBelowChords = number > 0 && isChords(number - 1);
+    const bool isBetween = isBelowChords && isChords(number + 1);
+    const TextView text = trimmed(lines[number].text);
+    const bool isName = song_.notation.hasGermanNames && text.back() != u'o' && text.back() != u'a';
+    const bool mayBe = isWordAnywhere ? isName && isOverWords && !isBelowChords
+                                      : isOverWords || isBetween || (isName && !isBelowChords);
+    if (!mayBe)
         return false;
     // Empty lines are passed over, but not without an end.
     constexpr std::size_t widest = 8;

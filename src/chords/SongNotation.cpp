@@ -72,10 +72,10 @@ bool isOfTheHouse(TextView suffix) {
 }
 
 // Whether a line may have a German name: most lines of chords have none of these.
-bool mayHaveGermanName(TextView line) {
+bool mayHaveGermanName(TextView line, bool small) {
     for (std::size_t i = 0; i < line.size(); ++i) {
         const char16_t c = line[i];
-        if (c == u'H' || c == 0xFF28 || (c == u's' && i > 0 && TextView(u"AEie").find(line[i - 1]) != TextView::npos))
+        if (c == u'H' || (small && c == u'h') || c == 0xFF28 || (c == u's' && i > 0 && TextView(u"AEaeie").find(line[i - 1]) != TextView::npos))
             return true;
     }
     return false;
@@ -106,18 +106,22 @@ void NotationReader::addChord(TextView chord) {
     }
 }
 
-// German names are sure only where the whole symbol can be read: "Hold" is none.
-void NotationReader::addItems(TextView line) {
-    if ((hasGermanNames_ && hasEndings_) || !mayHaveGermanName(line))
+// German names are sure only where the whole symbol can be read: "Hold" is none. Small ones are sure
+// only where the song has small chords.
+void NotationReader::addItems(TextView line, const ChordReading& reading) {
+    if ((hasGermanNames_ && hasEndings_) || !mayHaveGermanName(line, reading.smallMinors))
         return;
-    for (const RowItem& item : readRow(line)) {
+    for (const RowItem& item : readRow(line, 0, 0, reading)) {
         if (item.kind != RowItemKind::Chord)
             continue;
         const Text chord = usualNote(line.substr(item.index, item.length));
-        for (const ColumnRange& range : notesOfChord(chord)) {
-            const auto note = readNoteName(TextView(chord).substr(range.column), {});
-            hasGermanNames_ = hasGermanNames_ || (note && note->isGerman);
-            hasEndings_ = hasEndings_ || (note && note->isGerman && note->length > 1);
+        for (const ColumnRange& range : notesOfChord(chord, reading)) {
+            const auto note = readNoteName(TextView(chord).substr(range.column), reading);
+            if (!note || !note->isGerman)
+                continue;
+            (note->isSmall ? hasSmallGerman_ : hasGermanNames_) = true;
+            if (note->length > 1)
+                (note->isSmall ? hasSmallEndings_ : hasEndings_) = true;
         }
     }
 }
@@ -138,12 +142,12 @@ void NotationReader::addSmall(TextView row) {
         return;
     ++mixedRows_;
     longMixedRows_ += small + capital >= 3 ? 1U : 0U;
-    addItems(row);
+    addItems(row, kSmallReading);
 }
 
 void NotationReader::addRow(TextView row) {
     forEachRun(row, [this](TextView run) { addChord(run); });
-    addItems(row);
+    addItems(row, {});
     if (mayBeSmallRow(row))
         addSmall(row);
 }
@@ -151,7 +155,7 @@ void NotationReader::addRow(TextView row) {
 void NotationReader::addBrackets(TextView line) {
     forEachBracket(line, [this](TextView inside) {
         forEachRun(inside, [this](TextView run) { addChord(run); });
-        addItems(inside);
+        addItems(inside, isSmall(inside) ? kSmallReading : ChordReading());
         if (inside.empty() || !houseSpelling(inside, kSmallReading))
             return;
         ++(isSmall(inside) ? smallBrackets_ : capitalBrackets_);
@@ -169,16 +173,17 @@ void NotationReader::addWords(TextView line) {
 
 SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
     SongNotation notation;
-    notation.hasGermanNames = hasGermanNames_;
-    notation.hasPlainNinths = hasPlainNinths_;
-    const bool isGerman = b == PlainB::IsFlat || (b == PlainB::Auto && hasGermanNames_);
-    notation.reading.naming = isGerman ? Naming::German : Naming::Letters;
-    notation.isOpen = b == PlainB::Auto && hasGermanNames_ && hasPlainB_ && hasFlatB_;
-    if (isGerman || hasGermanNames_)
-        notation.signs = hasEndings_ ? GermanSigns::Endings : GermanSigns::Signs;
     const bool isMixed = longMixedRows_ > 0 || mixedRows_ > 1 ||
                          (smallBrackets_ > 1 && capitalBrackets_ > 1);
-    notation.reading.smallMinors = isMixed && !hasCapitalMinors_;
+    const bool isSmall = isMixed && !hasCapitalMinors_;
+    notation.reading.smallMinors = isSmall;
+    notation.hasGermanNames = hasGermanNames_ || (isSmall && hasSmallGerman_);
+    notation.hasPlainNinths = hasPlainNinths_;
+    const bool isGerman = b == PlainB::IsFlat || (b == PlainB::Auto && notation.hasGermanNames);
+    notation.reading.naming = isGerman ? Naming::German : Naming::Letters;
+    notation.isOpen = b == PlainB::Auto && notation.hasGermanNames && hasPlainB_ && hasFlatB_;
+    if (isGerman || notation.hasGermanNames)
+        notation.signs = hasEndings_ || (isSmall && hasSmallEndings_) ? GermanSigns::Endings : GermanSigns::Signs;
     notation.reading.ninthsHaveSevenths =
         ninth == PlainNinth::HasSeventh ||
         (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);

@@ -48,7 +48,7 @@ class NotationReader {
   private:
     void addChord(TextView chord);
     void addSmall(TextView row);
-    void addItems(TextView line);
+    void addItems(TextView line, const ChordReading& reading);
 
     std::size_t americanSigns_ = 0;
     std::size_t houseSigns_ = 0;
@@ -59,6 +59,8 @@ class NotationReader {
     bool hasCapitalMinors_ = false;
     bool hasGermanNames_ = false;
     bool hasEndings_ = false;
+    bool hasSmallGerman_ = false;  // "h", "fis"
+    bool hasSmallEndings_ = false;
     bool hasPlainB_ = false;
     bool hasFlatB_ = false;
     bool hasPlainNinths_ = false;

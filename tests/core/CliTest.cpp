@@ -260,6 +260,7 @@ TEST_F(Cli, NamesOrMovesLinesThatAKeyChangeLeaves) {
     const std::string plain = "C  G\nold folks\n";
     const std::string mixed = "C  G\r\nCmaj7\tF\r\n|Am|G/B|\r\nla\r\nIntro: D\r\n";
     const std::string german = "Hm  G\nCmaj7  D\n";
+    const std::string open = "Hm  G\nB  Bb\nCmaj7  D\n";
     // Two parts, as large songs are read; a tablature stays one from its first line on.
     const std::string large = "{start_of_tab}\n" + std::string(40000, '-') + "\nCmaj7 G7sus2\n" +
                               "{end_of_tab}\nEm7 Cmaj7\n";
@@ -270,7 +271,8 @@ TEST_F(Cli, NamesOrMovesLinesThatAKeyChangeLeaves) {
         {plain, "Db Ab\nold folks\n", u"", u""},
         {mixed, "Db Ab\r\nDbmaj7  Gb\r\n|Bbm|Ab/C|\r\nla\r\nIntro: Eb\r\n",
          u"3 lines of chords left: 2, 3, 5", u""},
-        {german, german, u"2 lines of chords left: 1, 2", u"2 lines of chords left: 1, 2"},
+        {german, "Cm  Ab\nDbmaj7 Eb\n", u"2 lines of chords left: 1, 2", u""},
+        {open, "", u"2 lines of chords left: 1, 3", u"2 lines of chords left: 1, 3"},
         {large, "", u"1 line of chords left: 5", u""},
     };
     for (const auto& c : cases) {

@@ -31,7 +31,8 @@ struct MarkedSong {
     Text text;
     std::map<char, std::vector<std::size_t>> lines;  // by their mark
     std::map<std::size_t, Text> moved;
-    bool hasH = false;
+    bool isGerman = false;
+    bool misreads = false;
 };
 
 std::vector<MarkedSong> markedSongs() {
@@ -45,10 +46,12 @@ std::vector<MarkedSong> markedSongs() {
         std::replace(line.begin(), line.end(), u'~', u'\t');
         std::replace(line.begin(), line.end(), u'_', u'\u00A0');
         if (bytes[0] == '=') {
-            songs.push_back({bytes.substr(3), {}, {}, {}, false});
+            songs.push_back({bytes.substr(3), {}, {}, {}, false, false});
             number = 0;
         } else if (bytes[0] == 'H') {
-            songs.back().hasH = true;
+            songs.back().isGerman = true;
+        } else if (bytes[0] == 'B') {
+            songs.back().misreads = true;
         } else if (bytes[0] == '>') {
             songs.back().moved[number - 1] = line;
         } else {
@@ -76,7 +79,8 @@ TEST(LeftOver, IsNamedInSongsOfManyNotations) {
         }
         EXPECT_EQ(left, song.lines['L']);
         EXPECT_EQ(found.changedWords, song.lines['x']);
-        EXPECT_EQ(found.hasH, song.hasH);
+        EXPECT_EQ(found.hasGermanNames, song.isGerman);
+        EXPECT_EQ(found.misreadsNames, song.misreads);
         std::vector<std::size_t> keys;
         for (const KeyLine& key : found.keyLines)
             keys.push_back(key.number);
