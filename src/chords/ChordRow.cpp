@@ -69,8 +69,8 @@ constexpr TextView kLoneWords[] = {u"Ami", u"Emi", u"Amin", u"Emin", u"H", u"Hm"
 // One that is hardly a word, not even in front of other words: "G", "Am7", but not "A" and "Em".
 bool isFirm(const RowItem& item) {
     const TextView chord = item.shown;
-    return item.kind == RowItemKind::Chord && item.wordToo == WordToo::No && chord != u"A" && chord != u"E" &&
-           chord != u"Am" && chord != u"Em";
+    return item.kind == RowItemKind::Chord && item.wordToo == WordToo::No && chord != u"A" &&
+           chord != u"E" && chord != u"Am" && chord != u"Em";
 }
 
 class RowReader {
@@ -259,7 +259,8 @@ bool RowReader::addPair(const Run& run, std::size_t at, bool slash) {
 // played ("Gx2"); or with another chord.
 bool RowReader::addMarked(const Run& run) {
     const TextView text = textOf(run);
-    if (const std::size_t at = text.find_last_not_of(u"!'"); at != TextView::npos && at + 1 < text.size()) {
+    if (const std::size_t at = text.find_last_not_of(u"!'");
+        at != TextView::npos && at + 1 < text.size()) {
         if (!addChord(part(run, 0, at + 1)))
             return false;
         // "A!" is what somebody cries.
@@ -268,7 +269,8 @@ bool RowReader::addMarked(const Run& run) {
         add(RowItemKind::Separator, part(run, at + 1, text.size()), Text());
         return true;
     }
-    if (const std::size_t at = text.find_last_not_of(u"/\\"); at != TextView::npos && at + 1 < text.size()) {
+    if (const std::size_t at = text.find_last_not_of(u"/\\");
+        at != TextView::npos && at + 1 < text.size()) {
         if (!addChord(part(run, 0, at + 1)))
             return false;
         add(RowItemKind::Beat, part(run, at + 1, text.size()), Text(text.size() - at - 1, u'/'));
@@ -300,7 +302,7 @@ struct RowCount {
     std::size_t chords = 0;
     std::size_t unknown = 0;
     std::size_t words = 0;
-    std::size_t wordsToo = 0;   // of the chords
+    std::size_t wordsToo = 0;  // of the chords
     std::size_t anywhere = 0;  // of those
     std::size_t firm = 0;
     bool spaced = false;

@@ -21,8 +21,8 @@ enum class RowItemKind {
     Separator,  // "-", ",", ">" between chords; not part of a chart
 };
 
-// Whether the text of a chord is a word too: where it stands alone ("Ami", "Hm"), or anywhere ("Go",
-// "As").
+// Whether the text of a chord is a word too: where it stands alone ("Ami", "Hm"), or anywhere
+// ("Go", "As").
 enum class WordToo { No, Alone, Anywhere };
 
 WordToo wordToo(TextView chord);

@@ -64,8 +64,8 @@ class SuffixReader {
     const NamedNote& root_;
     const ChordReading& reading_;
     ChordSuffix suffix_;
-    int open_ = 0;              // parentheses
-    int count_ = 0;             // of the numbers read
+    int open_ = 0;   // parentheses
+    int count_ = 0;  // of the numbers read
     bool failed_ = false;
     bool majorAhead_ = false;   // "maj" waits for its number
     bool numbers_ = false;      // a degree has been read
@@ -98,9 +98,9 @@ bool SuffixReader::add(int number, char16_t accidental) {
     };
     // A raised sixth is a seventh, a lowered fourth a third: nobody means those.
     static constexpr Rule rules[] = {
-        {2, Degree::Ninth, u" "},    {4, Degree::Fourth, u" "},      {5, Degree::Fifth, u" #b"},
-        {6, Degree::Sixth, u" b"},   {7, Degree::Seventh, u" "},     {9, Degree::Ninth, u" #b"},
-        {4, Degree::Eleventh, u"#"}, {11, Degree::Eleventh, u" #"},  {13, Degree::Thirteenth, u" b"},
+        {2, Degree::Ninth, u" "},    {4, Degree::Fourth, u" "},     {5, Degree::Fifth, u" #b"},
+        {6, Degree::Sixth, u" b"},   {7, Degree::Seventh, u" "},    {9, Degree::Ninth, u" #b"},
+        {4, Degree::Eleventh, u"#"}, {11, Degree::Eleventh, u" #"}, {13, Degree::Thirteenth, u" b"},
     };
     const auto rule = std::find_if(std::begin(rules), std::end(rules), [&](const Rule& r) {
         return r.number == number && r.accidentals.find(accidental) != TextView::npos;
@@ -267,10 +267,10 @@ bool SuffixReader::takeMajor() {
     const bool added = rest_.starts_with(u"Mad") || rest_.starts_with(u"MAD");
     const bool jazz = rest_.size() > 1 && rest_[0] == u'j' && isDigit(rest_[1]);
     const bool word =
-        added || jazz ? takeAny({u"M", u"j"})
-                      : takeAny({u"major", u"Major", u"maj", u"Maj", u"MAJ", u"ma", u"Ma", u"MA"}) ||
-                            (!rest_.starts_with(u"Mi") && !rest_.starts_with(u"MI") &&
-                             takeAny({u"M"}));
+        added || jazz
+            ? takeAny({u"M", u"j"})
+            : takeAny({u"major", u"Major", u"maj", u"Maj", u"MAJ", u"ma", u"Ma", u"MA"}) ||
+                  (!rest_.starts_with(u"Mi") && !rest_.starts_with(u"MI") && takeAny({u"M"}));
     if (!word)
         return false;
     // Behind something else it is the major seventh or nothing: "Cm(maj7)", "C6maj7".
@@ -436,7 +436,8 @@ bool SuffixReader::finish() {
     // The house says that there is no third by naming the fifth; it has no word for a chord
     // without its fifth, which then is played.
     noThird_ = noThird_ || (suspendedSecond_ && !has(Degree::Fourth));
-    if ((noThird_ && ((fifth != 0 && fifth != u' ') || isDim || noFifth_)) || (noFifth_ && fifth != 0))
+    if ((noThird_ && ((fifth != 0 && fifth != u' ') || isDim || noFifth_)) ||
+        (noFifth_ && fifth != 0))
         return false;
     if (noThird_) {
         if (suffix_.minor && !suspendedSecond_)

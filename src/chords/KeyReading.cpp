@@ -58,8 +58,8 @@ std::optional<Key> readGermanKey(TextView text) {
 // A chord as it is written, without what stands around it.
 struct Spelled {
     int root = 0;
-    bool isGermanB = false;  // "B" itself: a half step lower where there are German names
-    bool isGerman = false;   // "H", "Fis"
+    bool isGermanB = false;     // "B" itself: a half step lower where there are German names
+    bool isGerman = false;      // "H", "Fis"
     bool hasMajorWord = false;  // writes major sevenths as "maj7" or "M7", so "7+" is none
     ChordQuality quality = ChordQuality::Major;
     ChordQuality qualityBesideWords = ChordQuality::Major;
@@ -80,12 +80,9 @@ std::optional<Spelled> spelledChord(TextView text) {
         return std::nullopt;
     const TextView suffix = TextView(usual).substr(note->length);
     constexpr TextView words[] = {u"M7", u"maj7", u"Maj7", u"j7"};
-    return Spelled{note->steps,
-                   note->length == 1 && usual[0] == u'B',
-                   note->isGerman,
-                   containsAny(suffix, words),
-                   qualityOf(suffix),
-                   qualityOf(suffix, false)};
+    return Spelled{note->steps,       note->length == 1 && usual[0] == u'B',
+                   note->isGerman,    containsAny(suffix, words),
+                   qualityOf(suffix), qualityOf(suffix, false)};
 }
 
 Token readToken(TextView text) {

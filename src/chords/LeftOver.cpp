@@ -45,7 +45,8 @@ bool hasRootLetter(TextView line) {
     });
 }
 
-// Whether letters behind a root can be a suffix or an ending of its name: "m", "min", "bmaj", "ism".
+// Whether letters behind a root can be a suffix or an ending of its name: "m", "min", "bmaj",
+// "ism".
 bool isSuffixOfLetters(TextView letters) {
     static constexpr TextView words[] = {u"major", u"minor", u"maj", u"min", u"dim", u"aug", u"sus",
                                          u"add",   u"ad",    u"bo",  u"ma",  u"mi",  u"m",   u"b"};
@@ -219,7 +220,10 @@ void Search::addLine(std::size_t number, const SourceLine& line,
     }
     if (chords.empty())
         return;
-    LeftOverLine added{number, {}, isInBrackets(line, notation_.reading), notation_.signs,
+    LeftOverLine added{number,
+                       {},
+                       isInBrackets(line, notation_.reading),
+                       notation_.signs,
                        notation_.reading.smallMinors};
     for (const ImportedChord& chord : chords)
         addNotes(chord, notation_.reading, added.notes);
@@ -256,8 +260,8 @@ LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
 }
 
 bool mayBeLeftOver(TextView line) {
-    const bool mayBe = (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) ||
-                       hasSmallBracket(line);
+    const bool mayBe =
+        (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) || hasSmallBracket(line);
     if (!mayBe)
         return false;
     ImportOptions options;

@@ -20,7 +20,8 @@ bool isWithin(std::size_t column, std::span<const ColumnRange> ranges) {
 // A name of a song with German names, or a small one, in letters: "H" is "B", "as" is "Ab".
 Text inLetters(TextView note, const LeftOverLine& found) {
     const bool isGerman = found.signs != GermanSigns::None;
-    const ChordReading reading{isGerman ? Naming::German : Naming::Letters, found.smallMinors, false};
+    const ChordReading reading{isGerman ? Naming::German : Naming::Letters, found.smallMinors,
+                               false};
     const auto read = readNoteName(note, reading, NotePlace::Bass);
     const bool isOther = read && read->length == note.size() &&
                          (read->isSmall || (isGerman && (read->isGerman || note == u"B")));

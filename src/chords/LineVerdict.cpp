@@ -174,17 +174,12 @@ std::size_t BracketReader::chordAt(std::size_t at) {
     // "[x2]" and "[/]" alone are text too, and "[Go]" is.
     const bool isWord = row.size() == 1 && row[0].wordToo == WordToo::Anywhere &&
                         TextView(u"oa").find(inside.back()) != TextView::npos;
-    const bool chords =
-        !isWord &&
-        std::any_of(row.begin(), row.end(),
-                    [](const RowItem& item) {
-                        return item.kind == RowItemKind::Chord ||
-                               item.kind == RowItemKind::Unknown ||
-                               item.kind == RowItemKind::NoChord;
-                    }) &&
-        std::all_of(row.begin(), row.end(), [](const RowItem& item) {
-            return item.kind != RowItemKind::Word && item.kind != RowItemKind::Separator;
-        });
+    const bool chords = !isWord && std::any_of(row.begin(), row.end(), [](const RowItem& item) {
+        return item.kind == RowItemKind::Chord || item.kind == RowItemKind::Unknown ||
+               item.kind == RowItemKind::NoChord;
+    }) && std::all_of(row.begin(), row.end(), [](const RowItem& item) {
+        return item.kind != RowItemKind::Word && item.kind != RowItemKind::Separator;
+    });
     if (!chords)
         return 0;
     makeRoom();

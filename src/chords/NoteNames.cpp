@@ -55,7 +55,8 @@ std::optional<NamedNote> readNoteName(TextView text, const ChordReading& reading
     capital[0] = letter;
     note.length = noteLength(capital);
     const TextView name = TextView(capital).substr(0, note.length);
-    const bool isLowered = name.back() == u'b' || (name == u"B" && reading.naming == Naming::German);
+    const bool isLowered =
+        name.back() == u'b' || (name == u"B" && reading.naming == Naming::German);
     note.steps = withinOctave(halfSteps(name == u"B" && isLowered ? TextView(u"Bb") : name));
     note.spelling = isLowered ? Spelling::Flats : Spelling::Sharps;
     return note;

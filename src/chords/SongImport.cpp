@@ -292,7 +292,8 @@ void Importer::writeSection(std::size_t number) {
     const TextView text = song_.source[number].text;
     const std::size_t label = sectionLabelLength(text);
     const TextView behind = text.substr(label);
-    const std::vector<RowItem> row = readRow(behind, cellsOf(text.substr(0, label)), label, reading());
+    const std::vector<RowItem> row =
+        readRow(behind, cellsOf(text.substr(0, label)), label, reading());
     const bool brackets = label > 0 && readBrackets(behind, 0, 0, reading()).has_value();
     if (label == 0 || (!brackets && !isRowOfChords(row))) {
         writeText(number, text);

@@ -78,8 +78,8 @@ struct SongImport {
 // Verdicts of the user, by the number of the source line.
 using ChosenVerdicts = std::map<std::size_t, LineVerdict>;
 
-// What the user says about the whole song. Each is a switch of its own, and Auto means what the song
-// tells (`SongImport::notation` has what was found, and whether there is anything to decide).
+// What the user says about the whole song. Each is a switch of its own, and Auto means what the
+// song tells (`SongImport::notation` has what was found, and whether there is anything to decide).
 struct ImportOptions {
     PlainB plainB = PlainB::Auto;              // B is B flat, or B
     PlainNinth plainNinth = PlainNinth::Auto;  // C9 is C7/9, or C with an added ninth

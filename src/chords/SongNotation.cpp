@@ -75,7 +75,8 @@ bool isOfTheHouse(TextView suffix) {
 bool mayHaveGermanName(TextView line, bool small) {
     for (std::size_t i = 0; i < line.size(); ++i) {
         const char16_t c = line[i];
-        if (c == u'H' || (small && c == u'h') || c == 0xFF28 || (c == u's' && i > 0 && TextView(u"AEaeie").find(line[i - 1]) != TextView::npos))
+        if (c == u'H' || (small && c == u'h') || c == 0xFF28 ||
+            (c == u's' && i > 0 && TextView(u"AEaeie").find(line[i - 1]) != TextView::npos))
             return true;
     }
     return false;
@@ -93,7 +94,8 @@ void NotationReader::addChord(TextView chord) {
         return;
     TextView suffix = chord.substr(root->length);
     hasPlainB_ = hasPlainB_ || chord.substr(0, root->length) == u"B";
-    hasFlatB_ = hasFlatB_ || chord.substr(0, root->length) == u"Bb" || chord.starts_with(u"B\u266D");
+    hasFlatB_ =
+        hasFlatB_ || chord.substr(0, root->length) == u"Bb" || chord.starts_with(u"B\u266D");
     americanSigns_ += isAmerican(suffix) ? 1U : 0U;
     houseSigns_ += isOfTheHouse(suffix) ? 1U : 0U;
     hasPlainNinths_ = hasPlainNinths_ || isPlainNinth(suffix);
@@ -106,8 +108,8 @@ void NotationReader::addChord(TextView chord) {
     }
 }
 
-// German names are sure only where the whole symbol can be read: "Hold" is none. Small ones are sure
-// only where the song has small chords.
+// German names are sure only where the whole symbol can be read: "Hold" is none. Small ones are
+// sure only where the song has small chords.
 void NotationReader::addItems(TextView line, const ChordReading& reading) {
     if ((hasGermanNames_ && hasEndings_) || !mayHaveGermanName(line, reading.smallMinors))
         return;
@@ -173,8 +175,8 @@ void NotationReader::addWords(TextView line) {
 
 SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
     SongNotation notation;
-    const bool isMixed = longMixedRows_ > 0 || mixedRows_ > 1 ||
-                         (smallBrackets_ > 1 && capitalBrackets_ > 1);
+    const bool isMixed =
+        longMixedRows_ > 0 || mixedRows_ > 1 || (smallBrackets_ > 1 && capitalBrackets_ > 1);
     const bool isSmall = isMixed && !hasCapitalMinors_;
     notation.reading.smallMinors = isSmall;
     notation.hasGermanNames = hasGermanNames_ || (isSmall && hasSmallGerman_);
@@ -183,7 +185,8 @@ SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
     notation.reading.naming = isGerman ? Naming::German : Naming::Letters;
     notation.isOpen = b == PlainB::Auto && notation.hasGermanNames && hasPlainB_ && hasFlatB_;
     if (isGerman || notation.hasGermanNames)
-        notation.signs = hasEndings_ || (isSmall && hasSmallEndings_) ? GermanSigns::Endings : GermanSigns::Signs;
+        notation.signs = hasEndings_ || (isSmall && hasSmallEndings_) ? GermanSigns::Endings
+                                                                      : GermanSigns::Signs;
     notation.reading.ninthsHaveSevenths =
         ninth == PlainNinth::HasSeventh ||
         (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);

@@ -47,43 +47,62 @@ struct Part {
 };
 
 const Part kBases[] = {
-    {u"", kSame, kSame, {}},          {u"m", 3, kSame, {}},
-    {u"mi", 3, kSame, {}},            {u"-", 3, kSame, {}},
-    {u"min7", 3, kSame, {10}},        {u"-7", 3, kSame, {10}},
-    {u"7", kSame, kSame, {10}},       {u"7m", 3, kSame, {10}},
-    {u"maj7", kSame, kSame, {11}},    {u"7M", kSame, kSame, {11}},
-    {u"^7", kSame, kSame, {11}},      {u"MA7", kSame, kSame, {11}},
-    {u"7+", kSame, kSame, {11}},      {u"9M", kSame, kSame, {11, 2}},
-    {u"m(maj7)", 3, kSame, {11}},     {u"maj9", kSame, kSame, {11, 2}},
-    {u"6", kSame, kSame, {9}},        {u"m6", 3, kSame, {9}},
-    {u"69", kSame, kSame, {9, 2}},    {u"9", kSame, kSame, {10, 2}},
-    {u"m9", 3, kSame, {10, 2}},       {u"11", kSame, kSame, {10, 5}},
-    {u"m11", 3, kSame, {10, 5}},      {u"13", kSame, kSame, {10, 9}},
-    {u"dim", 3, 6, {9}},              {u"\u00B0", 3, 6, {9}},
-    {u"07", 3, 6, {9}},               {u"7dim", 3, 6, {9}},
-    {u"\u00B0(maj7)", 3, 6, {11}},    {u"\u00F8", 3, 6, {10}},
-    {u"aug", kSame, 8, {}},           {u"+", kSame, 8, {}},
-    {u"+7", kSame, 8, {10}},          {u"5+7", kSame, 8, {10}},
-    {u"5", 0, kSame, {}},             {u"sus2", 0, kSame, {2}},
-    {u"sus4", 0, kSame, {5}},         {u"7sus4", 0, kSame, {10, 5}},
+    {u"", kSame, kSame, {}},
+    {u"m", 3, kSame, {}},
+    {u"mi", 3, kSame, {}},
+    {u"-", 3, kSame, {}},
+    {u"min7", 3, kSame, {10}},
+    {u"-7", 3, kSame, {10}},
+    {u"7", kSame, kSame, {10}},
+    {u"7m", 3, kSame, {10}},
+    {u"maj7", kSame, kSame, {11}},
+    {u"7M", kSame, kSame, {11}},
+    {u"^7", kSame, kSame, {11}},
+    {u"MA7", kSame, kSame, {11}},
+    {u"7+", kSame, kSame, {11}},
+    {u"9M", kSame, kSame, {11, 2}},
+    {u"m(maj7)", 3, kSame, {11}},
+    {u"maj9", kSame, kSame, {11, 2}},
+    {u"6", kSame, kSame, {9}},
+    {u"m6", 3, kSame, {9}},
+    {u"69", kSame, kSame, {9, 2}},
+    {u"9", kSame, kSame, {10, 2}},
+    {u"m9", 3, kSame, {10, 2}},
+    {u"11", kSame, kSame, {10, 5}},
+    {u"m11", 3, kSame, {10, 5}},
+    {u"13", kSame, kSame, {10, 9}},
+    {u"dim", 3, 6, {9}},
+    {u"\u00B0", 3, 6, {9}},
+    {u"07", 3, 6, {9}},
+    {u"7dim", 3, 6, {9}},
+    {u"\u00B0(maj7)", 3, 6, {11}},
+    {u"\u00F8", 3, 6, {10}},
+    {u"aug", kSame, 8, {}},
+    {u"+", kSame, 8, {}},
+    {u"+7", kSame, 8, {10}},
+    {u"5+7", kSame, 8, {10}},
+    {u"5", 0, kSame, {}},
+    {u"sus2", 0, kSame, {2}},
+    {u"sus4", 0, kSame, {5}},
+    {u"7sus4", 0, kSame, {10, 5}},
     {u"9sus4", 0, kSame, {10, 2, 5}},
 };
 const Part kExtras[] = {
-    {u"(b5)", kSame, 6, {}},       {u"(#5)", kSame, 8, {}},     {u"(5-)", kSame, 6, {}},
-    {u"(-5)", kSame, 6, {}},       {u"(5+)", kSame, 8, {}},     {u"(b9)", kSame, kSame, {1}},
-    {u"(add #9)", kSame, kSame, {3}}, {u"(9-)", kSame, kSame, {1}}, {u"(#9)", kSame, kSame, {3}},
-    {u"(9)", kSame, kSame, {2}},   {u"/9", kSame, kSame, {2}},  {u"add9", kSame, kSame, {2}},
-    {u"(add11)", kSame, kSame, {5}}, {u"(#11)", kSame, kSame, {6}}, {u"(11+)", kSame, kSame, {6}},
-    {u"(b13)", kSame, kSame, {8}}, {u"(13)", kSame, kSame, {9}}, {u"sus4", 0, kSame, {5}},
-    {u"sus2", 0, kSame, {2}},      {u"(no5)", kSame, kSame, {}}, {u"omit3", 0, kSame, {}},
+    {u"(b5)", kSame, 6, {}},          {u"(#5)", kSame, 8, {}},       {u"(5-)", kSame, 6, {}},
+    {u"(-5)", kSame, 6, {}},          {u"(5+)", kSame, 8, {}},       {u"(b9)", kSame, kSame, {1}},
+    {u"(add #9)", kSame, kSame, {3}}, {u"(9-)", kSame, kSame, {1}},  {u"(#9)", kSame, kSame, {3}},
+    {u"(9)", kSame, kSame, {2}},      {u"/9", kSame, kSame, {2}},    {u"add9", kSame, kSame, {2}},
+    {u"(add11)", kSame, kSame, {5}},  {u"(#11)", kSame, kSame, {6}}, {u"(11+)", kSame, kSame, {6}},
+    {u"(b13)", kSame, kSame, {8}},    {u"(13)", kSame, kSame, {9}},  {u"sus4", 0, kSame, {5}},
+    {u"sus2", 0, kSame, {2}},         {u"(no5)", kSame, kSame, {}},  {u"omit3", 0, kSame, {}},
 };
 
 struct Name {
     TextView text;
     int steps;
 };
-constexpr Name kNames[] = {{u"C", 0},  {u"F#", 6}, {u"Bb", 10}, {u"Eb", 3},      {u"D\u266D", 1},
-                           {u"A", 9},  {u"F", 5},  {u"B", 11},  {u"G\u266F", 8}, {u"E", 4}};
+constexpr Name kNames[] = {{u"C", 0}, {u"F#", 6}, {u"Bb", 10}, {u"Eb", 3},      {u"D\u266D", 1},
+                           {u"A", 9}, {u"F", 5},  {u"B", 11},  {u"G\u266F", 8}, {u"E", 4}};
 constexpr Name kGermanNames[] = {{u"H", 11}, {u"B", 10}, {u"Fis", 6}, {u"As", 8}, {u"Es", 3},
                                  {u"C", 0},  {u"A", 9},  {u"Cis", 1}, {u"F#", 6}, {u"Des", 1}};
 
@@ -95,7 +114,8 @@ void apply(const Part& part, Tones& tones) {
     tones.others.insert(part.others.begin(), part.others.end());
 }
 
-// ---- The house's spelling, read by its rules ------------------------------------------------------
+// ---- The house's spelling, read by its rules
+// ------------------------------------------------------
 
 int takeName(TextView& text) {
     constexpr int naturals[] = {9, 11, 0, 2, 4, 5, 7};
@@ -112,8 +132,8 @@ void readDegree(TextView degree, bool isMinor, bool isFirst, Tones& tones) {
     const struct {
         TextView degree;
         int tone;
-    } added[] = {{u"4", 5},   {u"6", 9},  {u"6b", 8},  {u"7", 10},  {u"7+", 11}, {u"9", 2},
-                 {u"9b", 1},  {u"9#", 3}, {u"11", 5},  {u"11#", 6}, {u"13", 9},  {u"13b", 8}};
+    } added[] = {{u"4", 5},  {u"6", 9},  {u"6b", 8}, {u"7", 10},  {u"7+", 11}, {u"9", 2},
+                 {u"9b", 1}, {u"9#", 3}, {u"11", 5}, {u"11#", 6}, {u"13", 9},  {u"13b", 8}};
     if (degree == u"5" || degree == u"5b" || degree == u"5#") {
         if (degree.size() > 1)
             tones.alterFifth(degree == u"5b" ? 6 : 8);
@@ -214,10 +234,10 @@ TEST(ChordTones, AreKeptByEverySymbolThatIsTaken) {
 // Whatever is typed: what is taken is a chord of the house that is its own spelling.
 TEST(ChordTones, AnySymbolIsTakenWholeOrNotAtAll) {
     Random random(7);
-    static constexpr TextView parts[] = {u"m",   u"M",   u"maj", u"7", u"9",  u"11", u"13", u"5",
-                                         u"4",   u"2",   u"6",   u"+", u"-",  u"b",  u"#",  u"/",
-                                         u"(",   u")",   u"sus", u"o", u"0",  u"add", u"no", u"dim",
-                                         u"G",   u"s",   u"is",  u"^", u"H",  u",",  u"3",  u"\u00F8"};
+    static constexpr TextView parts[] = {u"m", u"M", u"maj", u"7", u"9", u"11",  u"13", u"5",
+                                         u"4", u"2", u"6",   u"+", u"-", u"b",   u"#",  u"/",
+                                         u"(", u")", u"sus", u"o", u"0", u"add", u"no", u"dim",
+                                         u"G", u"s", u"is",  u"^", u"H", u",",   u"3",  u"\u00F8"};
     int taken = 0;
     for (int i = 0; i < 60000; ++i) {
         Text symbol(1, static_cast<char16_t>(u'A' + random() % 8));
@@ -269,7 +289,8 @@ TEST(SongNotation, IsToldByTheSong) {
         {"words of small letters", u"C  G\na bad cafe\na e\n", u"C  G\na bad cafe\na e\n"},
         {"lone among chords", u"Emi  C\nla la\nAmi\nla la\n", u"Em   C\nla la\nAm\nla la\n"},
         {"lone below chords", u"G  C\nGo\nD  G\nla\n", u"G  C\nGo\nD  G\nla\n"},
-        {"lone far off", u"Emi  C\nla\nla\nla\nAmi\nla\nla\n", u"Em   C\nla\nla\nla\nAmi\nla\nla\n"},
+        {"lone far off", u"Emi  C\nla\nla\nla\nAmi\nla\nla\n",
+         u"Em   C\nla\nla\nla\nAmi\nla\nla\n"},
         {"ring among chords", u"Am  Ao  E7\n", u"Am  A\u00B0  E7\n"},
         {"words like chords", u"Go A\nDo Em\nAo Es\nAma\nEmma\nHm\n",
          u"Go A\nDo Em\nAo Es\nAma\nEmma\nHm\n"},
