@@ -286,7 +286,7 @@ bool RowReader::addMarked(const Run& run) {
     if (open != TextView::npos && text.back() == u')' && addPair(run, open, false))
         return true;
     const std::size_t slash = text.find(u'/', 1);
-    return slash != TextView::npos && addPair(run, slash, true);
+    return slash != TextView::npos && slash == text.rfind(u'/') && addPair(run, slash, true);
 }
 
 void RowReader::addRun(const Run& run) {

@@ -298,6 +298,7 @@ TEST(SongNotation, IsToldByTheSong) {
         {"beats", u"G7/  Am//  D\\\n", u"G7/  Am//  D/\n"},
         {"times", u"Am  Gx2  C\n", u"     x2\nAm  G    C\n"},
         {"pairs", u"F/Gm  E(C#mi)  A/A7\n", u"F/Gm  E(C#m)   A/A7\n"},
+        {"letters", u"A/Cb/E\n", u"A/Cb/E\n"},
         {"a blank within", u"C(add G#)  F  G\n", u"C13b       F  G\n"},
     };
     for (const auto& c : cases) {
