@@ -128,7 +128,7 @@ class Form1 : public Window {
         ~Busy() { form_.jobRuns_ = false; }
 
       private:
-    static constexpr UINT_PTR kPlaceTimer = 2;
+        static constexpr UINT_PTR kPlaceTimer = 2;
 
         Form1& form_;
     };

@@ -43,7 +43,7 @@ ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
         found_ = found;
         words_.clear();
         keys_.clear();
-        const KeyDebt& debt = documents_.songDebt().lines;
+        const KeyDebt& debt = documents_.songMemory().lines;
         const std::vector<Selection> places = linePlaces(song);
         for (const std::size_t line : found.changedWords) {
             if (!debt.isLeftAlone(line))
@@ -66,7 +66,7 @@ void KeyWork::keyChanged(Direction direction, Spelling spelling) {
         if (diagrams.empty() || diagrams.back().number != run.line)
             diagrams.push_back({run.line, {}, false});
     }
-    documents_.changeSongDebt([&](SongDebt& debt) {
+    documents_.changeSongMemory([&](SongMemory& debt) {
         debt.diagrams.keyChanged(direction, spelling, 1, diagrams);
         debt.lines.keyChanged(direction, spelling, 1,
                               movesAll() ? std::span<const LeftOverLine>() : found_.lines);
@@ -78,14 +78,14 @@ void KeyWork::keyChanged(Direction direction, Spelling spelling) {
 }
 
 void KeyWork::moveDiagrams(Spelling spelling) {
-    const KeyDebt debt = documents_.songDebt().diagrams;
+    const KeyDebt debt = documents_.songMemory().diagrams;
     moveDiagramsInDocument(rtftext_, spelling,
                            [&](std::size_t line) { return debt.stepsBehind(line); });
-    documents_.changeSongDebt([](SongDebt& all) { all.diagrams.moved(); });
+    documents_.changeSongMemory([](SongMemory& all) { all.diagrams.moved(); });
 }
 
 std::vector<OtherMove> KeyWork::behind(const LeftOver& found, TextView song) const {
-    return linesBehind(documents_.songDebt().lines, found, song);
+    return linesBehind(documents_.songMemory().lines, found, song);
 }
 
 void KeyWork::moveOthers() {
@@ -101,7 +101,7 @@ void KeyWork::moveOthers() {
             [] {});
         moveDiagrams(spelling_);
         if (!hasH)
-            documents_.changeSongDebt([](SongDebt& debt) { debt.lines.moved(); });
+            documents_.changeSongMemory([](SongMemory& debt) { debt.lines.moved(); });
     });
 }
 
@@ -129,7 +129,7 @@ void KeyWork::putBack() {
             rtftext_.put(line->before);
         }
         rtftext_.select(selection);
-        documents_.changeSongDebt([this](SongDebt& debt) {
+        documents_.changeSongMemory([this](SongMemory& debt) {
             for (const NamedLine& line : words_)
                 debt.lines.leaveAlone(line.number);
         });
@@ -147,7 +147,7 @@ void KeyWork::songReplaced() {
 }
 
 void KeyWork::idle() {
-    if (std::exchange(isStale_, false) && (isSaid_ || !documents_.songDebt().isZero()))
+    if (std::exchange(isStale_, false) && (isSaid_ || !documents_.songMemory().owesNothing()))
         tell();
 }
 
@@ -184,7 +184,7 @@ StatusNote KeyWork::noteOnLines(const LeftOver& found, std::vector<Selection> pl
 
 std::vector<Selection> KeyWork::diagramsBehind() const {
     std::vector<Selection> places;
-    const KeyDebt& debt = documents_.songDebt().diagrams;
+    const KeyDebt& debt = documents_.songMemory().diagrams;
     if (debt.isZero())
         return places;
     for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
@@ -209,9 +209,9 @@ void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
     dropUntrue(keys_, song);
     const std::vector<Selection> places = linePlaces(song);
     const auto placesOf = [&](const std::vector<NamedLine>& lines) {
-        std::vector<Selection> found;
-        for (const NamedLine& line : lines)
-            found.push_back(places[line.number]);
+        std::vector<Selection> found(lines.size());
+        std::transform(lines.begin(), lines.end(), found.begin(),
+                       [&](const NamedLine& line) { return places[line.number]; });
         return found;
     };
     if (!words_.empty())
@@ -227,7 +227,7 @@ void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
 void KeyWork::tell() {
     std::vector<StatusNote> notes;
     const Text song = rtftext_.text().chars;
-    if (!documents_.songDebt().lines.isZero()) {
+    if (!documents_.songMemory().lines.isZero()) {
         const LeftOver found = leftOverInDocument(rtftext_);
         const std::vector<Selection> places = linePlaces(song);
         std::vector<Selection> left;
