@@ -16,6 +16,7 @@ constexpr int kBarHeight = 18;
 constexpr int kFull = 100;
 constexpr int kPerLine = 2;
 constexpr int kBusyRounds = 500;
+constexpr std::int64_t kFrameMs = 15;  // no screen shows more than one picture in this time
 
 }  // namespace
 
@@ -76,8 +77,11 @@ LRESULT FrmCifra::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void FrmCifra::setProgress(int percent) {
     progress_ = percent;
+    if (services_.clock.nowMs() < nextFrame_)
+        return;
     ::SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     ::UpdateWindow(bar_);
+    nextFrame_ = services_.clock.nowMs() + kFrameMs;
 }
 
 void FrmCifra::animateBar() {
@@ -92,6 +96,7 @@ void FrmCifra::onStartTimer() {
     ::KillTimer(handle(), kStartTimer);
     const CursorScope hourglass(IDC_WAIT);
     ::UpdateWindow(handle());
+    nextFrame_ = services_.clock.nowMs() + kFrameMs;
     animateBar();
     setProgress(0);
     // No exception may leave the modal loop with its owner disabled.

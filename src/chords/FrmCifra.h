@@ -2,6 +2,8 @@
 // song is moved by a half step, and the way into its creator of charts.
 #pragma once
 
+#include <cstdint>
+
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/Transpose.h"
@@ -42,6 +44,7 @@ class FrmCifra : public Form {
     int* halfSteps_ = nullptr;
     bool changed_ = false;
     int progress_ = 0;
+    std::int64_t nextFrame_ = 0;  // of the bar, in ms; what moves before is not drawn
 };
 
 }  // namespace melvorin
