@@ -3,6 +3,7 @@
 #include "chords/DocumentKey.h"
 #include "chords/FrmCifraCreator.h"
 #include "chords/InsertChart.h"
+#include "chords/TakenSong.h"
 #include "platform/Handles.h"
 
 namespace melvorin {
@@ -36,14 +37,17 @@ bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spe
 }
 
 bool FrmCifra::createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup) {
+    const TakenSong song = takeSong(rtftext);
     FrmCifraCreator creator(services_, lookup);
-    const std::optional<CreatedChart> chart = creator.run(owner);
+    const std::optional<CreatedChart> chart = creator.run(owner, song);
     if (!chart)
         return false;
     const CursorScope hourglass(IDC_WAIT);
     const EditorWork work(rtftext);
     const std::string before = rtftext.rtf();
     try {
+        if (creator.isInPlace())
+            return putInPlace(rtftext, song, *chart);
         insertChart(rtftext, *chart);
         return true;
     } catch (const std::exception& error) {

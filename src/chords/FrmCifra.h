@@ -23,9 +23,10 @@ class FrmCifra : public Form {
     bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
                    int& halfSteps);
 
-    // Shows the creator of charts over a pasted song and puts its result into `rtftext`, in place
-    // of the selection, as one step. The editor sends no change event meanwhile. False when nothing
-    // has changed: the user cancelled, or has been told why it could not be done.
+    // Shows the creator of charts over the selected lines or the whole song and puts its result
+    // into `rtftext`, in their place or where the selection is, as one step. The editor sends no
+    // change event meanwhile. False when nothing has changed: the user cancelled, or has been told
+    // why it could not be done.
     bool createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup = nullptr);
 
   private:
