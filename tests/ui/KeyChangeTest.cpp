@@ -132,7 +132,7 @@ TEST(KeyChange, DrawsNoMoreThanAScreenShows) {
         else
             EXPECT_TRUE(drawn.empty());
     }
-    EXPECT_EQ(program.text(), "D# F\rla");
+    EXPECT_EQ(program.text(), "D# F \rla");
 }
 
 TEST(KeyChange, EmptyDocumentOnlyMovesTheCounter) {
