@@ -208,6 +208,9 @@ void Putter::assignLines() {
     for (std::size_t number = 0; number < chart_.lines.size(); ++number) {
         const std::size_t line = chart_.lines[number].source;
         const std::size_t from = line < sources.size() ? sources[line] : kNoLine;
+        // What is behind the last line end is no line of the song.
+        if (from == old_.size() && lineOf(number).empty())
+            continue;
         const bool isOwn = from < old_.size() && (last == kNoLine || from >= last);
         if (isOwn) {
             last = from;

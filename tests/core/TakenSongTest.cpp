@@ -117,6 +117,20 @@ TEST(TakenSong, IsTheSelectedLinesOrAll) {
     }
 }
 
+// The suffixes alone: a line for every line, and none behind the last end.
+TEST(TakenSong, TakesLinesThatWereNotImported) {
+    MappedEditor editor("Cmaj7\\par [A-]la\\par\\par");
+    const TakenSong song = takeSong(editor);
+    ASSERT_EQ(song.text, u"Cmaj7\r[A-]la\r");
+    const CreatedChart chart{{{u"C7+", true, 0}, {u"[Am]la", false, 1}, {u"", false, 2}},
+                             u"Courier New",
+                             10,
+                             {},
+                             song.text};
+    EXPECT_TRUE(putInPlace(editor, song, chart));
+    EXPECT_EQ(editor.chars, u"C7+\r[Am]la\r");
+}
+
 // Without a map the control is edited where the lines differ, and nowhere else.
 TEST(TakenSong, GoesBackByEditsWhereThereIsNoMap) {
     ScriptedEditor editor(u"Cmaj7   G\rla\v[Am]lo [G]x\r\r\nD7M\tA-\t\r\n{eoc}\rAm");
@@ -156,7 +170,9 @@ TEST(TakenSong, KeepsWhatStaysInAnySong) {
         SCOPED_TRACE(sample.rtf);
         CreatedChart chart{{}, u"Courier New", 10, song.diagrams, song.text};
         std::vector<std::size_t> cameFrom;  // the line that a line of the chart is
-        const std::vector<TextView> lines = splitLines(song.text);
+        std::vector<TextView> lines = splitLines(song.text);
+        if (song.text.ends_with(u'\r'))
+            lines.pop_back();
         for (std::size_t i = 0; i < lines.size(); ++i) {
             for (std::size_t copies = samples::below(random, 4); copies > 0; --copies) {
                 Text line(lines[i]);
