@@ -79,7 +79,8 @@ class Taker {
     TakenSong song_;
 };
 
-// Where there are more kinds of diagrams than tokens, the rest are blanks here.
+// Where there are more kinds of diagrams than tokens, the rest are blanks here, which stay in their
+// lines.
 char16_t Taker::characterAt(std::size_t position) {
     const char16_t letter = document_.text()[position];
     if (letter == u'\t' || isLineEnd(letter))
@@ -164,6 +165,7 @@ class Putter {
     void addPart(Part part);
     Part partOf(const OldLine& line) const;
     void settleStrangers();
+    Text lettersOf(const Part& part) const;
     Text after() const;
     bool isWritingAt(std::size_t position);
     std::optional<std::size_t> formatFor(const Part& part, std::size_t index, std::size_t former);
@@ -200,32 +202,42 @@ void Putter::readOldLines() {
 }
 
 // Gives every line of the chart to an old line: the one that it came from, or else the one in front
-// of it, or behind it where that cannot be changed. Lines that have changed their order are new.
+// of it, or the next that may change. Lines that have changed their order are new, and so are those
+// that were a table's and have been edited.
 void Putter::assignLines() {
     const std::vector<std::size_t> sources = lineSources(song_.text, chart_.source);
+    const std::vector<TextView> corrected = splitLines(chart_.source);
     std::vector<std::size_t> waiting;
-    std::size_t last = kNoLine;
+    const auto settle = [&](std::size_t begin, std::size_t end) {
+        while (end > begin && old_[end - 1].isFixed)
+            --end;
+        if (end == begin)
+            return;
+        std::vector<std::size_t>& now = old_[end - 1].now;
+        now.insert(now.end(), waiting.begin(), waiting.end());
+        waiting.clear();
+    };
+    std::size_t next = 0;  // behind the last line that has one of its own
     for (std::size_t number = 0; number < chart_.lines.size(); ++number) {
         const std::size_t line = chart_.lines[number].source;
         const std::size_t from = line < sources.size() ? sources[line] : kNoLine;
         // What is behind the last line end is no line of the song.
         if (from == old_.size() && lineOf(number).empty())
             continue;
-        const bool isOwn = from < old_.size() && (last == kNoLine || from >= last);
-        if (isOwn) {
-            last = from;
-            OldLine& old = old_[from];
-            if (old.now.empty() && !old.isFixed)
-                old.now = std::exchange(waiting, {});
-            old.now.push_back(number);
-        } else if (last != kNoLine && !old_[last].isFixed) {
-            old_[last].now.push_back(number);
-        } else {
+        const bool isOwn = from < old_.size() && from + 1 >= next &&
+                           !(old_[from].isFixed && corrected[line] != old_[from].chars);
+        if (!isOwn) {
             waiting.push_back(number);
+            if (next > 0)
+                settle(next - 1, next);
+            continue;
         }
+        if (from >= next)
+            settle(next, from + 1);
+        old_[from].now.push_back(number);
+        next = from + 1;
     }
-    std::vector<std::size_t>& final = old_.back().now;
-    final.insert(final.end(), waiting.begin(), waiting.end());
+    settle(0, old_.size());
 }
 
 Part Putter::partOf(const OldLine& line) const {
@@ -310,13 +322,22 @@ void Putter::settleStrangers() {
     }
 }
 
+// The text of the document; what stays is what it was, whatever stood for it.
+Text Putter::lettersOf(const Part& part) const {
+    Text letters = song_.diagrams.letters(part.text);
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        if (part.stays[i] != kNoColumn)
+            letters[i] = document_.text()[part.start + part.stays[i]];
+    }
+    return letters;
+}
+
 Text Putter::after() const {
     const TextView text = document_.text();
     Text after;
     std::size_t copied = 0;
     for (const Part& part : parts_) {
-        after.append(text.substr(copied, part.start - copied))
-            .append(song_.diagrams.letters(part.text));
+        after.append(text.substr(copied, part.start - copied)).append(lettersOf(part));
         copied = part.end();
     }
     return after.append(text.substr(copied));
@@ -352,7 +373,7 @@ std::optional<std::size_t> Putter::formatFor(const Part& part, std::size_t index
 std::optional<std::vector<LineRewrite>> Putter::rewrites() {
     std::vector<LineRewrite> rewrites;
     for (const Part& part : parts_) {
-        LineRewrite rewrite{part.start, part.length, song_.diagrams.letters(part.text), {}, {}};
+        LineRewrite rewrite{part.start, part.length, lettersOf(part), {}, {}};
         std::size_t former = 0;
         for (std::size_t i = 0; i < part.text.size(); ++i) {
             if (part.stays[i] == kNoColumn) {
@@ -382,7 +403,7 @@ bool Putter::load(TextView after) {
 // From the last change to the first, so that positions before it stay true. What stays is not
 // touched.
 void Putter::editPart(const Part& part) {
-    const Text text = song_.diagrams.letters(part.text);
+    const Text text = lettersOf(part);
     std::size_t oldEnd = part.length;
     for (std::size_t end = text.size();;) {
         std::size_t begin = end;

@@ -142,6 +142,23 @@ TEST(TakenSong, GoesBackByEditsWhereThereIsNoMap) {
     EXPECT_EQ(toUtf8(editor.done), "Am G|C7+     G|");
     EXPECT_EQ(editor.scroll, (ScrollPosition{0, 30}));
 
+    // Lines come and go behind a table, and in front of all.
+    const struct {
+        TextView corrected;
+        TextView result;
+    } corrections[] = {
+        {u"a\r\rb\tc\t\rnew\rla\rend", u"a\r\r\nb\tc\t\r\nnew\rla\rend"},
+        {u"a\r\rb\tc\t\r", u"a\r\r\nb\tc\t\r\n"},
+        {u"new\rb\tc\t\rla\rend", u"new\r\r\nb\tc\t\r\nla\rend"},
+        {u"a\r\rb\td\t\rla\rend", u"a\r\r\nb\tc\t\r\nb       d       \rla\rend"},
+        {u"x", u"\r\nb\tc\t\r\nx"},
+    };
+    for (const auto& [corrected, result] : corrections) {
+        ScriptedEditor table(u"a\r\r\nb\tc\t\r\nla\rend");
+        EXPECT_TRUE(tidy(table, [&](Text& text) { text = corrected; }));
+        EXPECT_EQ(toUtf8(table.chars), toUtf8(result));
+    }
+
     ScriptedEditor refusing(u"Cmaj7   G");
     refusing.protectedText = u"maj";
     EXPECT_THROW(tidy(refusing), std::runtime_error);
