@@ -2,6 +2,8 @@
 // song is moved by a half step, and the way into its creator of charts.
 #pragma once
 
+#include <cstdint>
+
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/DocumentKey.h"
@@ -23,9 +25,10 @@ class FrmCifra : public Form {
     bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
                    int& halfSteps, ChooseOthers others = {});
 
-    // Shows the creator of charts over a pasted song and puts its result into `rtftext`, in place
-    // of the selection, as one step. The editor sends no change event meanwhile. False when nothing
-    // has changed: the user cancelled, or has been told why it could not be done.
+    // Shows the creator of charts over the selected lines or the whole song and puts its result
+    // into `rtftext`, in their place or where the selection is, as one step. The editor sends no
+    // change event meanwhile. False when nothing has changed: the user cancelled, or has been told
+    // why it could not be done.
     bool createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup = nullptr);
 
   private:
@@ -45,6 +48,7 @@ class FrmCifra : public Form {
     ChooseOthers others_;
     bool changed_ = false;
     int progress_ = 0;
+    std::int64_t nextFrame_ = 0;  // of the bar, in ms; what moves before is not drawn
 };
 
 }  // namespace melvorin
