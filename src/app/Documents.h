@@ -89,6 +89,8 @@ class Documents {
     // and a recovery; whoever changes it tells so before `changed`.
     const SongMemory& songMemory() const { return songMemory_; }
     void changeSongMemory(const std::function<void(SongMemory&)>& change);
+    // Keeps it with the state as it is, where nothing else has changed.
+    void keepSongMemory();
     // False where nothing has changed.
     bool undo();
     bool redo();

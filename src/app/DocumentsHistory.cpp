@@ -58,6 +58,11 @@ void Documents::changeSongMemory(const std::function<void(SongMemory&)>& change)
     memoryText_ = editor_.text().chars;
 }
 
+void Documents::keepSongMemory() {
+    history_.keepBeside(songMemory_.text());
+    keepJournal();
+}
+
 // The document as it stands is where undo ends, and it is clean.
 void Documents::startHistory() {
     history_.setFloor();

@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "chords/CellWidth.h"
 #include "chords/DocumentDiagrams.h"
+#include "chords/KeySpelling.h"
 
 namespace melvorin {
 namespace {
@@ -55,8 +56,53 @@ ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
     };
 }
 
-void KeyWork::keyChanged(Direction direction, Spelling spelling) {
+void KeyWork::move(Direction direction, Spelling spelling, bool followsKey,
+                   const std::function<void()>& lineDone) {
     spelling_ = spelling;
+    unsure_.clear();
+    if (!followsKey) {
+        const KeyChange change(direction, spelling);
+        return changeDocumentKey(rtftext_, change, lineDone, chooseOthers(direction, spelling));
+    }
+    const FoundKey found = key();
+    const Spelling side = documents_.songMemory().side;
+    const int steps = direction == Direction::Up ? 1 : -1;
+    // What is moved by a table has the accidentals of the new signature.
+    if (found.first)
+        spelling_ =
+            fifthsOf(movedKey(*found.first, steps), side) < 0 ? Spelling::Flats : Spelling::Sharps;
+    if (!found.key && found.first)
+        unsure_ = keyInWords(found, side);
+    followKeyInDocument(rtftext_, found, steps, side, lineDone, chooseOthers(direction, spelling_));
+}
+
+FoundKey KeyWork::key() const {
+    const std::optional<Key> told = documents_.songMemory().key;
+    if (!told)
+        return findKey(rtftext_.text().chars);
+    FoundKey found;
+    found.key = found.first = told;
+    found.percent = 100;
+    found.isStated = true;
+    return found;
+}
+
+void KeyWork::tellKey(std::optional<Key> key) {
+    documents_.changeSongMemory([&](SongMemory& memory) { memory.key = key; });
+    documents_.keepSongMemory();
+    tell();
+}
+
+void KeyWork::respell() {
+    run([this] {
+        const FoundKey found = key();
+        unsure_ = !found.key && found.first ? keyInWords(found) : Text();
+        followKeyInDocument(rtftext_, found, 0, documents_.songMemory().side, [] {});
+    });
+}
+
+void KeyWork::keyChanged(Direction direction) {
+    const Spelling spelling = spelling_;
     const Text song = rtftext_.text().chars;
     const std::vector<Selection> places = linePlaces(song);
     for (NamedLine& line : words_)
@@ -72,6 +118,8 @@ void KeyWork::keyChanged(Direction direction, Spelling spelling) {
                               movesAll() ? std::span<const LeftOverLine>() : found_.lines);
         if (movesAll())
             debt.lines.moved();
+        if (debt.key)
+            debt.key = movedKey(*debt.key, direction == Direction::Up ? 1 : -1);
     });
     if (movesAll())
         moveDiagrams(spelling);
@@ -143,12 +191,15 @@ void KeyWork::songReplaced() {
     words_.clear();
     keys_.clear();
     found_ = {};
+    unsure_.clear();
     isStale_ = true;
 }
 
 void KeyWork::idle() {
-    if (std::exchange(isStale_, false) && (isSaid_ || !documents_.songMemory().owesNothing()))
-        tell();
+    if (!std::exchange(isStale_, false))
+        return;
+    unsure_.clear();
+    tell();
 }
 
 // Goes to the next of these places behind the cursor, and selects it.
@@ -241,6 +292,13 @@ void KeyWork::tell() {
                                  u" diagrams show the old chords"),
                          {{u"Move Them Too", [this] { moveOthers(); }}, show(diagrams)}});
     addNotesOnNamed(notes, song);
+    if (!unsure_.empty())
+        notes.push_back({u"The key is not sure (" + unsure_ +
+                             u"): accidentals are of the kind that fits it better",
+                         {}});
+    const FoundKey found = key();
+    shell_.sayKey(found.first ? u"Key: " + keyInWords(found, documents_.songMemory().side)
+                              : Text());
     isStale_ = false;
     isSaid_ = !notes.empty();
     shell_.say(std::move(notes));

@@ -44,6 +44,10 @@ class SnapshotHistory {
     // Writes the current state again, for a text that was not recorded; false when it cannot be.
     bool rewriteCurrent(std::string_view rtf, std::int32_t caret,
                         std::optional<Rgb> background = std::nullopt, std::string songMemory = {});
+    // What is kept of the song beside the current state.
+    void keepBeside(std::string songMemory) {
+        snapshots_[static_cast<std::size_t>(current_)].songMemory = std::move(songMemory);
+    }
     // The cause of the last NotWritten, as a sentence.
     const Text& lastFailure() const { return lastFailure_; }
     // Goes on with the history of an earlier run, whose files belong to this object from now on;

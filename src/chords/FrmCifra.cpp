@@ -22,12 +22,9 @@ constexpr std::int64_t kFrameMs = 15;  // no screen shows more than one picture 
 
 }  // namespace
 
-bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
-                         int& halfSteps, ChooseOthers others) {
-    others_ = std::move(others);
-    rtftext_ = &rtftext;
+bool FrmCifra::changeKey(HWND owner, Direction direction, int& halfSteps, MoveSong move) {
+    move_ = std::move(move);
     direction_ = direction;
-    spelling_ = spelling;
     halfSteps_ = &halfSteps;
     progress_ = 0;
     changed_ = false;
@@ -107,12 +104,10 @@ void FrmCifra::onStartTimer() {
     setProgress(0);
     // No exception may leave the modal loop with its owner disabled.
     try {
-        const KeyChange change(direction_, spelling_);
-        const auto lineDone = [this] {
+        move_([this] {
             if (progress_ <= kFull - kPerLine)
                 setProgress(progress_ + kPerLine);
-        };
-        changeDocumentKey(*rtftext_, change, lineDone, others_);
+        });
         *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
         changed_ = true;
     } catch (const std::exception& error) {
