@@ -50,14 +50,7 @@ StatusLine::StatusLine(const Services& services, Actions actions)
       zoom_(sounds_) {}
 
 bool StatusLine::create(HWND parent) {
-    WindowSpec spec;
-    spec.className = L"MelvorinStatusLine";
-    spec.caption = L"Status Line";
-    spec.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
-    spec.extendedStyle = WS_EX_CONTROLPARENT;
-    spec.x = spec.y = spec.width = spec.height = 0;
-    spec.parent = parent;
-    if (!createForm(spec))
+    if (!createForm(panelIn(parent, L"MelvorinStatusLine", L"Status Line")))
         return false;
     constexpr DWORD oneLine = SS_CENTERIMAGE | SS_ENDELLIPSIS | SS_NOPREFIX;
     message_ = windowOf(label(L"", oneLine, kMessage));
