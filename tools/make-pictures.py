@@ -49,6 +49,18 @@ Over the hill the lights go out,
 e|--0--1--3--|
 """
 
+LEFT_OVER_SONG = """\
+The Lantern
+
+Am     G   | F   E7 |
+Over the hill the lights go out,
+F      G      Am
+somebody sings us home.
+Cmaj7  G/B    Am
+Nobody walks the village lane,
+[F]nobody [G7sus4]climbs the mill.
+"""
+
 
 def start(*arguments):
     return Program(r"C:\Melvorin\Melvorin.exe", *arguments, limit=600)
@@ -175,6 +187,25 @@ def following(album):
     program.expect_end()
 
 
+def left_over(album):
+    """A song with lines that a key change passes over, and the line that tells so."""
+    song = "The Lantern.txt"
+    (PREFIX / "drive_c/Songs" / song).write_text(LEFT_OVER_SONG, encoding="utf-8")
+    program = start("C:\\Songs\\" + song)
+    wait_song(song)
+    drive("menu", "Go Up a Half Step")
+    # The lines of the song and, without the empty page between, the foot of the window.
+    top, foot = (album.work / name for name in ("top.png", "foot.png"))
+    album.still(top, "720x260+0+0")
+    album.still(foot, "720x36+0+664")
+    if album.wants("status-line"):
+        both = ("-append", "-strip", "+dither", "-colors", "64")
+        convert(top, foot, *both, f"PNG8:{PICTURES / 'status-line.png'}")
+    drive("close", "wait-front", BOX)
+    press("n", to=BOX)
+    program.expect_end()
+
+
 def windows_of_song(album, song):
     for name, command, title, *steps in (
         ("find", "Find and Replace", "Find and Replace"),
@@ -287,6 +318,7 @@ def main(names):
     with tempfile.TemporaryDirectory() as work:
         album = Album(pathlib.Path(work), names)
         following(album)
+        left_over(album)
         first_song(album)
         recovery_and_creator(album)
         on_stage(album)

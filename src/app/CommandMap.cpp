@@ -114,6 +114,10 @@ constexpr CommandRow kCommands[] = {
     // kept: first-sharps-caption
     {.id = mnuSus, .menu = in(mnuSgn, u">> Use Sharps"), .itemWhen = &ShellState::keyCommands},
     {.id = mnuBem, .menu = in(mnuSgn, u"Use Flats"), .itemWhen = &ShellState::keyCommands},
+    {.id = mnuByKey, .menu = in(mnuSgn, u"         Follow the Key"),
+     .itemWhen = &ShellState::keyCommands},
+    {.id = mnuSgnSpace, .menu = separator(mnuSgn)},
+    {.id = mnuRespell, .menu = in(mnuSgn, u"Respell"), .itemWhen = &ShellState::keyCommands},
     {.id = mnuFollow, .menu = in(mnuCifrar, u"Chords Follow the Words")},
 
     {.id = mnuExp, .menu = submenu(u"Examples")},

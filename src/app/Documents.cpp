@@ -1,4 +1,5 @@
 #include "app/Documents.h"
+#include "chords/KeySpelling.h"
 
 #include "base/Contrast.h"
 #include "base/LetterCase.h"
@@ -154,7 +155,8 @@ void Documents::newDocument() {
         return;
     editor_.loadPlain({}, editorFontFace(services_), kEditorFontPoints);
     setOrigin({});
-    songDebt_ = {};
+    songMemory_ = {};
+    songMemory_.side = sideOf(editor_.text().chars);
     showTitle();
     keepLegible();
     record();
@@ -218,7 +220,8 @@ bool Documents::load(TextView path) {
     if (!origin)
         return false;
     setOrigin(*std::move(origin));
-    songDebt_ = {};
+    songMemory_ = {};
+    songMemory_.side = sideOf(editor_.text().chars);
     lastUsed_.opened = folderPart(path);
     lastUsed_.openedExtension = extension_;
     showTitle();
@@ -243,7 +246,8 @@ bool Documents::openExample(TextView path) {
     if (!showFile(path))
         return false;
     setOrigin({});
-    songDebt_ = {};
+    songMemory_ = {};
+    songMemory_.side = sideOf(editor_.text().chars);
     showTitle();
     record();
     markChanged();

@@ -8,7 +8,7 @@
 #include "app/RunJournal.h"
 #include "app/ShellState.h"
 #include "app/SnapshotHistory.h"
-#include "app/SongDebt.h"
+#include "app/SongMemory.h"
 #include "base/Editor.h"
 #include "base/Services.h"
 
@@ -85,10 +85,12 @@ class Documents {
     // by the editor's own change event. Where the document is what the current snapshot holds,
     // nothing has changed and nothing is recorded.
     void changed();
-    // What the lines of the document owe to its key. It goes with the document through edits, undo
+    // What is kept of the song beside its text. It goes with the document through edits, undo
     // and a recovery; whoever changes it tells so before `changed`.
-    const SongDebt& songDebt() const { return songDebt_; }
-    void changeSongDebt(const std::function<void(SongDebt&)>& change);
+    const SongMemory& songMemory() const { return songMemory_; }
+    void changeSongMemory(const std::function<void(SongMemory&)>& change);
+    // Keeps it with the state as it is, where nothing else has changed.
+    void keepSongMemory();
     // False where nothing has changed.
     bool undo();
     bool redo();
@@ -120,7 +122,7 @@ class Documents {
     bool isRecorded(const std::string& rtf) const;
     void markRecorded(const std::string& rtf);
     FileMark markOfText() const;
-    void followSongDebt();
+    void followSongMemory();
     void startHistory();
     void showTitle();
     void setOrigin(DocumentOrigin origin);
@@ -159,8 +161,8 @@ class Documents {
     LastUsedPaths lastUsed_;
     bool unrecorded_ = false;  // what the editor shows is in no snapshot
     FileMark recorded_;        // of the Rich Text that the editor gives for the current one
-    SongDebt songDebt_;
-    Text debtText_;                 // the text whose lines it counts, where something is owed
+    SongMemory songMemory_;
+    Text memoryText_;               // the text whose lines it counts, where something is owed
     FileMark recordedText_;         // and of its text: some controls do not write all they show
     bool recordingFailed_ = false;  // reported already, until a snapshot succeeds again
     bool historyFull_ = false;

@@ -16,9 +16,9 @@ void Documents::record() {
 void Documents::record(const std::string& rtf) {
     unrecorded_ = true;
     markRecorded(rtf);
-    followSongDebt();
+    followSongMemory();
     switch (
-        history_.record(rtf, editor_.selection().begin, editor_.background(), songDebt_.text())) {
+        history_.record(rtf, editor_.selection().begin, editor_.background(), songMemory_.text())) {
         case SnapshotHistory::Outcome::Recorded:
             recordingFailed_ = false;
             unrecorded_ = false;
@@ -44,18 +44,23 @@ void Documents::record(const std::string& rtf) {
     state_.redo = history_.canRedo();
 }
 
-void Documents::followSongDebt() {
-    if (songDebt_.isZero())
+void Documents::followSongMemory() {
+    if (songMemory_.owesNothing())
         return;
     Text now = editor_.text().chars;
-    songDebt_.edited(debtText_, now);
-    debtText_ = std::move(now);
+    songMemory_.edited(memoryText_, now);
+    memoryText_ = std::move(now);
 }
 
-void Documents::changeSongDebt(const std::function<void(SongDebt&)>& change) {
-    followSongDebt();
-    change(songDebt_);
-    debtText_ = editor_.text().chars;
+void Documents::changeSongMemory(const std::function<void(SongMemory&)>& change) {
+    followSongMemory();
+    change(songMemory_);
+    memoryText_ = editor_.text().chars;
+}
+
+void Documents::keepSongMemory() {
+    history_.keepBeside(songMemory_.text());
+    keepJournal();
 }
 
 // The document as it stands is where undo ends, and it is clean.
@@ -145,8 +150,8 @@ bool Documents::showSnapshot(const Snapshot& snapshot) {
         return false;
     editor_.setBackground(snapshot.background);
     editor_.select({snapshot.caret, snapshot.caret});
-    songDebt_ = SongDebt::parse(snapshot.songDebt);
-    debtText_ = editor_.text().chars;
+    songMemory_ = SongMemory::parse(snapshot.songMemory);
+    memoryText_ = editor_.text().chars;
     return true;
 }
 
@@ -154,9 +159,9 @@ bool Documents::showSnapshot(const Snapshot& snapshot) {
 bool Documents::mayLeaveScreenText() {
     if (!unrecorded_)
         return true;
-    followSongDebt();
+    followSongMemory();
     if (history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin, editor_.background(),
-                                songDebt_.text()) ||
+                                songMemory_.text()) ||
         services_.messages.show(u"There is no copy of the text as it is now, so it could not be "
                                 u"brought back.\r\n\r\nLeave it all the same?",
                                 kMessageTitle, MessageIcon::Question,
@@ -217,7 +222,7 @@ void Documents::endRun(RunEnd how) {
     if (state_.dirty && keepsChanges(how)) {
         // The last of them may be in no snapshot yet.
         if (unrecorded_ && history_.rewriteCurrent(editor_.rtf(), editor_.selection().begin,
-                                                   editor_.background(), songDebt_.text()))
+                                                   editor_.background(), songMemory_.text()))
             keepJournal();
         return;
     }

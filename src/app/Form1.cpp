@@ -51,6 +51,8 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::toStatus, &Form1::toStatusLine},
         {Command::mnuSus, &Form1::useSharps},
         {Command::mnuBem, &Form1::useFlats},
+        {Command::mnuByKey, &Form1::followTheKey},
+        {Command::mnuRespell, &Form1::respell},
         {Command::mnuFullScreen, &Form1::openFullScreen},
         {Command::mnuTab, &Form1::insertTablature},
         {Command::mnuDps, &Form1::guitarTuner},
@@ -136,10 +138,12 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                   }}),
       keyWork_(rtftext_, documents_,
                {[this](std::vector<StatusNote> notes) { status_.say(std::move(notes)); },
-                [this] { return mayBegin(); }, [this](OtherLines choice) { setOtherLines(choice); },
+                [this] { return mayBegin(); }, [this](TextView key) { status_.tellKey(key); },
+                [this](OtherLines choice) { setOtherLines(choice); },
                 [this](const std::exception& error) { onException(error); }}),
       status_(services_,
-              {[this] { ::SetFocus(rtftext_.handle()); }, [this] { run(Command::zoomReset); }}),
+              {[this] { ::SetFocus(rtftext_.handle()); }, [this] { run(Command::zoomReset); },
+               [this](POINT place) { chooseKey(place); }}),
       recent_(services_.profiles, [this](const RecentMenu& menu) { showRecent(menu); }),
       find_(services_, rtftext_, follower_,
             {[this] { documents_.changed(); }, [this] { return isBusy(); }}),
@@ -214,6 +218,10 @@ bool Form1::createParts() {
     createAccelerators();
     follow(chordsFollow(services_));
     showOtherLines(otherLines(services_));
+    if (followsKey(services_)) {
+        followsKey_ = true;
+        followTheKey();
+    }
     rtftext_.setZoom(editorZoom(services_));
     status_.tellZoom(rtftext_.zoom());
     showStatusLine(showsStatusLine(services_));
@@ -557,14 +565,16 @@ void Form1::changeKey(Direction direction) {
     {
         const Job job(*this);
         FrmCifra cifra(services_);
-        changed = cifra.changeKey(handle(), rtftext_, direction, spelling_, T6_,
-                                  keyWork_.chooseOthers(direction, spelling_));
+        changed =
+            cifra.changeKey(handle(), direction, T6_, [&](const std::function<void()>& lineDone) {
+                keyWork_.move(direction, spelling_, followsKey_, lineDone);
+            });
     }
     if (!hasText || !changed)
         return;
     {
         const EditorWork work(rtftext_);
-        keyWork_.keyChanged(direction, spelling_);
+        keyWork_.keyChanged(direction);
     }
     documents_.changed();
     keyWork_.tell();
@@ -637,16 +647,53 @@ void Form1::changeFingering() {
     }
 }
 
-void Form1::useSpelling(Spelling spelling) {
+void Form1::useSpelling(Spelling spelling, bool followsKey) {
     spelling_ = spelling;
-    const SpellingCaptions captions = captionsOf(spelling);
+    const SpellingCaptions captions = captionsOf(spelling, followsKey);
     menuBar_.setCaption(Command::mnuSus, captions.sharps);
     menuBar_.setCaption(Command::mnuBem, captions.flats);
+    menuBar_.setCaption(Command::mnuByKey, captions.followKey);
+    if (followsKey != std::exchange(followsKey_, followsKey) &&
+        !storeFollowsKey(services_, followsKey))
+        reportFailure(services_.messages, kNotStored);
+}
+
+void Form1::followTheKey() {
+    useSpelling(spelling_, true);
+}
+
+// The keys in two columns, major and minor; the first entry leaves it to the program.
+void Form1::chooseKey(POINT place) {
+    if (!mayBegin())
+        return;
+    constexpr int tonics = 12;
+    const UniqueMenu menu(::CreatePopupMenu());
+    const SongMemory& memory = documents_.songMemory();
+    ::AppendMenuW(menu.get(), MF_STRING | (memory.key ? 0U : UINT{MF_CHECKED}), 2 * tonics + 1,
+                  L"As It Is Found");
+    for (int i = 0; i < 2 * tonics; ++i) {
+        const Key key{i % tonics, i >= tonics};
+        const UINT column = i == tonics ? MF_MENUBARBREAK : 0;
+        const UINT mark = memory.key == key ? MF_CHECKED : 0;
+        ::AppendMenuW(menu.get(), MF_STRING | column | mark, static_cast<UINT_PTR>(i) + 1,
+                      wide(keyName(key, memory.side)));
+    }
+    const int chosen = ::TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_RETURNCMD,
+                                        place.x, place.y, 0, handle(), nullptr);
+    if (chosen > 2 * tonics)
+        keyWork_.tellKey(std::nullopt);
+    else if (chosen > 0)
+        keyWork_.tellKey(Key{(chosen - 1) % tonics, chosen > tonics});
+}
+
+void Form1::respell() {
+    const CursorScope hourglass(IDC_WAIT);
+    keyWork_.respell();
 }
 
 void Form1::showSpellingMenu() {
     const UniqueMenu menu(::CreatePopupMenu());
-    for (const Command item : {Command::mnuSus, Command::mnuBem})
+    for (const Command item : {Command::mnuSus, Command::mnuBem, Command::mnuByKey})
         ::AppendMenuW(menu.get(), MF_STRING, idOf(item), wide(menuBar_.caption(item)));
     const RECT button = toolbar_.buttonOnScreen(Command::mnuDwn);
     toolbar_.showTips(false);

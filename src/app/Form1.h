@@ -128,7 +128,7 @@ class Form1 : public Window {
         ~Busy() { form_.jobRuns_ = false; }
 
       private:
-    static constexpr UINT_PTR kPlaceTimer = 2;
+        static constexpr UINT_PTR kPlaceTimer = 2;
 
         Form1& form_;
     };
@@ -208,7 +208,10 @@ class Form1 : public Window {
     void toStatusLine();
     void tellPlace();
     void createNotation();
-    void useSpelling(Spelling spelling);
+    void useSpelling(Spelling spelling, bool followsKey = false);
+    void followTheKey();
+    void chooseKey(POINT place);
+    void respell();
     void showSpellingMenu();
     void insertTablature();
     void guitarTuner();
@@ -236,6 +239,7 @@ class Form1 : public Window {
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
+    bool followsKey_ = false;               // Opt3
     int T6_ = 0;                            // half steps that songs were moved by in this run
     ScreenSize J2_;                         // the work area, in pixels
     int showCommand_ = SW_SHOWMAXIMIZED;

@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "chords/CellWidth.h"
 #include "chords/DocumentDiagrams.h"
+#include "chords/KeySpelling.h"
 
 namespace melvorin {
 namespace {
@@ -43,7 +44,7 @@ ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
         found_ = found;
         words_.clear();
         keys_.clear();
-        const KeyDebt& debt = documents_.songDebt().lines;
+        const KeyDebt& debt = documents_.songMemory().lines;
         const std::vector<Selection> places = linePlaces(song);
         for (const std::size_t line : found.changedWords) {
             if (!debt.isLeftAlone(line))
@@ -55,8 +56,53 @@ ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
     };
 }
 
-void KeyWork::keyChanged(Direction direction, Spelling spelling) {
+void KeyWork::move(Direction direction, Spelling spelling, bool followsKey,
+                   const std::function<void()>& lineDone) {
     spelling_ = spelling;
+    unsure_.clear();
+    if (!followsKey) {
+        const KeyChange change(direction, spelling);
+        return changeDocumentKey(rtftext_, change, lineDone, chooseOthers(direction, spelling));
+    }
+    const FoundKey found = key();
+    const Spelling side = documents_.songMemory().side;
+    const int steps = direction == Direction::Up ? 1 : -1;
+    // What is moved by a table has the accidentals of the new signature.
+    if (found.first)
+        spelling_ =
+            fifthsOf(movedKey(*found.first, steps), side) < 0 ? Spelling::Flats : Spelling::Sharps;
+    if (!found.key && found.first)
+        unsure_ = keyInWords(found, side);
+    followKeyInDocument(rtftext_, found, steps, side, lineDone, chooseOthers(direction, spelling_));
+}
+
+FoundKey KeyWork::key() const {
+    const std::optional<Key> told = documents_.songMemory().key;
+    if (!told)
+        return findKey(rtftext_.text().chars);
+    FoundKey found;
+    found.key = found.first = told;
+    found.percent = 100;
+    found.isStated = true;
+    return found;
+}
+
+void KeyWork::tellKey(std::optional<Key> key) {
+    documents_.changeSongMemory([&](SongMemory& memory) { memory.key = key; });
+    documents_.keepSongMemory();
+    tell();
+}
+
+void KeyWork::respell() {
+    run([this] {
+        const FoundKey found = key();
+        unsure_ = !found.key && found.first ? keyInWords(found) : Text();
+        followKeyInDocument(rtftext_, found, 0, documents_.songMemory().side, [] {});
+    });
+}
+
+void KeyWork::keyChanged(Direction direction) {
+    const Spelling spelling = spelling_;
     const Text song = rtftext_.text().chars;
     const std::vector<Selection> places = linePlaces(song);
     for (NamedLine& line : words_)
@@ -66,26 +112,28 @@ void KeyWork::keyChanged(Direction direction, Spelling spelling) {
         if (diagrams.empty() || diagrams.back().number != run.line)
             diagrams.push_back({run.line, {}, false});
     }
-    documents_.changeSongDebt([&](SongDebt& debt) {
+    documents_.changeSongMemory([&](SongMemory& debt) {
         debt.diagrams.keyChanged(direction, spelling, 1, diagrams);
         debt.lines.keyChanged(direction, spelling, 1,
                               movesAll() ? std::span<const LeftOverLine>() : found_.lines);
         if (movesAll())
             debt.lines.moved();
+        if (debt.key)
+            debt.key = movedKey(*debt.key, direction == Direction::Up ? 1 : -1);
     });
     if (movesAll())
         moveDiagrams(spelling);
 }
 
 void KeyWork::moveDiagrams(Spelling spelling) {
-    const KeyDebt debt = documents_.songDebt().diagrams;
+    const KeyDebt debt = documents_.songMemory().diagrams;
     moveDiagramsInDocument(rtftext_, spelling,
                            [&](std::size_t line) { return debt.stepsBehind(line); });
-    documents_.changeSongDebt([](SongDebt& all) { all.diagrams.moved(); });
+    documents_.changeSongMemory([](SongMemory& all) { all.diagrams.moved(); });
 }
 
 std::vector<OtherMove> KeyWork::behind(const LeftOver& found, TextView song) const {
-    return linesBehind(documents_.songDebt().lines, found, song);
+    return linesBehind(documents_.songMemory().lines, found, song);
 }
 
 void KeyWork::moveOthers() {
@@ -101,7 +149,7 @@ void KeyWork::moveOthers() {
             [] {});
         moveDiagrams(spelling_);
         if (!hasH)
-            documents_.changeSongDebt([](SongDebt& debt) { debt.lines.moved(); });
+            documents_.changeSongMemory([](SongMemory& debt) { debt.lines.moved(); });
     });
 }
 
@@ -129,7 +177,7 @@ void KeyWork::putBack() {
             rtftext_.put(line->before);
         }
         rtftext_.select(selection);
-        documents_.changeSongDebt([this](SongDebt& debt) {
+        documents_.changeSongMemory([this](SongMemory& debt) {
             for (const NamedLine& line : words_)
                 debt.lines.leaveAlone(line.number);
         });
@@ -143,12 +191,15 @@ void KeyWork::songReplaced() {
     words_.clear();
     keys_.clear();
     found_ = {};
+    unsure_.clear();
     isStale_ = true;
 }
 
 void KeyWork::idle() {
-    if (std::exchange(isStale_, false) && (isSaid_ || !documents_.songDebt().isZero()))
-        tell();
+    if (!std::exchange(isStale_, false))
+        return;
+    unsure_.clear();
+    tell();
 }
 
 // Goes to the next of these places behind the cursor, and selects it.
@@ -184,7 +235,7 @@ StatusNote KeyWork::noteOnLines(const LeftOver& found, std::vector<Selection> pl
 
 std::vector<Selection> KeyWork::diagramsBehind() const {
     std::vector<Selection> places;
-    const KeyDebt& debt = documents_.songDebt().diagrams;
+    const KeyDebt& debt = documents_.songMemory().diagrams;
     if (debt.isZero())
         return places;
     for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
@@ -209,9 +260,9 @@ void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
     dropUntrue(keys_, song);
     const std::vector<Selection> places = linePlaces(song);
     const auto placesOf = [&](const std::vector<NamedLine>& lines) {
-        std::vector<Selection> found;
-        for (const NamedLine& line : lines)
-            found.push_back(places[line.number]);
+        std::vector<Selection> found(lines.size());
+        std::transform(lines.begin(), lines.end(), found.begin(),
+                       [&](const NamedLine& line) { return places[line.number]; });
         return found;
     };
     if (!words_.empty())
@@ -227,7 +278,7 @@ void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
 void KeyWork::tell() {
     std::vector<StatusNote> notes;
     const Text song = rtftext_.text().chars;
-    if (!documents_.songDebt().lines.isZero()) {
+    if (!documents_.songMemory().lines.isZero()) {
         const LeftOver found = leftOverInDocument(rtftext_);
         const std::vector<Selection> places = linePlaces(song);
         std::vector<Selection> left;
@@ -241,6 +292,13 @@ void KeyWork::tell() {
                                  u" diagrams show the old chords"),
                          {{u"Move Them Too", [this] { moveOthers(); }}, show(diagrams)}});
     addNotesOnNamed(notes, song);
+    if (!unsure_.empty())
+        notes.push_back({u"The key is not sure (" + unsure_ +
+                             u"): accidentals are of the kind that fits it better",
+                         {}});
+    const FoundKey found = key();
+    shell_.sayKey(found.first ? u"Key: " + keyInWords(found, documents_.songMemory().side)
+                              : Text());
     isStale_ = false;
     isSaid_ = !notes.empty();
     shell_.say(std::move(notes));

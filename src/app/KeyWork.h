@@ -18,6 +18,7 @@ class KeyWork {
         std::function<void(std::vector<StatusNote>)> say;
         // A command may begin; what is still open for the caret has gone.
         std::function<bool()> mayBegin;
+        std::function<void(TextView key)> sayKey;
         std::function<void(OtherLines)> othersChosen;
         std::function<void(const std::exception&)> fails;
     };
@@ -29,12 +30,19 @@ class KeyWork {
     void setOthers(OtherLines choice) { others_ = choice; }
     OtherLines others() const { return others_; }
 
-    // For a key change by a half step that is about to be made: notes what it leaves over and what
-    // it changes without being asked to, and says what goes with it.
-    ChooseOthers chooseOthers(Direction direction, Spelling spelling);
+    // Moves the song by a half step, with accidentals of one kind or such as follow its key; notes
+    // what it leaves over and what it changes without being asked to.
+    void move(Direction direction, Spelling spelling, bool followsKey,
+              const std::function<void()>& lineDone);
     // It has been made, and is still to be recorded: moves what else belongs to its step, and keeps
     // how far the rest is behind.
-    void keyChanged(Direction direction, Spelling spelling);
+    void keyChanged(Direction direction);
+    // Calls the notes of the song by its key, as a step of its own.
+    void respell();
+    // The key of the song: the one that the user has told, or what is found.
+    FoundKey key() const;
+    // Nothing: what is found counts.
+    void tellKey(std::optional<Key> key);
 
     // "Move Them Too": all lines and diagrams that are behind, as a step of its own.
     void moveOthers();
@@ -55,6 +63,7 @@ class KeyWork {
         std::vector<RichEdit::Piece> before;
     };
 
+    ChooseOthers chooseOthers(Direction direction, Spelling spelling);
     bool movesAll() const { return others_ == OtherLines::Move && !found_.hasH; }
     void moveDiagrams(Spelling spelling);
     std::vector<OtherMove> behind(const LeftOver& found, TextView song) const;
@@ -74,6 +83,7 @@ class KeyWork {
     LeftOver found_;                // by the key change that is under way
     std::vector<NamedLine> words_;  // changed by the last one
     std::vector<NamedLine> keys_;   // that name the key before it
+    Text unsure_;                   // the keys that it may be, where accidentals were to follow it
     bool isStale_ = false;
     bool isSaid_ = false;
 };

@@ -48,8 +48,8 @@ std::string snapshotLine(int index, const Snapshot& snapshot) {
            std::to_string(snapshot.caret) + " " + background + " " + markLine(snapshot.mark) + "\n";
 }
 
-std::string debtLine(int index, const Snapshot& snapshot) {
-    return "debt " + std::to_string(index) + " " + snapshot.songDebt + "\n";
+std::string songLine(int index, const Snapshot& snapshot) {
+    return "song " + std::to_string(index) + " " + snapshot.songMemory + "\n";
 }
 
 // ---- Reading ----------------------------------------------------------------------------------
@@ -145,8 +145,8 @@ class Replay {
             loss(words);
         else if (kind == "snapshot")
             snapshot(words);
-        else if (kind == "debt")
-            debt(words);
+        else if (kind == "song")
+            song(words);
         else if (kind == "state")
             state(words);
     }
@@ -194,11 +194,11 @@ class Replay {
         run_.snapshots.resize(std::max(run_.snapshots.size(), at + 1));
         run_.snapshots[at] = std::move(snapshot);
     }
-    void debt(Words words) {
+    void song(Words words) {
         const auto index = words.number<std::int16_t>(1, kMost);
         const std::string_view text = words.rest();
         if (words.end() && static_cast<std::size_t>(index) < run_.snapshots.size())
-            run_.snapshots[static_cast<std::size_t>(index)].songDebt = text;
+            run_.snapshots[static_cast<std::size_t>(index)].songMemory = text;
     }
     void state(Words words) {
         const auto current = words.number<std::int16_t>(1, kMost);
@@ -272,13 +272,13 @@ void RunJournal::keep(const DocumentOrigin& origin, const SnapshotHistory& histo
     add(format_, formatLine(origin.format));
     add(loss_, "loss " + hexOf(origin.loss) + "\n");
     const std::string snapshot = snapshotLine(history.current(), history.currentSnapshot());
-    // A snapshot begins without a debt.
-    const bool owes = !history.currentSnapshot().songDebt.empty();
-    if (owes && snapshot != snapshot_)
-        debt_.clear();
+    // A snapshot begins without one.
+    const bool isKept = !history.currentSnapshot().songMemory.empty();
+    if (isKept && snapshot != snapshot_)
+        song_.clear();
     add(snapshot_, snapshot);
-    if (owes || !debt_.empty())
-        add(debt_, debtLine(history.current(), history.currentSnapshot()));
+    if (isKept || !song_.empty())
+        add(song_, songLine(history.current(), history.currentSnapshot()));
     add(state_, "state " + std::to_string(history.current()) + " " +
                     std::to_string(history.count()) + " " + std::to_string(history.floor()) + " " +
                     (dirty ? "1\n" : "0\n"));
@@ -289,7 +289,7 @@ void RunJournal::keepAll(const SnapshotHistory& history) {
     std::string lines;
     for (int index = 1; index <= history.count(); ++index)
         lines +=
-            snapshotLine(index, history.snapshot(index)) + debtLine(index, history.snapshot(index));
+            snapshotLine(index, history.snapshot(index)) + songLine(index, history.snapshot(index));
     append(lines);
 }
 

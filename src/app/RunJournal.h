@@ -8,8 +8,7 @@
 //                                   TextFormat has them; without it, as a new file
 //   loss TEXT                       what of the document's file the editor does not have
 //   snapshot INDEX FILE CARET BACKGROUND SIZE HASH
-//   debt INDEX TEXT                 what the lines of that snapshot owe to the song's key, behind
-//   it state CURRENT COUNT FLOOR DIRTY
+//   song INDEX TEXT                 what is kept of the song beside that snapshot
 // A later line replaces an earlier one of its kind (and index). A line that is incomplete or makes
 // no sense counts as not written.
 #pragma once
@@ -64,7 +63,7 @@ class RunJournal {
     std::string format_;
     std::string loss_ = kNoLoss;
     std::string snapshot_;
-    std::string debt_;
+    std::string song_;
     std::string state_;
 };
 

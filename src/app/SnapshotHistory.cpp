@@ -24,14 +24,14 @@ void SnapshotHistory::dropRedo() {
 
 SnapshotHistory::Outcome SnapshotHistory::record(std::string_view rtf, std::int32_t caret,
                                                  std::optional<Rgb> background,
-                                                 std::string songDebt) {
+                                                 std::string songMemory) {
     if (current_ != count_)
         dropRedo();
     if (count_ == kMostSnapshots)
         return Outcome::Full;
     ++count_;
     current_ = count_;
-    snapshots_.push_back({{}, caret, background, {}, std::move(songDebt)});
+    snapshots_.push_back({{}, caret, background, {}, std::move(songMemory)});
 
     return writeCurrent(rtf) ? Outcome::Recorded : Outcome::NotWritten;
 }
@@ -58,13 +58,13 @@ bool SnapshotHistory::writeCurrent(std::string_view rtf) {
 }
 
 bool SnapshotHistory::rewriteCurrent(std::string_view rtf, std::int32_t caret,
-                                     std::optional<Rgb> background, std::string songDebt) {
+                                     std::optional<Rgb> background, std::string songMemory) {
     if (!writeCurrent(rtf))
         return false;
     Snapshot& snapshot = snapshots_[static_cast<std::size_t>(current_)];
     snapshot.caret = caret;
     snapshot.background = background;
-    snapshot.songDebt = std::move(songDebt);
+    snapshot.songMemory = std::move(songMemory);
     return true;
 }
 

@@ -23,8 +23,8 @@ struct Snapshot {
     std::int32_t caret = 0;  // position in the editor
     // Behind the document, where it is not the system's: the Rich Text does not hold it.
     std::optional<Rgb> background;
-    FileMark mark;         // what the file holds
-    std::string songDebt;  // what its lines owe to its key (SongDebt::text)
+    FileMark mark;           // what the file holds
+    std::string songMemory;  // SongMemory::text
 };
 
 class SnapshotHistory {
@@ -40,10 +40,14 @@ class SnapshotHistory {
 
     // Appends a state and makes it the current one; states that were undone are deleted first.
     Outcome record(std::string_view rtf, std::int32_t caret,
-                   std::optional<Rgb> background = std::nullopt, std::string songDebt = {});
+                   std::optional<Rgb> background = std::nullopt, std::string songMemory = {});
     // Writes the current state again, for a text that was not recorded; false when it cannot be.
     bool rewriteCurrent(std::string_view rtf, std::int32_t caret,
-                        std::optional<Rgb> background = std::nullopt, std::string songDebt = {});
+                        std::optional<Rgb> background = std::nullopt, std::string songMemory = {});
+    // What is kept of the song beside the current state.
+    void keepBeside(std::string songMemory) {
+        snapshots_[static_cast<std::size_t>(current_)].songMemory = std::move(songMemory);
+    }
     // The cause of the last NotWritten, as a sentence.
     const Text& lastFailure() const { return lastFailure_; }
     // Goes on with the history of an earlier run, whose files belong to this object from now on;

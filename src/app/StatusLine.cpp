@@ -8,7 +8,7 @@
 namespace melvorin {
 namespace {
 
-enum ControlId { kFirstAction = 401, kNext = 411, kZoom, kMessage, kPlace };
+enum ControlId { kFirstAction = 401, kNext = 411, kKey, kZoom, kMessage, kPlace };
 
 // Pixels at 96 dpi.
 constexpr int kInset = 2;
@@ -46,17 +46,11 @@ StatusLine::StatusLine(const Services& services, Actions actions)
       sounds_(services),
       buttons_{TarnelButton(sounds_), TarnelButton(sounds_), TarnelButton(sounds_)},
       next_(sounds_),
+      key_(sounds_),
       zoom_(sounds_) {}
 
 bool StatusLine::create(HWND parent) {
-    WindowSpec spec;
-    spec.className = L"MelvorinStatusLine";
-    spec.caption = L"Status Line";
-    spec.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
-    spec.extendedStyle = WS_EX_CONTROLPARENT;
-    spec.x = spec.y = spec.width = spec.height = 0;
-    spec.parent = parent;
-    if (!createForm(spec))
+    if (!createForm(panelIn(parent, L"MelvorinStatusLine", L"Status Line")))
         return false;
     constexpr DWORD oneLine = SS_CENTERIMAGE | SS_ENDELLIPSIS | SS_NOPREFIX;
     message_ = windowOf(label(L"", oneLine, kMessage));
@@ -64,6 +58,9 @@ bool StatusLine::create(HWND parent) {
         buttons_[i].create(handle(), kFirstAction + static_cast<int>(i), {}, {});
     next_.create(handle(), kNext, {}, {});
     place_ = windowOf(label(L"", oneLine, kPlace));
+    key_.create(handle(), kKey, {}, {});
+    melvorin::show(key_.handle(), false);
+    addTip(key_.handle(), u"Tell the key of this song");
     zoom_.create(handle(), kZoom, {}, u"100 %");
     addTip(zoom_.handle(), u"Back to 100 % (Ctrl+0)");
     showNote();
@@ -132,6 +129,14 @@ void StatusLine::tellZoom(int percent) {
     arrange();
 }
 
+void StatusLine::tellKey(TextView key) {
+    if (keyText() == key)
+        return;
+    key_.setCaption(key);
+    melvorin::show(key_.handle(), !key.empty());
+    arrange();
+}
+
 void StatusLine::enter() {
     if (const HWND first = ::GetNextDlgTabItem(handle(), nullptr, FALSE))
         ::SetFocus(first);
@@ -153,6 +158,8 @@ void StatusLine::arrange() {
     RECT client{};
     ::GetClientRect(handle(), &client);
     int right = placeFromRight(zoom_.handle(), static_cast<int>(client.right), 0);
+    if (!keyText().empty())
+        right = placeFromRight(key_.handle(), right, 0);
     right = placeFromRight(place_, right, widthOf(kUsualPlace));
     std::vector<HWND> shown;
     for (const TarnelButton& button : buttons_) {
@@ -199,9 +206,14 @@ void StatusLine::onCommand(int id, int event) {
     }
     // A click takes the keyboard; nobody wants it to stay here.
     actions_.leave();
-    if (id == kZoom)
+    if (id == kZoom) {
         actions_.resetZoom();
-    else if (id >= kFirstAction && !notes.empty() && action < notes[current_].actions.size())
+    } else if (id == kKey) {
+        RECT button{};
+        ::GetWindowRect(key_.handle(), &button);
+        actions_.chooseKey({button.left, button.top});
+    }
+    if (id >= kFirstAction && !notes.empty() && action < notes[current_].actions.size())
         notes[current_].actions[action].run();
 }
 

@@ -33,6 +33,8 @@ class StatusLine : public Form {
     struct Actions {
         std::function<void()> leave;      // the keyboard goes back to the document
         std::function<void()> resetZoom;  // the button with the zoom
+        // The button with the key, at the top left corner of this place on the screen.
+        std::function<void(POINT place)> chooseKey;
     };
 
     StatusLine(const Services& services, Actions actions);
@@ -49,12 +51,15 @@ class StatusLine : public Form {
     void say(std::vector<StatusNote> notes);
     void tellPlace(TextView place);
     void tellZoom(int percent);
+    // "Key: G"; empty where there is none to tell.
+    void tellKey(TextView key);
     // The keyboard comes to the first button.
     void enter();
 
     // What is to be read and pressed, for tests.
     Text message() const { return windowText(message_); }
     Text placeText() const { return windowText(place_); }
+    Text keyText() const { return windowText(key_.handle()); }
     const std::vector<StatusNote>& notes() const { return notes_; }
 
   private:
@@ -69,6 +74,7 @@ class StatusLine : public Form {
     ButtonSounds sounds_;
     std::array<TarnelButton, kActions> buttons_;
     TarnelButton next_;
+    TarnelButton key_;
     TarnelButton zoom_;
     HWND message_ = nullptr;
     HWND place_ = nullptr;

@@ -61,6 +61,14 @@ bool storeOtherLines(const Services& services, OtherLines choice) {
     return false;
 }
 
+bool followsKey(const Services& services) {
+    return setting(services, u"Key", u"FollowKey") == u"1";
+}
+
+bool storeFollowsKey(const Services& services, bool on) {
+    return store(services, u"Key", u"FollowKey", on ? u"1" : u"0");
+}
+
 int editorZoom(const Services& services) {
     constexpr int least = 50;
     constexpr int most = 500;

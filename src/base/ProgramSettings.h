@@ -29,6 +29,10 @@ enum class OtherLines { Ask, Move, Leave };
 OtherLines otherLines(const Services& services);
 bool storeOtherLines(const Services& services, OtherLines choice);
 
+// Whether accidentals follow the key of the song, whatever the choice of sharps or flats is.
+bool followsKey(const Services& services);
+bool storeFollowsKey(const Services& services, bool on);
+
 // How large the editor shows its text, in percent; 100 where the file says nothing sensible.
 int editorZoom(const Services& services);
 bool storeEditorZoom(const Services& services, int percent);

@@ -6,6 +6,7 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/SongDiagrams.h"
 
 namespace melvorin {
 namespace {
@@ -124,10 +125,16 @@ std::vector<RowItem> RowReader::read() {
     Run run;
     bool inside = false;
     while (reader.next(character)) {
-        if (isAnyBlank(character.code) && !(inside && isJoined(run, character))) {
+        const bool isDiagram = isDiagramToken(line_[character.index]);
+        const bool isGap = isAnyBlank(character.code) && !(inside && isJoined(run, character));
+        if (isDiagram || isGap) {
             if (inside)
                 addRun(run);
             inside = false;
+            if (isDiagram)
+                add(RowItemKind::Sign,
+                    {character.index, character.index + 1, character.column, character.width},
+                    Text(1, line_[character.index]));
             continue;
         }
         if (!inside)

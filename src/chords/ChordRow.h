@@ -17,7 +17,7 @@ enum class RowItemKind {
     Beat,       // "/", "(", ")": signs that chord lines may have
     NoChord,    // "N.C."
     Repeat,     // "x2"
-    Sign,       // "%", "*"
+    Sign,       // "%", "*", a diagram
     Separator,  // "-", ",", ">" between chords; not part of a chart
 };
 

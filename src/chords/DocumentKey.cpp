@@ -6,6 +6,7 @@
 
 #include "base/EditorLine.h"
 #include "chords/ChordLine.h"
+#include "chords/KeySpelling.h"
 #include "rtf/EditCommands.h"
 #include "rtf/RtfMap.h"
 
@@ -38,6 +39,8 @@ std::vector<ColumnRange> picturesOf(std::size_t start, std::size_t length, IsPic
 struct LineMoves {
     const KeyChange* change = nullptr;  // of lines of nothing but chords; null: they stay
     std::vector<OtherMove> others;      // by number
+    // Where given, lines of nothing but chords go by it, unless they are others.
+    const KeyRespelling* names = nullptr;
 };
 
 // What becomes of a line; nothing where it stays.
@@ -53,6 +56,11 @@ std::optional<MovedLine> movedLine(TextView line, const LineMoves& moves, const 
     if (other == nullptr)
         return std::nullopt;
     return moveLeftOver(line, other->line, *change, pictures);
+}
+
+std::optional<MovedLine> renamedLine(const KeyRespelling& names, std::size_t number) {
+    MovedLine moved = names.moveLine(number);
+    return moved.changed ? std::optional(std::move(moved)) : std::nullopt;
 }
 
 template <class IsPicture>
@@ -73,8 +81,10 @@ std::vector<ChordLine> moveLines(TextView text, const LineMoves& moves, IsPictur
             auto pictures = picturesOf(start, line.chars.size(), [&](std::size_t at) {
                 return isPicture(at) || (inTable && text[at] == u'\t');
             });
-            if (auto moved =
-                    movedLine(line.chars, moves, isOther ? &others.front() : nullptr, pictures))
+            if (auto moved = isOther || moves.names == nullptr
+                                 ? movedLine(line.chars, moves, isOther ? &others.front() : nullptr,
+                                             pictures)
+                                 : renamedLine(*moves.names, number))
                 lines.push_back({start, line.chars.size(), std::move(pictures), std::move(*moved)});
         }
         lineDone();
@@ -213,6 +223,8 @@ class Document {
     LeftOver leftOver() const;
     void move(const LineMoves& moves, const std::function<void()>& lineDone);
     TextView text() const { return text_; }
+    // Its lines, with what in them is no writing; `pictures` holds that.
+    std::vector<SpelledLine> lines(std::vector<std::vector<ColumnRange>>& pictures) const;
 
   private:
     bool isPicture(std::size_t position) const {
@@ -241,6 +253,23 @@ LeftOver Document::leftOver() const {
         });
     }
     return findLeftOver(song, pictures);
+}
+
+std::vector<SpelledLine> Document::lines(std::vector<std::vector<ColumnRange>>& pictures) const {
+    std::vector<SpelledLine> song;
+    const TextView text = text_;
+    for (TextView rest = text;;) {
+        const std::size_t start = text.size() - rest.size();
+        const TextLine line = takeEditorLine(rest);
+        song.push_back({line.chars, {}});
+        pictures.push_back(picturesOf(start, IsChordLine(line.chars) ? line.chars.size() : 0,
+                                      [this](std::size_t at) { return isPicture(at); }));
+        if (line.end.empty())
+            break;
+    }
+    for (std::size_t i = 0; i < song.size(); ++i)
+        song[i].fixed = pictures[i];
+    return song;
 }
 
 void Document::load(const std::vector<ChordLine>& lines) {
@@ -282,6 +311,16 @@ void changeDocumentKey(Editor& editor, const KeyChange& change,
     Document document(editor);
     const EditorWork work(editor);
     document.move({&change, chosenOthers(document, others)}, lineDone);
+}
+
+void followKeyInDocument(Editor& editor, const FoundKey& found, int steps, Spelling side,
+                         const std::function<void()>& lineDone, const ChooseOthers& others) {
+    Document document(editor);
+    const EditorWork work(editor);
+    std::vector<std::vector<ColumnRange>> pictures;
+    const std::vector<SpelledLine> song = document.lines(pictures);
+    const KeyRespelling names(song, found, steps, side);
+    document.move({nullptr, chosenOthers(document, others), &names}, lineDone);
 }
 
 void moveOthersInDocument(Editor& editor, const ChooseOthers& others,

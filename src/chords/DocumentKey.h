@@ -6,6 +6,7 @@
 
 #include "base/Editor.h"
 #include "chords/LeftOver.h"
+#include "chords/SongKey.h"
 #include "chords/Transpose.h"
 
 namespace melvorin {
@@ -24,6 +25,12 @@ using ChooseOthers = std::function<std::vector<OtherMove>(const LeftOver&, TextV
 // lines are edited one by one. What this throws (memory) leaves the document as it was.
 void changeDocumentKey(Editor& editor, const KeyChange& change,
                        const std::function<void()>& lineDone, const ChooseOthers& others = {});
+
+// The same with accidentals that follow the key: the chord lines are called by `found`, the key of
+// the song as it is (KeySpelling.h). 0 steps respell them where they stand; only lines that change
+// are coloured then. `side` is that of the song.
+void followKeyInDocument(Editor& editor, const FoundKey& found, int steps, Spelling side,
+                         const std::function<void()>& lineDone, const ChooseOthers& others = {});
 
 // Moves only the lines that `others` names, in the same way.
 void moveOthersInDocument(Editor& editor, const ChooseOthers& others,

@@ -2,6 +2,7 @@
 
 #include "chords/FrmCifraCreator.h"
 #include "chords/InsertChart.h"
+#include "chords/TakenSong.h"
 #include "platform/Handles.h"
 
 #include <utility>
@@ -17,15 +18,13 @@ constexpr int kBarHeight = 18;
 constexpr int kFull = 100;
 constexpr int kPerLine = 2;
 constexpr int kBusyRounds = 500;
+constexpr std::int64_t kFrameMs = 15;  // no screen shows more than one picture in this time
 
 }  // namespace
 
-bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
-                         int& halfSteps, ChooseOthers others) {
-    others_ = std::move(others);
-    rtftext_ = &rtftext;
+bool FrmCifra::changeKey(HWND owner, Direction direction, int& halfSteps, MoveSong move) {
+    move_ = std::move(move);
     direction_ = direction;
-    spelling_ = spelling;
     halfSteps_ = &halfSteps;
     progress_ = 0;
     changed_ = false;
@@ -37,14 +36,17 @@ bool FrmCifra::changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spe
 }
 
 bool FrmCifra::createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup) {
+    const TakenSong song = takeSong(rtftext);
     FrmCifraCreator creator(services_, lookup);
-    const std::optional<CreatedChart> chart = creator.run(owner);
+    const std::optional<CreatedChart> chart = creator.run(owner, song);
     if (!chart)
         return false;
     const CursorScope hourglass(IDC_WAIT);
     const EditorWork work(rtftext);
     const std::string before = rtftext.rtf();
     try {
+        if (creator.isInPlace())
+            return putInPlace(rtftext, song, *chart);
         insertChart(rtftext, *chart);
         return true;
     } catch (const std::exception& error) {
@@ -78,8 +80,11 @@ LRESULT FrmCifra::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void FrmCifra::setProgress(int percent) {
     progress_ = percent;
+    if (services_.clock.nowMs() < nextFrame_)
+        return;
     ::SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     ::UpdateWindow(bar_);
+    nextFrame_ = services_.clock.nowMs() + kFrameMs;
 }
 
 void FrmCifra::animateBar() {
@@ -94,16 +99,15 @@ void FrmCifra::onStartTimer() {
     ::KillTimer(handle(), kStartTimer);
     const CursorScope hourglass(IDC_WAIT);
     ::UpdateWindow(handle());
+    nextFrame_ = services_.clock.nowMs() + kFrameMs;
     animateBar();
     setProgress(0);
     // No exception may leave the modal loop with its owner disabled.
     try {
-        const KeyChange change(direction_, spelling_);
-        const auto lineDone = [this] {
+        move_([this] {
             if (progress_ <= kFull - kPerLine)
                 setProgress(progress_ + kPerLine);
-        };
-        changeDocumentKey(*rtftext_, change, lineDone, others_);
+        });
         *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
         changed_ = true;
     } catch (const std::exception& error) {

@@ -2,6 +2,8 @@
 // song is moved by a half step, and the way into its creator of charts.
 #pragma once
 
+#include <cstdint>
+
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/DocumentKey.h"
@@ -15,17 +17,19 @@ class FrmCifra : public Form {
   public:
     using Form::Form;
 
-    // Moves the song in `rtftext` by a half step and returns when the window is gone again. The
+    // Has the song moved by a half step and returns when the window is gone again. The
     // editor sends no change event meanwhile. False when it could not be done; the song is then as
     // it was, and the user has been told. `halfSteps` is the run's counter; it is raised by
     // one for a step up and lowered for a step down.
-    // `others` is told what the key change leaves over, and names what is to be moved besides.
-    bool changeKey(HWND owner, RichEdit& rtftext, Direction direction, Spelling spelling,
-                   int& halfSteps, ChooseOthers others = {});
+    // `move` does it, and tells of every line that is done; what it throws leaves the song as it
+    // was.
+    using MoveSong = std::function<void(const std::function<void()>& lineDone)>;
+    bool changeKey(HWND owner, Direction direction, int& halfSteps, MoveSong move);
 
-    // Shows the creator of charts over a pasted song and puts its result into `rtftext`, in place
-    // of the selection, as one step. The editor sends no change event meanwhile. False when nothing
-    // has changed: the user cancelled, or has been told why it could not be done.
+    // Shows the creator of charts over the selected lines or the whole song and puts its result
+    // into `rtftext`, in their place or where the selection is, as one step. The editor sends no
+    // change event meanwhile. False when nothing has changed: the user cancelled, or has been told
+    // why it could not be done.
     bool createNotation(HWND owner, RichEdit& rtftext, const ChordLookup* lookup = nullptr);
 
   private:
@@ -38,13 +42,12 @@ class FrmCifra : public Form {
     bool createWindow(HWND owner);
 
     HWND bar_ = nullptr;
-    RichEdit* rtftext_ = nullptr;
     Direction direction_ = Direction::Up;
-    Spelling spelling_ = Spelling::Sharps;
     int* halfSteps_ = nullptr;
-    ChooseOthers others_;
+    MoveSong move_;
     bool changed_ = false;
     int progress_ = 0;
+    std::int64_t nextFrame_ = 0;  // of the bar, in ms; what moves before is not drawn
 };
 
 }  // namespace melvorin

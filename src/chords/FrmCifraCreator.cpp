@@ -59,12 +59,10 @@ LRESULT CALLBACK answerDialog(HWND window, UINT message, WPARAM wParam, LPARAM l
 }
 
 // A text as chart lines, coloured by what the key change takes for chords.
-std::vector<ImportedLine> linesOf(TextView text) {
+std::vector<ImportedLine> linesOf(TextView text, const SongDiagrams& diagrams) {
     std::vector<ImportedLine> lines;
-    for (const TextView line : splitLines(text)) {
-        const bool isChords = IsChordLine(line) && line.find_first_not_of(u' ') != TextView::npos;
-        lines.push_back({Text(line), isChords, lines.size()});
-    }
+    for (const TextView line : splitLines(text))
+        lines.push_back({Text(line), diagrams.changesWithKey(line), lines.size()});
     return lines;
 }
 
@@ -79,13 +77,14 @@ void showAt(RichEdit& box, Selection range) {
 
 }  // namespace
 
-std::optional<CreatedChart> FrmCifraCreator::run(HWND owner) {
+std::optional<CreatedChart> FrmCifraCreator::run(HWND owner, const TakenSong& song) {
+    taken_ = &song;
+    draft_.setDiagrams(song.diagrams);
     face_ = editorFontFace(services_);
-    converted_ = accepted_ = false;
+    converted_ = accepted_ = inPlace_ = false;
     if (!createWindow(owner))
         return std::nullopt;
-    refresh();
-    ::SetFocus(Rb1_.handle());
+    showSong();
     runModal(owner);
     if (!accepted_)
         return std::nullopt;
@@ -134,6 +133,9 @@ void FrmCifraCreator::onCommand(int id, int code) {
         case kNotFound:
             if (code == LBN_SELCHANGE || code == LBN_DBLCLK)
                 onListPick(id);
+            break;
+        case kInPlace:
+            inPlace_ = ::IsDlgButtonChecked(handle(), kInPlace) == BST_CHECKED;
             break;
         case IDOK:
             // What was typed a moment ago belongs to the chart.
@@ -316,6 +318,7 @@ void FrmCifraCreator::openFile() {
     const DecodedText decoded = decodeText(*bytes.value, services_.ansi);
     if (looksBinary(*bytes.value) || decoded.lossy)
         return refuse(u"The file holds no text.");
+    setInPlace(false);
     setInput(decoded.text);
 }
 
@@ -334,8 +337,11 @@ std::optional<Text> FrmCifraCreator::clipboardText() {
 
 // Pasting by the button means the whole song.
 void FrmCifraCreator::paste() {
-    if (const auto text = clipboardText())
-        setInput(*text);
+    const auto text = clipboardText();
+    if (!text)
+        return;
+    setInPlace(false);
+    setInput(*text);
 }
 
 // Pasting by the keyboard goes to the caret, and takes only the text of what was copied.
@@ -343,12 +349,15 @@ void FrmCifraCreator::pasteAtCaret() {
     const auto text = clipboardText();
     if (!text)
         return;
+    const Selection selection = Rb1_.selection();
+    const bool isWhole = selection.begin == 0 && selection.end >= Rb1_.length() && unseen_.empty();
+    if (isWhole)
+        setInPlace(false);
     if (text->size() <= kLongestInput / 4) {
         ::SendMessageW(Rb1_.handle(), EM_REPLACESEL, TRUE, lparamOf(wide(*text)));
         return;
     }
     Text whole = sourceText();
-    const Selection selection = Rb1_.selection();
     whole.replace(static_cast<std::size_t>(selection.begin),
                   static_cast<std::size_t>(selection.end - selection.begin),
                   toEditorText(*text).chars);
@@ -403,6 +412,20 @@ void FrmCifraCreator::setInput(TextView text) {
     ::SetFocus(Rb1_.handle());
 }
 
+// The document's own text, selected, so that a paste takes its place.
+void FrmCifraCreator::showSong() {
+    const bool hasSong = !taken_->text.empty();
+    ::EnableWindow(item(kInPlace), hasSong);
+    setInPlace(hasSong);
+    setInput(taken_->text);
+    Rb1_.select({0, -1});
+}
+
+void FrmCifraCreator::setInPlace(bool on) {
+    inPlace_ = on;
+    ::CheckDlgButton(handle(), kInPlace, on ? BST_CHECKED : BST_UNCHECKED);
+}
+
 void FrmCifraCreator::inputChanged() {
     typed_ = true;
     ::SetTimer(handle(), kChangeTimer, kChangeMs, nullptr);
@@ -427,14 +450,16 @@ void FrmCifraCreator::refresh() {
 }
 
 void FrmCifraCreator::showChart() {
-    result_ = {
-        converted_ ? linesOf(normaliseSuffixes(expandTabs(sourceText()))) : draft_.song().lines,
-        face_, kFontPoints};
+    Text source = sourceText();
+    const SongDiagrams& diagrams = taken_->diagrams;
+    result_ = {converted_ ? linesOf(normaliseSuffixes(expandTabs(source)), diagrams)
+                          : draft_.colouredLines(),
+               face_, kFontPoints, diagrams, std::move(source)};
     const EditorWork work(RTB2_);
     const ScrollPosition scroll = RTB2_.scrollPosition();
     const bool isShort = result_.lines.size() <= kMostRichLines;
-    if (!isShort || !RTB2_.loadRtf(chartRtf(result_.lines, face_, kFontPoints))) {
-        EditorText text = chartText(result_.lines);
+    if (!isShort || !RTB2_.loadRtf(chartRtf(result_.lines, face_, kFontPoints, diagrams))) {
+        EditorText text = chartText(result_.lines, diagrams);
         text.chars.resize(std::min(text.chars.size(), kLongestPreview));
         RTB2_.loadPlain(text, face_, kFontPoints);
     }

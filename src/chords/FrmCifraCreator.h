@@ -1,5 +1,6 @@
-// The chord-notation window as the creator of charts: a pasted song on the left, what each of its
-// lines was taken for below it, the chart on the right, and the chords by name.
+// The chord-notation window as the creator of charts: a song on the left, the document's or a
+// pasted one, what each of its lines was taken for below it, the chart on the right, and the chords
+// by name.
 #pragma once
 
 #include <deque>
@@ -10,6 +11,7 @@
 #include "chords/ChordLookup.h"
 #include "chords/InsertChart.h"
 #include "chords/NotationDraft.h"
+#include "chords/TakenSong.h"
 #include "platform/Form.h"
 #include "platform/RichEdit.h"
 #include "widgets/TarnelButton.h"
@@ -23,9 +25,11 @@ class FrmCifraCreator : public Form {
     FrmCifraCreator(const Services& services, const ChordLookup* lookup)
         : Form(services), draft_(lookup), sounds_(services_) {}
 
-    // Shows the window and returns when it is gone again: with the chart, or with nothing after
-    // Cancel. The text has the creator's face, read anew here, at 10 points.
-    std::optional<CreatedChart> run(HWND owner);
+    // Shows the window over `song` and returns when it is gone again: with the chart, or with
+    // nothing after Cancel. The text has the creator's face, read anew here, at 10 points.
+    std::optional<CreatedChart> run(HWND owner, const TakenSong& song);
+    // Afterwards: the chart is to stand in the place of `song`.
+    bool isInPlace() const { return inPlace_; }
 
     // The controls, for tests.
     RichEdit& rb1() { return Rb1_; }
@@ -45,6 +49,7 @@ class FrmCifraCreator : public Form {
         kSummary,
         kSongLabel,
         kChartLabel,
+        kInPlace,
     };
     using Form::item;
 
@@ -64,6 +69,9 @@ class FrmCifraCreator : public Form {
     void onPlaced() override;
 
     bool createWindow(HWND owner);
+    void addTips();
+    void showSong();
+    void setInPlace(bool on);
     bool createSong();
     Cell createLines();
     Cell createLists();
@@ -87,6 +95,7 @@ class FrmCifraCreator : public Form {
     void showPlaces(std::size_t sourceLine);
     const std::vector<ListedChord>& listOf(int id) const;
 
+    const TakenSong* taken_ = nullptr;  // while the window is open
     NotationDraft draft_;
     RichEdit Rb1_;
     RichEdit RTB2_;
@@ -100,6 +109,7 @@ class FrmCifraCreator : public Form {
     // Cmd1 was the last command: RTB2 has the text with its suffixes rewritten, not the chart.
     bool converted_ = false;
     bool accepted_ = false;
+    bool inPlace_ = false;
     bool settingInput_ = false;
     bool typed_ = false;  // and the draft does not know it yet
     CreatedChart result_;

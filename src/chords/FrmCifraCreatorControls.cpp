@@ -41,13 +41,17 @@ bool FrmCifraCreator::createWindow(HWND owner) {
         return false;
     }
     const Cell lists = createLists();
+    addTips();
     const Cell summary = label(L"", SS_ENDELLIPSIS | SS_NOPREFIX, kSummary).grows(1, 0);
-    layOut(columnOf({commands,
-                     gridOf(2, {columnOf({song, song_}).close().grows(1, 11),
-                                columnOf({chart, chart_}).close().grows(1, 11), lines, lists}),
-                     rowOf({summary, push(u"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON),
-                            push(u"Cancel", IDCANCEL)})}),
-           owner, kUsual);
+    const Cell inPlace = check(
+        taken_->isSelection ? L"&In place of the selection" : L"&In place of the song", kInPlace);
+    layOut(
+        columnOf({commands,
+                  gridOf(2, {columnOf({song, song_}).close().grows(1, 11),
+                             columnOf({chart, chart_}).close().grows(1, 11), lines, lists}),
+                  rowOf({summary, inPlace, push(u"&Create Chord Notation", IDOK, BS_DEFPUSHBUTTON),
+                         push(u"Cancel", IDCANCEL)})}),
+        owner, kUsual);
     return true;
 }
 
@@ -95,6 +99,14 @@ Cell FrmCifraCreator::createLists() {
     return rowOf({titled(L"&Researched items", kResearched), titled(L"&Found chords", kFound),
                   titled(L"Chords &not found", kNotFound)})
         .grows(1, 9);
+}
+
+void FrmCifraCreator::addTips() {
+    addTip(item(kResearched),
+           u"Everything in the song that looks like a chord, and how the chart writes it");
+    addTip(item(kFound), u"The chords of the chart that the dictionary can show you");
+    addTip(item(kNotFound),
+           u"The chords of the chart that the dictionary does not know: are they spelled right?");
 }
 
 void FrmCifraCreator::onPlaced() {

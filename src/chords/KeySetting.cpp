@@ -4,11 +4,14 @@
 
 namespace melvorin {
 
-SpellingCaptions captionsOf(Spelling spelling) {
+SpellingCaptions captionsOf(Spelling spelling, bool followsKey) {
+    constexpr TextView unmarked = u"         Follow the Key";
     // kept: caption-paddings
+    if (followsKey)
+        return {u"        Use Sharps", u"         Use Flats", u">>    Follow the Key"};
     if (spelling == Spelling::Sharps)
-        return {u">>    Use Sharps", u"         Use Flats"};
-    return {u"        Use Sharps", u">>    Use Flats"};
+        return {u">>    Use Sharps", u"         Use Flats", unmarked};
+    return {u"        Use Sharps", u">>    Use Flats", unmarked};
 }
 
 Text keyTag(int halfSteps) {

@@ -5,14 +5,16 @@
 
 namespace melvorin {
 
-// The two menu entries of the choice; the chosen one is marked. The blanks that stand for the
-// mark differ by one between them.
+// The menu entries of the choice; the chosen one is marked. The blanks that stand for the mark
+// differ by one between the first two.
 struct SpellingCaptions {
     TextView sharps;
     TextView flats;
+    TextView followKey;
 };
 
-SpellingCaptions captionsOf(Spelling spelling);
+// Where accidentals follow the key, neither of the two is chosen.
+SpellingCaptions captionsOf(Spelling spelling, bool followsKey);
 
 // "Melvorin " and the count in two digits, from 01 to 34: a count outside that range, which also
 // runs below zero, is taken by its size and wrapped into it.

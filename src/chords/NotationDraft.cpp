@@ -4,6 +4,8 @@
 #include <map>
 #include <utility>
 
+#include "chords/ChordLine.h"
+
 namespace melvorin {
 namespace {
 
@@ -83,7 +85,31 @@ void NotationDraft::import() {
         chartStarts_.push_back(position);
         position += line.text.size() + 1;
     }
+    judgeDiagrams();
     listChords();
+}
+
+// To a key change a diagram is its letter, which the importer does not know.
+void NotationDraft::judgeDiagrams() {
+    if (diagrams_ == nullptr || diagrams_->isEmpty())
+        return;
+    for (SourceLine& line : song_.source) {
+        line.remarks &= ~(unsigned{WillNotChangeKey} | WillChangeWithKey);
+        for (std::size_t i = 0; i < line.chartLines; ++i) {
+            const ImportedLine& written = song_.lines[line.firstChartLine + i];
+            if (written.isChords != diagrams_->changesWithKey(written.text))
+                line.remarks |= written.isChords ? WillNotChangeKey : WillChangeWithKey;
+        }
+    }
+}
+
+std::vector<ImportedLine> NotationDraft::colouredLines() const {
+    std::vector<ImportedLine> lines = song_.lines;
+    for (ImportedLine& line : lines)
+        line.isChords =
+            line.isChords &&
+            (diagrams_ == nullptr ? IsChordLine(line.text) : diagrams_->changesWithKey(line.text));
+    return lines;
 }
 
 void NotationDraft::listChords() {

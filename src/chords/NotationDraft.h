@@ -8,6 +8,7 @@
 
 #include "base/Text.h"
 #include "chords/ChordLookup.h"
+#include "chords/SongDiagrams.h"
 #include "chords/SongImport.h"
 
 namespace melvorin {
@@ -26,6 +27,8 @@ class NotationDraft {
     NotationDraft(const NotationDraft&) = delete;
     NotationDraft& operator=(const NotationDraft&) = delete;
 
+    // The diagrams whose tokens stand in the text; they outlive the draft.
+    void setDiagrams(const SongDiagrams& diagrams) { diagrams_ = &diagrams; }
     // A new version of the text. The user's verdicts stay with their lines where these are the
     // same as before, above and below what has changed.
     void setSource(Text source);
@@ -48,11 +51,16 @@ class NotationDraft {
     // "12 lines: 4 chords, 8 lyrics. 2 lines will not change key."
     Text summary() const;
 
+    // The lines of the chart; those of chords are the ones that a key change takes for chords.
+    std::vector<ImportedLine> colouredLines() const;
+
   private:
     void import();
+    void judgeDiagrams();
     void listChords();
 
     const ChordLookup* lookup_;
+    const SongDiagrams* diagrams_ = nullptr;
     Text source_;
     ChosenVerdicts chosen_;
     SongImport song_;

@@ -7,6 +7,7 @@
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/Proportional.h"
+#include "chords/SongDiagrams.h"
 
 namespace melvorin {
 namespace {
@@ -44,8 +45,11 @@ bool isPlainRow(const SourceLine& line) {
     return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
 }
 
+// Diagrams below chords are no words that these stand over.
 bool isWords(const SourceLine& line) {
-    return line.verdict == LineVerdict::Lyrics && !trimmed(line.text).empty();
+    return line.verdict == LineVerdict::Lyrics &&
+           std::any_of(line.text.begin(), line.text.end(),
+                       [](char16_t c) { return !isAnyBlank(c) && !isDiagramToken(c); });
 }
 
 class Importer {

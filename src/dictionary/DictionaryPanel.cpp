@@ -99,14 +99,7 @@ DictionaryPanel::DictionaryPanel(const Services& services, Actions actions)
 // ---- Creation ---------------------------------------------------------------------------------
 
 bool DictionaryPanel::create(HWND parent) {
-    WindowSpec spec;
-    spec.className = L"MelvorinDictionary";
-    spec.caption = L"Dictionary";
-    spec.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
-    spec.extendedStyle = WS_EX_CONTROLPARENT;
-    spec.x = spec.y = spec.width = spec.height = 0;
-    spec.parent = parent;
-    if (!createForm(spec))
+    if (!createForm(panelIn(parent, L"MelvorinDictionary", L"Dictionary")))
         return false;
     createLabels();
     createButtons();

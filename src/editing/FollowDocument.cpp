@@ -117,6 +117,14 @@ std::int32_t FollowDocument::startAbove(std::int32_t position) const {
     return editor_.firstOfLine(std::max(0, editor_.lineOf(position) - above));
 }
 
+std::optional<Excerpt> FollowDocument::withDiagrams(Excerpt text) {
+    auto diagrams = diagramsIn(text);
+    if (!diagrams)
+        return std::nullopt;
+    text.diagrams = std::move(*diagrams);
+    return text;
+}
+
 std::optional<Excerpt> FollowDocument::linesAround(Selection range) {
     // An edit may take the line end behind it.
     constexpr auto below = static_cast<std::int32_t>(kLinesBelow) + 2;
@@ -126,11 +134,7 @@ std::optional<Excerpt> FollowDocument::linesAround(Selection range) {
     Excerpt text{sizeOf(start), editor_.textBetween({start, end}), {}};
     if (positionOf(text.chars.size()) != end - start || !isPlain(text.chars))
         return std::nullopt;
-    auto diagrams = diagramsIn(text);
-    if (!diagrams)
-        return std::nullopt;
-    text.diagrams = std::move(*diagrams);
-    return text;
+    return withDiagrams(std::move(text));
 }
 
 std::optional<Excerpt> FollowDocument::linesFrom(std::int32_t position) {
@@ -144,11 +148,7 @@ std::optional<Excerpt> FollowDocument::linesFrom(std::int32_t position) {
     }
     if (positionOf(text.end()) < position)
         return std::nullopt;
-    auto diagrams = diagramsIn(text);
-    if (!diagrams)
-        return std::nullopt;
-    text.diagrams = std::move(*diagrams);
-    return text;
+    return withDiagrams(std::move(text));
 }
 
 bool FollowDocument::hasDiagrams() {

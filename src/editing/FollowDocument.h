@@ -78,6 +78,7 @@ class FollowDocument {
 
   private:
     std::optional<std::vector<DiagramCells>> lookForDiagrams(const Excerpt& text);
+    std::optional<Excerpt> withDiagrams(Excerpt text);
     std::int32_t startAbove(std::int32_t position) const;
     bool hasDiagrams();
     void insert(const FollowEdit& edit, const std::vector<RichEdit::Piece>& pieces);

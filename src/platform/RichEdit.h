@@ -37,7 +37,7 @@ class RichEdit : public Editor {
     bool create(HWND parent, int id, TextView face, int points);
     // The control of the moment; ask again after a load.
     HWND handle() const { return handle_; }
-    // Gets key, character, double-click, wheel and drop messages before the control does; the control does
+    // Gets key, character, double-click, wheel and drop messages before the control does; that does
     // not see those it returns true for. The parent hears EN_CHANGE as WM_COMMAND and EN_SELCHANGE
     // as WM_NOTIFY, the latter also at the end of every piece of work.
     using InputFilter = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam)>;

@@ -34,6 +34,17 @@ Area areaOf(const RECT& rectangle) {
             static_cast<int>(rectangle.bottom - rectangle.top)};
 }
 
+WindowSpec panelIn(HWND parent, const wchar_t* className, const wchar_t* caption) {
+    WindowSpec spec;
+    spec.className = className;
+    spec.caption = caption;
+    spec.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+    spec.extendedStyle = WS_EX_CONTROLPARENT;
+    spec.x = spec.y = spec.width = spec.height = 0;
+    spec.parent = parent;
+    return spec;
+}
+
 WindowSpec smallWindow(const wchar_t* className, const wchar_t* caption, int width, int height,
                        HWND owner) {
     WindowSpec spec;

@@ -41,6 +41,9 @@ struct WindowSpec {
 WindowSpec smallWindow(const wchar_t* className, const wchar_t* caption, int width, int height,
                        HWND owner);
 
+// A panel in another window, without a place yet.
+WindowSpec panelIn(HWND parent, const wchar_t* className, const wchar_t* caption);
+
 class Window {
   public:
     Window() = default;

@@ -19,12 +19,12 @@
 
 namespace melvorin {
 
-// A part of one line, or a whole one, and what becomes of it. Positions count UTF-16 units of
-// RtfMap::text().
+// A part of the text, of one line or of several, and what becomes of it. Positions count UTF-16
+// units of RtfMap::text().
 struct LineRewrite {
     std::size_t start = 0;   // first character to replace
-    std::size_t length = 0;  // how many; no line end and no soft line break among them
-    Text text;               // without CR and LF; U+000B is a soft line break
+    std::size_t length = 0;  // how many, line ends and soft line breaks too
+    Text text;               // CR is a line end, U+000B a soft line break; without LF
     // For every character of `text` the column, from `start`, of the old character whose
     // formatting it takes. Never decreasing, at most `length`; `length` itself stands for the
     // formatting at the end of the replaced part.
@@ -55,13 +55,13 @@ class RtfMap {
     void takeBlanks(TextView shown);
 
     // Whether the character at `position` is a picture, or a blank of takeBlanks: its source goes
-    // over into a rewritten line whole, or not at all.
+    // over into a rewritten line whole, or not at all. Positions may be the end of the text.
     bool isWholeAt(std::size_t position) const { return chars_[position].isWhole; }
 
     // Whether the character at `position` is in a symbol font, whose bytes mean U+F020 and up.
     bool isSymbolAt(std::size_t position) const;
 
-    // Face name of the character at `position` (less than text().size()); lives as long as the
+    // Face name of the character at `position` (at most text().size()); lives as long as the
     // map.
     TextView fontNameAt(std::size_t position) const;
 

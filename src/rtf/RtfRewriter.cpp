@@ -103,9 +103,7 @@ void RtfRewriter::check(const LineRewrite& line, std::size_t minStart) const {
         if (line.start < minStart || line.start > text.size() ||
             line.length > text.size() - line.start)
             return false;
-        if (text.substr(line.start, line.length).find_first_of(u"\r\v") != TextView::npos)
-            return false;
-        if (line.text.find_first_of(u"\r\n") != Text::npos)
+        if (line.text.find(u'\n') != Text::npos)
             return false;
         return line.source.size() == line.text.size() &&
                (line.keepColour.empty() || line.keepColour.size() == line.text.size()) &&
@@ -214,6 +212,8 @@ void RtfRewriter::escaped(char16_t c, const Char& format) {
         out_ += static_cast<char>(c);
     } else if (c == u'\t') {
         out_ += "\\tab ";
+    } else if (c == u'\r') {
+        out_ += "\\par ";
     } else if (c == u'\v') {
         out_ += "\\line ";
     } else if (byte >= 0x20) {

@@ -5,9 +5,8 @@
 
 #include <stdexcept>
 
-#include "ScriptedEditor.h"
+#include "MappedEditor.h"
 #include "chords/KeyDebt.h"
-#include "rtf/RtfMap.h"
 
 namespace melvorin {
 namespace {
@@ -41,27 +40,6 @@ TEST(DocumentKey, PutsBackWhatAnEditorChangesOnlyInPart) {
     EXPECT_EQ(editor.scroll, (ScrollPosition{0, 25}));
     EXPECT_EQ(editor.work, 0);
 }
-
-// An editor whose Rich Text is that of its text.
-class MappedEditor : public ScriptedEditor {
-  public:
-    explicit MappedEditor(std::string body)
-        : source_(
-              "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fcharset0 Courier New;}"
-              "{\\f1\\fcharset0 Melvorin 09;}}\\pard\\f0 " +
-              std::move(body) + "}") {
-        chars = RtfMap::parse(source_)->text();
-    }
-    std::string rtf() const override { return source_; }
-    bool loadRtf(std::string_view rtf) override {
-        source_ = rtf;
-        chars = RtfMap::parse(rtf)->text();
-        return true;
-    }
-
-  private:
-    std::string source_;
-};
 
 ChooseOthers moveAll(const KeyChange& change) {
     return [change](const LeftOver& found, TextView) {

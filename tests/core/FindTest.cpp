@@ -174,8 +174,7 @@ TEST(ReplacePlan, PartsChangeTheRichTextAsTheEditsDo) {
         std::vector<FollowEdit> edits;
         for (std::size_t at = below(4); at + 1 < text.size(); at += below(5)) {
             std::size_t length = below(3);
-            while (at + length >= text.size() ||
-                   text.substr(at, length).find(u'\r') != Text::npos)
+            while (at + length >= text.size() || text.substr(at, length).find(u'\r') != Text::npos)
                 --length;
             edits.push_back({at, length, Text(below(3) + (length == 0 ? 1 : 0), u'x')});
             at += length + (length == 0 ? 1 : 0);

@@ -24,15 +24,21 @@ TEST(InsertChart, StandsOnLinesOfItsOwn) {
         TextView result;  // with * for the chart
     } cases[] = {
         {u"", {0, 0}, u"*"},
-        {u"first\rlast", {0, 0}, u"*\rfirst\rlast"},
-        {u"first\rlast", {2, 2}, u"fi\r*\rrst\rlast"},
-        {u"first\rlast", {5, 5}, u"first\r*\rlast"},
-        {u"first\rlast", {6, 6}, u"first\r*\rlast"},
-        {u"first\rlast", {10, 10}, u"first\rlast\r*"},
-        {u"first\r", {6, 6}, u"first\r*"},
-        {u"first\r\rlast", {6, 6}, u"first\r*\rlast"},
-        {u"first\rlast", {2, 8}, u"fi\r*\rst"},
-        {u"first\rlast", {0, 5}, u"*\rlast"},
+        {u"first\rlast", {0, 0}, u"*\r\rfirst\rlast"},
+        {u"first\rlast", {2, 2}, u"fi\r\r*\r\rrst\rlast"},
+        {u"first\rlast", {5, 5}, u"first\r\r*\r\rlast"},
+        {u"first\rlast", {6, 6}, u"first\r\r*\r\rlast"},
+        {u"first\rlast", {10, 10}, u"first\rlast\r\r*"},
+        {u"first\r", {6, 6}, u"first\r\r*"},
+        {u"first\r\rlast", {6, 6}, u"first\r\r*\r\rlast"},
+        {u"first\rlast", {2, 8}, u"fi\r\r*\r\rst"},
+        {u"first\rlast", {0, 5}, u"*\r\rlast"},
+        // A line that is blank already is enough, also one of blanks.
+        {u"first\r\r\rlast", {7, 7}, u"first\r\r*\r\rlast"},
+        {u"first\r\r\r\rlast", {7, 7}, u"first\r\r*\r\rlast"},
+        {u"first\r  \r\r \rlast", {9, 9}, u"first\r  \r*\r \rlast"},
+        {u"\rlast\r", {0, 0}, u"*\r\rlast\r"},
+        {u"\r", {1, 1}, u"\r*"},
         {u"first\rlast", {0, 11}, u"*"},  // the control's own end counts one more
     };
     const Text inserted = u"Am  G\rla la\rD7";
@@ -71,7 +77,7 @@ TEST(InsertChart, LongChartsAreNeverRichText) {
                 return std::nullopt;
             };
             insertChart(editor, chart);
-            EXPECT_EQ(editor.chars.size(), lines * 3 - 1 + (document.empty() ? 0 : 3));
+            EXPECT_EQ(editor.chars.size(), lines * 3 - 1 + (document.empty() ? 0 : 4));
             EXPECT_EQ(editor.done.starts_with(u"plain Courier New 10|"), document.empty());
             EXPECT_EQ(editor.done.ends_with(u"|Am|"), lines <= kMostColouredLines);
         }

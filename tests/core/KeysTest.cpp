@@ -59,8 +59,7 @@ std::vector<std::vector<std::string>> rowsOf(const std::string& page) {
 // A command by the name that people know it by.
 std::string plainName(const CommandRow& row) {
     std::string name = toUtf8(row.name.empty() ? row.menu.caption : row.name);
-    if (name.starts_with(">> "))
-        name.erase(0, 3);
+    name.erase(0, name.find_first_not_of("> "));
     return name;
 }
 

@@ -40,6 +40,44 @@ TEST(NotationDraft, ListsChordsAndTheirPlaces) {
     EXPECT_EQ(labels(plain.found()) + labels(plain.notFound()), "Am;G4/7;C7alt;");
 }
 
+// What a key change takes is red. To a key change a diagram is its letter; to the importer it is
+// nothing to read, wherever it stands.
+TEST(NotationDraft, ColoursWhatChangesKey) {
+    SongDiagrams diagrams;
+    ASSERT_EQ(diagrams.add({u'A', u"Melvorin 05", {}, {}}, u"a \uE000 already"), u'\uE001');
+    ASSERT_EQ(diagrams.add({u'q', u"Melvorin 05", {}, {}}, u""), u'\uE002');
+    const struct {
+        TextView line;
+        std::string chart;  // of each line * where it is red
+        std::string remark;
+    } cases[] = {
+        {u"Am  Cmaj7", "*Am  C7+", ""},
+        {u"Am  C7alt", "Am  C7alt", "will not change key; has chords that cannot be read"},
+        {u"Am\uE001 Cmaj7", "*Am\uE001 C7+", ""},
+        {u"Am \uE002 G-D", "Am \uE002 G D", "will not change key; separators left out"},
+        {u"\uE001 \uE001", "\uE001 \uE001", ""},
+        {u"Dad \uE001", "Dad \uE001", "looks like chords to a key change"},
+        {u"Intro: \uE001", "Intro: \uE001", ""},
+        {u"[Am]la \uE001 [G]la", "*Am   G|la \uE001 la", ""},
+    };
+    for (const auto& [line, chart, remark] : cases) {
+        NotationDraft draft;
+        draft.setDiagrams(diagrams);
+        draft.setSource(Text(line));
+        std::string lines;
+        for (const ImportedLine& made : draft.colouredLines())
+            lines += (lines.empty() ? "" : "|") + std::string(made.isChords ? "*" : "") +
+                     toUtf8(made.text);
+        EXPECT_EQ(lines, toUtf8(fromUtf8(chart)));
+        EXPECT_EQ(toUtf8(remarkText(draft.song().source[0].remarks)), remark) << toUtf8(line);
+        EXPECT_EQ(labels(draft.researched()).find("\uE001"), std::string::npos);
+    }
+    // Below chords, diagrams are no words that these are moved to.
+    NotationDraft draft;
+    draft.setSource(u"Am  \uE001  C7alt\r\uE001 \uE001");
+    EXPECT_FALSE(draft.colouredLines()[0].isChords);
+}
+
 TEST(NotationDraft, VerdictsStayWithTheirLines) {
     NotationDraft draft;
     draft.setSource(u"A\rB\rC\rwords\rD");

@@ -34,7 +34,7 @@ void expectEqual(const RunState& a, const RunState& b) {
         EXPECT_EQ(a.snapshots[i].caret, b.snapshots[i].caret) << i;
         EXPECT_EQ(a.snapshots[i].background, b.snapshots[i].background) << i;
         EXPECT_EQ(a.snapshots[i].mark, b.snapshots[i].mark) << i;
-        EXPECT_EQ(a.snapshots[i].songDebt, b.snapshots[i].songDebt) << i;
+        EXPECT_EQ(a.snapshots[i].songMemory, b.snapshots[i].songMemory) << i;
     }
 }
 
@@ -180,8 +180,8 @@ TEST(RunJournal, ALineCountsOrDoesNot) {
         "snapshot 1 - -3 - 5 6\n",
         "document 1 2\n",
         "document 1 2 zzzz\n",
-        "debt 2 up sharps 4:1|\n",
-        "debt 0 x\n",
+        "song 2 up sharps 4:1|\n",
+        "song 0 x\n",
         "other 1\n",
         "\n",
         std::string("\0\0\0\0\n", 5),

@@ -180,6 +180,12 @@ TEST(RtfMap, RewritesAndKeepsTheRest) {
          {0, 3, u"A#\uFFFC\uFFFCC", {0, 0, 1, 1, 2}, {}},
          "\\cf1 A#{\\pict 01}\\u-4?C\\cf0 \\par"},
         {"A{\\pict 01}B\\par", {0, 3, u"A-C", {0, 1, 2}, {}}, "\\cf1 A-C\\cf0 \\par"},
+        // Lines come and go; what their paragraphs look like stays with those that do not.
+        {"A\\par\\b B\\par C",
+         {0, 1, u"A\rX", {0, 0, 0}, {true, true, true}},
+         "A\\par X\\par\\b B\\par C"},
+        {"A\\par\\qc\\b B\\par C", {0, 4, u"", {}, {}}, "\\qc\\b C"},
+        {"A\\line B\\par C", {0, 4, u"D\rE", {0, 1, 2}, {true, true, true}}, "D\\par EC"},
     };
     for (const auto& [body, line, expected] : cases) {
         const auto map = RtfMap::parse(document(body));
@@ -239,10 +245,9 @@ TEST(RtfMap, ThrowsForPartsThatDoNotFit) {
     const auto map = RtfMap::parse(document("AB\\par CD"));
     ASSERT_TRUE(map);
     const std::vector<LineRewrite> cases[] = {
-        {{0, 3, u"", {}, {}}},
         {{5, 1, u"", {}, {}}},
         {{0, 9, u"", {}, {}}},
-        {{0, 2, u"A\rB", {0, 0, 0}, {}}},
+        {{0, 2, u"A\nB", {0, 0, 0}, {}}},
         {{0, 2, u"AB", {0}, {}}},
         {{0, 2, u"AB", {1, 0}, {}}},
         {{0, 2, u"A", {3}, {}}},

@@ -173,6 +173,9 @@ Chord Notation
  Alteration Signs
   >> Use Sharps
   Use Flats
+           Follow the Key
+  -
+  Respell
  Chords Follow the Words
 Examples
  Example 1 (Read this first)

@@ -85,7 +85,7 @@ class Keyboard(Case):
         enter("love", to="Find and Replace")
         press("Tab", to="Find and Replace")
         enter("light", to="Find and Replace")
-        press("Tab", "Tab", "Tab", "Tab", "Tab", "space", to="Find and Replace")
+        press("Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "space", to="Find and Replace")
         drive("wait-front", "Melvorin")
         replaced = drive("message").splitlines()[-1]
         expect("what was replaced", "  and 2 items were replaced.  ", replaced)

@@ -264,8 +264,9 @@ class ScriptedColors : public ColorDialogs {
 // Stands still until a test moves it.
 class ScriptedClock : public Clock {
   public:
-    std::int64_t nowMs() override { return ms; }
+    std::int64_t nowMs() override { return std::exchange(ms, ms + step); }
     std::int64_t ms = 0;
+    std::int64_t step = 0;  // from one look at the clock to the next
 };
 
 // Records the commands; as a machine without a device, it can refuse them all.

@@ -68,6 +68,15 @@ SelectionStyle styleAt(RichEdit& editor, std::int32_t position) {
     return editor.selectionStyle();
 }
 
+bool isInPlace(const Creator& creator) {
+    return ::IsDlgButtonChecked(creator.handle(), Creator::kInPlace) == BST_CHECKED;
+}
+
+constexpr char kFormatted[] =
+    "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fmodern\\fcharset0 Courier New;}"
+    "{\\f1\\fnil\\fcharset0 Melvorin 05;}}{\\colortbl "
+    ";\\red0\\green0\\blue255;}\\pard\\f0\\fs20\\cf1 "
+    "Cmaj7 G {\\f1\\fs60 q}\\par\\cf0{\\b la} la\\par [Am]lo}";
 constexpr TextView kSong = u"Intro: Am  Gmaj7\rLa [C7alt]la\rDad\r";
 
 TEST(Creator, HasAPageInTheHelp) {
@@ -184,6 +193,7 @@ TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
     program.editor().select({2, 2});
     for (const int way : {0, 1, 2}) {
         creatorRun(program, [&](Creator& creator) {
+            EXPECT_TRUE(isInPlace(creator));
             fill(program, creator, kSong);
             if (way == 0)
                 press(creator, IDCANCEL);
@@ -197,12 +207,14 @@ TEST(Creator, PutsTheChartAtTheCaretOrNothing) {
         EXPECT_EQ(program.editor().selection(), (Selection{2, 2}));
     }
     creatorRun(program, [&](Creator& creator) {
-        press(creator, IDOK);  // nothing to create yet
+        fill(program, creator, u"");
+        press(creator, IDOK);  // nothing to create
         EXPECT_TRUE(creator.isOpen());
         fill(program, creator, u"Am\u266D \\{\u65E5\u2019}\rD7");
+        clickOn(creator.item(Creator::kInPlace));
         press(creator, IDOK);
     });
-    EXPECT_EQ(program.text(), shown(u"fi\rAm\u266D \\{\u65E5\u2019}\rD7\rrst\rlast"));
+    EXPECT_EQ(program.text(), shown(u"fi\r\rAm\u266D \\{\u65E5\u2019}\rD7\r\rrst\rlast"));
     program.command(Command::mnuEditUndo);
     EXPECT_EQ(program.text(), "first\rlast");
     EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
@@ -263,13 +275,15 @@ TEST(Creator, TakesLongSongs) {
         song += u"Am   G\rwords of it\r";
     for (const Text& document : {Text(), folder.add(u"a.txt", "first\r\nlast")}) {
         Program program(document);
-        const Text before = document.empty() ? u"" : u"first\r";
-        program.editor().select({static_cast<int>(before.size()), static_cast<int>(before.size())});
+        const Text before = document.empty() ? u"" : u"first\r\r";
+        program.editor().select({6, 6});
         creatorRun(program, [&](Creator& creator) {
             fill(program, creator, song);
+            if (isInPlace(creator))
+                clickOn(creator.item(Creator::kInPlace));
             press(creator, IDOK);
         });
-        const Text expected = before + song + (document.empty() ? u"" : u"last");
+        const Text expected = before + song + (document.empty() ? u"" : u"\rlast");
         const Text text = program.editor().text().chars;
         // Not printed: it is long.
         EXPECT_TRUE(text == expected || text + u"\r" == expected);
@@ -277,6 +291,88 @@ TEST(Creator, TakesLongSongs) {
         EXPECT_EQ(styleAt(program.editor(), last).colour, kChordColour);
         EXPECT_EQ(styleAt(program.editor(), last + 8).colour, (Rgb{0, 0, 0}));
         EXPECT_EQ(styleAt(program.editor(), last).halfPoints, 20);
+    }
+}
+
+// The song of the document is there, judged and selected; what comes of it takes its place, and one
+// Undo brings it back.
+TEST(Creator, TidiesTheSong) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.rtf", kFormatted));
+    RichEdit& editor = program.editor();
+    const std::string before = editor.rtf();
+    const std::int16_t steps = program.history().count();
+    creatorRun(program, [&](Creator& creator) {
+        EXPECT_EQ(captionOf(creator.item(Creator::kInPlace)), "&In place of the song");
+        EXPECT_TRUE(isInPlace(creator));
+        EXPECT_EQ(creator.rb1().selection().begin, 0);
+        EXPECT_GE(creator.rb1().selection().end, creator.rb1().length());
+        EXPECT_EQ(cell(creator, 0, 1) + cell(creator, 1, 1), "chordslyrics");
+        EXPECT_EQ(entries(creator, Creator::kResearched), "Cmaj7 = C7+;G;Am;");
+        // The diagram is a diagram in the chart too.
+        const Text chart = creator.rtb2().text().chars;
+        EXPECT_EQ(shown(chart), "C7+   G q\rla la\rAm\rlo");
+        EXPECT_EQ(creator.rtb2().faceAt(8), u"Melvorin 05");
+        EXPECT_EQ(styleAt(creator.rtb2(), 0).colour, (Rgb{0, 0, 0})) << "no key change takes it";
+        EXPECT_EQ(styleAt(creator.rtb2(), 16).colour, kChordColour);
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.text(), "C7+   G q\rla la\rAm\rlo");
+    EXPECT_EQ(program.history().count(), steps + 1);
+    EXPECT_EQ(editor.faceAt(8), u"Melvorin 05");
+    EXPECT_EQ(styleAt(editor, 8).halfPoints, 60);
+    EXPECT_EQ(styleAt(editor, 0).colour, (Rgb{0, 0, 255}));
+    EXPECT_EQ(styleAt(editor, 10).bold, true);
+    EXPECT_EQ(styleAt(editor, 13).bold, false);
+    EXPECT_EQ(styleAt(editor, 16).colour, kChordColour);
+    program.command(Command::mnuEditUndo);
+    EXPECT_EQ(program.text(), "Cmaj7 G q\rla la\r[Am]lo");
+    EXPECT_EQ(styleAt(editor, 10).bold, true);
+    // What is tidy already is no step; a paste over all of it is another song.
+    editor.select({10, 15});
+    program.clipboard.plain = u"D7M";
+    creatorRun(program, [&](Creator& creator) {
+        EXPECT_EQ(captionOf(creator.item(Creator::kInPlace)), "&In place of the selection");
+        EXPECT_EQ(shown(creator.rb1().text().chars), "la la");
+        creator.rb1().select({0, 2});
+        ::SendMessageW(creator.rb1().handle(), WM_PASTE, 0, 0);
+        EXPECT_TRUE(isInPlace(creator)) << "a correction";
+        fill(program, creator, u"la la");
+        press(creator, IDOK);
+    });
+    EXPECT_EQ(program.history().count(), steps + 1);
+    EXPECT_EQ(editor.selection(), (Selection{10, 15}));
+    creatorRun(program, [&](Creator& creator) {
+        ::SendMessageW(creator.rb1().handle(), WM_PASTE, 0, 0);
+        EXPECT_FALSE(isInPlace(creator));
+        program.waitUntil([&] { return creator.rtb2().text().chars == u"D7+"; });
+        press(creator, IDCANCEL);
+    });
+    EXPECT_EQ(shown(editor.text().chars), "Cmaj7 G q\rla la\r[Am]lo");
+}
+
+// A diagram that goes to another line, or with the chart to a place of its own, is the same there.
+TEST(Creator, DiagramsMove) {
+    const ScratchFolder folder;
+    const Text path = folder.add(u"song.rtf", kFormatted);
+    for (const bool inPlace : {true, false}) {
+        Program program(path);
+        creatorRun(program, [&](Creator& creator) {
+            Text song = creator.rb1().text().chars;
+            const Text token = song.substr(8, 1);
+            song.erase(7, 2);
+            fill(program, creator, song.append(u" ").append(token));
+            if (!inPlace)
+                clickOn(creator.item(Creator::kInPlace));
+            press(creator, IDOK);
+        });
+        const Text text = program.editor().text().chars;
+        const auto at = static_cast<std::int32_t>(text.rfind(u"lo q")) + 3;
+        EXPECT_EQ(shown(text), inPlace ? "C7+   G\rla la\rAm\rlo q"
+                                       : "C7+   G\rla la\rAm\rlo q\r\rCmaj7 G q\rla la\r[Am]lo");
+        EXPECT_EQ(program.editor().faceAt(at), u"Melvorin 05");
+        EXPECT_EQ(styleAt(program.editor(), at).halfPoints, 60);
+        EXPECT_NE(program.editor().faceAt(at - 3), u"Melvorin 05");
     }
 }
 

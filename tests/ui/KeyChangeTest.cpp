@@ -1,6 +1,8 @@
 // The key change on the real editor, through the real window.
+#include <numeric>
+
 #include "../core/RtfCharts.h"
-#include "Scripted.h"
+#include "Controls.h"
 #include "chords/DocumentKey.h"
 
 namespace melvorin::testing {
@@ -93,6 +95,44 @@ TEST(KeyChange, ItsCommandsAreOffMeanwhile) {
     EXPECT_FALSE(program.ended);
     EXPECT_TRUE(program.form->isEnabled(Command::mnuUp));
     EXPECT_EQ(program.form->keyTag(), keyTag(program.form->halfSteps()));
+}
+
+std::vector<int> drawn;
+
+LRESULT CALLBACK watchBar(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                          DWORD_PTR) {
+    if (message == PBM_SETPOS)
+        drawn.push_back(static_cast<int>(wParam));
+    return subclassDefault(watchBar, id, window, message, wParam, lParam);
+}
+
+// The bar goes through all its steps, and shows those that a screen can.
+TEST(KeyChange, DrawsNoMoreThanAScreenShows) {
+    std::vector<int> all(100);
+    std::iota(all.begin(), all.end(), 1);
+    for (const int line : {0, 2, 4})  // the way back, and two lines
+        all.push_back(line);
+    all.push_back(100);
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "C  D\r\nla"));
+    for (const int step : {15, 5, 0}) {
+        drawn.clear();
+        const WhenActive watch("MelvorinFrmCifra", [](HWND window) {
+            const HWND bar = ::FindWindowExW(window, nullptr, PROGRESS_CLASSW, nullptr);
+            ::SetWindowSubclass(bar, watchBar, 1, 0);
+        });
+        program.clock.step = step;
+        program.command(Command::mnuUp);
+        program.clock.step = 0;
+        EXPECT_EQ(watch.seen(), 1);
+        if (step == 15)
+            EXPECT_EQ(drawn, all);
+        else if (step == 5)
+            EXPECT_EQ(drawn.size(), all.size() / 3);
+        else
+            EXPECT_TRUE(drawn.empty());
+    }
+    EXPECT_EQ(program.text(), "D# F \rla");
 }
 
 TEST(KeyChange, EmptyDocumentOnlyMovesTheCounter) {

@@ -212,5 +212,44 @@ TEST(OldDiagrams, AreMovedByTheirFaces) {
     EXPECT_EQ(said(program), "3 diagrams show the old chords");
 }
 
+TEST(SongKey, IsShownToldAndFollowed) {
+    const ScratchFolder folder;
+    Program program(folder.add(
+        u"song.txt", "F    A#   C7   F\r\nla   la   la   la\r\nDm   A#   C7   F\r\nla la\r\n"));
+    program.waitForKeyButtons();
+    StatusLine& line = program.form->statusLine();
+    const Text ini = programIniPath(program.program);
+    program.waitUntil([&] { return !line.keyText().empty(); });
+    EXPECT_EQ(shown(line.keyText()), "Key: F");
+    program.command(Command::mnuRespell);
+    EXPECT_EQ(lineOf(program, 0), "F    Bb   C7   F");
+    EXPECT_EQ(lineOf(program, 2), "Dm   Bb   C7   F");
+    program.command(Command::mnuByKey);
+    EXPECT_EQ((program.profiles.values[{ini, u"Key", u"FollowKey"}]), u"1");
+    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuByKey)), ">>    Follow the Key");
+    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuSus)), "        Use Sharps");
+    program.command(Command::mnuDwn);
+    EXPECT_EQ(lineOf(program, 0), "E    A    B7   E");
+    program.command(Command::mnuDwn);
+    EXPECT_EQ(lineOf(program, 0), "Eb   Ab   Bb7  Eb");
+    EXPECT_EQ(shown(line.keyText()), "Key: Eb");
+    program.command(Command::mnuUp);
+    program.command(Command::mnuUp);
+    EXPECT_EQ(lineOf(program, 2), "Dm   Bb   C7   F");
+    // A key that is told moves with the song, and back with Undo; of two names it has that on the
+    // side where the song stood.
+    program.form->keyWork().tellKey(Key{2, true});
+    program.command(Command::mnuUp);
+    EXPECT_EQ(shown(line.keyText()), "Key: D#m");
+    program.command(Command::mnuEditUndo);
+    program.waitUntil([&] { return shown(line.keyText()) != "Key: D#m"; });
+    EXPECT_EQ(shown(line.keyText()), "Key: Dm");
+    program.command(Command::mnuSus);
+    EXPECT_EQ((program.profiles.values[{ini, u"Key", u"FollowKey"}]), u"0");
+    EXPECT_EQ(shown(program.form->menuBar().caption(Command::mnuByKey)), "         Follow the Key");
+    program.command(Command::mnuUp);
+    EXPECT_EQ(lineOf(program, 0), "F#   B    C#7  F#");
+}
+
 }  // namespace
 }  // namespace melvorin::testing

@@ -65,12 +65,6 @@ class OtherFont {
     HFONT former_ = nullptr;
 };
 
-std::string className(HWND window) {
-    wchar_t name[40] = L"";
-    ::GetClassNameW(window, name, 40);
-    return shown(Text(textOf(name)));
-}
-
 struct Part {
     HWND window;
     RECT area;  // in the parent's client coordinates
@@ -218,39 +212,6 @@ void inModal(Program& program, const wchar_t* name, Command command,
     program.command(command);
     EXPECT_EQ(run.seen(), 1) << shown(textOf(name)) << " did not come";
 }
-
-// As inModal, for a window that is gone before a timer could look: when it becomes active.
-class WhenActive {
-  public:
-    WhenActive(const char* name, std::function<void(HWND)> steps)
-        : name_(name), steps_(std::move(steps)) {
-        current_ = this;
-        hook_ = ::SetWindowsHookExW(WH_CBT, look, nullptr, ::GetCurrentThreadId());
-    }
-    WhenActive(const WhenActive&) = delete;
-    WhenActive& operator=(const WhenActive&) = delete;
-    ~WhenActive() {
-        ::UnhookWindowsHookEx(hook_);
-        current_ = nullptr;
-    }
-    int seen() const { return seen_; }
-
-  private:
-    static LRESULT CALLBACK look(int code, WPARAM wParam, LPARAM lParam) {
-        const auto window = reinterpret_cast<HWND>(wParam);
-        if (code == HCBT_ACTIVATE && className(window) == current_->name_) {
-            ++current_->seen_;
-            current_->steps_(window);
-        }
-        return ::CallNextHookEx(nullptr, code, wParam, lParam);
-    }
-
-    static inline WhenActive* current_ = nullptr;
-    std::string name_;
-    std::function<void(HWND)> steps_;
-    HHOOK hook_ = nullptr;
-    int seen_ = 0;
-};
 
 // The windows of chord notation: its creator, which opens larger than it has to be, and the
 // progress of a key change.
