@@ -170,7 +170,10 @@ void KeyWork::putBack() {
     run([this] {
         const EditorWork work(rtftext_);
         const Selection selection = rtftext_.selection();
-        const std::vector<Selection> places = linePlaces(rtftext_.text().chars);
+        const Text song = rtftext_.text().chars;
+        const std::vector<Selection> places = linePlaces(song);
+        // The button may be pressed before the line at the foot has heard of the last edit.
+        dropUntrue(words_, song);
         // From the last to the first, as a line may have another length.
         for (auto line = words_.rbegin(); line != words_.rend(); ++line) {
             rtftext_.select(places[line->number]);

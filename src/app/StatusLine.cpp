@@ -172,7 +172,7 @@ void StatusLine::arrange() {
     for (const HWND button : shown)
         needed += neededSize(button, 0).width + scaled(kGap);
     const int words = widthOf(wide(windowText(message_))) + scaled(kGap);
-    const int message = std::clamp(right - needed, scaled(kLeastMessage), words);
+    const int message = std::min(std::max(right - needed, scaled(kLeastMessage)), words);
     ::SetWindowPos(message_, nullptr, scaled(kGap), 0, message, static_cast<int>(client.bottom),
                    SWP_NOZORDER | SWP_NOACTIVATE);
     // A label does not draw itself anew when only its size changes.
@@ -212,9 +212,9 @@ void StatusLine::onCommand(int id, int event) {
         RECT button{};
         ::GetWindowRect(key_.handle(), &button);
         actions_.chooseKey({button.left, button.top});
-    }
-    if (id >= kFirstAction && !notes.empty() && action < notes[current_].actions.size())
+    } else if (!notes.empty() && action < notes[current_].actions.size()) {
         notes[current_].actions[action].run();
+    }
 }
 
 bool StatusLine::onKeyDown(WPARAM key) {

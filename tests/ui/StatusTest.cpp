@@ -157,7 +157,7 @@ TEST(LeftOverLines, GoWithTheKeyWhereThatIsChosen) {
 // B beside Bb and H: nobody knows.
 TEST(LeftOverLines, WaitWhereWhatTheSongsBMeansIsOpen) {
     const ScratchFolder folder;
-    Program program(folder.add(u"song.txt", "Em  H7 | Am\r\nla la\r\nB  Bb\r\n"));
+    Program program(folder.add(u"song.txt", "Em  H7 | Am\r\nla la\r\nB  | Bb\r\nG  C\r\n"));
     program.waitForKeyButtons();
     program.command(Command::mnuUp);
     EXPECT_NE(said(program).find("this song writes H"), std::string::npos);
@@ -190,6 +190,21 @@ TEST(ChangedWords, ArePutBackAndLeftAlone) {
     program.command(Command::mnuEditUndo);
     program.waitUntil([&] { return said(program).empty(); });
     EXPECT_EQ(said(program), "");
+}
+
+TEST(ChangedWords, AreNotPutOverWhatHasComeSince) {
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", "G  C\r\nla la\r\nBad Dad\r\n"));
+    program.waitForKeyButtons();
+    program.command(Command::mnuUp);
+    ASSERT_EQ(said(program), "1 line of words was changed");
+    // Pressed before the line at the foot has heard of the edit.
+    const StatusNote note = program.form->statusLine().notes()[0];
+    program.editor().select({5, static_cast<std::int32_t>(program.editor().text().chars.size())});
+    program.editor().type(u"oh");
+    note.actions[1].run();
+    EXPECT_EQ(lineOf(program, 0), "G# C#oh");
+    EXPECT_EQ(program.text().find("Bad"), std::string::npos);
 }
 
 TEST(OldDiagrams, AreMovedByTheirFaces) {
