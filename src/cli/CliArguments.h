@@ -7,6 +7,7 @@
 #include "base/Editor.h"
 #include "base/Files.h"
 #include "base/Text.h"
+#include "chords/SongImport.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
 
@@ -43,8 +44,9 @@ struct CliRequest {
     std::optional<Text> find;
     std::optional<Text> with;
     FindOptions findOptions;
-    // `import --verdicts`.
+    // `import`.
     bool verdicts = false;
+    ImportOptions importOptions;
     // What texts are in, where the user says so.
     std::optional<NamedEncoding> encoding;
     // At most one of the two. With more than one file it is `outputFolder`.
