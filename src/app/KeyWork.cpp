@@ -106,15 +106,17 @@ void KeyWork::respell() {
 
 void KeyWork::keyChanged(Direction direction) {
     const Spelling spelling = spelling_;
-    const Text song = rtftext_.text().chars;
-    const std::vector<Selection> places = linePlaces(song);
-    for (NamedLine& line : words_)
-        line.now = textAt(song, places[line.number]);
-    std::vector<LeftOverLine> diagrams;
-    for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
-        if (diagrams.empty() || diagrams.back().number != run.line)
-            diagrams.push_back({run.line, {}, false});
+    if (!words_.empty()) {
+        const Text song = rtftext_.text().chars;
+        const std::vector<Selection> places = linePlaces(song);
+        for (NamedLine& line : words_)
+            line.now = textAt(song, places[line.number]);
     }
+    std::vector<LeftOverLine> diagrams(found_.diagramLines.size());
+    std::transform(found_.diagramLines.begin(), found_.diagramLines.end(), diagrams.begin(),
+                   [](std::size_t line) {
+                       return LeftOverLine{line, {}, false};
+                   });
     documents_.changeSongMemory([&](SongMemory& debt) {
         debt.diagrams.keyChanged(direction, spelling, 1, diagrams);
         debt.lines.keyChanged(direction, spelling, 1,
@@ -221,10 +223,12 @@ StatusNote KeyWork::noteOnMisread() {
         return {u"This song writes notes in a way that a key change does not read", {tidy}};
     const TextView text =
         misread_ == Misread::FlatB
-            ? TextView(u"This song writes H: its B is B flat, but was moved as B natural. Undo, "
-                       u"and tidy it")
-            : TextView(u"This song writes notes in a way that a key change does not read. Undo, "
-                       u"and tidy it");
+            ? TextView(
+                  u"This song writes H: its B is B flat, but was moved as B natural. Undo, "
+                  u"and tidy it")
+            : TextView(
+                  u"This song writes notes in a way that a key change does not read. Undo, "
+                  u"and tidy it");
     return {Text(text),
             {{u"Undo",
               [this] {

@@ -23,11 +23,10 @@ bool FrmCifraCreator::createWindow(HWND owner) {
         return false;
     buttons_.clear();
     // kept: converter-texto
-    const Cell commands =
-        rowOf({push(u"&Open File...", kOpenFile), push(u"&Paste", kPaste),
-               push(u"Con&verter Texto", kCmd1), push(u"&Make Chart", kMakeChart),
-               check(L"&B is B flat here", kFlatB).centred(),
-               check(L"C&9 has a seventh here", kSeventhInNinth).centred()});
+    const Cell commands = rowOf({push(u"&Open File...", kOpenFile), push(u"&Paste", kPaste),
+                                 push(u"Con&verter Texto", kCmd1), push(u"&Make Chart", kMakeChart),
+                                 check(L"&B is B flat here", kFlatB).centred(),
+                                 check(L"C&9 has a seventh here", kSeventhInNinth).centred()});
     song_ = space({}).least(kHalf, 185).grows(1, 1);
     chart_ = space({}).least(kHalf, 185).grows(1, 1);
     // Tab goes from the song down and then up to the chart.
