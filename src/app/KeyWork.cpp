@@ -63,6 +63,7 @@ void KeyWork::move(Direction direction, Spelling spelling, bool followsKey,
                    const std::function<void()>& lineDone) {
     spelling_ = spelling;
     unsure_.clear();
+    toldOf_.reset();
     if (!followsKey) {
         const KeyChange change(direction, spelling);
         return changeDocumentKey(rtftext_, change, lineDone, chooseOthers(direction, spelling));
@@ -99,6 +100,7 @@ void KeyWork::tellKey(std::optional<Key> key) {
 void KeyWork::respell() {
     run([this] {
         const FoundKey found = key();
+        toldOf_.reset();
         unsure_ = !found.key && found.first ? keyInWords(found) : Text();
         followKeyInDocument(rtftext_, found, 0, documents_.songMemory().side, [] {});
     });
@@ -205,11 +207,8 @@ void KeyWork::songReplaced() {
 }
 
 void KeyWork::idle() {
-    if (!std::exchange(isStale_, false))
-        return;
-    unsure_.clear();
-    misread_ = Misread::No;
-    tell();
+    if (std::exchange(isStale_, false))
+        tell();
 }
 
 StatusNote KeyWork::noteOnMisread() {
@@ -244,6 +243,7 @@ void KeyWork::undoMisread() {
         return;
     shell_.undo();
     misread_ = Misread::Undone;
+    toldOf_.reset();
 }
 
 // Goes to the next of these places behind the cursor, and selects it.
@@ -321,9 +321,14 @@ void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
 
 void KeyWork::tell() {
     std::vector<StatusNote> notes;
+    const Text song = rtftext_.text().chars;
+    if (toldOf_.value_or(song) != song) {
+        misread_ = Misread::No;
+        unsure_.clear();
+    }
+    toldOf_ = misread_ != Misread::No || !unsure_.empty() ? std::optional(song) : std::nullopt;
     if (misread_ != Misread::No)
         notes.push_back(noteOnMisread());
-    const Text song = rtftext_.text().chars;
     if (!documents_.songMemory().lines.isZero()) {
         const LeftOver found = leftOverInDocument(rtftext_);
         const std::vector<Selection> places = linePlaces(song);
@@ -346,7 +351,6 @@ void KeyWork::tell() {
     shell_.sayKey(found.first ? u"Key: " + keyInWords(found, documents_.songMemory().side)
                               : Text());
     isStale_ = false;
-    isSaid_ = !notes.empty();
     shell_.say(std::move(notes));
 }
 

@@ -92,8 +92,9 @@ class KeyWork {
     enum class Misread { No, Names, FlatB, Undone };
     Misread misread_ = Misread::No;
     Text unsure_;                   // the keys that it may be, where accidentals were to follow it
+    // The song for which these two hold; nothing while a command is still to be told of.
+    std::optional<Text> toldOf_;
     bool isStale_ = false;
-    bool isSaid_ = false;
 };
 
 }  // namespace melvorin

@@ -425,7 +425,7 @@ TEST(Creator, PastesTextAlone) {
 }
 
 TEST(Creator, ReadsASongAsTheUserSays) {
-    Program program;
+    Program program(kNoSong);
     const auto isOn = [](const Creator& creator, int id) {
         return ::IsDlgButtonChecked(creator.handle(), id) == BST_CHECKED;
     };
@@ -437,28 +437,28 @@ TEST(Creator, ReadsASongAsTheUserSays) {
     };
     creatorRun(program, [&](Creator& creator) {
         const auto chart = [&] { return toUtf8(creator.rtb2().text().chars); };
-        fill(program, creator, u"Am  H7  B\rla  la  la\r");
+        fill(program, creator, u"Am  H7  B\rla  la  la");
         EXPECT_TRUE(isOpen(creator, Creator::kFlatB));
         EXPECT_TRUE(isOn(creator, Creator::kFlatB));
         EXPECT_FALSE(isOpen(creator, Creator::kSeventhInNinth)) << "there is none";
-        EXPECT_EQ(chart(), "Am  B7  Bb\rla  la  la\r");
+        EXPECT_EQ(chart(), "Am  B7  Bb\rla  la  la");
         // No sign of its own, but the user knows.
         program.clipboard.plain = u"Am  B  C9\r\nla  la la\r\n";
         press(creator, Creator::kPaste);
         EXPECT_TRUE(isOpen(creator, Creator::kFlatB));
         EXPECT_FALSE(isOn(creator, Creator::kFlatB)) << "another song";
         EXPECT_FALSE(isOn(creator, Creator::kSeventhInNinth));
-        EXPECT_EQ(chart(), "Am  B  C9\rla  la la\r");
+        EXPECT_EQ(chart(), "Am  B  C9\rla  la la");
         choose(creator, Creator::kFlatB);
         choose(creator, Creator::kSeventhInNinth);
         EXPECT_TRUE(isOn(creator, Creator::kFlatB));
         EXPECT_TRUE(isOn(creator, Creator::kSeventhInNinth));
-        EXPECT_EQ(chart(), "Am  Bb C7/9\rla  la la\r");
+        EXPECT_EQ(chart(), "Am  Bb C7/9\rla  la la");
         // Typing goes on in the same song.
-        fill(program, creator, u"Dm  B  C9\rla  la la\r");
-        EXPECT_EQ(chart(), "Dm  Bb C7/9\rla  la la\r");
+        fill(program, creator, u"Dm  B  C9\rla  la la");
+        EXPECT_EQ(chart(), "Dm  Bb C7/9\rla  la la");
         choose(creator, Creator::kFlatB);
-        EXPECT_EQ(chart(), "Dm  B  C7/9\rla  la la\r");
+        EXPECT_EQ(chart(), "Dm  B  C7/9\rla  la la");
         creator.rb1().select({0, 0});
         press(creator, IDCANCEL);
     });
