@@ -124,6 +124,15 @@ bool hasSmallBracket(TextView line) {
            line[at + 1] <= u'h';
 }
 
+// A label may stand in front of syllables, and brackets around them.
+bool maySyllables(TextView line) {
+    const std::size_t colon = line.find(u':');
+    if (mayBeSyllableRow(line.substr(colon == TextView::npos ? 0 : colon + 1)))
+        return true;
+    const std::size_t bracket = line.find(u'[');
+    return bracket != TextView::npos && solfegeLength(line.substr(bracket + 1)) > 0;
+}
+
 // ---- The whole song --------------------------------------------------------------------------
 
 bool hasNoteLetter(TextView line) {
@@ -140,7 +149,7 @@ void addNotes(const ImportedChord& chord, const ChordReading& reading,
             whole ? chord.written.size()
                   : std::min(chord.written.find(u'-', begin), chord.written.size());
         const TextView part = chord.written.substr(begin, end - begin);
-        if (begin == 0 || houseSpelling(part, reading) || resemblesChord(part)) {
+        if (begin == 0 || houseSpelling(part, reading) || resemblesChord(part, reading)) {
             for (const ColumnRange& note : notesOfChord(part, reading))
                 notes.push_back({chord.sourceIndex + begin + note.column, note.length});
         }
@@ -150,7 +159,7 @@ void addNotes(const ImportedChord& chord, const ChordReading& reading,
 
 bool isInBrackets(const SourceLine& line, const ChordReading& reading) {
     const std::size_t label =
-        line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
+        line.verdict == LineVerdict::Section ? sectionLabelLength(line.text, reading) : 0;
     return readBrackets(line.text.substr(label), 0, 0, reading).has_value();
 }
 
@@ -196,14 +205,15 @@ bool Search::lookBriefly() {
 // Whether the song means another note by some name than its letter says.
 bool Search::hasOtherNames(std::span<const ImportedChord> chords) const {
     const ChordReading& reading = notation_.reading;
-    if (reading.naming == Naming::Letters && !notation_.hasGermanNames && !reading.smallMinors)
+    const bool isLetters = reading.naming == Naming::Letters;
+    if (isLetters && !notation_.hasGermanNames && !reading.smallMinors)
         return false;
     return std::any_of(chords.begin(), chords.end(), [&](const ImportedChord& chord) {
         const std::vector<ColumnRange> notes = notesOfChord(chord.written, reading);
         return std::any_of(notes.begin(), notes.end(), [&](const ColumnRange& range) {
             const TextView name = chord.written.substr(range.column, range.length);
             const auto note = readNoteName(name, reading, NotePlace::Bass);
-            return note && (note->isGerman || note->isSmall ||
+            return note && (note->isGerman || note->isSmall || note->isSyllable ||
                             (name == u"B" && reading.naming == Naming::German));
         });
     });
@@ -224,7 +234,8 @@ void Search::addLine(std::size_t number, const SourceLine& line,
                        {},
                        isInBrackets(line, notation_.reading),
                        notation_.signs,
-                       notation_.reading.smallMinors};
+                       notation_.reading.smallMinors,
+                       notation_.solfege};
     for (const ImportedChord& chord : chords)
         addNotes(chord, notation_.reading, added.notes);
     const auto states = [&](const KeyLine& key) {
@@ -260,8 +271,8 @@ LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
 }
 
 bool mayBeLeftOver(TextView line) {
-    const bool mayBe =
-        (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) || hasSmallBracket(line);
+    const bool mayBe = (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) ||
+                       hasSmallBracket(line) || maySyllables(line);
     if (!mayBe)
         return false;
     ImportOptions options;
