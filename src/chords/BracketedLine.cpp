@@ -24,6 +24,7 @@ class BracketReader {
     void addText(TextView text);
     void makeRoom(std::size_t end);
     char16_t textBehind(std::size_t at);
+    std::size_t blankInFront() const;
 
     TextView line_;
     std::size_t column_;  // cell of the next character
@@ -68,11 +69,29 @@ void BracketReader::makeRoom(std::size_t end) {
         filler = u'-';
         room = std::max<std::size_t>(room, isStretched ? 1 : 2);
         stretchedEnd_ = result_.lyrics.size() + room;
-    } else if (!isAnyBlank(before) && (behind == 0 || !isAnyBlank(behind))) {
-        return;
     }
-    result_.lyrics.append(room, filler);
+    std::size_t at = result_.lyrics.size();
+    if (filler == u' ' && !isAnyBlank(before) && (behind == 0 || !isAnyBlank(behind))) {
+        at = blankInFront();
+        if (at == 0)
+            return;
+    }
+    result_.lyrics.insert(at, room, filler);
     column_ += room;
+}
+
+// Where blanks may come in front of the signs that the lyrics end with, as of a quotation mark: no
+// chord stands behind that place. Else 0.
+std::size_t BracketReader::blankInFront() const {
+    constexpr std::size_t longest = 4;
+    std::size_t at = result_.lyrics.size();
+    while (at > 0 && result_.lyrics.size() - at < longest &&
+           !isStretchable(result_.lyrics[at - 1]) && !isAnyBlank(result_.lyrics[at - 1]))
+        --at;
+    if (at == 0 || !isAnyBlank(result_.lyrics[at - 1]))
+        return 0;
+    const std::size_t column = column_ - cellsOf(TextView(result_.lyrics).substr(at));
+    return result_.chords.empty() || result_.chords.back().column < column ? at : 0;
 }
 
 void BracketReader::place(std::vector<RowItem> row, std::size_t end) {

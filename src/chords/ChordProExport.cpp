@@ -131,11 +131,12 @@ bool isSame(const SongImport& a, const SongImport& b) {
 // Whether an import makes these two lines (or one, with an empty `second`) of the line, or what it
 // makes of the two anyway; also where the rest of the song makes every bracket a chord.
 bool Exporter::comesBack(TextView exported, TextView first, TextView second) const {
+    const SongImport back = importSong(exported);
     ImportOptions options;
     options.isChordPro = true;
-    const SongImport back = importSong(exported, {}, options);
-    const bool hasBrackets = exported.find(u'[') != TextView::npos;
-    if (hasBrackets && !isSame(back, importSong(exported)))
+    const bool hasOwnBrackets =
+        first.find(u'[') != TextView::npos || second.find(u'[') != TextView::npos;
+    if (hasOwnBrackets && !isSame(back, importSong(exported, {}, options)))
         return false;
     const bool pair = !second.empty();
     if (back.lines.size() == (pair ? 2U : 1U) && back.lines[0].text == trimmedRight(first) &&
@@ -155,11 +156,14 @@ bool Exporter::putChords(std::size_t number) {
         !last && !trimmed(words).empty() && song_.source[number + 1].verdict == LineVerdict::Lyrics;
     if (hasWords) {
         const Text both = withBrackets(line.text, words);
-        for (const Text& exported : {withWordsJoined(both), both}) {
-            if (!exported.starts_with(u'#') && comesBack(exported, line.text, words)) {
-                putLine(exported, song_.source[number + 1].end);
-                return true;
-            }
+        const Text joined = withWordsJoined(both);
+        const auto fits = [&](const Text& exported) {
+            return !exported.starts_with(u'#') && comesBack(exported, line.text, words);
+        };
+        const bool isJoined = joined != both && fits(joined);
+        if (isJoined || fits(both)) {
+            putLine(isJoined ? joined : both, song_.source[number + 1].end);
+            return true;
         }
     }
     const Text alone = withBrackets(line.text, u"");

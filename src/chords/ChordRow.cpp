@@ -54,10 +54,16 @@ struct RowMemory::Slots {
     Slot& slotOf(TextView run) { return slots[std::hash<TextView>()(run) % kCount]; }
 };
 
-RowMemory::RowMemory() : slots_(std::make_unique<Slots>()) {}
+RowMemory::RowMemory() noexcept = default;
 RowMemory::~RowMemory() = default;
 RowMemory::RowMemory(RowMemory&&) noexcept = default;
 RowMemory& RowMemory::operator=(RowMemory&&) noexcept = default;
+
+RowMemory::Slots& RowMemory::slots() {
+    if (slots_ == nullptr)
+        slots_ = std::make_unique<Slots>();
+    return *slots_;
+}
 
 namespace {
 

@@ -45,13 +45,13 @@ struct RowItem {
 // good for one reading, and of one size however long the song is.
 class RowMemory {
   public:
-    RowMemory();
+    RowMemory() noexcept;
     ~RowMemory();
     RowMemory(RowMemory&&) noexcept;
     RowMemory& operator=(RowMemory&&) noexcept;
 
     struct Slots;
-    Slots& slots() { return *slots_; }
+    Slots& slots();  // made when they are asked for
 
   private:
     std::unique_ptr<Slots> slots_;

@@ -6,6 +6,7 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
+#include "chords/Note.h"
 #include "chords/Proportional.h"
 #include "chords/SongDiagrams.h"
 
@@ -82,13 +83,18 @@ class Importer {
 
     const ChordReading& reading() const { return song_.notation.reading; }
     std::vector<RowItem> row(TextView text, std::size_t column = 0, std::size_t index = 0) {
-        return readRow(text, column, index, reading(), &memory_);
+        return readRow(text, column, index, reading(), memory());
     }
     std::optional<BracketedLine> brackets(TextView text, std::size_t column = 0,
                                           std::size_t index = 0) {
-        return readBrackets(text, column, index, reading(), &memory_);
+        return readBrackets(text, column, index, reading(), memory());
     }
     void read(const SongNotation& notation);
+    // A few lines are read faster than remembered.
+    RowMemory* memory() {
+        constexpr std::size_t few = 32;
+        return song_.source.size() > few ? &memory_ : nullptr;
+    }
 
     const ChosenVerdicts& chosen_;
     const ImportOptions& options_;
@@ -117,7 +123,7 @@ void Importer::read(const SongNotation& notation) {
 void Importer::judgeByDirectives() {
     bool isEnvironment = false;
     for (SourceLine& line : song_.source) {
-        line.verdict = judgeLine(line.text, reading(), &memory_);
+        line.verdict = judgeLine(line.text, reading(), memory());
         if (line.verdict == LineVerdict::Directive) {
             const auto directive = readDirective(line.text);
             const bool known = isKnownDirective(*directive);
@@ -160,7 +166,7 @@ void Importer::judgeBrackets() {
     for (SourceLine& line : song_.source) {
         if (!mayHave(line))
             continue;
-        line.verdict = judgeLine(line.text, reading(), &memory_);
+        line.verdict = judgeLine(line.text, reading(), memory());
         if (hasLooseBracket(line.text))
             line.remarks |= HasLooseBracket;
     }
@@ -172,7 +178,7 @@ void Importer::readNotation() {
         if (line.verdict == LineVerdict::Tablature || line.verdict == LineVerdict::Directive)
             continue;
         const std::size_t label = line.verdict == LineVerdict::Section
-                                      ? sectionLabelLength(line.text, reading(), &memory_)
+                                      ? sectionLabelLength(line.text, reading(), memory())
                                       : 0;
         const TextView text = line.text.substr(label);
         if (line.text.find(u'[') != TextView::npos)
@@ -344,7 +350,7 @@ void Importer::writeChords(std::size_t number) {
 // nothing but chords.
 void Importer::writeSection(std::size_t number) {
     const TextView text = song_.source[number].text;
-    const std::size_t label = sectionLabelLength(text, reading(), &memory_);
+    const std::size_t label = sectionLabelLength(text, reading(), memory());
     const TextView behind = text.substr(label);
     const std::size_t column = cellsOf(text.substr(0, label));
     const std::vector<RowItem> items = row(behind, column, label);
@@ -473,7 +479,8 @@ void Importer::writeLine(std::size_t number, Text text, bool isChords) {
 void Importer::remarkOn(SourceLine& line) const {
     for (std::size_t i = 0; i < line.chartLines; ++i) {
         const ImportedLine& written = song_.lines[line.firstChartLine + i];
-        if (!written.isChords && !trimmed(written.text).empty() && IsChordLine(written.text))
+        const bool hasNotes = std::any_of(written.text.begin(), written.text.end(), isNoteLetter);
+        if (!written.isChords && hasNotes && IsChordLine(written.text))
             line.remarks |= WillChangeWithKey;
     }
 }
