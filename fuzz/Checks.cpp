@@ -59,8 +59,9 @@ void checkLine(const SongImport& song, const SourceLine& line, std::size_t chart
     }
     require(changesKey == ((line.remarks & WillNotChangeKey) == 0), "the remark on keys is true",
             line.text);
-    const bool asItIs = line.verdict == LineVerdict::Tablature ||
-                        (line.verdict == LineVerdict::Lyrics && !hasChords);
+    const bool asItIs =
+        line.verdict == LineVerdict::Tablature ||
+        (line.verdict == LineVerdict::Lyrics && !hasChords && (line.remarks & RemarksAbove) == 0);
     if (asItIs)
         require(withoutBlanks(song.lines[line.firstChartLine].text) == withoutBlanks(line.text),
                 "words stay", line.text);

@@ -63,12 +63,6 @@ bool CellReader::next(CellCharacter& character) {
     return true;
 }
 
-bool isAnyBlank(char32_t code) {
-    return code == U' ' || code == U'\t' || code == 0xA0 || code == 0x1680 ||
-           (code >= 0x2000 && code <= 0x200B) || code == 0x202F || code == 0x205F ||
-           code == 0x3000 || code == 0xFEFF;
-}
-
 std::size_t cellsOf(TextView line) {
     CellReader reader(line);
     CellCharacter character;

@@ -32,8 +32,14 @@ class CellReader {
 };
 
 // Every blank that text from the web is spaced with: tabs, no-break, thin and ideographic blanks,
-// and the blank of no width.
-bool isAnyBlank(char32_t code);
+// the blank of no width, and the line separators that are no line ends here.
+constexpr bool isAnyBlank(char32_t code) {
+    if (code < 0x1680)
+        return code == U' ' || code == U'\t' || code == 0xA0 || code == 0x85 || code == 0x0B ||
+               code == 0x0C;
+    return (code >= 0x2000 && code <= 0x200B) || code == 0x3000 || code == 0xFEFF ||
+           code == 0x2028 || code == 0x2029 || code == 0x202F || code == 0x205F || code == 0x1680;
+}
 // From 0 to 9; no other script's digits.
 constexpr bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';

@@ -61,8 +61,9 @@ bool mayStayChords(const FollowText& line, std::size_t begin, std::size_t end) {
     if (mayHoldChords(line, begin, end))
         return true;
     const std::vector<RowItem> rest = readRow(writingWithout(line, begin, end));
-    return std::none_of(rest.begin(), rest.end(),
-                        [](const RowItem& item) { return item.kind == RowItemKind::Word; });
+    return std::none_of(rest.begin(), rest.end(), [](const RowItem& item) {
+        return item.kind == RowItemKind::Word || item.kind == RowItemKind::Remark;
+    });
 }
 
 bool holdsWords(const FollowText& line) {

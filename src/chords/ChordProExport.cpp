@@ -1,5 +1,6 @@
 #include "chords/ChordProExport.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -56,6 +57,36 @@ Text withBrackets(TextView chords, TextView words) {
     return more ? line.append(words.substr(character.index)) : line;
 }
 
+// A line in brackets without the hyphens that stretch a word up to the next chord: "ri--[G]ver" is
+// "ri[G]ver".
+Text withWordsJoined(TextView line) {
+    Text joined;
+    for (std::size_t at = 0; at < line.size();) {
+        // Hyphens and brackets between two letters, the last of them a bracket.
+        std::size_t end = at;
+        std::size_t hyphens = 0;
+        Text brackets;
+        while (end < line.size() && (line[end] == u'-' || line[end] == u'[')) {
+            const TextView ahead = line.substr(0, end + kLongestBracket);
+            const std::size_t close = line[end] == u'[' ? ahead.find(u']', end) : end;
+            if (close == TextView::npos)
+                break;
+            if (close == end)
+                ++hyphens;
+            else
+                brackets += line.substr(end, close + 1 - end);
+            end = close + 1;
+        }
+        const bool isStretch = hyphens > 1 && at > 0 && end < line.size() &&
+                               line[end - 1] == u']' && isStretchable(line[at - 1]) &&
+                               isStretchable(line[end]);
+        end = std::max(end, at + 1);
+        joined += isStretch ? TextView(brackets) : line.substr(at, end - at);
+        at = end;
+    }
+    return joined;
+}
+
 class Exporter {
   public:
     explicit Exporter(TextView chart) : song_(importSong(chart)) {}
@@ -89,12 +120,30 @@ void Exporter::enterTablature(bool inside, TextView end) {
     inTablature_ = inside;
 }
 
-// Whether an import makes these two lines (or one, with an empty `second`) of the line.
+bool isSame(const SongImport& a, const SongImport& b) {
+    return std::equal(a.lines.begin(), a.lines.end(), b.lines.begin(), b.lines.end(),
+                      [](const ImportedLine& x, const ImportedLine& y) {
+                          return x.isChords == y.isChords &&
+                                 trimmedRight(x.text) == trimmedRight(y.text);
+                      });
+}
+
+// Whether an import makes these two lines (or one, with an empty `second`) of the line, or what it
+// makes of the two anyway; also where the rest of the song makes every bracket a chord.
 bool Exporter::comesBack(TextView exported, TextView first, TextView second) const {
     const SongImport back = importSong(exported);
+    ImportOptions options;
+    options.isChordPro = true;
+    const bool hasOwnBrackets =
+        first.find(u'[') != TextView::npos || second.find(u'[') != TextView::npos;
+    if (hasOwnBrackets && !isSame(back, importSong(exported, {}, options)))
+        return false;
     const bool pair = !second.empty();
-    return back.lines.size() == (pair ? 2U : 1U) && back.lines[0].text == trimmedRight(first) &&
-           (!pair || back.lines[1].text == trimmedRight(second));
+    if (back.lines.size() == (pair ? 2U : 1U) && back.lines[0].text == trimmedRight(first) &&
+        (!pair || back.lines[1].text == trimmedRight(second)))
+        return true;
+    const Text both = Text(first).append(u"\n").append(second);
+    return pair && back.lines.size() > 2 && isSame(back, importSong(both));
 }
 
 // The chords of the line, with the words below them where there are any. Returns whether the
@@ -107,8 +156,13 @@ bool Exporter::putChords(std::size_t number) {
         !last && !trimmed(words).empty() && song_.source[number + 1].verdict == LineVerdict::Lyrics;
     if (hasWords) {
         const Text both = withBrackets(line.text, words);
-        if (!both.starts_with(u'#') && comesBack(both, line.text, words)) {
-            putLine(both, song_.source[number + 1].end);
+        const Text joined = withWordsJoined(both);
+        const auto fits = [&](const Text& exported) {
+            return !exported.starts_with(u'#') && comesBack(exported, line.text, words);
+        };
+        const bool isJoined = joined != both && fits(joined);
+        if (isJoined || fits(both)) {
+            putLine(isJoined ? joined : both, song_.source[number + 1].end);
             return true;
         }
     }

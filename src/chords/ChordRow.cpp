@@ -1,11 +1,15 @@
 #include "chords/ChordRow.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/RowMarks.h"
 #include "chords/SongDiagrams.h"
 
 namespace melvorin {
@@ -13,53 +17,6 @@ namespace {
 
 // A longer run of text without a blank is a word; nothing looks inside.
 constexpr std::size_t kLongestItem = 64;
-// Bars, and what stands between chords that are written as a chain.
-constexpr TextView kBars = u"|\u2016\u00A6";
-constexpr TextView kSeparators = u"-,;.>~=\u2010\u2011\u2013\u2014\u2192\u2026\u21D2\u00B7";
-
-bool isOneOf(TextView set, char16_t c) {
-    return set.find(c) != TextView::npos;
-}
-
-bool consistsOf(TextView text, TextView set) {
-    return text.find_first_not_of(set) == TextView::npos;
-}
-
-bool isBar(TextView text) {
-    return text.find_first_of(kBars) != TextView::npos &&
-           std::all_of(text.begin(), text.end(),
-                       [](char16_t c) { return c == u':' || isOneOf(kBars, c); });
-}
-
-// Bars are no chord-line characters, slashes are; a repeat sign becomes a parenthesis.
-Text shownBar(TextView bar) {
-    Text shown;
-    for (std::size_t i = 0; i < bar.size(); ++i)
-        shown += bar[i] != u':' ? u'/' : i == 0 ? u')' : u'(';
-    return shown;
-}
-
-bool isNoChord(TextView text) {
-    if (text.size() > 2 && text.front() == u'(' && text.back() == u')')
-        text = text.substr(1, text.size() - 2);
-    return text == u"N.C." || text == u"N.C" || text == u"NC" || text == u"N/C" ||
-           text == u"n.c." || text == u"NC.";
-}
-
-// "x2", "2x", "(x2)", "bis".
-bool isRepeat(TextView text) {
-    if (text.size() > 2 && text.front() == u'(' && text.back() == u')')
-        text = text.substr(1, text.size() - 2);
-    if (text == u"bis")
-        return true;
-    constexpr TextView times = u"xX\u00D7";
-    if (text.size() < 2 || text.size() > 3)
-        return false;
-    const TextView digits = isOneOf(times, text.front())  ? text.substr(1)
-                            : isOneOf(times, text.back()) ? text.substr(0, text.size() - 1)
-                                                          : TextView();
-    return !digits.empty() && consistsOf(digits, u"0123456789");
-}
 
 // Chords by their text that are words as well, in whatever company they stand, and such that are
 // words only where they stand alone.
@@ -74,10 +31,47 @@ bool isFirm(const RowItem& item) {
            chord != u"E" && chord != u"Am" && chord != u"Em";
 }
 
+// Whether no item but a word begins with this character.
+bool beginsWord(char16_t c, const ChordReading& reading) {
+    if (c >= u'a' && c <= u'z')
+        return !isOneOf(u"bnx", c) && !(reading.smallMinors && c <= u'h');
+    if (c > u'H' && c <= u'Z')
+        return !isOneOf(u"NX", c) && !(reading.naming == Naming::Solfege && isOneOf(u"LMRS", c));
+    return (c >= 0xC0 && c < 0x250 && c != 0xD7) || (c >= 0x370 && c < 0x1680);
+}
+
+}  // namespace
+
+// One slot for each remainder of a hash: what is read last stays.
+struct RowMemory::Slots {
+    struct Slot {
+        Text run;
+        std::vector<RowItem> items;  // as in a line that begins with the run
+    };
+    static constexpr std::size_t kCount = 1024;
+    std::array<Slot, kCount> slots;
+
+    Slot& slotOf(TextView run) { return slots[std::hash<TextView>()(run) % kCount]; }
+};
+
+RowMemory::RowMemory() noexcept = default;
+RowMemory::~RowMemory() = default;
+RowMemory::RowMemory(RowMemory&&) noexcept = default;
+RowMemory& RowMemory::operator=(RowMemory&&) noexcept = default;
+
+RowMemory::Slots& RowMemory::slots() {
+    if (slots_ == nullptr)
+        slots_ = std::make_unique<Slots>();
+    return *slots_;
+}
+
+namespace {
+
 class RowReader {
   public:
-    RowReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading)
-        : line_(line), column_(column), index_(index), reading_(reading) {}
+    RowReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading,
+              RowMemory* memory)
+        : line_(line), column_(column), index_(index), reading_(reading), memory_(memory) {}
     std::vector<RowItem> read();
 
   private:
@@ -99,11 +93,13 @@ class RowReader {
     bool addMarked(const Run& run);
     bool isJoined(const Run& run, CellCharacter next) const;
     void addRun(const Run& run);
+    void addKnown(const Run& run);
 
     TextView line_;
     std::size_t column_;
     std::size_t index_;
     const ChordReading& reading_;
+    RowMemory* memory_;
     std::vector<RowItem> items_;
 };
 
@@ -129,7 +125,7 @@ std::vector<RowItem> RowReader::read() {
         const bool isGap = isAnyBlank(character.code) && !(inside && isJoined(run, character));
         if (isDiagram || isGap) {
             if (inside)
-                addRun(run);
+                addKnown(run);
             inside = false;
             if (isDiagram)
                 add(RowItemKind::Sign,
@@ -144,7 +140,8 @@ std::vector<RowItem> RowReader::read() {
         run.cells += character.width;
     }
     if (inside)
-        addRun(run);
+        addKnown(run);
+    joinMarks(items_, line_, index_);
     return std::move(items_);
 }
 
@@ -165,7 +162,7 @@ bool RowReader::addChord(const Run& run) {
     if (!chord)
         return false;
     add(RowItemKind::Chord, run, std::move(*chord));
-    items_.back().wordToo = wordToo(text);
+    items_.back().wordToo = wordToo(text, reading_);
     return true;
 }
 
@@ -180,6 +177,8 @@ bool RowReader::addWhole(const Run& run) {
         add(RowItemKind::NoChord, run, Text(text));
     else if (isRepeat(text))
         add(RowItemKind::Repeat, run, Text(text));
+    else if (isMeter(text))
+        add(RowItemKind::Meter, run, Text(text));
     else if (consistsOf(text, u"/()"))
         add(RowItemKind::Beat, run, Text(text));
     else if (consistsOf(text, u"%*"))
@@ -204,7 +203,7 @@ bool RowReader::addEnclosed(const Run& run) {
         if (const auto chord = houseSpelling(inside, reading_)) {
             add(RowItemKind::Chord, run,
                 Text(text.substr(0, from)).append(*chord).append(text.substr(to)));
-            items_.back().wordToo = wordToo(inside);
+            items_.back().wordToo = wordToo(inside, reading_);
             return true;
         }
     }
@@ -221,6 +220,8 @@ bool RowReader::addChain(const Run& run) {
     };
     const std::size_t former = items_.size();
     bool chord = false;
+    bool mark = false;
+    bool bar = false;
     for (std::size_t begin = 0; begin < text.size();) {
         std::size_t end = begin + 1;
         const bool cut = isCut(text[begin]);
@@ -234,18 +235,23 @@ bool RowReader::addChain(const Run& run) {
         if (colon)
             add(RowItemKind::Separator, piece, Text());
         else if (!addWhole(piece) && !addEnclosed(piece)) {
-            if (!resemblesChord(sign)) {
+            if (!resemblesChord(sign, reading_)) {
                 items_.resize(former);
                 return false;
             }
             add(RowItemKind::Unknown, piece, Text(sign));
         }
-        chord = chord || items_.back().kind == RowItemKind::Chord;
+        const RowItemKind kind = items_.back().kind;
+        chord = chord || kind == RowItemKind::Chord;
+        // "|x4", "|3/4"
+        mark = mark || kind == RowItemKind::Repeat || kind == RowItemKind::Meter ||
+               kind == RowItemKind::NoChord;
+        bar = bar || kind == RowItemKind::Bar;
         begin = end;
     }
-    if (!chord)
+    if (!chord && !(mark && bar))
         items_.resize(former);
-    return chord;
+    return items_.size() > former;
 }
 
 // Two chords without a blank: "F/Gm", "C#m(E)". Behind a slash a note alone would be a bass.
@@ -301,14 +307,46 @@ void RowReader::addRun(const Run& run) {
     if (text.size() <= kLongestItem &&
         (addWhole(run) || addEnclosed(run) || addMarked(run) || addChain(run)))
         return;
-    add(resemblesChord(text) ? RowItemKind::Unknown : RowItemKind::Word, run, Text(text));
+    add(resemblesChord(text, reading_) ? RowItemKind::Unknown : RowItemKind::Word, run, Text(text));
 }
 
-// What a row has of each kind. "(let ring)" is one word.
+void RowReader::addKnown(const Run& run) {
+    const TextView text = textOf(run);
+    if (beginsWord(text[0], reading_)) {
+        add(RowItemKind::Word, run, Text(text));
+        return;
+    }
+    if (memory_ == nullptr || text.size() > kLongestItem) {
+        addRun(run);
+        return;
+    }
+    RowMemory::Slots::Slot& slot = memory_->slots().slotOf(text);
+    if (slot.run == text) {
+        for (const RowItem& item : slot.items) {
+            items_.push_back(item);
+            items_.back().index += index_ + run.begin;
+            items_.back().column += run.column;
+        }
+        return;
+    }
+    const std::size_t former = items_.size();
+    addRun(run);
+    slot.run = text;
+    slot.items.assign(items_.begin() + static_cast<std::ptrdiff_t>(former), items_.end());
+    for (RowItem& item : slot.items) {
+        item.index -= index_ + run.begin;
+        item.column -= run.column;
+    }
+}
+
+// What a row has of each kind.
 struct RowCount {
     std::size_t chords = 0;
     std::size_t unknown = 0;
     std::size_t words = 0;
+    std::size_t remarks = 0;
+    std::size_t bars = 0;
+    std::size_t meters = 0;
     std::size_t wordsToo = 0;  // of the chords
     std::size_t anywhere = 0;  // of those
     std::size_t firm = 0;
@@ -317,17 +355,14 @@ struct RowCount {
 
 RowCount countOf(const std::vector<RowItem>& row) {
     RowCount count;
-    bool inRemark = false;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const RowItemKind kind = row[i].kind;
-        const bool goesOn = inRemark && kind == RowItemKind::Word;
-        if (kind == RowItemKind::Word)
-            inRemark = (inRemark || row[i].shown.front() == u'(') && row[i].shown.back() != u')';
-        if (goesOn)
-            continue;
         count.chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
         count.unknown += kind == RowItemKind::Unknown ? 1U : 0U;
         count.words += kind == RowItemKind::Word ? 1U : 0U;
+        count.remarks += kind == RowItemKind::Remark ? 1U : 0U;
+        count.bars += kind == RowItemKind::Bar ? 1U : 0U;
+        count.meters += kind == RowItemKind::Meter ? 1U : 0U;
         count.wordsToo += row[i].wordToo != WordToo::No ? 1U : 0U;
         count.anywhere += row[i].wordToo == WordToo::Anywhere ? 1U : 0U;
         count.firm += isFirm(row[i]) ? 1U : 0U;
@@ -337,10 +372,24 @@ RowCount countOf(const std::vector<RowItem>& row) {
     return count;
 }
 
+// "La La La"
+bool isOneWordAgain(const std::vector<RowItem>& row) {
+    return row.size() > 1 && std::all_of(row.begin(), row.end(), [&](const RowItem& item) {
+               return item.wordToo != WordToo::No && item.shown == row.front().shown;
+           });
+}
+
 }  // namespace
 
-WordToo wordToo(TextView chord) {
+WordToo wordToo(TextView chord, const ChordReading& reading) {
     const auto is = [&](TextView word) { return chord == word; };
+    if (reading.naming == Naming::Solfege) {
+        // "Mi", "Sim", but not "MI" and "Mi7".
+        const char16_t second = chord.size() > 1 ? chord[1] : u'\0';
+        const bool isSmall = (second >= u'a' && second <= u'z') || second >= 0xE0;
+        const bool isPlain = isSmall && chord.find_first_of(u"0123456789#/-+(") == TextView::npos;
+        return isPlain ? WordToo::Alone : WordToo::No;
+    }
     const bool isSmall = chord[0] >= u'a' && chord[0] <= u'h';
     if (std::any_of(std::begin(kWords), std::end(kWords), is))
         return WordToo::Anywhere;
@@ -350,28 +399,47 @@ WordToo wordToo(TextView chord) {
 }
 
 std::vector<RowItem> readRow(TextView line, std::size_t column, std::size_t index,
-                             const ChordReading& reading) {
-    return RowReader(line, column, index, reading).read();
+                             const ChordReading& reading, RowMemory* memory) {
+    return RowReader(line, column, index, reading, memory).read();
+}
+
+bool isClearlyWords(TextView line, const ChordReading& reading) {
+    std::size_t words = 0;
+    std::size_t others = 0;
+    bool afterBlank = true;
+    for (const char16_t c : line) {
+        if (c == u'(' || c == u'[' || c == u'{')
+            return false;
+        const bool blank = isAnyBlank(c);
+        if (afterBlank && !blank)
+            ++(beginsWord(c, reading) ? words : others);
+        afterBlank = blank;
+    }
+    return words > 0 && words * 2 >= others;
 }
 
 bool isRowOfChords(const std::vector<RowItem>& row) {
     const RowCount count = countOf(row);
-    if (count.words == 0) {
-        const bool isRow =
-            count.chords > 0 || count.unknown > 1 || (count.unknown == 1 && row.size() == 1);
-        // No "Ami" and "Emi" are words side by side.
-        const bool isSure = count.wordsToo == 0 || count.firm > 0 ||
-                            (count.anywhere == 0 && count.chords + count.unknown > 1);
-        return isRow && isSure;
-    }
-    // A word or two among many chords is a remark; chords stand apart, words do not.
     const std::size_t sure = count.chords - count.wordsToo + count.unknown;
-    return sure >= 2 && sure > 2 * count.words && count.spaced;
+    // A word or two among many chords is a remark; chords stand apart, words do not.
+    if (count.words > 0)
+        return sure >= 2 && sure > 2 * count.words && count.spaced;
+    const std::size_t all = count.chords + count.unknown;
+    // "3/4 C" is flour; "A (alto) B (bass)" is a list.
+    if (count.meters > 0 && count.bars == 0 && all < 2)
+        return false;
+    if (count.remarks > 0 && (all < 2 || all <= count.remarks || sure < 2))
+        return false;
+    const bool isRow =
+        count.chords > 0 || count.unknown > 1 || (count.unknown == 1 && row.size() == 1);
+    // No "Ami" and "Emi" are words side by side.
+    const bool isSure = count.wordsToo == 0 || count.firm > 0 || (count.anywhere == 0 && all > 1);
+    return isRow && isSure && (count.spaced || !isOneWordAgain(row));
 }
 
 bool mayBeRowOfChords(const std::vector<RowItem>& row) {
     const RowCount count = countOf(row);
-    return count.words == 0 && count.chords > 0;
+    return count.words + count.remarks == 0 && count.chords > 0 && !isOneWordAgain(row);
 }
 
 Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "base/Text.h"
@@ -16,7 +17,10 @@ enum class RowItemKind {
     Bar,        // "|", "|:"
     Beat,       // "/", "(", ")": signs that chord lines may have
     NoChord,    // "N.C."
-    Repeat,     // "x2"
+    Repeat,     // "x2", "x 2", "} 2"
+    Meter,      // "3/4"
+    Remark,     // "(let ring)", "[Lick 1]", "2 times"
+    Unread,     // a bracket that has to hold a chord, and holds none that can be read
     Sign,       // "%", "*", a diagram
     Separator,  // "-", ",", ">" between chords; not part of a chart
 };
@@ -25,7 +29,7 @@ enum class RowItemKind {
 // ("Go", "As").
 enum class WordToo { No, Alone, Anywhere };
 
-WordToo wordToo(TextView chord);
+WordToo wordToo(TextView chord, const ChordReading& reading = {});
 
 struct RowItem {
     RowItemKind kind = RowItemKind::Word;
@@ -37,10 +41,31 @@ struct RowItem {
     WordToo wordToo = WordToo::No;
 };
 
+// What runs of characters were read as: songs repeat their chords, and most of their words. It is
+// good for one reading, and of one size however long the song is.
+class RowMemory {
+  public:
+    RowMemory() noexcept;
+    ~RowMemory();
+    RowMemory(RowMemory&&) noexcept;
+    RowMemory& operator=(RowMemory&&) noexcept;
+
+    struct Slots;
+    Slots& slots();  // made when they are asked for
+
+  private:
+    std::unique_ptr<Slots> slots_;
+};
+
 // Every item of the line from left to right. Columns begin at `column`, indices at `index`.
-// `reading` is what the symbols of the song mean.
+// `reading` is what the symbols of the song mean. `memory`, where there is one, serves the reading
+// alone.
 std::vector<RowItem> readRow(TextView line, std::size_t column = 0, std::size_t index = 0,
-                             const ChordReading& reading = {});
+                             const ChordReading& reading = {}, RowMemory* memory = nullptr);
+
+// True for a line with so many words that it is no row of chords: a look instead of a reading. It
+// may say no too often.
+bool isClearlyWords(TextView line, const ChordReading& reading = {});
 
 // True when chords, or "N.C.", are all that the row tells, but for a remark or two. A chord that is
 // a word too counts only beside others.

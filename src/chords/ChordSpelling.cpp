@@ -148,10 +148,13 @@ std::optional<Text> houseSpelling(TextView chord, const ChordReading& reading) {
     return SuffixWriter(name).write(*suffix);
 }
 
-bool resemblesChord(TextView text) {
+bool resemblesChord(TextView text, const ChordReading& reading) {
     if (text.size() < 2 || text.size() > kLongest)
         return false;
-    const Text usual = usualSigns(text);
+    Text usual = usualSigns(text);
+    if (const std::size_t syllable = solfegeLength(usual);
+        reading.naming == Naming::Solfege && syllable > 0)
+        usual.replace(0, syllable, u"C");
     if (!isNoteLetter(usual[0]) && usual[0] != u'H')
         return false;
     const bool marked = std::any_of(usual.begin() + 1, usual.end(),

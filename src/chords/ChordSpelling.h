@@ -27,7 +27,7 @@ namespace melvorin {
 std::optional<Text> houseSpelling(TextView chord, const ChordReading& reading = {});
 
 // True for text that is no chord one could spell but can only be meant as one: "C7alt".
-bool resemblesChord(TextView text);
+bool resemblesChord(TextView text, const ChordReading& reading = {});
 
 // Where the root of a chord stands in its text, and behind it an added note ("C(add G#)") and the
 // bass note, where there are such: each a letter with its accidentals or its ending ("Fis"), also

@@ -55,8 +55,9 @@ namespace {
 
 bool isRemark(const StackedChord& chord) {
     const std::vector<RowItem> items = readRow(chord.text.writing());
-    return std::any_of(items.begin(), items.end(),
-                       [](const RowItem& item) { return item.kind == RowItemKind::Word; });
+    return std::any_of(items.begin(), items.end(), [](const RowItem& item) {
+        return item.kind == RowItemKind::Word || item.kind == RowItemKind::Remark;
+    });
 }
 
 // Each where it wants to stand, or where its neighbour leaves room; `roomy`, a remark keeps two

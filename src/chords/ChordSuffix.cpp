@@ -387,7 +387,7 @@ bool SuffixReader::takeSign() {
 }
 
 bool SuffixReader::bassDegree(int above) {
-    suffix_.bass = NamedNote{0, (root_.steps + above) % 12, root_.spelling, false, false};
+    suffix_.bass = NamedNote{0, (root_.steps + above) % 12, root_.spelling, false, false, false};
     rest_ = {};
     return true;
 }

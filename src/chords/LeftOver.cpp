@@ -124,6 +124,15 @@ bool hasSmallBracket(TextView line) {
            line[at + 1] <= u'h';
 }
 
+// A label may stand in front of syllables, and brackets around them.
+bool maySyllables(TextView line) {
+    const std::size_t colon = line.find(u':');
+    if (mayBeSyllableRow(line.substr(colon == TextView::npos ? 0 : colon + 1)))
+        return true;
+    const std::size_t bracket = line.find(u'[');
+    return bracket != TextView::npos && solfegeLength(line.substr(bracket + 1)) > 0;
+}
+
 // ---- The whole song --------------------------------------------------------------------------
 
 bool hasNoteLetter(TextView line) {
@@ -140,7 +149,7 @@ void addNotes(const ImportedChord& chord, const ChordReading& reading,
             whole ? chord.written.size()
                   : std::min(chord.written.find(u'-', begin), chord.written.size());
         const TextView part = chord.written.substr(begin, end - begin);
-        if (begin == 0 || houseSpelling(part, reading) || resemblesChord(part)) {
+        if (begin == 0 || houseSpelling(part, reading) || resemblesChord(part, reading)) {
             for (const ColumnRange& note : notesOfChord(part, reading))
                 notes.push_back({chord.sourceIndex + begin + note.column, note.length});
         }
@@ -150,7 +159,7 @@ void addNotes(const ImportedChord& chord, const ChordReading& reading,
 
 bool isInBrackets(const SourceLine& line, const ChordReading& reading) {
     const std::size_t label =
-        line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
+        line.verdict == LineVerdict::Section ? sectionLabelLength(line.text, reading) : 0;
     return readBrackets(line.text.substr(label), 0, 0, reading).has_value();
 }
 
@@ -203,7 +212,7 @@ void Search::lookForOtherNames(std::span<const ImportedChord> chords) {
             const TextView name = chord.written.substr(range.column, range.length);
             const auto note = readNoteName(name, reading, NotePlace::Bass);
             const bool isFlatB = name == u"B" && reading.naming == Naming::German;
-            if (!note || !(note->isGerman || note->isSmall || isFlatB))
+            if (!note || !(note->isGerman || note->isSmall || note->isSyllable || isFlatB))
                 continue;
             result_.misreadsNames = true;
             result_.misreadsB = result_.misreadsB || (isFlatB && !notation_.isOpen);
@@ -226,7 +235,8 @@ void Search::addLine(std::size_t number, const SourceLine& line,
                        {},
                        isInBrackets(line, notation_.reading),
                        notation_.signs,
-                       notation_.reading.smallMinors};
+                       notation_.reading.smallMinors,
+                       notation_.solfege};
     for (const ImportedChord& chord : chords)
         addNotes(chord, notation_.reading, added.notes);
     const auto states = [&](const KeyLine& key) {
@@ -262,8 +272,8 @@ LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
 }
 
 bool mayBeLeftOver(TextView line) {
-    const bool mayBe =
-        (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) || hasSmallBracket(line);
+    const bool mayBe = (hasRootLetter(line) && mayBeRow(line)) || mayBeSmallRow(line) ||
+                       hasSmallBracket(line) || maySyllables(line);
     if (!mayBe)
         return false;
     ImportOptions options;

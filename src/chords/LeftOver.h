@@ -27,6 +27,8 @@ struct LeftOverLine {
     // Other than None where the song has German names: its B is a flat one, its H moves as B.
     GermanSigns signs = GermanSigns::None;
     bool smallMinors = false;  // a small "a" is a note too
+    // Other than None where the song writes syllables: its notes stay such.
+    Solfege solfege = Solfege::None;
 
     friend bool operator==(const LeftOverLine&, const LeftOverLine&) = default;
 };
@@ -51,7 +53,8 @@ struct LeftOver {
     // The song writes H, "Fis" or "Es", so its B is B flat, and the lines left over are moved so.
     bool hasGermanNames = false;
     // A line that a key change takes has names that it reads in another way than the song: a B that
-    // is flat, "Fis", a small "a". It moves the first as B natural and leaves the others.
+    // is flat, "Fis", a small "a", "FA". It moves the first as B natural, the last as F and A, and
+    // leaves the others.
     bool misreadsNames = false;
     // Among those is a B that is flat, in a song that leaves no doubt.
     bool misreadsB = false;

@@ -17,14 +17,25 @@ bool isWithin(std::size_t column, std::span<const ColumnRange> ranges) {
     });
 }
 
+bool isSolfege(const LeftOverLine& found) {
+    return found.solfege != Solfege::None;
+}
+
+bool isCapital(char16_t c) {
+    return (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE);
+}
+
 // A name of a song with German names, or a small one, in letters: "H" is "B", "as" is "Ab".
 Text inLetters(TextView note, const LeftOverLine& found) {
     const bool isGerman = found.signs != GermanSigns::None;
-    const ChordReading reading{isGerman ? Naming::German : Naming::Letters, found.smallMinors,
-                               false};
+    const ChordReading reading{isSolfege(found) ? Naming::Solfege
+                               : isGerman       ? Naming::German
+                                                : Naming::Letters,
+                               found.smallMinors, false, false};
     const auto read = readNoteName(note, reading, NotePlace::Bass);
-    const bool isOther = read && read->length == note.size() &&
-                         (read->isSmall || (isGerman && (read->isGerman || note == u"B")));
+    const bool isOther =
+        read && read->length == note.size() &&
+        (read->isSmall || read->isSyllable || (isGerman && (read->isGerman || note == u"B")));
     return isOther ? Text(noteName(read->steps, read->spelling)) : Text(note);
 }
 
@@ -35,6 +46,8 @@ Text movedNote(TextView note, const KeyChange& change, const LeftOverLine& found
     change.appendTransposed(inLetters(usual, found), moved);
     if (found.signs != GermanSigns::None)
         moved = germanName(moved, found.signs);
+    if (isSolfege(found) && solfegeLength(usual) > 0)
+        moved = solfegeName(moved, found.solfege, isCapital(usual[1]));
     if (usual[0] >= u'a')
         moved[0] += u'a' - u'A';
     if (note[0] >= 0xFF00) {

@@ -11,9 +11,6 @@
 namespace melvorin {
 namespace {
 
-// A bracket that is not closed within so many characters is text; so the search for its partner
-// stays short on a line of nothing but brackets.
-constexpr std::size_t kLongestBracket = 80;
 constexpr std::size_t kLongestLabel = 60;
 
 // ---- Directives ------------------------------------------------------------------------------
@@ -50,6 +47,18 @@ constexpr TextView kKnownNames[] = {
     u"textfont",  u"textsize",  u"textcolour", u"tabfont",   u"tabsize",   u"tabcolour",
     u"titles",    u"pagetype",  u"diagrams"};
 
+// "{meta: artist Anonymous}" is "{artist: Anonymous}"; what is no directive stays a meta.
+void readMeta(Directive& directive) {
+    const std::size_t end = std::min(directive.value.find(u' '), directive.value.size());
+    const Directive named{unicodeLowerCase(directive.value.substr(0, end)),
+                          trimmed(directive.value.substr(end))};
+    const bool isKnown = named.name == u"title" || named.name == u"subtitle" ||
+                         std::find(std::begin(kKnownNames), std::end(kKnownNames), named.name) !=
+                             std::end(kKnownNames);
+    if (isKnown && named.name != u"meta")
+        directive = named;
+}
+
 // ---- Sections --------------------------------------------------------------------------------
 
 constexpr TextView kSectionWords[] = {u"intro",        u"introduction",  u"verse",
@@ -85,12 +94,15 @@ bool isLabelSuffix(TextView text) {
 }
 
 bool isSectionName(TextView text) {
-    const Text name = unicodeLowerCase(trimmed(text.substr(0, kLongestLabel + 1)));
-    if (text.size() > kLongestLabel)
+    // The longest word with the longest of what may follow it.
+    constexpr std::size_t longest = 24;
+    text = trimmed(text);
+    if (text.empty() || text.size() > longest)
         return false;
+    const Text name = unicodeLowerCase(text);
     return std::any_of(std::begin(kSectionWords), std::end(kSectionWords), [&](TextView word) {
         return name.starts_with(word) &&
-               isLabelSuffix(trimmed(text).substr(std::min(word.size(), trimmed(text).size())));
+               isLabelSuffix(text.substr(std::min(word.size(), text.size())));
     });
 }
 
@@ -106,110 +118,64 @@ std::size_t behindBlanks(TextView line, std::size_t at) {
     return at;
 }
 
-bool hasWords(TextView text) {
-    const std::vector<RowItem> row = readRow(text);
+bool hasWords(TextView text, const ChordReading& reading, RowMemory* memory) {
+    const std::vector<RowItem> row = readRow(text, 0, 0, reading, memory);
     return !isRowOfChords(row) && std::any_of(row.begin(), row.end(), [](const RowItem& item) {
-        return item.kind == RowItemKind::Word;
+        return item.kind == RowItemKind::Word || item.kind == RowItemKind::Remark;
     });
 }
 
-// "[Verse 1]" or "(Chorus)" with the colon that may follow.
-std::size_t enclosedLabel(TextView line, std::size_t begin) {
-    const bool bracket = line[begin] == u'[';
-    const std::size_t close =
-        line.substr(0, begin + kLongestBracket).find(bracket ? u']' : u')', begin);
-    if (close == TextView::npos)
+// "[Verse 1]" or "(Chorus)" with the colon that may follow. Where every bracket of the song is a
+// chord, words in front of others are none.
+std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& reading,
+                          RowMemory* memory) {
+    const char16_t closer = line[begin] == u'[' ? u']' : line[begin] == u'(' ? u')' : u'\u3011';
+    const char16_t ends[] = {line[begin], closer};
+    const std::size_t close = line.substr(0, begin + kLongestBracket)
+                                  .find_first_of(TextView(ends, std::size(ends)), begin + 1);
+    if (close == TextView::npos || line[close] != closer)
         return 0;
     const TextView inside = line.substr(begin + 1, close - begin - 1);
-    const bool label = bracket ? hasWords(inside) : isSectionName(inside);
-    if (!label)
+    const std::size_t end = close + (line.substr(close + 1).starts_with(u':') ? 2 : 1);
+    if (closer == u')' || isSectionName(inside))
+        return isSectionName(inside) ? end : 0;
+    const bool mayBe = !reading.everyBracket || (end == line.size() && inside[0] != u'*');
+    return !inside.empty() && mayBe && hasWords(inside, reading, memory) ? end : 0;
+}
+
+// At least two chords that are no words, and nothing else.
+bool isSureRow(TextView text, const ChordReading& reading, RowMemory* memory) {
+    if (isClearlyWords(text, reading))
+        return false;
+    const std::vector<RowItem> row = readRow(text, 0, 0, reading, memory);
+    const auto isSure = [](const RowItem& item) {
+        return item.kind == RowItemKind::Chord && item.wordToo == WordToo::No;
+    };
+    return std::count_if(row.begin(), row.end(), isSure) > 1 && isRowOfChords(row);
+}
+
+// "Solo Am G", "Refrain - Am G": a label without a colon, and at least two chords.
+std::size_t labelOfRow(TextView line, std::size_t begin, const ChordReading& reading,
+                       RowMemory* memory) {
+    std::size_t end = begin;
+    while (end < line.size() && !isAnyBlank(line[end]) && end - begin <= kLongestLabel)
+        ++end;
+    const std::size_t next = behindBlanks(line, end);
+    if (next == end || next == line.size())
         return 0;
-    return close + (close + 1 < line.size() && line[close + 1] == u':' ? 2 : 1);
-}
-
-// ---- Brackets --------------------------------------------------------------------------------
-
-class BracketReader {
-  public:
-    BracketReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading)
-        : line_(line), column_(column), index_(index), reading_(reading) {}
-    std::optional<BracketedLine> read();
-
-  private:
-    std::size_t chordAt(std::size_t at);
-    void addText(TextView text);
-    void makeRoom();
-
-    TextView line_;
-    std::size_t column_;  // cell of the next character
-    std::size_t index_;
-    const ChordReading& reading_;
-    std::size_t roomEnd_ = 0;  // first cell behind the last chord and a blank
-    BracketedLine result_;
-};
-
-void BracketReader::addText(TextView text) {
-    const Text plain = withOrdinaryBlanks(text, column_);
-    result_.lyrics += plain;
-    column_ += cellsOf(plain);
-}
-
-// Lyrics stretch only where a blank is already, so words stay whole.
-void BracketReader::makeRoom() {
-    const bool mayStretch = result_.lyrics.empty() || isAnyBlank(result_.lyrics.back());
-    if (column_ < roomEnd_ && mayStretch) {
-        result_.lyrics.append(roomEnd_ - column_, u' ');
-        column_ = roomEnd_;
+    if (isSectionName(line.substr(begin, end - begin))) {
+        // "Verse 2  Am G": the number is the label's.
+        if (next + 1 < line.size() && isDigit(line[next]) && isAnyBlank(line[next + 1]))
+            end = next + 1;
+        return isSureRow(line.substr(end), reading, memory) ? end : 0;
     }
-}
-
-// Takes the bracket at `at` where it holds chords, and returns its length, else 0.
-std::size_t BracketReader::chordAt(std::size_t at) {
-    const TextView ahead = line_.substr(at, kLongestBracket);
-    const std::size_t close = ahead.find_first_of(u"[]", 1);
-    if (close == TextView::npos || ahead[close] != u']')
-        return 0;
-    const TextView inside = ahead.substr(1, close - 1);
-    std::vector<RowItem> row = readRow(inside, 0, index_ + at + 1, reading_);
-    // "[x2]" and "[/]" alone are text too, and "[Go]" is.
-    const bool isWord = row.size() == 1 && row[0].wordToo == WordToo::Anywhere &&
-                        TextView(u"oa").find(inside.back()) != TextView::npos;
-    const bool chords = !isWord && std::any_of(row.begin(), row.end(), [](const RowItem& item) {
-        return item.kind == RowItemKind::Chord || item.kind == RowItemKind::Unknown ||
-               item.kind == RowItemKind::NoChord;
-    }) && std::all_of(row.begin(), row.end(), [](const RowItem& item) {
-        return item.kind != RowItemKind::Word && item.kind != RowItemKind::Separator;
-    });
-    if (!chords)
-        return 0;
-    makeRoom();
-    for (RowItem& item : row) {
-        item.column += column_ - row.front().column;
-        roomEnd_ = std::max(roomEnd_, item.column) + cellsOf(item.shown) + 1;
-    }
-    result_.chords.insert(result_.chords.end(), std::make_move_iterator(row.begin()),
-                          std::make_move_iterator(row.end()));
-    return close + 1;
-}
-
-std::optional<BracketedLine> BracketReader::read() {
-    std::size_t text = 0;
-    for (std::size_t at = 0; at < line_.size();) {
-        if (line_[at] != u'[') {
-            ++at;
-            continue;
-        }
-        addText(line_.substr(text, at - text));
-        text = at;
-        const std::size_t length = chordAt(at);
-        at += std::max<std::size_t>(length, 1);
-        text += length;
-    }
-    if (result_.chords.empty())
-        return std::nullopt;
-    addText(line_.substr(text));
-    result_.lyrics.resize(trimmedRight(result_.lyrics).size());
-    return std::move(result_);
+    constexpr TextView dashes = u"-\u2013\u2014";
+    const std::size_t dash = line.substr(0, begin + kLongestLabel).find_first_of(dashes, next);
+    const bool isApart = dash != TextView::npos && dash + 1 < line.size() &&
+                         isAnyBlank(line[dash - 1]) && isAnyBlank(line[dash + 1]);
+    const bool isLabel = isApart && isSureRow(line.substr(dash + 1), reading, memory) &&
+                         hasWords(line.substr(begin, dash - begin), reading, memory);
+    return isLabel ? dash + 1 : 0;
 }
 
 }  // namespace
@@ -249,6 +215,8 @@ std::optional<Directive> readDirective(TextView line) {
         if (directive.name == name)
             directive.name = longName;
     }
+    if (directive.name == u"meta")
+        readMeta(directive);
     return directive;
 }
 
@@ -261,60 +229,86 @@ bool isKnownDirective(const Directive& directive) {
                        [&](const auto& names) { return isName(names.second); });
 }
 
-std::optional<BracketedLine> readBrackets(TextView line, std::size_t column, std::size_t index,
-                                          const ChordReading& reading) {
-    if (line.find(u'[') == TextView::npos)
-        return std::nullopt;
-    return BracketReader(line, column, index, reading).read();
-}
-
-std::size_t sectionLabelLength(TextView line) {
+std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMemory* memory) {
     const std::size_t begin = behindBlanks(line, 0);
     if (begin == line.size())
         return 0;
-    if (line[begin] == u'[' || line[begin] == u'(')
-        return enclosedLabel(line, begin);
-    if (isSectionName(trimmedRight(line.substr(begin))))
+    if (line[begin] == u'[' || line[begin] == u'(' || line[begin] == u'\u3010')
+        return enclosedLabel(line, begin, reading, memory);
+    if (isSectionName(line.substr(begin)))
         return trimmedRight(line).size();
-    const std::size_t colon = line.substr(0, begin + kLongestLabel).find(u':', begin);
+    const std::size_t colon =
+        line.substr(0, begin + kLongestLabel).find_first_of(u":\uFF1A", begin);
     if (colon == TextView::npos)
-        return 0;
+        return labelOfRow(line, begin, reading, memory);
     const TextView name = line.substr(begin, colon - begin);
     if (isFactName(name))
         return 0;
+    if (isSectionName(name))
+        return colon + 1;
     // Any word may be a label where nothing but chords follows.
-    const bool label =
-        isSectionName(name) || (hasWords(name) && isRowOfChords(readRow(line.substr(colon + 1))));
+    const TextView behind = line.substr(colon + 1);
+    const bool label = !isClearlyWords(behind, reading) && hasWords(name, reading, memory) &&
+                       isRowOfChords(readRow(behind, 0, 0, reading, memory));
     return label ? colon + 1 : 0;
 }
 
 bool isTablature(TextView line) {
-    line = trimmed(line);
+    // Its strings may be drawn with dashes of any length, strokes or equals signs.
+    constexpr TextView strokes = u"-\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501=";
+    constexpr TextView bars = u"|\u00A6\u2016\u2502\u2503\u2551\u250A\u253C\u251C\u2524";
+    constexpr TextView signs = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
     constexpr std::size_t kLongestName = 3;
-    const std::size_t first = line.find_first_of(u"|-");
-    if (first == TextView::npos || first > kLongestName)
+    const auto isIn = [](TextView set) {
+        return [set](char16_t c) { return set.find(c) != TextView::npos; };
+    };
+    line = trimmed(line);
+    // The name of the string, and what may part it from the string.
+    std::size_t first = 0;
+    while (first < line.size() && first <= kLongestName && !isIn(strokes)(line[first]) &&
+           !isIn(bars)(line[first]))
+        ++first;
+    if (first > kLongestName || first == line.size())
         return false;
     // The frets and signs of a string; the last words of a line may be a remark.
-    constexpr TextView signs = u"-0123456789|hpbrtvxsHPBRX/\\~()<>^*=:.o ";
-    const std::size_t end = std::min(line.find_first_not_of(signs, first), line.size());
-    const TextView string = trimmedRight(line.substr(first, end - first));
-    const auto dashes = static_cast<std::size_t>(std::count(string.begin(), string.end(), u'-'));
-    return string.find(u"--") != TextView::npos && dashes * 2 >= string.size() && dashes >= 4 &&
+    std::size_t end = first;
+    std::size_t dashes = 0;
+    std::size_t lastStroke = TextView::npos;
+    bool hasPair = false;
+    bool isDrawn = false;  // with something else than hyphens
+    std::size_t length = 0;
+    for (; end < line.size(); ++end) {
+        const char16_t c = line[end];
+        const bool stroke = isIn(strokes)(c);
+        if (!stroke && !isIn(bars)(c) && !isIn(signs)(c))
+            break;
+        hasPair = hasPair || (stroke && lastStroke + 1 == end && end > first);
+        isDrawn = isDrawn || (stroke && c != u'-');
+        lastStroke = stroke ? end : lastStroke;
+        dashes += stroke ? 1U : 0U;
+        length = isAnyBlank(c) ? length : end + 1 - first;
+    }
+    const bool isRuled = isDrawn && line.find_first_of(bars) == TextView::npos &&
+                         std::none_of(line.begin(), line.end(), isDigit);
+    return hasPair && dashes * 2 >= length && dashes >= 4 && !isRuled &&
            (end == line.size() || end > 16);
 }
 
-LineVerdict judgeLine(TextView line) {
-    if (trimmed(line).empty())
+LineVerdict judgeLine(TextView line, const ChordReading& reading, RowMemory* memory) {
+    const TextView text = trimmed(line);
+    if (text.empty())
         return LineVerdict::Lyrics;
-    if (readDirective(line))
+    if (readDirective(text))
         return LineVerdict::Directive;
-    if (isTablature(line))
+    if (isTablature(text))
         return LineVerdict::Tablature;
-    if (sectionLabelLength(line) > 0)
+    if (sectionLabelLength(line, reading, memory) > 0)
         return LineVerdict::Section;
-    if (const auto bracketed = readBrackets(line))
+    if (const auto bracketed = readBrackets(line, 0, 0, reading, memory))
         return bracketed->lyrics.empty() ? LineVerdict::Chords : LineVerdict::Lyrics;
-    const std::vector<RowItem> row = readRow(line);
+    if (isClearlyWords(line, reading))
+        return LineVerdict::Lyrics;
+    const std::vector<RowItem> row = readRow(line, 0, 0, reading, memory);
     if (isRowOfChords(row))
         return LineVerdict::Chords;
     const bool repeat = row.size() == 1 && row[0].kind == RowItemKind::Repeat;

@@ -1,5 +1,6 @@
-// Notes by the names that songs give them: letters, and the German and Slavic names ("H", "Fis",
-// "As"), where H is the note that others call B, and B a half step below it.
+// Notes by the names that songs give them: letters, the German and Slavic names ("H", "Fis", "As"),
+// where H is the note that others call B, and B a half step below it, and the syllables of the
+// Romance languages ("DO", "Re", "Sib").
 #pragma once
 
 #include <cstddef>
@@ -10,8 +11,9 @@
 
 namespace melvorin {
 
-// What a plain B is. H, "Fis" and "Es" mean the same in both.
-enum class Naming { Letters, German };
+// What a plain B is. H, "Fis" and "Es" mean the same in both. With syllables letters are notes too,
+// but "FA" and "DO" are syllables.
+enum class Naming { Letters, German, Solfege };
 
 // What the symbols of a song mean, as far as a symbol by itself does not tell.
 struct ChordReading {
@@ -20,6 +22,8 @@ struct ChordReading {
     bool smallMinors = false;
     // A plain "C9", "C11" and "C13" has a seventh; else the degree is an added one.
     bool ninthsHaveSevenths = false;
+    // The song is ChordPro: whatever stands in brackets is a chord or a remark.
+    bool everyBracket = false;
 
     friend bool operator==(const ChordReading&, const ChordReading&) = default;
 };
@@ -31,6 +35,7 @@ struct NamedNote {
     bool isSmall = false;
     // "H", "Fis", "As": only songs with German names have these.
     bool isGerman = false;
+    bool isSyllable = false;
 };
 
 enum class NotePlace { Root, Bass };
@@ -45,5 +50,15 @@ enum class GermanSigns { None, Signs, Endings };  // no such song, "F#", "Fis"
 
 // A name in letters ("Bb", "F#", "B") as such a song writes it: "B", "Fis" or "F#", "H".
 Text germanName(TextView name, GermanSigns signs);
+
+// Units of the syllable that the text begins with ("SOL", "Re"), without an accidental; 0 where
+// there is none. Its first letter is a capital.
+std::size_t solfegeLength(TextView text);
+
+// Which accents a song with syllables writes.
+enum class Solfege { None, Plain, French, Portuguese };  // none, "Re", "Ré", "Dó"
+
+// A name in letters as such a song writes it, in capitals or not: "Bb" is "SIb".
+Text solfegeName(TextView name, Solfege accents, bool capitals);
 
 }  // namespace melvorin

@@ -6,6 +6,7 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
+#include "chords/Note.h"
 #include "chords/Proportional.h"
 #include "chords/SongDiagrams.h"
 
@@ -64,6 +65,7 @@ class Importer {
     void split(TextView source);
     void judge();
     void judgeByDirectives();
+    void judgeBrackets();
     void readNotation();
     void judgeSmallRows();
     void judgeLoneWords();
@@ -80,10 +82,24 @@ class Importer {
     void remarkOn(SourceLine& line) const;
 
     const ChordReading& reading() const { return song_.notation.reading; }
+    std::vector<RowItem> row(TextView text, std::size_t column = 0, std::size_t index = 0) {
+        return readRow(text, column, index, reading(), memory());
+    }
+    std::optional<BracketedLine> brackets(TextView text, std::size_t column = 0,
+                                          std::size_t index = 0) {
+        return readBrackets(text, column, index, reading(), memory());
+    }
+    void read(const SongNotation& notation);
+    // A few lines are read faster than remembered.
+    RowMemory* memory() {
+        constexpr std::size_t few = 32;
+        return song_.source.size() > few ? &memory_ : nullptr;
+    }
 
     const ChosenVerdicts& chosen_;
     const ImportOptions& options_;
     SongImport song_;
+    RowMemory memory_;  // of the reading
     bool isChordPro_ = false;
     bool isProportional_ = false;
 };
@@ -97,11 +113,17 @@ void Importer::split(TextView source) {
     }
 }
 
+void Importer::read(const SongNotation& notation) {
+    const ChordReading former = std::exchange(song_.notation, notation).reading;
+    if (reading() != former)
+        memory_ = RowMemory();
+}
+
 // Lines of a tablature or grid environment are its, whatever they look like.
 void Importer::judgeByDirectives() {
     bool isEnvironment = false;
     for (SourceLine& line : song_.source) {
-        line.verdict = judgeLine(line.text);
+        line.verdict = judgeLine(line.text, reading(), memory());
         if (line.verdict == LineVerdict::Directive) {
             const auto directive = readDirective(line.text);
             const bool known = isKnownDirective(*directive);
@@ -124,38 +146,68 @@ void Importer::judgeByDirectives() {
     }
 }
 
+// In a ChordPro song whatever stands in brackets is a chord or a remark. It is one where it has a
+// directive, or a chord between words.
+void Importer::judgeBrackets() {
+    const auto mayHave = [](const SourceLine& line) {
+        return line.verdict != LineVerdict::Tablature && line.verdict != LineVerdict::Directive &&
+               line.text.find(u'[') != TextView::npos;
+    };
+    isChordPro_ =
+        isChordPro_ || options_.isChordPro ||
+        std::any_of(song_.source.begin(), song_.source.end(), [&](const auto& line) {
+            return line.verdict == LineVerdict::Lyrics && mayHave(line) && brackets(line.text);
+        });
+    if (!isChordPro_)
+        return;
+    SongNotation notation = song_.notation;
+    notation.reading.everyBracket = true;
+    read(notation);
+    for (SourceLine& line : song_.source) {
+        if (!mayHave(line))
+            continue;
+        line.verdict = judgeLine(line.text, reading(), memory());
+        if (hasLooseBracket(line.text))
+            line.remarks |= HasLooseBracket;
+    }
+}
+
 void Importer::readNotation() {
     NotationReader reader;
     for (const SourceLine& line : song_.source) {
-        const std::size_t label =
-            line.verdict == LineVerdict::Section ? sectionLabelLength(line.text) : 0;
-        const TextView text = line.text.substr(label);
         if (line.verdict == LineVerdict::Tablature || line.verdict == LineVerdict::Directive)
             continue;
+        const std::size_t label = line.verdict == LineVerdict::Section
+                                      ? sectionLabelLength(line.text, reading(), memory())
+                                      : 0;
+        const TextView text = line.text.substr(label);
         if (line.text.find(u'[') != TextView::npos)
             reader.addBrackets(line.text);
-        else if (line.verdict == LineVerdict::Lyrics)
-            reader.addWords(text);
-        else
+        else if (line.verdict == LineVerdict::Chords || (label > 0 && isRowOfChords(row(text))))
             reader.addRow(text);
+        else
+            reader.addWords(text);
     }
-    song_.notation = reader.result(options_.plainB, options_.plainNinth);
-    if (options_.isLoneLine)
-        song_.notation.reading.smallMinors = true;
+    SongNotation notation = reader.result(options_.plainB, options_.plainNinth);
+    if (options_.isLoneLine) {
+        notation.reading.smallMinors = true;
+        if (reader.maySyllables())
+            notation.reading.naming = Naming::Solfege;
+    }
+    read(notation);
 }
 
 // In a song of small minor chords "a  d" are chords, and "[a]" is no label.
 void Importer::judgeSmallRows() {
     for (SourceLine& line : song_.source) {
         const TextView text = trimmed(line.text);
-        if (line.verdict == LineVerdict::Lyrics && mayBeSmallRow(text) &&
-            isRowOfChords(readRow(text, 0, 0, reading())))
+        if (line.verdict == LineVerdict::Lyrics && mayBeSmallRow(text) && isRowOfChords(row(text)))
             line.verdict = LineVerdict::Chords;
         const bool isLabel = line.verdict == LineVerdict::Section && text.starts_with(u'[');
         const TextView inside = text.substr(0, text.find(u']'));
         if (!isLabel || !mayBeSmallRow(inside.substr(1)))
             continue;
-        if (const auto bracketed = readBrackets(text, 0, 0, reading());
+        if (const auto bracketed = brackets(text);
             bracketed && bracketed->chords.front().index == 1)
             line.verdict = bracketed->lyrics.empty() ? LineVerdict::Chords : LineVerdict::Lyrics;
     }
@@ -206,14 +258,15 @@ void Importer::judgeLoneWords() {
         if (line.verdict != LineVerdict::Lyrics || text.empty() || text.size() > longest)
             continue;
         const bool mayBegin = text[0] == u'(' || (text[0] >= u'A' && text[0] <= u'H') ||
-                              (reading().smallMinors && text[0] >= u'a' && text[0] <= u'h');
+                              (reading().smallMinors && text[0] >= u'a' && text[0] <= u'h') ||
+                              (reading().naming == Naming::Solfege && solfegeLength(text) > 0);
         if (!mayBegin)
             continue;
-        const std::vector<RowItem> row = readRow(text, 0, 0, reading());
-        const bool isAnywhere = std::any_of(row.begin(), row.end(), [](const RowItem& item) {
+        const std::vector<RowItem> items = row(text);
+        const bool isAnywhere = std::any_of(items.begin(), items.end(), [](const RowItem& item) {
             return item.wordToo == WordToo::Anywhere;
         });
-        if (mayBeRowOfChords(row) && (options_.isLoneLine || isAmongChords(number, isAnywhere)))
+        if (mayBeRowOfChords(items) && (options_.isLoneLine || isAmongChords(number, isAnywhere)))
             line.verdict = LineVerdict::Chords;
     }
 }
@@ -221,6 +274,9 @@ void Importer::judgeLoneWords() {
 void Importer::judge() {
     judgeByDirectives();
     readNotation();
+    if (reading().naming == Naming::Solfege)
+        judgeByDirectives();
+    judgeBrackets();
     if (reading().smallMinors)
         judgeSmallRows();
     judgeLoneWords();
@@ -281,33 +337,33 @@ void Importer::writeChords(std::size_t number) {
     const TextView text = song_.source[number].text;
     if (writeBrackets(number, text, 0, 0))
         return;
-    std::vector<RowItem> row = readRow(text, 0, 0, reading());
+    std::vector<RowItem> items = row(text);
     const bool hasWords = number + 1 < song_.source.size() && isWords(song_.source[number + 1]);
     if (isProportional_ && hasWords && !song_.source[number].chosen) {
-        moveToSyllables(row, text, song_.source[number + 1].text);
+        moveToSyllables(items, text, song_.source[number + 1].text);
         song_.source[number].remarks |= MovedToSyllables;
     }
-    writeRowItems(number, std::move(row));
+    writeRowItems(number, std::move(items));
 }
 
 // A label and the chords behind it go to lines of their own: the key change knows only lines of
 // nothing but chords.
 void Importer::writeSection(std::size_t number) {
     const TextView text = song_.source[number].text;
-    const std::size_t label = sectionLabelLength(text);
+    const std::size_t label = sectionLabelLength(text, reading(), memory());
     const TextView behind = text.substr(label);
-    const std::vector<RowItem> row =
-        readRow(behind, cellsOf(text.substr(0, label)), label, reading());
-    const bool brackets = label > 0 && readBrackets(behind, 0, 0, reading()).has_value();
-    if (label == 0 || (!brackets && !isRowOfChords(row))) {
+    const std::size_t column = cellsOf(text.substr(0, label));
+    const std::vector<RowItem> items = row(behind, column, label);
+    const bool hasBrackets = label > 0 && brackets(behind).has_value();
+    if (label == 0 || (!hasBrackets && !isRowOfChords(items))) {
         writeText(number, text);
         return;
     }
     writeText(number, trimmedRight(text.substr(0, label)));
-    if (brackets)
-        writeBrackets(number, behind, cellsOf(text.substr(0, label)), label);
+    if (hasBrackets)
+        writeBrackets(number, behind, column, label);
     else
-        writeRowItems(number, row);
+        writeRowItems(number, items);
 }
 
 void Importer::writeDirective(std::size_t number) {
@@ -341,7 +397,7 @@ void Importer::writeDirective(std::size_t number) {
 
 bool Importer::writeBrackets(std::size_t number, TextView text, std::size_t column,
                              std::size_t index) {
-    std::optional<BracketedLine> bracketed = readBrackets(text, column, index, reading());
+    std::optional<BracketedLine> bracketed = brackets(text, column, index);
     if (!bracketed)
         return false;
     writeRowItems(number, std::move(bracketed->chords));
@@ -354,19 +410,49 @@ void Importer::writeText(std::size_t number, TextView text) {
     writeLine(number, withOrdinaryBlanks(text), false);
 }
 
-// Repeat marks and remarks keep their place, on a line above: with them the chords would not change
-// key.
+// Whether a key change moves the item, or passes it over in a line that it moves.
+bool isOfChordLine(const RowItem& item) {
+    switch (item.kind) {
+        case RowItemKind::Chord:
+        case RowItemKind::Unknown:
+        case RowItemKind::Bar:
+        case RowItemKind::Beat:
+        case RowItemKind::Separator:
+            return true;
+        case RowItemKind::Sign:
+            return isDiagramToken(item.shown[0]);
+        default:
+            return false;
+    }
+}
+
+bool isPlayed(const RowItem& item) {
+    return item.kind == RowItemKind::Chord || item.kind == RowItemKind::Unknown ||
+           (item.kind == RowItemKind::Sign && isDiagramToken(item.shown[0]));
+}
+
+// Repeat marks, remarks and rests keep their place, on a line above: with them the chords would not
+// change key.
 void Importer::writeRowItems(std::size_t number, std::vector<RowItem> row) {
     SourceLine& line = song_.source[number];
-    const auto isRemark = [](const RowItem& item) {
-        return item.kind == RowItemKind::Repeat || item.kind == RowItemKind::Word;
-    };
-    std::vector<RowItem> remarks;
-    std::copy_if(row.begin(), row.end(), std::back_inserter(remarks), isRemark);
-    if (!remarks.empty() && remarks.size() < row.size()) {
-        row.erase(std::remove_if(row.begin(), row.end(), isRemark), row.end());
-        writeLine(number, writeRow(remarks), false);
+    const bool hasChords = std::any_of(row.begin(), row.end(), isPlayed);
+    const auto isUnread = [](const RowItem& item) { return item.kind == RowItemKind::Unread; };
+    if (std::any_of(row.begin(), row.end(), isUnread))
+        line.remarks |= HasUnknownChords;
+    const auto end =
+        hasChords ? std::stable_partition(row.begin(), row.end(), isOfChordLine) : row.end();
+    if (end != row.end()) {
+        writeLine(number, writeRow({end, row.end()}), false);
+        row.erase(end, row.end());
         line.remarks |= RemarksAbove;
+    }
+    const bool isRow = std::any_of(row.begin(), row.end(), [](const RowItem& item) {
+        return isOfChordLine(item) || item.kind == RowItemKind::NoChord;
+    });
+    if (!isRow && !line.chosen) {
+        writeLine(number, writeRow(row), false);
+        line.remarks |= RemarksAbove;
+        return;
     }
     std::vector<std::size_t> places;
     const Text chart = writeRow(row, &places);
@@ -393,7 +479,8 @@ void Importer::writeLine(std::size_t number, Text text, bool isChords) {
 void Importer::remarkOn(SourceLine& line) const {
     for (std::size_t i = 0; i < line.chartLines; ++i) {
         const ImportedLine& written = song_.lines[line.firstChartLine + i];
-        if (!written.isChords && !trimmed(written.text).empty() && IsChordLine(written.text))
+        const bool hasNotes = std::any_of(written.text.begin(), written.text.end(), isNoteLetter);
+        if (!written.isChords && hasNotes && IsChordLine(written.text))
             line.remarks |= WillChangeWithKey;
     }
 }
@@ -408,6 +495,7 @@ Text remarkText(unsigned remarks) {
         {LeftOut, u"left out"},
         {SeparatorsLeftOut, u"separators left out"},
         {RemarksAbove, u"remarks on a line above"},
+        {HasLooseBracket, u"has a bracket without its partner"},
         {MovedToSyllables, u"moved to the syllables"}};
     Text text;
     for (const auto& [remark, phrase] : phrases) {

@@ -31,8 +31,10 @@ enum LineRemark : unsigned {
     MovedToSyllables = 1U << 4,
     // Some chord cannot be read.
     HasUnknownChords = 1U << 5,
-    // Repeat marks or words between the chords stand on a line of their own above them.
+    // Repeat marks, words and the like between the chords stand on a line of their own above them.
     RemarksAbove = 1U << 6,
+    // A bracket of a song with chords in brackets has no partner, and is text.
+    HasLooseBracket = 1U << 7,
 };
 
 // The remarks as a phrase, "will not change key; ..."; empty without remarks.
@@ -86,6 +88,8 @@ struct ImportOptions {
     // The source is one line of a song that is not known: it is a line of chords if it is one in
     // some song.
     bool isLoneLine = false;
+    // The source is a part of a ChordPro song.
+    bool isChordPro = false;
 
     friend bool operator==(const ImportOptions&, const ImportOptions&) = default;
 };

@@ -11,11 +11,17 @@
 namespace melvorin {
 namespace {
 
-constexpr ChordReading kSmallReading{Naming::Letters, true, false};
+constexpr ChordReading kSmallReading{Naming::Letters, true, false, false};
+constexpr ChordReading kSyllableReading{Naming::Solfege, false, false, false};
 constexpr std::size_t kLongestBracket = 80;
 
 bool contains(TextView text, TextView part) {
     return text.find(part) != TextView::npos;
+}
+
+bool isLetterOrDigit(char16_t c) {
+    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || isDigit(c) ||
+           (c >= 0xC0 && c < 0x2000);
 }
 
 bool isSmall(TextView chord) {
@@ -96,9 +102,7 @@ void NotationReader::addChord(TextView chord) {
     hasPlainB_ = hasPlainB_ || chord.substr(0, root->length) == u"B";
     hasFlatB_ =
         hasFlatB_ || chord.substr(0, root->length) == u"Bb" || chord.starts_with(u"B\u266D");
-    americanSigns_ += isAmerican(suffix) ? 1U : 0U;
-    houseSigns_ += isOfTheHouse(suffix) ? 1U : 0U;
-    hasPlainNinths_ = hasPlainNinths_ || isPlainNinth(suffix);
+    addSuffix(suffix);
     const bool isMinor = suffix.starts_with(u'm') && !suffix.starts_with(u"ma");
     hasCapitalMinors_ = hasCapitalMinors_ || isMinor || suffix == u"-" || suffix.starts_with(u"-7");
     if (const std::size_t slash = suffix.rfind(u'/'); slash != TextView::npos) {
@@ -106,6 +110,12 @@ void NotationReader::addChord(TextView chord) {
         hasPlainB_ = hasPlainB_ || bass == u"B";
         hasFlatB_ = hasFlatB_ || bass == u"Bb";
     }
+}
+
+void NotationReader::addSuffix(TextView suffix) {
+    americanSigns_ += isAmerican(suffix) ? 1U : 0U;
+    houseSigns_ += isOfTheHouse(suffix) ? 1U : 0U;
+    hasPlainNinths_ = hasPlainNinths_ || isPlainNinth(suffix);
 }
 
 // German names are sure only where the whole symbol can be read: "Hold" is none. Small ones are
@@ -147,7 +157,42 @@ void NotationReader::addSmall(TextView row) {
     addItems(row, kSmallReading);
 }
 
+// Each bracket counts, and of rows those that are no words: in capitals, with signs, or apart.
+void NotationReader::addSyllables(TextView text, bool inBrackets) {
+    std::size_t chords = 0;
+    std::size_t firm = 0;
+    unsigned roots = 0;
+    std::size_t end = 0;
+    for (const RowItem& item : readRow(text, 0, 0, kSyllableReading)) {
+        if (item.kind == RowItemKind::Word || item.kind == RowItemKind::Unknown)
+            return;
+        if (item.kind != RowItemKind::Chord)
+            continue;
+        const TextView written = text.substr(item.index, item.length);
+        const TextView symbol = written.substr(written.starts_with(u'(') ? 1 : 0);
+        const auto note = readNoteName(usualNote(symbol), kSyllableReading);
+        if (!note || !note->isSyllable)
+            return;
+        addSuffix(symbol.substr(note->length));
+        hasAccents_ = hasAccents_ || symbol.find_first_of(u"\u00E9\u00C9") != TextView::npos;
+        hasPortugueseAccents_ = hasPortugueseAccents_ ||
+                                symbol.find_first_of(u"\u00F3\u00D3\u00E1\u00C1") != TextView::npos;
+        const bool isApart = chords > 0 && item.column >= end + 2;
+        firm += item.wordToo == WordToo::No || isApart ? 1U : 0U;
+        roots |= 1U << static_cast<unsigned>(note->steps);
+        end = item.column + item.cells;
+        ++chords;
+    }
+    hasSyllables_ = hasSyllables_ || chords > 0;
+    const bool isMixed = (roots & (roots - 1)) != 0;
+    if (inBrackets)
+        syllableBrackets_ += chords > 0 ? 1U : 0U;
+    else if (isMixed && firm > 0 && firm + 1 >= chords)
+        ++syllableRows_;
+}
+
 void NotationReader::addRow(TextView row) {
+    ++letterRows_;
     forEachRun(row, [this](TextView run) { addChord(run); });
     addItems(row, {});
     if (mayBeSmallRow(row))
@@ -158,6 +203,8 @@ void NotationReader::addBrackets(TextView line) {
     forEachBracket(line, [this](TextView inside) {
         forEachRun(inside, [this](TextView run) { addChord(run); });
         addItems(inside, isSmall(inside) ? kSmallReading : ChordReading());
+        if (mayBeSyllableRow(inside))
+            addSyllables(inside, true);
         if (inside.empty() || !houseSpelling(inside, kSmallReading))
             return;
         ++(isSmall(inside) ? smallBrackets_ : capitalBrackets_);
@@ -165,6 +212,8 @@ void NotationReader::addBrackets(TextView line) {
 }
 
 void NotationReader::addWords(TextView line) {
+    if (mayBeSyllableRow(line))
+        addSyllables(line, false);
     if (!mayBeSmallRow(line))
         return;
     const std::size_t former = mixedRows_;
@@ -181,16 +230,49 @@ SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
     notation.reading.smallMinors = isSmall;
     notation.hasGermanNames = hasGermanNames_ || (isSmall && hasSmallGerman_);
     notation.hasPlainNinths = hasPlainNinths_;
+    notation.reading.ninthsHaveSevenths =
+        ninth == PlainNinth::HasSeventh ||
+        (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);
+    const std::size_t syllables = syllableRows_ + (syllableBrackets_ > 1 ? syllableBrackets_ : 0);
+    if (syllables > letterRows_ + capitalBrackets_) {
+        notation.solfege = hasPortugueseAccents_ ? Solfege::Portuguese
+                           : hasAccents_         ? Solfege::French
+                                                 : Solfege::Plain;
+        notation.reading.naming = Naming::Solfege;
+        notation.hasGermanNames = false;
+        notation.reading.smallMinors = false;
+        return notation;
+    }
     const bool isGerman = b == PlainB::IsFlat || (b == PlainB::Auto && notation.hasGermanNames);
     notation.reading.naming = isGerman ? Naming::German : Naming::Letters;
     notation.isOpen = b == PlainB::Auto && notation.hasGermanNames && hasPlainB_ && hasFlatB_;
     if (isGerman || notation.hasGermanNames)
         notation.signs = hasEndings_ || (isSmall && hasSmallEndings_) ? GermanSigns::Endings
                                                                       : GermanSigns::Signs;
-    notation.reading.ninthsHaveSevenths =
-        ninth == PlainNinth::HasSeventh ||
-        (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);
     return notation;
+}
+
+bool mayBeSyllableRow(TextView line) {
+    constexpr std::size_t longest = 16;
+    bool some = false;
+    for (std::size_t at = 0; at < line.size();) {
+        std::size_t end = at;
+        while (end < line.size() && !isAnyBlank(line[end]) && line[end] != u'|')
+            ++end;
+        TextView run = line.substr(at, end - at);
+        at = end + 1;
+        while (!run.empty() && !isLetterOrDigit(run[0]))
+            run.remove_prefix(1);
+        if (run.empty())
+            continue;
+        if (run.size() > longest)
+            return false;
+        const bool is = solfegeLength(run) > 0;
+        if (!is && TextView(u"xXbNn0123456789").find(run[0]) == TextView::npos)
+            return false;
+        some = some || is;
+    }
+    return some;
 }
 
 bool mayBeSmallRow(TextView line) {
@@ -206,7 +288,8 @@ bool mayBeSmallRow(TextView line) {
         const bool small = c >= u'a' && c <= u'h';
         if (length++ == 0) {
             some = some || small;
-            may = small || (c >= u'A' && c <= u'H') || c == u'/' || c == u'-' || c == u'%';
+            may = small || (c >= u'A' && c <= u'H') || !isLetterOrDigit(c) || isDigit(c) ||
+                  c == u'x' || c == u'N';
         }
         if (!may || length > longest)
             return false;

@@ -21,6 +21,8 @@ struct SongNotation {
     bool isOpen = false;
     // How it writes accidentals; None where its names are letters.
     GermanSigns signs = GermanSigns::None;
+    // Other than None where it writes syllables, all through or not at all.
+    Solfege solfege = Solfege::None;
     // It has a plain "C9", "C11" or "C13", so that the user may want to say what that is.
     bool hasPlainNinths = false;
 
@@ -36,18 +38,23 @@ class NotationReader {
     // Words with chords in brackets.
     void addBrackets(TextView line);
     // A line that was read as words: it counts only where it is chords once small letters are minor
-    // ones.
+    // ones, or syllables are notes.
     void addWords(TextView line);
 
     // German naming where a chord has a name of it. Small letters are minor chords where they stand
     // beside capital ones, in two rows at least or in one of three chords, and no capital chord is
     // a minor one. A plain ninth has its seventh where the song writes "add", "maj7" and "sus" more
-    // often than "7+", "7M" and a 4.
+    // often than "7+", "7M" and a 4. Syllables where more lines are made of them than of letters;
+    // words like "La" and "Mi" side by side are no such line.
     SongNotation result(PlainB b = PlainB::Auto, PlainNinth ninth = PlainNinth::Auto) const;
+    // True where some line is syllables if it stands in a song of such.
+    bool maySyllables() const { return hasSyllables_; }
 
   private:
     void addChord(TextView chord);
+    void addSuffix(TextView suffix);
     void addSmall(TextView row);
+    void addSyllables(TextView text, bool inBrackets);
     void addItems(TextView line, const ChordReading& reading);
 
     std::size_t americanSigns_ = 0;
@@ -56,6 +63,12 @@ class NotationReader {
     std::size_t longMixedRows_ = 0;  // the same, of three or more
     std::size_t smallBrackets_ = 0;
     std::size_t capitalBrackets_ = 0;
+    std::size_t letterRows_ = 0;
+    std::size_t syllableRows_ = 0;
+    std::size_t syllableBrackets_ = 0;
+    bool hasSyllables_ = false;  // also such that are words
+    bool hasAccents_ = false;
+    bool hasPortugueseAccents_ = false;
     bool hasCapitalMinors_ = false;
     bool hasGermanNames_ = false;
     bool hasEndings_ = false;
@@ -69,5 +82,7 @@ class NotationReader {
 // True where every run of the line may be a chord by its first letter and length, some of them a
 // small one: what is worth being read as such.
 bool mayBeSmallRow(TextView line);
+// The same for syllables.
+bool mayBeSyllableRow(TextView line);
 
 }  // namespace melvorin

@@ -421,15 +421,16 @@ TEST_F(Cli, NormalizesSuffixes) {
 TEST_F(Cli, ImportsAndExportsSongs) {
     ports.input = "Intro: Am  Cmaj7\r\n[G]Row, {row}\xB0 [N.C.]row\r\n";
     const std::string chart =
-        "Intro:\r\n       Am  C7+\r\nG           N.C.\r\nRow, {row}\xB0 row\r\n";
+        "Intro:\r\n       Am  C7+\r\n            N.C.\r\nG\r\nRow, {row}\xB0 row\r\n";
     EXPECT_EQ(run({u"import"}), 0);
     EXPECT_EQ(ports.output, chart);
     EXPECT_EQ(run({u"import", u"--verdicts"}), 0);
-    EXPECT_EQ(ports.output, "1\tsection\n2\tlyrics\twill not change key\n\n" + chart);
+    EXPECT_EQ(ports.output, "1\tsection\n2\tlyrics\tremarks on a line above\n\n" + chart);
     ports.input = chart;
     EXPECT_EQ(run({u"export-chordpro"}), 0);
     EXPECT_EQ(ports.output,
-              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n[G]Row, {row}\xB0 [N.C.]row\r\n");
+              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n            [N.C.]\r\n[G]Row, "
+              "{row}\xB0 row\r\n");
     ports.input = "Am  B  C9\nla  la la\n";
     EXPECT_EQ(run({u"import", u"--plain-b=flat", u"--plain-ninth", u"seventh"}), 0);
     EXPECT_EQ(ports.output, "Am  Bb C7/9\nla  la la\n");
