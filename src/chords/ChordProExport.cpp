@@ -34,7 +34,7 @@ std::vector<Cluster> clustersOf(TextView line) {
 }
 
 // The words with the chords in brackets at their columns, behind the end of the words too.
-Text withBrackets(TextView chords, TextView words) {
+Text withBrackets(TextView chords, TextView words, const SongChordNames& names) {
     Text line;
     CellReader reader(words);
     CellCharacter character;
@@ -51,14 +51,14 @@ Text withBrackets(TextView chords, TextView words) {
             line.append(cluster.column - cells, u' ');
             cells = cluster.column;
         }
-        line.append(u"[").append(cluster.text).append(u"]");
+        line.append(u"[").append(names(cluster.text)).append(u"]");
     }
     return more ? line.append(words.substr(character.index)) : line;
 }
 
 class Exporter {
   public:
-    explicit Exporter(TextView chart) : song_(importSong(chart)) {}
+    Exporter(TextView chart, ChordNames names) : song_(importSong(chart)), names_(chart, names) {}
     Text run();
 
   private:
@@ -70,6 +70,10 @@ class Exporter {
     void enterTablature(bool inside, TextView end);
 
     SongImport song_;
+    // What comes back is told by the letters: a line alone does not tell by which names it is
+    // written.
+    const SongChordNames asWritten_{{}, ChordNames::House};
+    SongChordNames names_;
     Text result_;
     bool inTablature_ = false;
 };
@@ -106,15 +110,15 @@ bool Exporter::putChords(std::size_t number) {
     const bool hasWords =
         !last && !trimmed(words).empty() && song_.source[number + 1].verdict == LineVerdict::Lyrics;
     if (hasWords) {
-        const Text both = withBrackets(line.text, words);
+        const Text both = withBrackets(line.text, words, asWritten_);
         if (!both.starts_with(u'#') && comesBack(both, line.text, words)) {
-            putLine(both, song_.source[number + 1].end);
+            putLine(withBrackets(line.text, words, names_), song_.source[number + 1].end);
             return true;
         }
     }
-    const Text alone = withBrackets(line.text, u"");
+    const Text alone = withBrackets(line.text, u"", asWritten_);
     if (comesBack(alone, line.text, u""))
-        putLine(alone, line.end);
+        putLine(withBrackets(line.text, u"", names_), line.end);
     else
         put(line.text, line);
     return false;
@@ -165,8 +169,8 @@ Text Exporter::run() {
 
 }  // namespace
 
-Text exportChordPro(TextView chart) {
-    return Exporter(chart).run();
+Text exportChordPro(TextView chart, ChordNames names) {
+    return Exporter(chart, names).run();
 }
 
 }  // namespace melvorin

@@ -75,8 +75,8 @@ class KeyDebt {
     Spelling spelling_ = Spelling::Sharps;
 };
 
-// What "Move Them Too" has to move: the lines of chords that are behind. Their number is the number
-// of lines that are not in the key of the song. `song` is the text that `found` was found in.
+// What "Move Them Too" has to move: the lines of chords that are behind, and those that state a
+// key. `song` is the text that `found` was found in.
 std::vector<OtherMove> linesBehind(const KeyDebt& debt, const LeftOver& found, TextView song);
 
 }  // namespace melvorin
