@@ -93,6 +93,13 @@ void KeyDebt::moved() {
     dropEmpty();
 }
 
+void KeyDebt::moved(std::size_t line) {
+    if (find(line) == nullptr)
+        return;
+    at(line).behind = 0;
+    dropEmpty();
+}
+
 void KeyDebt::leaveAlone(std::size_t line) {
     at(line).isAlone = true;
 }

@@ -33,6 +33,8 @@ class KeyDebt {
                     std::span<const LeftOverLine> leftOver);
     // All lines that were behind are in the key again. Lines left alone stay so.
     void moved();
+    // This one is, by another way.
+    void moved(std::size_t line);
     // A line of words that key changes are to pass over from now on.
     void leaveAlone(std::size_t line);
     bool isLeftAlone(std::size_t line) const;
