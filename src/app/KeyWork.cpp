@@ -52,6 +52,9 @@ Text counted(std::size_t count, TextView one, TextView many) {
 ChooseOthers KeyWork::chooseOthers(int steps, Spelling spelling) {
     return [=, this](const LeftOver& found, TextView song) {
         found_ = found;
+        misread_ = found.misreadsB       ? Misread::FlatB
+                   : found.misreadsNames ? Misread::Names
+                                         : Misread::No;
         words_.clear();
         const KeyDebt& debt = documents_.songMemory().lines;
         const std::vector<Selection> places = linePlaces(song);
@@ -215,6 +218,7 @@ void KeyWork::songReplaced() {
     words_.clear();
     found_ = {};
     unsure_.clear();
+    misread_ = Misread::No;
     isStale_ = true;
 }
 
@@ -222,7 +226,42 @@ void KeyWork::idle() {
     if (!std::exchange(isStale_, false))
         return;
     unsure_.clear();
+    misread_ = Misread::No;
     tell();
+}
+
+StatusNote KeyWork::noteOnMisread() {
+    const StatusNote::Action tidy{u"Tidy It", [this] {
+                                      undoMisread();
+                                      misread_ = Misread::No;
+                                      shell_.tidy();
+                                      tell();
+                                  }};
+    if (misread_ == Misread::Undone)
+        return {u"This song writes notes in a way that a key change does not read", {tidy}};
+    const TextView text =
+        misread_ == Misread::FlatB
+            ? TextView(
+                  u"This song writes H: its B is B flat, but was moved as B natural. Undo, "
+                  u"and tidy it")
+            : TextView(
+                  u"This song writes notes in a way that a key change does not read. Undo, "
+                  u"and tidy it");
+    return {Text(text),
+            {{u"Undo",
+              [this] {
+                  undoMisread();
+                  tell();
+              }},
+             tidy}};
+}
+
+// Tidied is the song as it was.
+void KeyWork::undoMisread() {
+    if (misread_ == Misread::Undone)
+        return;
+    shell_.undo();
+    misread_ = Misread::Undone;
 }
 
 // Goes to the next of these places behind the cursor, and selects it.
@@ -317,6 +356,8 @@ void KeyWork::addNotesOnLines(std::vector<StatusNote>& notes, TextView song) {
 
 void KeyWork::tell() {
     std::vector<StatusNote> notes;
+    if (misread_ != Misread::No)
+        notes.push_back(noteOnMisread());
     const Text song = rtftext_.text().chars;
     addNotesOnLines(notes, song);
     if (std::vector<Selection> diagrams = diagramsBehind(); !diagrams.empty())

@@ -22,6 +22,9 @@ class KeyWork {
         std::function<void(TextView key)> sayKey;
         std::function<void(OtherLines)> othersChosen;
         std::function<void(const std::exception&)> fails;
+        // The commands of the menu.
+        std::function<void()> undo;
+        std::function<void()> tidy;
     };
 
     // What is given outlives the object.
@@ -84,6 +87,8 @@ class KeyWork {
     std::vector<Selection> diagramsBehind() const;
     void putBack();
     void run(const std::function<void()>& command);
+    StatusNote noteOnMisread();
+    void undoMisread();
 
     RichEdit& rtftext_;
     Documents& documents_;
@@ -93,7 +98,10 @@ class KeyWork {
     LeftOver found_;                // by the key change that is under way
     std::vector<NamedLine> words_;  // changed by the last one
     FoundKey shownKey_;             // as the status line has it
-    Text unsure_;                   // the keys that it may be, where accidentals were to follow it
+    // The last key change read names in another way than the song does, and whether it was undone.
+    enum class Misread { No, Names, FlatB, Undone };
+    Misread misread_ = Misread::No;
+    Text unsure_;  // the keys that it may be, where accidentals were to follow it
     bool isStale_ = false;
     bool isSaid_ = false;
 };

@@ -137,6 +137,10 @@ void FrmCifraCreator::onCommand(int id, int code) {
         case kInPlace:
             inPlace_ = ::IsDlgButtonChecked(handle(), kInPlace) == BST_CHECKED;
             break;
+        case kFlatB:
+        case kSeventhInNinth:
+            chooseReading(id);
+            break;
         case IDOK:
             // What was typed a moment ago belongs to the chart.
             refresh();
@@ -351,8 +355,10 @@ void FrmCifraCreator::pasteAtCaret() {
         return;
     const Selection selection = Rb1_.selection();
     const bool isWhole = selection.begin == 0 && selection.end >= Rb1_.length() && unseen_.empty();
-    if (isWhole)
+    if (isWhole) {
         setInPlace(false);
+        draft_.setOptions({});
+    }
     if (text->size() <= kLongestInput / 4) {
         ::SendMessageW(Rb1_.handle(), EM_REPLACESEL, TRUE, lparamOf(wide(*text)));
         return;
@@ -404,6 +410,7 @@ void FrmCifraCreator::setInput(TextView text) {
     }
     settingInput_ = false;
     unseen_ = chars.substr(shown);
+    draft_.setOptions({});  // another song has its own
     ::SetWindowTextW(item(kSongLabel), unseen_.empty()
                                            ? L"&Song as it was found"
                                            : L"&Song as it was found (its end is not shown)");
@@ -449,6 +456,29 @@ void FrmCifraCreator::refresh() {
     showLists();
 }
 
+// What the user says of the song holds for all of it, and until another one comes.
+void FrmCifraCreator::chooseReading(int id) {
+    const bool on = ::IsDlgButtonChecked(handle(), id) == BST_CHECKED;
+    ImportOptions options = draft_.options();
+    if (id == kFlatB)
+        options.plainB = on ? PlainB::IsFlat : PlainB::IsNatural;
+    else
+        options.plainNinth = on ? PlainNinth::HasSeventh : PlainNinth::IsAdded;
+    draft_.setOptions(options);
+    converted_ = false;
+    refresh();
+}
+
+void FrmCifraCreator::showReading() {
+    const SongNotation& notation = draft_.song().notation;
+    const auto show = [this](int id, bool isOpen, bool on) {
+        ::CheckDlgButton(handle(), id, isOpen && on ? BST_CHECKED : BST_UNCHECKED);
+        ::EnableWindow(item(id), isOpen);
+    };
+    show(kFlatB, draft_.hasPlainB(), notation.reading.naming == Naming::German);
+    show(kSeventhInNinth, notation.hasPlainNinths, notation.reading.ninthsHaveSevenths);
+}
+
 void FrmCifraCreator::showChart() {
     Text source = sourceText();
     const SongDiagrams& diagrams = taken_->diagrams;
@@ -484,6 +514,7 @@ void FrmCifraCreator::showLists() {
         ::InvalidateRect(list, nullptr, TRUE);
     }
     lastList_ = 0;
+    showReading();
     const HWND lines = item(kLines);
     ListView_SetItemCountEx(lines, static_cast<int>(draft_.song().source.size()), LVSICF_NOSCROLL);
     ::InvalidateRect(lines, nullptr, TRUE);

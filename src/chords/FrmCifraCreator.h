@@ -50,6 +50,8 @@ class FrmCifraCreator : public Form {
         kSongLabel,
         kChartLabel,
         kInPlace,
+        kFlatB,
+        kSeventhInNinth,
     };
     using Form::item;
 
@@ -70,6 +72,8 @@ class FrmCifraCreator : public Form {
 
     bool createWindow(HWND owner);
     void addTips();
+    void chooseReading(int id);
+    void showReading();
     void showSong();
     void setInPlace(bool on);
     bool createSong();

@@ -23,9 +23,10 @@ bool FrmCifraCreator::createWindow(HWND owner) {
         return false;
     buttons_.clear();
     // kept: converter-texto
-    const Cell commands =
-        rowOf({push(u"&Open File...", kOpenFile), push(u"&Paste", kPaste),
-               push(u"Con&verter Texto", kCmd1), push(u"&Make Chart", kMakeChart)});
+    const Cell commands = rowOf({push(u"&Open File...", kOpenFile), push(u"&Paste", kPaste),
+                                 push(u"Con&verter Texto", kCmd1), push(u"&Make Chart", kMakeChart),
+                                 check(L"&B is B flat here", kFlatB).centred(),
+                                 check(L"C&9 has a seventh here", kSeventhInNinth).centred()});
     song_ = space({}).least(kHalf, 185).grows(1, 1);
     chart_ = space({}).least(kHalf, 185).grows(1, 1);
     // Tab goes from the song down and then up to the chart.
@@ -107,6 +108,9 @@ void FrmCifraCreator::addTips() {
     addTip(item(kFound), u"The chords of the chart that the dictionary can show you");
     addTip(item(kNotFound),
            u"The chords of the chart that the dictionary does not know: are they spelled right?");
+    addTip(item(kFlatB), u"As in German and Slavic songs, where H is what others call B");
+    addTip(item(kSeventhInNinth),
+           u"C9, C11 and C13 are chords with a seventh in this song; else a note is added to C");
 }
 
 void FrmCifraCreator::onPlaced() {

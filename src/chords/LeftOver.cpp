@@ -168,7 +168,7 @@ class Search {
     bool lookBriefly();
     void addKeyLines(std::size_t number, TextView line);
     void addLine(std::size_t number, const SourceLine& line, std::span<const ImportedChord> chords);
-    bool hasOtherNames(std::span<const ImportedChord> chords) const;
+    void lookForOtherNames(std::span<const ImportedChord> chords);
     TextView originalOf(TextView line) const {
         return song_.substr(static_cast<std::size_t>(line.data() - readable_.data()), line.size());
     }
@@ -207,19 +207,21 @@ bool Search::lookBriefly() {
 }
 
 // Whether the song means another note by some name than its letter says.
-bool Search::hasOtherNames(std::span<const ImportedChord> chords) const {
+void Search::lookForOtherNames(std::span<const ImportedChord> chords) {
     const ChordReading& reading = notation_.reading;
     if (reading.naming == Naming::Letters && !notation_.hasGermanNames && !reading.smallMinors)
-        return false;
-    return std::any_of(chords.begin(), chords.end(), [&](const ImportedChord& chord) {
-        const std::vector<ColumnRange> notes = notesOfChord(chord.written, reading);
-        return std::any_of(notes.begin(), notes.end(), [&](const ColumnRange& range) {
+        return;
+    for (const ImportedChord& chord : chords) {
+        for (const ColumnRange& range : notesOfChord(chord.written, reading)) {
             const TextView name = chord.written.substr(range.column, range.length);
             const auto note = readNoteName(name, reading, NotePlace::Bass);
-            return note && (note->isGerman || note->isSmall ||
-                            (name == u"B" && reading.naming == Naming::German));
-        });
-    });
+            const bool isFlatB = name == u"B" && reading.naming == Naming::German;
+            if (!note || !(note->isGerman || note->isSmall || isFlatB))
+                continue;
+            result_.misreadsNames = true;
+            result_.misreadsB = result_.misreadsB || (isFlatB && !notation_.isOpen);
+        }
+    }
 }
 
 void Search::addLine(std::size_t number, const SourceLine& line,
@@ -228,7 +230,7 @@ void Search::addLine(std::size_t number, const SourceLine& line,
     if (IsChordLine(original)) {
         if (chords.empty() && hasNoteLetter(line.text))
             result_.changedWords.push_back(number);
-        result_.misreadsNames = result_.misreadsNames || hasOtherNames(chords);
+        lookForOtherNames(chords);
         return;
     }
     if (chords.empty())

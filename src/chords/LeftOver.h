@@ -52,6 +52,8 @@ struct LeftOver {
     // A line that a key change takes has names that it reads in another way than the song: a B that
     // is flat, "Fis", a small "a". It moves the first as B natural and leaves the others.
     bool misreadsNames = false;
+    // Among those is a B that is flat, in a song that leaves no doubt.
+    bool misreadsB = false;
     // Such a song writes "Bb" too, so what its B means is open; its other lines cannot be moved.
     bool hasH = false;
 };

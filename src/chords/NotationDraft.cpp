@@ -71,8 +71,24 @@ void NotationDraft::choose(const std::vector<std::size_t>& lines,
     import();
 }
 
+void NotationDraft::setOptions(const ImportOptions& options) {
+    if (options == options_)
+        return;
+    options_ = options;
+    import();
+}
+
+bool NotationDraft::hasPlainB() const {
+    return song_.notation.hasGermanNames ||
+           std::any_of(song_.chords.begin(), song_.chords.end(), [](const ImportedChord& chord) {
+               const std::size_t at = chord.written.find(u'B');
+               return at != TextView::npos && !chord.written.substr(at + 1).starts_with(u'b') &&
+                      !chord.written.substr(at + 1).starts_with(u'#');
+           });
+}
+
 void NotationDraft::import() {
-    song_ = importSong(source_, chosen_);
+    song_ = importSong(source_, chosen_, options_);
     sourceStarts_.clear();
     std::size_t position = 0;
     for (const SourceLine& line : song_.source) {

@@ -35,6 +35,13 @@ class NotationDraft {
     // A verdict of the user for a line; nothing leaves it to the program again.
     void choose(const std::vector<std::size_t>& lines, std::optional<LineVerdict> verdict);
 
+    // What the user says about the whole song, until another one comes.
+    void setOptions(const ImportOptions& options);
+    const ImportOptions& options() const { return options_; }
+    // Whether some chord has a plain B, so that the user may want to say what it is: a song without
+    // a sign of its own may be German all the same.
+    bool hasPlainB() const;
+
     const SongImport& song() const { return song_; }
     // Every item that was taken for a chord, as it is written in the song, in the order of the
     // first use of each.
@@ -63,6 +70,7 @@ class NotationDraft {
     const SongDiagrams* diagrams_ = nullptr;
     Text source_;
     ChosenVerdicts chosen_;
+    ImportOptions options_;
     SongImport song_;
     std::vector<std::size_t> sourceStarts_;
     std::vector<std::size_t> chartStarts_;

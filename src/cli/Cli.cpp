@@ -33,7 +33,8 @@ constexpr std::string_view helpText =
     "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case]\n"
     "                       [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli normalize [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli import [--verdicts] [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli import [--verdicts] [--plain-b flat|natural]\n"
+    "                      [--plain-ninth seventh|added] [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli export-chordpro [--names nashville|german|solfege]\n"
     "                               [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli key [--output FILE] [--encoding NAME] [FILE...]\n"
@@ -63,7 +64,8 @@ constexpr std::string_view helpText =
     "                      (Cmaj7, bars, tabs, labels, remarks, chords in brackets):\n"
     "                      move moves their chords as well, leave names the lines by\n"
     "                      their numbers on the standard error, as without --others.\n"
-    "                      Where some chord is an H they are left in any case.\n"
+    "                      Where a song writes H and B and Bb, what its B is is open,\n"
+    "                      and they are left in any case.\n"
     "  --strict            the exit code tells that lines were left\n"
     "\n"
     "key prints FILE, the key of the song and how sure it is in percent, with tabs\n"
@@ -83,10 +85,12 @@ constexpr std::string_view helpText =
     "import makes a chart of a song from the web: chords over lyrics, chords in\n"
     "brackets, ChordPro. With --verdicts a list comes first: for every line its\n"
     "number, what it was taken for and, where there is something to know, a remark,\n"
-    "with tabs between them; then an empty line and the chart. export-chordpro writes\n"
-    "a chart as a ChordPro song, whose import is the chart again. With --names its\n"
-    "chords are numbers of the scale (5(7), 6m, 1/3; of a minor key by its relative\n"
-    "major), German names (H, B, Fis) or Do, Re, Mi.\n"
+    "with tabs between them; then an empty line and the chart. What B, and C9, C11 and\n"
+    "C13 mean, a song tells by its other chords; --plain-b says that B is B flat (as\n"
+    "where H is B) or natural, --plain-ninth that C9 has a seventh or is C with an added\n"
+    "ninth. export-chordpro writes a chart as a ChordPro song, whose import is the\n"
+    "chart again. With --names its chords are numbers of the scale (5(7), 6m, 1/3; of a\n"
+    "minor key by its relative major), German names (H, B, Fis) or Do, Re, Mi.\n"
     "\n"
     "normalize writes the text with its chord suffixes in one spelling: C7M as C7+,\n"
     "A-7 as Am7, C/3 as C/E. It looks at every line, also at lyrics.\n"
@@ -188,8 +192,8 @@ void describeLines(TextView chart, std::string& report) {
 }
 
 // A song in, a chart out, with the list of verdicts in front where it is asked for.
-Text importedChart(TextView song, bool verdicts) {
-    const SongImport imported = importSong(song);
+Text importedChart(TextView song, bool verdicts, const ImportOptions& options) {
+    const SongImport imported = importSong(song, {}, options);
     Text text;
     for (std::size_t i = 0; verdicts && i < imported.source.size(); ++i) {
         const SourceLine& line = imported.source[i];
@@ -420,7 +424,9 @@ bool Run::rewriteSong(const std::function<Text(TextView)>& edit) {
 }
 
 bool Run::import() {
-    return rewriteSong([this](TextView song) { return importedChart(song, request_.verdicts); });
+    return rewriteSong([this](TextView song) {
+        return importedChart(song, request_.verdicts, request_.importOptions);
+    });
 }
 
 bool Run::exportChordPro() {

@@ -51,6 +51,7 @@ class ArgumentParser {
     bool takeCommand();
     bool takeOption(const Text& argument);
     bool takeTransposeOption(const Text& name);
+    bool takeImportOption(const Text& name);
     bool takeReplaceOption(const Text& name);
     // The options of several commands; nothing where it is none of them, or not of this one.
     std::optional<bool> takeCommonOption(const Text& name);
@@ -148,8 +149,10 @@ bool ArgumentParser::takeOption(const Text& argument) {
         request_.command = name == u"--help" ? Command::Help : Command::Version;
     } else if (const std::optional<bool> taken = takeCommonOption(name)) {
         return *taken;
-    } else if (request_.command == Command::Import && name == u"--verdicts") {
-        request_.verdicts = true;
+    } else if (request_.command == Command::Import) {
+        if (!takeImportOption(name)) {
+            return false;
+        }
     } else if (request_.command == Command::Chord && name == u"--list") {
         request_.list = true;
     } else if (readsChordBook() && name == u"--database") {
@@ -198,6 +201,34 @@ bool ArgumentParser::takeTransposeOption(const Text& name) {
         return true;
     }
     return fail(quoted(name) + u" is not an option of transpose");
+}
+
+bool ArgumentParser::takeImportOption(const Text& name) {
+    if (name == u"--verdicts") {
+        request_.verdicts = true;
+        return true;
+    }
+    std::optional<Text> value;
+    ImportOptions& options = request_.importOptions;
+    if (name == u"--plain-b") {
+        if (!takeValue(value, name)) {
+            return false;
+        }
+        options.plainB = value == u"flat" ? PlainB::IsFlat : PlainB::IsNatural;
+        return value == u"flat" || value == u"natural"
+                   ? true
+                   : fail(name + u" " + quoted(*value) + u" is neither flat nor natural");
+    }
+    if (name == u"--plain-ninth") {
+        if (!takeValue(value, name)) {
+            return false;
+        }
+        options.plainNinth = value == u"seventh" ? PlainNinth::HasSeventh : PlainNinth::IsAdded;
+        return value == u"seventh" || value == u"added"
+                   ? true
+                   : fail(name + u" " + quoted(*value) + u" is neither seventh nor added");
+    }
+    return fail(quoted(name) + u" is not an option of import");
 }
 
 std::optional<bool> ArgumentParser::takeCommonOption(const Text& name) {

@@ -8,6 +8,7 @@
 #include "base/Files.h"
 #include "base/Text.h"
 #include "chords/ChordNames.h"
+#include "chords/SongImport.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
 
@@ -45,10 +46,11 @@ struct CliRequest {
     std::optional<Text> find;
     std::optional<Text> with;
     FindOptions findOptions;
-    // `import --verdicts`.
+    // `import`.
     bool verdicts = false;
     // `export-chordpro --names`.
     ChordNames names = ChordNames::House;
+    ImportOptions importOptions;
     // What texts are in, where the user says so.
     std::optional<NamedEncoding> encoding;
     // At most one of the two. With more than one file it is `outputFolder`.

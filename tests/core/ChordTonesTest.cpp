@@ -8,6 +8,7 @@
 #include "base/TextCodec.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordSpelling.h"
+#include "chords/InternationalName.h"
 #include "chords/SongImport.h"
 
 namespace melvorin {
@@ -226,6 +227,9 @@ TEST(ChordTones, AreKeptByEverySymbolThatIsTaken) {
         ASSERT_EQ(steps, root.steps) << toUtf8(symbol) << " " << toUtf8(*house);
         ASSERT_EQ(found.bass, expected.bass) << toUtf8(symbol) << " " << toUtf8(*house);
         ASSERT_EQ(found.all(), expected.all()) << toUtf8(symbol) << " " << toUtf8(*house);
+        const Text elsewhere = internationalName(*house);
+        ASSERT_EQ(houseSpelling(elsewhere, {Naming::Letters, false, true}), house)
+            << toUtf8(*house) << " " << toUtf8(elsewhere);
     }
     // Many of the invented ones contradict themselves: "dim(#5)", "sus2sus2".
     EXPECT_GT(taken, count / 2);
@@ -250,8 +254,27 @@ TEST(ChordTones, AnySymbolIsTakenWholeOrNotAtAll) {
         ASSERT_TRUE(IsChordLine(*house)) << toUtf8(symbol);
         ASSERT_EQ(house->find(u'?'), Text::npos) << toUtf8(symbol);
         ASSERT_EQ(houseSpelling(*house), house) << toUtf8(symbol);
+        const Text elsewhere = internationalName(*house);
+        ASSERT_EQ(houseSpelling(elsewhere, {Naming::Letters, false, true}), house)
+            << toUtf8(*house) << " " << toUtf8(elsewhere);
     }
     EXPECT_GT(taken, 1000);
+}
+
+TEST(InternationalName, IsTheOneThatBooksHave) {
+    const struct {
+        TextView house, elsewhere;
+    } cases[] = {
+        {u"F7+", u"Fmaj7"},       {u"C4/7", u"C7sus4"},   {u"Em7/9", u"Em9"},
+        {u"C9", u"Cadd9"},        {u"C\u00B0", u"Cdim7"}, {u"C5/9", u"Csus2"},
+        {u"Cm5b/7", u"Cm7b5"},    {u"C5#", u"Caug"},      {u"C7/5#", u"C7#5"},
+        {u"C7/9b", u"C7b9"},      {u"Am7+", u"Am(maj7)"}, {u"D/F#", u"D/F#"},
+        {u"C6/9", u"C69"},        {u"C5", u"C5"},         {u"C4", u"Csus4"},
+        {u"Bb4/7/9", u"Bb9sus4"}, {u"(Am7", u"(Am7"},     {u"N.C.", u"N.C."},
+        {u"C5b", u"C(b5)"},       {u"Cm9", u"Cmadd9"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(toUtf8(internationalName(c.house)), toUtf8(c.elsewhere));
 }
 
 // ---- What a song means --------------------------------------------------------------------------

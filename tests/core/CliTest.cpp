@@ -430,6 +430,11 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     EXPECT_EQ(run({u"export-chordpro"}), 0);
     EXPECT_EQ(ports.output,
               "{comment: Intro:}\r\n       [Am]    [C7+]\r\n[G]Row, {row}\xB0 [N.C.]row\r\n");
+    ports.input = "Am  B  C9\nla  la la\n";
+    EXPECT_EQ(run({u"import", u"--plain-b=flat", u"--plain-ninth", u"seventh"}), 0);
+    EXPECT_EQ(ports.output, "Am  Bb C7/9\nla  la la\n");
+    EXPECT_EQ(run({u"import", u"--plain-b", u"sharp"}), 2);
+    EXPECT_EQ(run({u"import", u"--plain-ninth", u"eighth"}), 2);
     ports.input = std::string("C\0G", 3);
     EXPECT_EQ(run({u"import"}), 1);
     EXPECT_EQ(run({u"export-chordpro", u"--verdicts"}), 2);

@@ -424,5 +424,45 @@ TEST(Creator, PastesTextAlone) {
     });
 }
 
+TEST(Creator, ReadsASongAsTheUserSays) {
+    Program program;
+    const auto isOn = [](const Creator& creator, int id) {
+        return ::IsDlgButtonChecked(creator.handle(), id) == BST_CHECKED;
+    };
+    const auto isOpen = [](const Creator& creator, int id) {
+        return ::IsWindowEnabled(creator.item(id)) != FALSE;
+    };
+    const auto choose = [](const Creator& creator, int id) {
+        ::SendMessageW(creator.item(id), BM_CLICK, 0, 0);
+    };
+    creatorRun(program, [&](Creator& creator) {
+        const auto chart = [&] { return toUtf8(creator.rtb2().text().chars); };
+        fill(program, creator, u"Am  H7  B\rla  la  la\r");
+        EXPECT_TRUE(isOpen(creator, Creator::kFlatB));
+        EXPECT_TRUE(isOn(creator, Creator::kFlatB));
+        EXPECT_FALSE(isOpen(creator, Creator::kSeventhInNinth)) << "there is none";
+        EXPECT_EQ(chart(), "Am  B7  Bb\rla  la  la\r");
+        // No sign of its own, but the user knows.
+        program.clipboard.plain = u"Am  B  C9\r\nla  la la\r\n";
+        press(creator, Creator::kPaste);
+        EXPECT_TRUE(isOpen(creator, Creator::kFlatB));
+        EXPECT_FALSE(isOn(creator, Creator::kFlatB)) << "another song";
+        EXPECT_FALSE(isOn(creator, Creator::kSeventhInNinth));
+        EXPECT_EQ(chart(), "Am  B  C9\rla  la la\r");
+        choose(creator, Creator::kFlatB);
+        choose(creator, Creator::kSeventhInNinth);
+        EXPECT_TRUE(isOn(creator, Creator::kFlatB));
+        EXPECT_TRUE(isOn(creator, Creator::kSeventhInNinth));
+        EXPECT_EQ(chart(), "Am  Bb C7/9\rla  la la\r");
+        // Typing goes on in the same song.
+        fill(program, creator, u"Dm  B  C9\rla  la la\r");
+        EXPECT_EQ(chart(), "Dm  Bb C7/9\rla  la la\r");
+        choose(creator, Creator::kFlatB);
+        EXPECT_EQ(chart(), "Dm  B  C7/9\rla  la la\r");
+        creator.rb1().select({0, 0});
+        press(creator, IDCANCEL);
+    });
+}
+
 }  // namespace
 }  // namespace melvorin::testing

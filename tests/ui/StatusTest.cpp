@@ -165,6 +165,35 @@ TEST(LeftOverLines, WaitWhereWhatTheSongsBMeansIsOpen) {
     EXPECT_EQ(lineOf(program, 0), "Em  H7 | Am");
 }
 
+// "Undo" leaves the way to the creator; "Tidy It" takes the key change back by itself.
+TEST(MisreadNames, AreUndoneAndTidied) {
+    const ScratchFolder folder;
+    const std::string song = "Am  H7 | Em\r\nla la\r\nB   C\r\nla\r\n";
+    for (const bool undoesFirst : {true, false}) {
+        SCOPED_TRACE(undoesFirst);
+        Program program(folder.add(u"song.txt", song));
+        program.waitForKeyButtons();
+        program.command(Command::mnuUp);
+        EXPECT_EQ(lineOf(program, 2), "C   C#");
+        EXPECT_EQ(said(program),
+                  "This song writes H: its B is B flat, but was moved as B natural. Undo, and tidy "
+                  "it");
+        if (undoesFirst) {
+            pressButton(program, "Undo");
+            EXPECT_EQ(lineOf(program, 2), "B   C");
+        }
+        const WhileOpen creator(L"MelvorinFrmCifraCreator",
+                                [&](HWND window) { ::SendMessageW(window, WM_COMMAND, IDOK, 0); });
+        pressButton(program, "Tidy It");
+        EXPECT_EQ(creator.seen(), 1);
+        EXPECT_EQ(lineOf(program, 2), "Bb  C") << "tidied is the song as it was";
+        EXPECT_EQ(said(program), "");
+        program.command(Command::mnuUp);
+        EXPECT_EQ(lineOf(program, 2), "B   C#");
+        EXPECT_EQ(said(program).find("This song writes"), std::string::npos);
+    }
+}
+
 TEST(ChangedWords, ArePutBackAndLeftAlone) {
     const ScratchFolder folder;
     Program program(folder.add(u"song.txt", "G  C\r\nla la\r\nBad Dad\r\nla\r\n"));
