@@ -3,13 +3,16 @@
 
 #include "app/KeyWork.h"
 #include "base/EditorLine.h"
+#include "base/ProgramSettings.h"
 #include "chords/DocumentDiagrams.h"
 #include "chords/KeySpelling.h"
 
 namespace melvorin {
 namespace {
 
-constexpr std::size_t kLinesForReason = 12;  // a chord is called by what follows soon
+// A chord is called by what follows soon.
+constexpr std::size_t kLinesForReason = 12;
+constexpr std::int32_t kMostForReason = 2000;
 
 }  // namespace
 
@@ -60,7 +63,8 @@ Text KeyWork::reasonAt(std::int32_t position) const {
         return {};
     const std::int32_t first = rtftext_.lineOf(position);
     const std::int32_t start = rtftext_.firstOfLine(first);
-    const Text text = rtftext_.textBetween({start, rtftext_.length()}).substr(0, 2000);
+    const Text text =
+        rtftext_.textBetween({start, std::min(start + kMostForReason, rtftext_.length())});
     std::vector<SpelledLine> lines;
     for (TextView rest = text; !rest.empty() && lines.size() < kLinesForReason;)
         lines.push_back({takeEditorLine(rest).chars, {}});
