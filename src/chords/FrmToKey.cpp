@@ -145,7 +145,7 @@ void FrmToKey::fillFrets() {
 }
 
 Cell FrmToKey::createPreview() {
-    const Cell title = label(L"&Preview: as it is written for capo 9", SS_NOPREFIX, kPreviewLabel);
+    const Cell title = label(L"&Preview: down 5 half steps, and so on", 0, kPreviewLabel);
     const Cell preview =
         edit(kPreview, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
     previewFont_.reset(songFont(editorFontFace(services_), kEditorFontPoints));
