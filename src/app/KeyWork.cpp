@@ -127,15 +127,17 @@ void KeyWork::keyChanged(int steps) {
     const Spelling spelling = spelling_;
     const Direction direction = directionOf(steps);
     const unsigned size = sizeOf(steps);
-    const Text song = rtftext_.text().chars;
-    const std::vector<Selection> places = linePlaces(song);
-    for (NamedLine& line : words_)
-        line.now = textAt(song, places[line.number]);
-    std::vector<LeftOverLine> diagrams;
-    for (const DiagramRun& run : diagramsOfDocument(rtftext_)) {
-        if (diagrams.empty() || diagrams.back().number != run.line)
-            diagrams.push_back({run.line, {}, false});
+    if (!words_.empty()) {
+        const Text song = rtftext_.text().chars;
+        const std::vector<Selection> places = linePlaces(song);
+        for (NamedLine& line : words_)
+            line.now = textAt(song, places[line.number]);
     }
+    std::vector<LeftOverLine> diagrams(found_.diagramLines.size());
+    std::transform(found_.diagramLines.begin(), found_.diagramLines.end(), diagrams.begin(),
+                   [](std::size_t line) {
+                       return LeftOverLine{line, {}, false};
+                   });
     documents_.changeSongMemory([&](SongMemory& debt) {
         debt.diagrams.keyChanged(direction, spelling, size, diagrams);
         debt.lines.keyChanged(direction, spelling, size,

@@ -228,10 +228,15 @@ class Document {
 
   private:
     bool isPicture(std::size_t position) const {
-        if (map_)
-            return map_->isWholeAt(position) || isDiagramFace(map_->fontNameAt(position));
-        return hasDiagrams_ && isDiagramFace(editor_.faceAt(static_cast<std::int32_t>(position)));
+        return (map_ && map_->isWholeAt(position)) || isDiagramAt(position);
     }
+    bool isDiagramAt(std::size_t position) const {
+        if (!hasDiagrams_)
+            return false;
+        return isDiagramFace(map_ ? map_->fontNameAt(position)
+                                  : editor_.faceAt(static_cast<std::int32_t>(position)));
+    }
+    std::vector<std::size_t> diagramLines(const std::vector<ColumnRange>& pictures) const;
     void load(const std::vector<ChordLine>& lines);
 
     Editor& editor_;
@@ -252,7 +257,31 @@ LeftOver Document::leftOver() const {
                    isPicture(position);
         });
     }
-    return findLeftOver(song, pictures);
+    LeftOver found = findLeftOver(song, pictures);
+    if (hasDiagrams_)
+        found.diagramLines = diagramLines(pictures);
+    return found;
+}
+
+std::vector<std::size_t> Document::diagramLines(const std::vector<ColumnRange>& pictures) const {
+    std::vector<std::size_t> numbers;
+    std::span<const ColumnRange> rest = pictures;
+    std::size_t number = 0;
+    std::size_t position = 0;
+    for (TextView text = text_; !text.empty() && !rest.empty(); ++number) {
+        const TextLine line = takeEditorLine(text);
+        const std::size_t end = position + line.chars.size();
+        for (; !rest.empty() && rest.front().column < end; rest = rest.subspan(1)) {
+            const ColumnRange& picture = rest.front();
+            bool isDiagram = false;
+            for (std::size_t i = 0; i < picture.length && !isDiagram; ++i)
+                isDiagram = isDiagramAt(picture.column + i);
+            if (isDiagram && (numbers.empty() || numbers.back() != number))
+                numbers.push_back(number);
+        }
+        position = end + line.end.size();
+    }
+    return numbers;
 }
 
 std::vector<SpelledLine> Document::lines(std::vector<std::vector<ColumnRange>>& pictures) const {

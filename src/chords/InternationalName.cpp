@@ -24,6 +24,7 @@ class Writer {
     void putNumber();
     void putSuspension();
     void putAltered(TextView number, Degree degree);
+    void raise(Degree low, Degree high);
     void putAdded(TextView number, Degree degree);
 
     Text name_;
@@ -34,11 +35,16 @@ class Writer {
 
 // What stands in the place of the third.
 void Writer::findThird() {
-    if (suffix_.minor || suffix_.diminished || suffix_.halfDiminished)
+    if (suffix_.minor || suffix_.diminished || suffix_.halfDiminished) {
+        if (has(Degree::Fifth))
+            drop(Degree::Fifth);
         return;
+    }
     if (has(Degree::Fourth)) {
         suspension_ = u"sus4";
         drop(Degree::Fourth);
+        if (has(Degree::Eleventh))
+            drop(Degree::Eleventh);
         if (has(Degree::Fifth))
             drop(Degree::Fifth);
     } else if (has(Degree::Fifth)) {
@@ -73,7 +79,7 @@ void Writer::putNumber() {
     if (isMajor || has(Degree::Seventh)) {
         drop(Degree::Seventh);
         TextView number = u"7";
-        if (has(Degree::Ninth) && suspension_ != u"sus2") {
+        if (has(Degree::Ninth) && suspension_ != u"sus2" && !suffix_.diminished) {
             number = u"9";
             drop(Degree::Ninth);
         }
@@ -118,6 +124,15 @@ void Writer::putAltered(TextView number, Degree degree) {
     put(u'#');
 }
 
+void Writer::raise(Degree low, Degree high) {
+    if (!has(low))
+        return;
+    if (suffix_.at(high) != 0 && !has(high))
+        return;  // it is altered there
+    drop(low);
+    suffix_.at(high) = u' ';
+}
+
 void Writer::putAdded(TextView number, Degree degree) {
     if (!has(degree))
         return;
@@ -137,6 +152,9 @@ Text Writer::write() {
     }
     putNumber();
     putSuspension();
+    // What is left of these is the same note an octave up.
+    raise(Degree::Fourth, Degree::Eleventh);
+    raise(Degree::Sixth, Degree::Thirteenth);
     putAdded(u"4", Degree::Fourth);
     for (const auto& [number, degree] :
          {std::pair(TextView(u"5"), Degree::Fifth), std::pair(TextView(u"6"), Degree::Sixth),

@@ -47,6 +47,9 @@ struct LeftOver {
     std::vector<std::size_t> changedWords;
     // Lines that state a key; those without chords are not among `lines`.
     std::vector<KeyLine> keyLines;
+    // Numbers of the lines with chord diagrams, which a key change of their letters leaves. Only
+    // what looks at a document with its fonts knows them.
+    std::vector<std::size_t> diagramLines;
     // The song writes H, "Fis" or "Es", so its B is B flat, and the lines left over are moved so.
     bool hasGermanNames = false;
     // A line that a key change takes has names that it reads in another way than the song: a B that

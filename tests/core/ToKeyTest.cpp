@@ -107,7 +107,7 @@ class FewGrips : public ChordGrips {
 TEST(Capo, TheEasiestFretComesFirst) {
     EXPECT_EQ(gripOf(u"x32010", u"-32-1-"), Grip::Open);
     EXPECT_EQ(gripOf(u"133211", u"134211"), Grip::Barre);
-    EXPECT_EQ(gripOf(u"x-12-14-14-13-12", u"-13421"), Grip::Closed);
+    EXPECT_EQ(gripOf(u"x-10-9-10-10-x", u"-2134-"), Grip::Closed);
     EXPECT_EQ(gripOf(u"x-10-12-12-12-10", u"-13331"), Grip::Barre);
     EXPECT_EQ(gripOf(u"x3201", u"-32-1-"), std::nullopt);
     const std::vector<Text> chords = chordsOfSong(u"Bb  Eb/G  F\rla la\rGm  Bb\r");
