@@ -33,6 +33,19 @@ bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
 }
 
+// A quick look: each of the words has "ap", "ej" or a Cyrillic letter in it.
+bool mayNameCapo(TextView line) {
+    constexpr char16_t smallPe = u'\u043F';
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const auto before = static_cast<char16_t>(line[i - 1] | 0x20);
+        const auto letter = static_cast<char16_t>(line[i] | 0x20);
+        if ((letter == u'p' && before == u'a') || (letter == u'j' && before == u'e') ||
+            unicodeLowerCase(line[i]) == smallPe)
+            return true;
+    }
+    return false;
+}
+
 // Where a word for the capo begins and ends; "da capo" is none.
 std::optional<ColumnRange> capoWord(TextView lower) {
     for (const TextView word : kCapoWords) {
@@ -124,7 +137,7 @@ void readSounding(TextView line, TextView lower, CapoLine& found) {
 }  // namespace
 
 std::optional<CapoLine> readCapo(TextView line) {
-    if (line.size() > kLongestLine || line.find_first_of(u"aA\u0430\u0410eE") == TextView::npos)
+    if (line.size() > kLongestLine || !mayNameCapo(line))
         return std::nullopt;
     const Text lower = unicodeLowerCase(line);
     const auto word = capoWord(lower);

@@ -206,6 +206,14 @@ void FrmToKey::onCommand(int id, int event) {
         Form::onCommand(id, event);
 }
 
+// Enter in the list takes its fret, as a double click does.
+bool FrmToKey::onKeyDown(WPARAM key) {
+    if (key != VK_RETURN || ::GetFocus() != item(kFrets) || !::IsWindowEnabled(item(kWrite)))
+        return false;
+    onCommand(kWrite, BN_CLICKED);
+    return true;
+}
+
 int FrmToKey::stepsTo() const {
     const LRESULT tonic = ::SendMessageW(item(kTo), CB_GETCURSEL, 0, 0);
     return tonic == CB_ERR ? 0

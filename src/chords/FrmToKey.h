@@ -59,6 +59,7 @@ class FrmToKey : public Form {
   private:
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onCommand(int id, int event) override;
+    bool onKeyDown(WPARAM key) override;
     void onPlaced() override;
     LRESULT onNotify(LPARAM lParam);
 

@@ -39,6 +39,7 @@ TEST(Capo, IsReadFromItsLine) {
         {u"Cejilla en el V traste", 5, "Cejilla en el V traste", ""},
         {u"Capo III (sounds in Bb)", 3, "Capo III", "Bb"},
         {u"Kapo 1 (sounds in F#m), slow", 1, "Kapo 1", "F#"},
+        {u"\u041A\u0430\u043F\u043E 2", 2, "\u041A\u0430\u043F\u043E 2", ""},
         {u"No capo 3", 0, "", ""},
         {u"da capo 2 times", 0, "", ""},
         {u"Capo: none", 0, "", ""},
