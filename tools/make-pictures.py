@@ -211,6 +211,7 @@ def windows_of_song(album, song):
         ("find", "Find and Replace", "Find and Replace"),
         ("font", "Font and Colors", "Fonte"),
         ("tablature", "Insert Tablature", "Insert Tablature", "click", "103"),
+        ("to-key", "To Another Key...", "To Another Key"),
         ("tuner", "Melvorin Guitar Tuner", "Melvorin Guitar Tuner"),
         ("about", "About Melvorin", "About Melvorin"),
     ):

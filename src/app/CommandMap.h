@@ -70,6 +70,7 @@ enum class Command : std::uint16_t {
     mnuTom,
     mnuDwn,
     mnuUp,
+    mnuToKey,
     mnuOthers,
     mnuOthersAsk,
     mnuOthersMove,

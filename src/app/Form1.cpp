@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "base/ProgramSettings.h"
-#include "chords/FrmCifra.h"
-#include "dictionary/BookLookup.h"
 #include "dictionary/RichEditDiagrams.h"
 #include "platform/ResourceIds.h"
 
@@ -41,6 +39,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuPasteChords, &Form1::pasteChords},
         {Command::mnuDwn, &Form1::keyDown},
         {Command::mnuUp, &Form1::keyUp},
+        {Command::mnuToKey, &Form1::toAnotherKey},
         {Command::mnuOthersAsk, &Form1::chooseOtherLines<OtherLines::Ask>},
         {Command::mnuOthersMove, &Form1::chooseOtherLines<OtherLines::Move>},
         {Command::mnuOthersLeave, &Form1::chooseOtherLines<OtherLines::Leave>},
@@ -159,7 +158,8 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                    [this](const std::function<void()>& action) {
                        const Busy busy(*this);
                        action();
-                   }}) {}
+                   },
+                   [this](HWND view, int steps) { return changeKeyOnStage(view, steps); }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 
@@ -547,66 +547,6 @@ void Form1::showRecent(const RecentMenu& menu) {
     menuBar_.show(Command::mnuReset, menu.clean);
 }
 
-// A key change under way: its commands are off, and come back however it ends.
-class Form1::Job {
-  public:
-    explicit Job(Form1& form) : form_(form), busy_(form) { form_.documents_.beginKeyWork(); }
-    Job(const Job&) = delete;
-    Job& operator=(const Job&) = delete;
-    ~Job() { form_.documents_.endKeyWork(); }
-
-  private:
-    Form1& form_;
-    const Busy busy_;
-};
-
-void Form1::changeKey(Direction direction) {
-    const bool hasText = !rtftext_.isEmpty();
-    bool changed = false;
-    {
-        const Job job(*this);
-        FrmCifra cifra(services_);
-        changed =
-            cifra.changeKey(handle(), direction, T6_, [&](const std::function<void()>& lineDone) {
-                keyWork_.move(direction, spelling_, followsKey_, lineDone);
-            });
-    }
-    if (!hasText || !changed)
-        return;
-    {
-        const EditorWork work(rtftext_);
-        keyWork_.keyChanged(direction);
-    }
-    documents_.changed();
-    keyWork_.tell();
-}
-
-void Form1::showOtherLines(OtherLines choice) {
-    keyWork_.setOthers(choice);
-    menuBar_.check(Command::mnuOthersAsk, choice == OtherLines::Ask);
-    menuBar_.check(Command::mnuOthersMove, choice == OtherLines::Move);
-    menuBar_.check(Command::mnuOthersLeave, choice == OtherLines::Leave);
-}
-
-void Form1::setOtherLines(OtherLines choice) {
-    showOtherLines(choice);
-    if (!storeOtherLines(services_, choice))
-        reportFailure(services_.messages, kNotStored);
-    keyWork_.tell();
-}
-
-void Form1::createNotation() {
-    bool created = false;
-    {
-        const Job job(*this);
-        FrmCifra cifra(services_);
-        const BookLookup book(dictionary_.dictionary().records());
-        created = cifra.createNotation(handle(), rtftext_, book.isEmpty() ? nullptr : &book);
-    }
-    if (created)
-        documents_.changed();
-}
-
 void Form1::toggleDictionary() {
     if (dictionary_.width() == PanelWidth::Closed)
         dictionary_.show();
@@ -646,61 +586,6 @@ void Form1::changeFingering() {
         rtftext_.scrollCaretIntoView();
         documents_.changed();
     }
-}
-
-void Form1::useSpelling(Spelling spelling, bool followsKey) {
-    spelling_ = spelling;
-    const SpellingCaptions captions = captionsOf(spelling, followsKey);
-    menuBar_.setCaption(Command::mnuSus, captions.sharps);
-    menuBar_.setCaption(Command::mnuBem, captions.flats);
-    menuBar_.setCaption(Command::mnuByKey, captions.followKey);
-    if (followsKey != std::exchange(followsKey_, followsKey) &&
-        !storeFollowsKey(services_, followsKey))
-        reportFailure(services_.messages, kNotStored);
-}
-
-void Form1::followTheKey() {
-    useSpelling(spelling_, true);
-}
-
-// The keys in two columns, major and minor; the first entry leaves it to the program.
-void Form1::chooseKey(POINT place) {
-    if (!mayBegin())
-        return;
-    constexpr int tonics = 12;
-    const UniqueMenu menu(::CreatePopupMenu());
-    const SongMemory& memory = documents_.songMemory();
-    ::AppendMenuW(menu.get(), MF_STRING | (memory.key ? 0U : UINT{MF_CHECKED}), 2 * tonics + 1,
-                  L"As It Is Found");
-    for (int i = 0; i < 2 * tonics; ++i) {
-        const Key key{i % tonics, i >= tonics};
-        const UINT column = i == tonics ? MF_MENUBARBREAK : 0;
-        const UINT mark = memory.key == key ? MF_CHECKED : 0;
-        ::AppendMenuW(menu.get(), MF_STRING | column | mark, static_cast<UINT_PTR>(i) + 1,
-                      wide(keyName(key, memory.side)));
-    }
-    const int chosen = ::TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_RETURNCMD,
-                                        place.x, place.y, 0, handle(), nullptr);
-    if (chosen > 2 * tonics)
-        keyWork_.tellKey(std::nullopt);
-    else if (chosen > 0)
-        keyWork_.tellKey(Key{(chosen - 1) % tonics, chosen > tonics});
-}
-
-void Form1::respell() {
-    const CursorScope hourglass(IDC_WAIT);
-    keyWork_.respell();
-}
-
-void Form1::showSpellingMenu() {
-    const UniqueMenu menu(::CreatePopupMenu());
-    for (const Command item : {Command::mnuSus, Command::mnuBem, Command::mnuByKey})
-        ::AppendMenuW(menu.get(), MF_STRING, idOf(item), wide(menuBar_.caption(item)));
-    const RECT button = toolbar_.buttonOnScreen(Command::mnuDwn);
-    toolbar_.showTips(false);
-    ::TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN, button.left, button.bottom, 0,
-                     handle(), nullptr);
-    toolbar_.showTips(true);
 }
 
 }  // namespace melvorin

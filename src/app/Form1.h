@@ -128,8 +128,6 @@ class Form1 : public Window {
         ~Busy() { form_.jobRuns_ = false; }
 
       private:
-        static constexpr UINT_PTR kPlaceTimer = 2;
-
         Form1& form_;
     };
     class Job;
@@ -181,8 +179,9 @@ class Form1 : public Window {
                                              const std::vector<CodePageReading>& readings);
     void openFullScreen() { fullScreen_.open(handle()); }
     void openFont() { font_.open(handle()); }
-    void keyDown() { changeKey(Direction::Down); }
-    void keyUp() { changeKey(Direction::Up); }
+    void keyDown() { changeKey(handle(), -1); }
+    void keyUp() { changeKey(handle(), 1); }
+    void toAnotherKey();
     void useSharps() { useSpelling(Spelling::Sharps); }
     void useFlats() { useSpelling(Spelling::Flats); }
     void toggleDictionary();
@@ -192,7 +191,9 @@ class Form1 : public Window {
     void changeFingering();
     void switchFollowing();
     void follow(bool on);
-    void changeKey(Direction direction);
+    bool changeKey(
+        HWND owner, int steps, const std::function<void()>& also = [] {});
+    bool changeKeyOnStage(HWND view, int steps);
     template <OtherLines Choice>
     void chooseOtherLines() {
         setOtherLines(Choice);

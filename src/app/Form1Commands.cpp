@@ -258,6 +258,7 @@ void Form1::tellPlace() {
     if (!trimmed(text).empty())
         place += u": " + Text(placeName(judgeLine(text)));
     status_.tellPlace(place);
+    status_.tellReason(keyWork_.reasonAt(caret));
 }
 
 void Form1::selectAll() {

@@ -1,12 +1,14 @@
 #include "app/KeyWork.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "base/EditorLine.h"
 #include "base/Paths.h"
 #include "chords/CellWidth.h"
 #include "chords/DocumentDiagrams.h"
+#include "chords/KeyReading.h"
 #include "chords/KeySpelling.h"
 
 namespace melvorin {
@@ -31,6 +33,14 @@ TextView textAt(TextView song, const Selection& place) {
                        static_cast<std::size_t>(place.end - place.begin));
 }
 
+Direction directionOf(int steps) {
+    return steps > 0 ? Direction::Up : Direction::Down;
+}
+
+unsigned sizeOf(int steps) {
+    return static_cast<unsigned>(std::abs(steps));
+}
+
 Text counted(std::size_t count, TextView one, TextView many) {
     return decimal(static_cast<std::int64_t>(count)) + Text(count == 1 ? one : many);
 }
@@ -39,56 +49,65 @@ Text counted(std::size_t count, TextView one, TextView many) {
 
 // ---- The key change ---------------------------------------------------------------------------
 
-ChooseOthers KeyWork::chooseOthers(Direction direction, Spelling spelling) {
+ChooseOthers KeyWork::chooseOthers(int steps, Spelling spelling) {
     return [=, this](const LeftOver& found, TextView song) {
         found_ = found;
         misread_ = found.misreadsB       ? Misread::FlatB
                    : found.misreadsNames ? Misread::Names
                                          : Misread::No;
         words_.clear();
-        keys_.clear();
         const KeyDebt& debt = documents_.songMemory().lines;
         const std::vector<Selection> places = linePlaces(song);
         for (const std::size_t line : found.changedWords) {
             if (!debt.isLeftAlone(line))
                 words_.push_back({line, {}, rtftext_.piecesOf(places[line])});
         }
-        for (const KeyLine& line : found.keyLines)
-            keys_.push_back({line.number, Text(textAt(song, places[line.number])), {}});
-        return debt.othersOfKeyChange(found, direction, spelling, 1, movesAll());
+        return debt.othersOfKeyChange(found, directionOf(steps), spelling, sizeOf(steps),
+                                      movesAll());
     };
 }
 
-void KeyWork::move(Direction direction, Spelling spelling, bool followsKey,
+KeyWay KeyWork::way(Spelling spelling, bool followsKey) const {
+    return {key(), documents_.songMemory().side,
+            followsKey ? std::nullopt : std::optional(spelling), others_ == OtherLines::Move};
+}
+
+void KeyWork::move(int steps, Spelling spelling, bool followsKey,
                    const std::function<void()>& lineDone) {
     spelling_ = spelling;
     unsure_.clear();
     toldOf_.reset();
     if (!followsKey) {
-        const KeyChange change(direction, spelling);
-        return changeDocumentKey(rtftext_, change, lineDone, chooseOthers(direction, spelling));
+        const KeyChange change(directionOf(steps), spelling, sizeOf(steps));
+        return changeDocumentKey(rtftext_, change, lineDone, chooseOthers(steps, spelling));
     }
-    const FoundKey found = key();
-    const Spelling side = documents_.songMemory().side;
-    const int steps = direction == Direction::Up ? 1 : -1;
-    // What is moved by a table has the accidentals of the new signature.
-    if (found.first)
-        spelling_ =
-            fifthsOf(movedKey(*found.first, steps), side) < 0 ? Spelling::Flats : Spelling::Sharps;
-    if (!found.key && found.first)
-        unsure_ = keyInWords(found, side);
-    followKeyInDocument(rtftext_, found, steps, side, lineDone, chooseOthers(direction, spelling_));
+    const KeyWay goal = way(spelling, followsKey);
+    spelling_ = goal.found.first ? spellingOf(goal, steps) : spelling;
+    if (!goal.found.key && goal.found.first)
+        unsure_ = keyInWords(goal.found, goal.side);
+    followKeyInDocument(rtftext_, goal.found, steps, goal.side, lineDone,
+                        chooseOthers(steps, spelling_));
 }
 
+// A line that states a key which is no longer that of the song is read as the one that it owes.
 FoundKey KeyWork::key() const {
-    const std::optional<Key> told = documents_.songMemory().key;
-    if (!told)
-        return findKey(rtftext_.text().chars);
     FoundKey found;
-    found.key = found.first = told;
-    found.percent = 100;
-    found.isStated = true;
-    return found;
+    const SongMemory& memory = documents_.songMemory();
+    if (memory.key) {
+        found.key = found.first = memory.key;
+        found.percent = 100;
+        found.isStated = true;
+        return found;
+    }
+    Text song = rtftext_.text().chars;
+    std::replace(song.begin(), song.end(), u'\v', u'\r');
+    const SongChords read = readSongChords(song);
+    std::optional<Key> stated;
+    if (read.stated) {
+        const auto behind = static_cast<int>(memory.lines.stepsBehind(read.stated->line));
+        stated = movedKey(read.stated->key, behind);
+    }
+    return findKey(read.chords, stated);
 }
 
 void KeyWork::tellKey(std::optional<Key> key) {
@@ -106,8 +125,10 @@ void KeyWork::respell() {
     });
 }
 
-void KeyWork::keyChanged(Direction direction) {
+void KeyWork::keyChanged(int steps) {
     const Spelling spelling = spelling_;
+    const Direction direction = directionOf(steps);
+    const unsigned size = sizeOf(steps);
     if (!words_.empty()) {
         const Text song = rtftext_.text().chars;
         const std::vector<Selection> places = linePlaces(song);
@@ -120,13 +141,13 @@ void KeyWork::keyChanged(Direction direction) {
                        return LeftOverLine{line, {}, false};
                    });
     documents_.changeSongMemory([&](SongMemory& debt) {
-        debt.diagrams.keyChanged(direction, spelling, 1, diagrams);
-        debt.lines.keyChanged(direction, spelling, 1,
-                              movesAll() ? std::span<const LeftOverLine>() : found_.lines);
+        debt.diagrams.keyChanged(direction, spelling, size, diagrams);
+        debt.lines.keyChanged(direction, spelling, size,
+                              movesAll() ? std::vector<LeftOverLine>() : linesWithKeys(found_));
         if (movesAll())
             debt.lines.moved();
         if (debt.key)
-            debt.key = movedKey(*debt.key, direction == Direction::Up ? 1 : -1);
+            debt.key = movedKey(*debt.key, steps);
     });
     if (movesAll())
         moveDiagrams(spelling);
@@ -199,7 +220,6 @@ void KeyWork::putBack() {
 
 void KeyWork::songReplaced() {
     words_.clear();
-    keys_.clear();
     found_ = {};
     unsure_.clear();
     misread_ = Misread::No;
@@ -299,24 +319,41 @@ void KeyWork::dropUntrue(std::vector<NamedLine>& lines, TextView song) const {
     });
 }
 
-void KeyWork::addNotesOnNamed(std::vector<StatusNote>& notes, TextView song) {
+void KeyWork::addNoteOnWords(std::vector<StatusNote>& notes, TextView song) {
     dropUntrue(words_, song);
-    dropUntrue(keys_, song);
+    if (words_.empty())
+        return;
+    const std::vector<Selection> lines = linePlaces(song);
+    std::vector<Selection> places(words_.size());
+    std::transform(words_.begin(), words_.end(), places.begin(),
+                   [&](const NamedLine& line) { return lines[line.number]; });
+    notes.push_back(
+        {counted(words_.size(), u" line of words was changed", u" lines of words were changed"),
+         {show(std::move(places)),
+          {words_.size() == 1 ? u"Put It Back" : u"Put Them Back", [this] { putBack(); }}}});
+}
+
+// Lines of chords are counted; a line that states a key is named.
+void KeyWork::addNotesOnLines(std::vector<StatusNote>& notes, TextView song) {
+    if (documents_.songMemory().lines.isZero())
+        return;
+    const LeftOver found = leftOverInDocument(rtftext_);
     const std::vector<Selection> places = linePlaces(song);
-    const auto placesOf = [&](const std::vector<NamedLine>& lines) {
-        std::vector<Selection> found(lines.size());
-        std::transform(lines.begin(), lines.end(), found.begin(),
-                       [&](const NamedLine& line) { return places[line.number]; });
-        return found;
-    };
-    if (!words_.empty())
+    std::vector<Selection> left;
+    std::vector<Selection> keys;
+    for (const OtherMove& move : behind(found, song)) {
+        const std::size_t number = move.line.number;
+        const auto isThis = [&](const auto& line) { return line.number == number; };
+        const bool statesKey = std::any_of(found.keyLines.begin(), found.keyLines.end(), isThis) &&
+                               std::none_of(found.lines.begin(), found.lines.end(), isThis);
+        (statesKey ? keys : left).push_back(places[number]);
+    }
+    if (!left.empty())
+        notes.push_back(noteOnLines(found, std::move(left)));
+    if (!keys.empty())
         notes.push_back(
-            {counted(words_.size(), u" line of words was changed", u" lines of words were changed"),
-             {show(placesOf(words_)),
-              {words_.size() == 1 ? u"Put It Back" : u"Put Them Back", [this] { putBack(); }}}});
-    if (!keys_.empty())
-        notes.push_back({quoted(trimmed(keys_.front().now)) + u" names the key before",
-                         {show(placesOf(keys_))}});
+            {quoted(trimmed(textAt(song, keys.front()))) + u" names the key before",
+             {{u"Move Them Too", [this] { moveOthers(); }, !found.hasH}, show(std::move(keys))}});
 }
 
 void KeyWork::tell() {
@@ -329,27 +366,21 @@ void KeyWork::tell() {
     toldOf_ = misread_ != Misread::No || !unsure_.empty() ? std::optional(song) : std::nullopt;
     if (misread_ != Misread::No)
         notes.push_back(noteOnMisread());
-    if (!documents_.songMemory().lines.isZero()) {
-        const LeftOver found = leftOverInDocument(rtftext_);
-        const std::vector<Selection> places = linePlaces(song);
-        std::vector<Selection> left;
-        for (const OtherMove& move : behind(found, song))
-            left.push_back(places[move.line.number]);
-        if (!left.empty())
-            notes.push_back(noteOnLines(found, std::move(left)));
-    }
+    addNotesOnLines(notes, song);
     if (std::vector<Selection> diagrams = diagramsBehind(); !diagrams.empty())
         notes.push_back({counted(diagrams.size(), u" diagram shows the old chord",
                                  u" diagrams show the old chords"),
                          {{u"Move Them Too", [this] { moveOthers(); }}, show(diagrams)}});
-    addNotesOnNamed(notes, song);
+    addNoteOnWords(notes, song);
     if (!unsure_.empty())
         notes.push_back({u"The key is not sure (" + unsure_ +
                              u"): accidentals are of the kind that fits it better",
                          {}});
-    const FoundKey found = key();
-    shell_.sayKey(found.first ? u"Key: " + keyInWords(found, documents_.songMemory().side)
-                              : Text());
+    shownKey_ = key();
+    const auto capo = findCapo(song);
+    const Text words = keyAndCapo(shownKey_, documents_.songMemory().side,
+                                  capo ? std::optional(capo->fret) : std::nullopt);
+    shell_.sayKey(words.empty() ? words : u"Key: " + words);
     isStale_ = false;
     shell_.say(std::move(notes));
 }

@@ -8,6 +8,7 @@
 #include "app/StatusLine.h"
 #include "base/ProgramSettings.h"
 #include "chords/DocumentKey.h"
+#include "chords/KeyGoal.h"
 #include "platform/RichEdit.h"
 
 namespace melvorin {
@@ -33,13 +34,21 @@ class KeyWork {
     void setOthers(OtherLines choice) { others_ = choice; }
     OtherLines others() const { return others_; }
 
-    // Moves the song by a half step, with accidentals of one kind or such as follow its key; notes
-    // what it leaves over and what it changes without being asked to.
-    void move(Direction direction, Spelling spelling, bool followsKey,
-              const std::function<void()>& lineDone);
+    // Moves the song by so many half steps, down below 0, with accidentals of one kind or such as
+    // follow its key; notes what it leaves over and what it changes without being asked to.
+    void move(int steps, Spelling spelling, bool followsKey, const std::function<void()>& lineDone);
     // It has been made, and is still to be recorded: moves what else belongs to its step, and keeps
     // how far the rest is behind.
-    void keyChanged(Direction direction);
+    void keyChanged(int steps);
+    // How a key change would go about it.
+    KeyWay way(Spelling spelling, bool followsKey) const;
+    // The song with blanks for its diagrams.
+    Text writing() const;
+    // As a part of a step that is still to be recorded: the song tells of a capo at this fret, or
+    // of none for 0, and of what it sounds in where that is known. A new line has this face.
+    void writeCapo(int fret, TextView sounds, TextView face);
+    // Why the chord at a position is called as it is (KeySpelling.h); empty where nothing tells.
+    Text reasonAt(std::int32_t position) const;
     // Calls the notes of the song by its key, as a step of its own.
     void respell();
     // The key of the song: the one that the user has told, or what is found.
@@ -59,20 +68,21 @@ class KeyWork {
     void idle();
 
   private:
-    // A line that a key change took for chords, or which names the former key.
+    // A line that a key change took for chords.
     struct NamedLine {
         std::size_t number = 0;
         Text now;
         std::vector<RichEdit::Piece> before;
     };
 
-    ChooseOthers chooseOthers(Direction direction, Spelling spelling);
+    ChooseOthers chooseOthers(int steps, Spelling spelling);
     bool movesAll() const { return others_ == OtherLines::Move && !found_.hasH; }
     void moveDiagrams(Spelling spelling);
     std::vector<OtherMove> behind(const LeftOver& found, TextView song) const;
     StatusNote noteOnLines(const LeftOver& found, std::vector<Selection> places);
     StatusNote::Action show(std::vector<Selection> places);
-    void addNotesOnNamed(std::vector<StatusNote>& notes, TextView song);
+    void addNotesOnLines(std::vector<StatusNote>& notes, TextView song);
+    void addNoteOnWords(std::vector<StatusNote>& notes, TextView song);
     void dropUntrue(std::vector<NamedLine>& lines, TextView song) const;
     std::vector<Selection> diagramsBehind() const;
     void putBack();
@@ -87,11 +97,11 @@ class KeyWork {
     Spelling spelling_ = Spelling::Sharps;
     LeftOver found_;                // by the key change that is under way
     std::vector<NamedLine> words_;  // changed by the last one
-    std::vector<NamedLine> keys_;   // that name the key before it
+    FoundKey shownKey_;             // as the status line has it
     // The last key change read names in another way than the song does, and whether it was undone.
     enum class Misread { No, Names, FlatB, Undone };
     Misread misread_ = Misread::No;
-    Text unsure_;                   // the keys that it may be, where accidentals were to follow it
+    Text unsure_;  // the keys that it may be, where accidentals were to follow it
     // The song for which these two hold; nothing while a command is still to be told of.
     std::optional<Text> toldOf_;
     bool isStale_ = false;

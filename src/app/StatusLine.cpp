@@ -18,6 +18,8 @@ constexpr int kLeastMessage = 60;
 // Wide enough for most places, so that nothing moves from line to line.
 constexpr wchar_t kUsualPlace[] = L"Line 8888, Column 88: tablature";
 
+constexpr TextView kTellKey = u"Tell the key of this song";
+
 int lineHeight() {
     const WindowDc screen(nullptr);
     const SelectedObject font(screen.get(), uiFont());
@@ -57,10 +59,11 @@ bool StatusLine::create(HWND parent) {
     for (std::size_t i = 0; i < kActions; ++i)
         buttons_[i].create(handle(), kFirstAction + static_cast<int>(i), {}, {});
     next_.create(handle(), kNext, {}, {});
-    place_ = windowOf(label(L"", oneLine, kPlace));
+    // It has a tip at times.
+    place_ = windowOf(label(L"", oneLine | SS_NOTIFY, kPlace));
     key_.create(handle(), kKey, {}, {});
     melvorin::show(key_.handle(), false);
-    addTip(key_.handle(), u"Tell the key of this song");
+    addTip(key_.handle(), kTellKey);
     zoom_.create(handle(), kZoom, {}, u"100 %");
     addTip(zoom_.handle(), u"Back to 100 % (Ctrl+0)");
     showNote();
@@ -137,6 +140,14 @@ void StatusLine::tellKey(TextView key) {
     arrange();
 }
 
+void StatusLine::tellReason(TextView reason) {
+    if (reason_ == reason)
+        return;
+    reason_ = reason;
+    addTip(place_, reason);
+    addTip(key_.handle(), reason.empty() ? kTellKey : reason);
+}
+
 void StatusLine::enter() {
     if (const HWND first = ::GetNextDlgTabItem(handle(), nullptr, FALSE))
         ::SetFocus(first);
@@ -196,7 +207,7 @@ LRESULT StatusLine::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void StatusLine::onCommand(int id, int event) {
-    if (event != BN_CLICKED)
+    if (event != BN_CLICKED || id == kPlace)
         return;
     const std::vector<StatusNote> notes = notes_;
     const auto action = static_cast<std::size_t>(id - kFirstAction);

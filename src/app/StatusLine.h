@@ -53,6 +53,9 @@ class StatusLine : public Form {
     void tellZoom(int percent);
     // "Key: G"; empty where there is none to tell.
     void tellKey(TextView key);
+    // Why the chord at the caret is called as it is: the tip over the place and the key. Empty
+    // where there is nothing to say.
+    void tellReason(TextView reason);
     // The keyboard comes to the first button.
     void enter();
 
@@ -60,6 +63,7 @@ class StatusLine : public Form {
     Text message() const { return windowText(message_); }
     Text placeText() const { return windowText(place_); }
     Text keyText() const { return windowText(key_.handle()); }
+    const Text& reason() const { return reason_; }
     const std::vector<StatusNote>& notes() const { return notes_; }
 
   private:
@@ -80,6 +84,7 @@ class StatusLine : public Form {
     HWND place_ = nullptr;
     std::vector<StatusNote> notes_;
     std::size_t current_ = 0;
+    Text reason_;
     bool shown_ = false;
 };
 

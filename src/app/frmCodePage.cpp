@@ -45,10 +45,7 @@ Cell frmCodePage::createList() {
 Cell frmCodePage::createPreview() {
     const Cell preview =
         edit(kPreview, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
-    previewFont_.reset(::CreateFontW(-::MulDiv(kEditorFontPoints, systemDpi(), 72), 0, 0, 0,
-                                     FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                                     OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                                     FIXED_PITCH | FF_MODERN, wide(editorFontFace(services_))));
+    previewFont_.reset(songFont(editorFontFace(services_), kEditorFontPoints));
     ::SendMessageW(windowOf(preview), WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()),
                    FALSE);
     return preview.least(390, 230).grows(1, 1);

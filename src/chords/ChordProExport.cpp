@@ -35,7 +35,7 @@ std::vector<Cluster> clustersOf(TextView line) {
 }
 
 // The words with the chords in brackets at their columns, behind the end of the words too.
-Text withBrackets(TextView chords, TextView words) {
+Text withBrackets(TextView chords, TextView words, const SongChordNames& names) {
     Text line;
     CellReader reader(words);
     CellCharacter character;
@@ -52,7 +52,7 @@ Text withBrackets(TextView chords, TextView words) {
             line.append(cluster.column - cells, u' ');
             cells = cluster.column;
         }
-        line.append(u"[").append(cluster.text).append(u"]");
+        line.append(u"[").append(names(cluster.text)).append(u"]");
     }
     return more ? line.append(words.substr(character.index)) : line;
 }
@@ -89,7 +89,7 @@ Text withWordsJoined(TextView line) {
 
 class Exporter {
   public:
-    explicit Exporter(TextView chart) : song_(importSong(chart)) {}
+    Exporter(TextView chart, ChordNames names) : song_(importSong(chart)), names_(chart, names) {}
     Text run();
 
   private:
@@ -101,6 +101,10 @@ class Exporter {
     void enterTablature(bool inside, TextView end);
 
     SongImport song_;
+    // What comes back is told by the letters: a line alone does not tell by which names it is
+    // written.
+    const SongChordNames asWritten_{{}, ChordNames::House};
+    SongChordNames names_;
     Text result_;
     bool inTablature_ = false;
 };
@@ -155,20 +159,21 @@ bool Exporter::putChords(std::size_t number) {
     const bool hasWords =
         !last && !trimmed(words).empty() && song_.source[number + 1].verdict == LineVerdict::Lyrics;
     if (hasWords) {
-        const Text both = withBrackets(line.text, words);
+        const Text both = withBrackets(line.text, words, asWritten_);
         const Text joined = withWordsJoined(both);
         const auto fits = [&](const Text& exported) {
             return !exported.starts_with(u'#') && comesBack(exported, line.text, words);
         };
         const bool isJoined = joined != both && fits(joined);
         if (isJoined || fits(both)) {
-            putLine(isJoined ? joined : both, song_.source[number + 1].end);
+            const Text named = withBrackets(line.text, words, names_);
+            putLine(isJoined ? withWordsJoined(named) : named, song_.source[number + 1].end);
             return true;
         }
     }
-    const Text alone = withBrackets(line.text, u"");
+    const Text alone = withBrackets(line.text, u"", asWritten_);
     if (comesBack(alone, line.text, u""))
-        putLine(alone, line.end);
+        putLine(withBrackets(line.text, u"", names_), line.end);
     else
         put(line.text, line);
     return false;
@@ -219,8 +224,8 @@ Text Exporter::run() {
 
 }  // namespace
 
-Text exportChordPro(TextView chart) {
-    return Exporter(chart).run();
+Text exportChordPro(TextView chart, ChordNames names) {
+    return Exporter(chart, names).run();
 }
 
 }  // namespace melvorin

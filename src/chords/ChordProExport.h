@@ -2,13 +2,15 @@
 #pragma once
 
 #include "base/Text.h"
+#include "chords/ChordNames.h"
 
 namespace melvorin {
 
 // The chart as a ChordPro song: every chord in brackets in front of its syllable, the first line
 // as the title where it can be one, labels as comments, tablature in its environment. Importing the
 // result gives the chart back, up to blanks at line ends, where its chords are in the house's
-// spelling already; others come back in it. Lines end as they do in the chart.
-Text exportChordPro(TextView chart);
+// spelling already; others come back in it. Lines end as they do in the chart. By other names than
+// the house's the chords stand in the same places; what is not a chord in brackets keeps its words.
+Text exportChordPro(TextView chart, ChordNames names = ChordNames::House);
 
 }  // namespace melvorin

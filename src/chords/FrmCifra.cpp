@@ -5,6 +5,7 @@
 #include "chords/TakenSong.h"
 #include "platform/Handles.h"
 
+#include <cstdlib>
 #include <utility>
 
 namespace melvorin {
@@ -22,9 +23,9 @@ constexpr std::int64_t kFrameMs = 15;  // no screen shows more than one picture 
 
 }  // namespace
 
-bool FrmCifra::changeKey(HWND owner, Direction direction, int& halfSteps, MoveSong move) {
+bool FrmCifra::changeKey(HWND owner, int steps, int& halfSteps, MoveSong move) {
     move_ = std::move(move);
-    direction_ = direction;
+    steps_ = steps;
     halfSteps_ = &halfSteps;
     progress_ = 0;
     changed_ = false;
@@ -63,11 +64,13 @@ bool FrmCifra::createWindow(HWND owner) {
     spec.style &= ~DWORD{WS_SYSMENU};
     if (!createForm(spec))
         return false;
-    const Cell words = label(direction_ == Direction::Up ? L"Going up a half step..."
-                                                         : L"Going down a half step...");
+    const int count = std::abs(steps_);
+    const Text words = Text(steps_ > 0 ? u"Going up " : u"Going down ") +
+                       (count == 1 ? Text(u"a half step...") : decimal(count) + u" half steps...");
+    const Cell title = label(wide(words));
     const Cell bar = control(PROGRESS_CLASSW, L"", 0, -1);
     bar_ = windowOf(bar);
-    layOut(columnOf({words, bar.least(kBarWidth, kBarHeight)}), owner);
+    layOut(columnOf({title, bar.least(kBarWidth, kBarHeight)}), owner);
     return true;
 }
 
@@ -108,7 +111,7 @@ void FrmCifra::onStartTimer() {
             if (progress_ <= kFull - kPerLine)
                 setProgress(progress_ + kPerLine);
         });
-        *halfSteps_ += direction_ == Direction::Up ? 1 : -1;
+        *halfSteps_ += steps_;
         changed_ = true;
     } catch (const std::exception& error) {
         reportFailure(services_.messages, u"The key of this song cannot be changed (" +

@@ -7,7 +7,6 @@
 #include "base/Services.h"
 #include "chords/ChordLookup.h"
 #include "chords/DocumentKey.h"
-#include "chords/Transpose.h"
 #include "platform/Form.h"
 #include "platform/RichEdit.h"
 
@@ -17,14 +16,14 @@ class FrmCifra : public Form {
   public:
     using Form::Form;
 
-    // Has the song moved by a half step and returns when the window is gone again. The
-    // editor sends no change event meanwhile. False when it could not be done; the song is then as
-    // it was, and the user has been told. `halfSteps` is the run's counter; it is raised by
-    // one for a step up and lowered for a step down.
+    // Has the song moved by `steps` half steps, down below 0, and returns when the window is gone
+    // again. The editor sends no change event meanwhile. False when it could not be done; the song
+    // is then as it was, and the user has been told. `halfSteps` is the run's counter, to which the
+    // steps are added.
     // `move` does it, and tells of every line that is done; what it throws leaves the song as it
     // was.
     using MoveSong = std::function<void(const std::function<void()>& lineDone)>;
-    bool changeKey(HWND owner, Direction direction, int& halfSteps, MoveSong move);
+    bool changeKey(HWND owner, int steps, int& halfSteps, MoveSong move);
 
     // Shows the creator of charts over the selected lines or the whole song and puts its result
     // into `rtftext`, in their place or where the selection is, as one step. The editor sends no
@@ -42,7 +41,7 @@ class FrmCifra : public Form {
     bool createWindow(HWND owner);
 
     HWND bar_ = nullptr;
-    Direction direction_ = Direction::Up;
+    int steps_ = 1;
     int* halfSteps_ = nullptr;
     MoveSong move_;
     bool changed_ = false;

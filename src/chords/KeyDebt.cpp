@@ -40,11 +40,11 @@ std::string_view takeWord(std::string_view& text) {
     return word;
 }
 
-const LeftOverLine* leftOverAt(const LeftOver& found, std::size_t number) {
+const LeftOverLine* leftOverAt(const std::vector<LeftOverLine>& lines, std::size_t number) {
     const auto line =
-        std::lower_bound(found.lines.begin(), found.lines.end(), number,
+        std::lower_bound(lines.begin(), lines.end(), number,
                          [](const LeftOverLine& l, std::size_t n) { return l.number < n; });
-    return line == found.lines.end() || line->number != number ? nullptr : &*line;
+    return line == lines.end() || line->number != number ? nullptr : &*line;
 }
 
 }  // namespace
@@ -90,6 +90,13 @@ void KeyDebt::keyChanged(Direction direction, Spelling spelling, unsigned steps,
 void KeyDebt::moved() {
     for (Line& line : lines_)
         line.behind = 0;
+    dropEmpty();
+}
+
+void KeyDebt::moved(std::size_t line) {
+    if (find(line) == nullptr)
+        return;
+    at(line).behind = 0;
     dropEmpty();
 }
 
@@ -156,10 +163,11 @@ KeyDebt KeyDebt::parse(std::string_view text) {
 
 std::vector<OtherMove> linesBehind(const KeyDebt& debt, const LeftOver& found, TextView song) {
     std::vector<OtherMove> moves;
+    const std::vector<LeftOverLine> others = linesWithKeys(found);
     std::size_t number = 0;
     for (TextView rest = song; !debt.isZero() && !rest.empty(); ++number) {
         const TextView line = takeEditorLine(rest).chars;
-        const LeftOverLine* const left = leftOverAt(found, number);
+        const LeftOverLine* const left = leftOverAt(others, number);
         const bool isChords =
             IsChordLine(line) && std::any_of(line.begin(), line.end(), isNoteLetter);
         if (const auto change = debt.changeOf(number); change && (left != nullptr || isChords))
@@ -174,13 +182,14 @@ std::vector<OtherMove> KeyDebt::othersOfKeyChange(const LeftOver& found, Directi
     std::vector<std::size_t> numbers;
     for (const Line& line : lines_)
         numbers.push_back(line.number);
-    for (const LeftOverLine& line : found.lines)
+    const std::vector<LeftOverLine> others = linesWithKeys(found);
+    for (const LeftOverLine& line : others)
         numbers.push_back(line.number);
     std::sort(numbers.begin(), numbers.end());
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     std::vector<OtherMove> moves;
     for (const std::size_t number : numbers) {
-        const LeftOverLine* const left = leftOverAt(found, number);
+        const LeftOverLine* const left = leftOverAt(others, number);
         const bool stays = isLeftAlone(number);
         const unsigned up = (stepsBehind(number) + upwards(direction, steps)) % kOctave;
         if (stays || moveAll)

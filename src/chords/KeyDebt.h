@@ -33,6 +33,8 @@ class KeyDebt {
                     std::span<const LeftOverLine> leftOver);
     // All lines that were behind are in the key again. Lines left alone stay so.
     void moved();
+    // This one is, by another way.
+    void moved(std::size_t line);
     // A line of words that key changes are to pass over from now on.
     void leaveAlone(std::size_t line);
     bool isLeftAlone(std::size_t line) const;
@@ -75,8 +77,8 @@ class KeyDebt {
     Spelling spelling_ = Spelling::Sharps;
 };
 
-// What "Move Them Too" has to move: the lines of chords that are behind. Their number is the number
-// of lines that are not in the key of the song. `song` is the text that `found` was found in.
+// What "Move Them Too" has to move: the lines of chords that are behind, and those that state a
+// key. `song` is the text that `found` was found in.
 std::vector<OtherMove> linesBehind(const KeyDebt& debt, const LeftOver& found, TextView song);
 
 }  // namespace melvorin

@@ -123,21 +123,13 @@ struct KeyRespelling::Note {
     int fifths = 0;  // as the key has it, from the signature's major tonic
 };
 
-KeyRespelling::KeyRespelling(std::span<const SpelledLine> song, const FoundKey& found, int steps,
-                             Spelling side)
-    : song_(song.begin(), song.end()), lines_(song.size()) {
-    std::vector<Note> notes;
-    for (std::size_t number = 0; number < song_.size(); ++number) {
-        if (IsChordLine(song_[number].chars))
-            readLine(number, notes);
-    }
-    nameNotes(notes, found, steps, side);
-}
+namespace {
 
-void KeyRespelling::readLine(std::size_t number, std::vector<Note>& notes) {
-    const auto& [chars, fixed] = song_[number];
-    lines_[number].notes = noteColumns(chars, fixed);
-    for (const ColumnRange& range : lines_[number].notes) {
+// Adds the notes of a line.
+template <class Note>
+void readNotes(std::size_t number, TextView chars, std::span<const ColumnRange> ranges,
+               std::vector<Note>& notes) {
+    for (const ColumnRange& range : ranges) {
         const std::size_t end = range.column + range.length;
         // A suffix goes as far as the chord, or the next note in it.
         std::size_t behind = end;
@@ -151,8 +143,6 @@ void KeyRespelling::readLine(std::size_t number, std::vector<Note>& notes) {
                          qualityOf(chars.substr(end, behind - end)), 0});
     }
 }
-
-namespace {
 
 // From the last chord to the first, as a chord may go with its goal.
 template <class Notes>
@@ -224,6 +214,20 @@ void takeOverWritten(Notes& notes, Key key, Spelling side) {
 
 }  // namespace
 
+KeyRespelling::KeyRespelling(std::span<const SpelledLine> song, const FoundKey& found, int steps,
+                             Spelling side)
+    : song_(song.begin(), song.end()), lines_(song.size()) {
+    std::vector<Note> notes;
+    for (std::size_t number = 0; number < song_.size(); ++number) {
+        const auto& [chars, fixed] = song_[number];
+        if (!IsChordLine(chars))
+            continue;
+        lines_[number].notes = noteColumns(chars, fixed);
+        readNotes(number, chars, lines_[number].notes, notes);
+    }
+    nameNotes(notes, found, steps, side);
+}
+
 void KeyRespelling::nameNotes(std::vector<Note>& notes, const FoundKey& found, int steps,
                               Spelling side) {
     const Key key = found.first.value_or(Key());
@@ -253,6 +257,38 @@ MovedLine KeyRespelling::moveLine(std::size_t number) const {
     if (lines_[number].names.empty())
         return {Text(chars), false, {}, {}};
     return renameNotes(chars, lines_[number].names, fixed);
+}
+
+Text reasonOfName(std::span<const SpelledLine> lines, std::size_t column, const FoundKey& found,
+                  Spelling side) {
+    if (!found.key || lines.empty() || !IsChordLine(lines[0].chars))
+        return {};
+    std::vector<KeyRespelling::Note> notes;
+    std::optional<std::size_t> asked;
+    for (std::size_t number = 0; number < lines.size(); ++number) {
+        const auto& [chars, fixed] = lines[number];
+        if (!IsChordLine(chars))
+            continue;
+        const std::vector<ColumnRange> ranges = noteColumns(chars, fixed);
+        for (std::size_t i = 0; number == 0 && i < ranges.size() && ranges[i].column <= column; ++i)
+            asked = i;
+        readNotes(number, chars, ranges, notes);
+    }
+    if (!asked)
+        return {};
+    const TextView line = lines[0].chars;
+    const std::size_t begin = static_cast<std::size_t>(notes[*asked].written.data() - line.data());
+    const std::size_t end = std::min(column, line.size());
+    const TextView between = line.substr(begin, end - begin);
+    if (std::any_of(between.begin(), between.end(), isTokenSeparator))
+        return {};
+    findFifths(notes, *found.key);
+    const auto& note = notes[*asked];
+    const TextView name = noteNameIn(*found.key, side, note.fifths);
+    Text reason(note.written);
+    reason.append(u": ").append(degreeName(*found.key, note.fifths)).append(u" of ");
+    reason.append(keyName(*found.key, side));
+    return name == note.written ? reason : reason.append(u", which is ").append(name);
 }
 
 Spelling sideOf(TextView song) {

@@ -49,6 +49,12 @@ struct SpelledLine {
     std::span<const ColumnRange> fixed;
 };
 
+// Why a chord is called as it is: "Ab: bVI of C", of the one whose characters the column of a line
+// lies among or right behind; where the song calls it otherwise, "G#: bVI of C, which is Ab". Empty
+// where there is no chord, or the key is not sure. The lines are that one and some that follow it.
+Text reasonOfName(std::span<const SpelledLine> lines, std::size_t column, const FoundKey& found,
+                  Spelling side);
+
 // Where the roots and basses of a line stand, and what they are called.
 struct LineNames {
     std::vector<ColumnRange> notes;
@@ -72,9 +78,9 @@ class KeyRespelling {
     // is.
     MovedLine moveLine(std::size_t number) const;
 
-  private:
     struct Note;
-    void readLine(std::size_t number, std::vector<Note>& notes);
+
+  private:
     void nameNotes(std::vector<Note>& notes, const FoundKey& found, int steps, Spelling side);
 
     std::vector<SpelledLine> song_;

@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <iterator>
 
+#include "chords/CapoLine.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordSpelling.h"
+#include "chords/KeyReading.h"
 #include "chords/KeyStatement.h"
 #include "chords/Note.h"
 #include "chords/SongImport.h"
@@ -173,6 +175,7 @@ class Search {
 
   private:
     bool lookBriefly();
+    void addKeyLines(std::size_t number, TextView line);
     void addLine(std::size_t number, const SourceLine& line, std::span<const ImportedChord> chords);
     void lookForOtherNames(std::span<const ImportedChord> chords);
     TextView originalOf(TextView line) const {
@@ -185,6 +188,17 @@ class Search {
     LeftOver result_;
 };
 
+void Search::addKeyLines(std::size_t number, TextView line) {
+    if (const auto note = statedKey(line)) {
+        const auto stated = readStatedKey(line);
+        const bool isGerman = (stated && stated->isGerman) ||
+                              TextView(u"Hh").find(line[note->column]) != TextView::npos;
+        result_.keyLines.push_back({number, *note, isGerman});
+    }
+    if (const auto capo = readCapo(line); capo && capo->sounding.length > 0)
+        result_.keyLines.push_back({number, capo->sounding});
+}
+
 // Finds the statements of the key; true where the song has to be imported for the rest.
 bool Search::lookBriefly() {
     bool found = false;
@@ -195,8 +209,7 @@ bool Search::lookBriefly() {
             found = found || (hasNoteLetter(line) && importSong(line).chords.empty());
             continue;
         }
-        if (const auto note = statedKey(originalOf(line)))
-            result_.keyLines.push_back({number, *note});
+        addKeyLines(number, originalOf(line));
         found = found || mayBeLeftOver(line);
     }
     return found;
@@ -269,6 +282,27 @@ LeftOver Search::run() {
 
 LeftOver findLeftOver(TextView song, std::span<const ColumnRange> pictures) {
     return Search(song, pictures).run();
+}
+
+std::vector<LeftOverLine> linesWithKeys(const LeftOver& found) {
+    std::vector<LeftOverLine> lines = found.lines;
+    for (const KeyLine& key : found.keyLines) {
+        const auto at =
+            std::lower_bound(lines.begin(), lines.end(), key.number,
+                             [](const LeftOverLine& l, std::size_t n) { return l.number < n; });
+        if (at == lines.end() || at->number != key.number) {
+            // As with chords in brackets the words around the note have no columns.
+            const GermanSigns signs = key.isGerman ? GermanSigns::Endings : GermanSigns::None;
+            lines.insert(at, {key.number, {key.note}, true, signs, key.isGerman});
+            continue;
+        }
+        const auto behind =
+            std::find_if(at->notes.begin(), at->notes.end(),
+                         [&](const ColumnRange& n) { return n.column >= key.note.column; });
+        if (behind == at->notes.end() || behind->column > key.note.column)
+            at->notes.insert(behind, key.note);
+    }
+    return lines;
 }
 
 bool mayBeLeftOver(TextView line) {

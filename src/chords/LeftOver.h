@@ -33,10 +33,12 @@ struct LeftOverLine {
     friend bool operator==(const LeftOverLine&, const LeftOverLine&) = default;
 };
 
-// A line that states the key of the song, and where its note stands.
+// A line that states the key of the song, or the one that it sounds in with its capo, and where
+// that note stands.
 struct KeyLine {
     std::size_t number = 0;
     ColumnRange note;
+    bool isGerman = false;  // "B-Dur", "fis-moll", "H"
 
     friend bool operator==(const KeyLine&, const KeyLine&) = default;
 };
@@ -45,7 +47,7 @@ struct LeftOver {
     std::vector<LeftOverLine> lines;
     // Numbers of the lines of words that a key change moves: "Bad Dad".
     std::vector<std::size_t> changedWords;
-    // Lines that state the key; those are not among `lines`.
+    // Lines that state a key; those without chords are not among `lines`.
     std::vector<KeyLine> keyLines;
     // Numbers of the lines with chord diagrams, which a key change of their letters leaves. Only
     // what looks at a document with its fonts knows them.
@@ -61,6 +63,9 @@ struct LeftOver {
     // Such a song writes "Bb" too, so what its B means is open; its other lines cannot be moved.
     bool hasH = false;
 };
+
+// The lines left over, and those that state a key as such lines; by number, each once.
+std::vector<LeftOverLine> linesWithKeys(const LeftOver& found);
 
 // A line that does not go with the key change of the others: one left over that is moved as well,
 // a line of either kind that is behind, or one that is to stay.

@@ -6,12 +6,15 @@
 #include "base/TabExpansion.h"
 #include "chords/Chart.h"
 #include "chords/ChordProExport.h"
+#include "chords/KeyGoal.h"
 #include "chords/KeySpelling.h"
 #include "chords/LeftOver.h"
 #include "chords/SongImport.h"
 #include "chords/SuffixNormaliser.h"
+#include "cli/CapoReport.h"
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
+#include "dictionary/BookGrips.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {
@@ -32,9 +35,11 @@ constexpr std::string_view helpText =
     "  melvorin-cli normalize [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli import [--verdicts] [--plain-b flat|natural]\n"
     "                      [--plain-ninth seventh|added] [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli export-chordpro [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli export-chordpro [--names nashville|german|solfege]\n"
+    "                               [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli key [--output FILE] [--encoding NAME] [FILE...]\n"
     "  melvorin-cli respell [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli capo [--database FILE] [--output FILE] [--encoding NAME] [FILE...]\n"
     "  melvorin-cli chord [--database FILE] [--output FILE] (NAME... | --list)\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
@@ -69,6 +74,10 @@ constexpr std::string_view helpText =
     "counted from 1, and the new key. respell writes the roots and basses of a chart as\n"
     "its key has them, and moves nothing.\n"
     "\n"
+    "capo prints a line for each fret from 0 to 9, the easiest first: FILE, fret, the key\n"
+    "of the shapes, the key that it sounds in, and how many chords of the song are open\n"
+    "grips there, barres, closed grips and none that the chord database has.\n"
+    "\n"
     "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
     "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
     "right as column:chord; columns count from 0.\n"
@@ -80,7 +89,8 @@ constexpr std::string_view helpText =
     "C13 mean, a song tells by its other chords; --plain-b says that B is B flat (as\n"
     "where H is B) or natural, --plain-ninth that C9 has a seventh or is C with an added\n"
     "ninth. export-chordpro writes a chart as a ChordPro song, whose import is the\n"
-    "chart again.\n"
+    "chart again. With --names its chords are numbers of the scale (5(7), 6m, 1/3; of a\n"
+    "minor key by its relative major), German names (H, B, Fis) or Do, Re, Mi.\n"
     "\n"
     "normalize writes the text with its chord suffixes in one spelling: C7M as C7+,\n"
     "A-7 as Am7, C/3 as C/E. It looks at every line, also at lyrics.\n"
@@ -252,14 +262,20 @@ class Run {
     bool rewriteParts(const std::function<Text(Text)>& edit);
     bool rewriteSong(const std::function<Text(TextView)>& edit);
     bool import();
+    bool exportChordPro();
     bool keys();
+    bool capos();
     bool respell();
     bool chords();
     bool print(std::string_view bytes);
 
   private:
     bool rewriteOne(const Rewrite& rewrite, const Text* file);
-    bool describeKey(const Text* file, std::string& report);
+    // Adds what `tell` says about each song to a report, which is written.
+    using Tell = std::function<std::string(TextView name, TextView song)>;
+    bool report(const Tell& tell);
+    bool reportOne(const Text* file, const Tell& tell, std::string& report);
+    Text databasePath();
     const NamedEncoding* named() const { return request_.encoding ? &*request_.encoding : nullptr; }
     Result<std::string> read(const Text* file);
     bool write(const Text* file, std::string_view bytes);
@@ -317,36 +333,24 @@ bool Run::transpose() {
     });
 }
 
-// What a key change leaves over has no names by the key: it takes the kind of its signature.
+// A line that states the key goes along, also where the other lines are left.
 Text Run::followed(TextView chart) {
-    const int way = *request_.direction == Direction::Up ? 1 : -1;
-    const int steps = way * static_cast<int>(request_.steps);
-    const FoundKey found = findKey(chart);
-    const Spelling side = sideOf(chart);
-    Text moved = followKey(chart, found, steps, side, true);
+    const int steps = static_cast<int>(request_.steps);
     const LeftOver left = findLeftOver(chart);
-    if (!request_.moveOthers || left.hasH) {
+    const KeyWay way{findKey(chart), sideOf(chart), std::nullopt, true};
+    const bool movesAll = request_.moveOthers && !left.hasH;
+    LeftOver moving;
+    moving.keyLines = left.keyLines;
+    if (movesAll) {
+        moving.lines = left.lines;
+    } else {
         std::vector<std::size_t> numbers;
         for (const LeftOverLine& line : left.lines) {
             numbers.push_back(line.number);
         }
         reportLeft(numbers);
-        return moved;
     }
-    const Key goal = movedKey(found.first.value_or(Key()), steps);
-    const bool flats = fifthsOf(goal, side) < (goal.minor ? 3 : 0);
-    const KeyChange change(*request_.direction, flats ? Spelling::Flats : Spelling::Sharps,
-                           request_.steps);
-    Text result;
-    auto other = left.lines.begin();
-    std::size_t number = 0;
-    for (TextView rest = moved; !rest.empty(); ++number) {
-        const TextLine line = takeLine(rest);
-        const bool isOther = other != left.lines.end() && other->number == number;
-        result += isOther ? moveLeftOver(line.chars, *other++, change).line : Text(line.chars);
-        result += line.end;
-    }
-    return result;
+    return movedSong(chart, way, *request_.direction == Direction::Up ? steps : -steps, moving);
 }
 
 void Run::reportLeft(const std::vector<std::size_t>& lines) {
@@ -425,24 +429,29 @@ bool Run::import() {
     });
 }
 
+bool Run::exportChordPro() {
+    return rewriteSong(
+        [this](TextView chart) { return melvorin::exportChordPro(chart, request_.names); });
+}
+
 bool Run::respell() {
     return rewriteSong(
         [](TextView chart) { return followKey(chart, findKey(chart), 0, sideOf(chart)); });
 }
 
-bool Run::keys() {
+bool Run::report(const Tell& tell) {
     std::string report;
     bool all = true;
     if (request_.files.empty()) {
-        all = describeKey(nullptr, report);
+        all = reportOne(nullptr, tell, report);
     }
     for (const Text& file : request_.files) {
-        all = describeKey(&file, report) && all;
+        all = reportOne(&file, tell, report) && all;
     }
     return write(nullptr, report) && all;
 }
 
-bool Run::describeKey(const Text* file, std::string& report) {
+bool Run::reportOne(const Text* file, const Tell& tell, std::string& report) {
     const Text name = file ? *file : Text(u"the standard input");
     const Result<std::string> bytes = read(file);
     const Result<Text> song =
@@ -450,20 +459,40 @@ bool Run::describeKey(const Text* file, std::string& report) {
     if (!song) {
         return fail(u"cannot read ", name, song.cause);
     }
-    const Spelling side = sideOf(*song.value);
-    const FoundKey found = findKey(*song.value);
-    report += toUtf8(file ? *file : u"-") + '\t' + toUtf8(keyInWords(found, side)) + '\t' +
-              std::to_string(found.percent) + '\n';
-    for (const KeyStretch& change : found.changes) {
-        report += '\t' + std::to_string(change.line + 1) + '\t' +
-                  toUtf8(keyName(change.key, side)) + '\n';
-    }
+    report += tell(file ? TextView(*file) : u"-", *song.value);
     return true;
 }
 
-bool Run::chords() {
-    const Text path = request_.database.value_or(
+bool Run::keys() {
+    return report([](TextView name, TextView song) {
+        const Spelling side = sideOf(song);
+        const FoundKey found = findKey(song);
+        std::string lines = toUtf8(name) + '\t' + toUtf8(keyInWords(found, side)) + '\t' +
+                            std::to_string(found.percent) + '\n';
+        for (const KeyStretch& change : found.changes) {
+            lines += '\t' + std::to_string(change.line + 1) + '\t' +
+                     toUtf8(keyName(change.key, side)) + '\n';
+        }
+        return lines;
+    });
+}
+
+bool Run::capos() {
+    const Text path = databasePath();
+    BookGrips grips;
+    if (const Result<Done> opened = grips.open(path); !opened) {
+        return fail(u"cannot read the chord database ", path, opened.cause);
+    }
+    return report([&](TextView name, TextView song) { return capoReport(name, song, grips); });
+}
+
+Text Run::databasePath() {
+    return request_.database.value_or(
         pathInFolder(pathInFolder(ports_.programFolder(), u"Dbase"), u"MlvDbase.db"));
+}
+
+bool Run::chords() {
+    const Text path = databasePath();
     ChordReport book;
     if (const Result<Done> opened = book.open(path); !opened) {
         return fail(u"cannot read the chord database ", path, opened.cause);
@@ -544,7 +573,7 @@ Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& ch
         return Failure{moved.cause};
     }
     TransposedSong song{std::move(*moved.value), {}};
-    if (!leavesSome) {
+    if (!leavesSome && !moveOthers) {
         return Result<TransposedSong>::success(std::move(song));
     }
     // What a line is depends on those around it, so now the whole song is looked at.
@@ -553,7 +582,7 @@ Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& ch
         const LeftOver found = findLeftOver(chart);
         move = moveOthers && !found.hasH;
         if (move) {
-            return transposeChartWith(chart, change, found.lines);
+            return transposeChartWith(chart, change, linesWithKeys(found));
         }
         for (const LeftOverLine& line : found.lines) {
             song.left.push_back(line.number);
@@ -605,13 +634,16 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
             done = run.import();
             break;
         case Command::ExportChordPro:
-            done = run.rewriteSong(exportChordPro);
+            done = run.exportChordPro();
             break;
         case Command::Key:
             done = run.keys();
             break;
         case Command::Respell:
             done = run.respell();
+            break;
+        case Command::Capo:
+            done = run.capos();
             break;
         case Command::Chord:
             done = run.chords();

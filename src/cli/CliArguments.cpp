@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 #ifdef _WIN32
@@ -58,6 +59,10 @@ class ArgumentParser {
     bool takeAccidentals();
     bool takeSteps();
     bool takeOthers();
+    bool takeNames();
+    bool readsChordBook() const {
+        return request_.command == Command::Chord || request_.command == Command::Capo;
+    }
     // For the options that stand for a value: fails where another one has been given.
     template <class Value>
     bool choose(std::optional<Value>& place, Value value, const Text& name);
@@ -73,6 +78,7 @@ class ArgumentParser {
     std::optional<Text> inlineValue_;
     std::optional<Text> steps_;
     std::optional<Text> others_;
+    std::optional<Text> names_;
     std::optional<Text> encoding_;
     std::optional<Text> accidentals_;
     CliRequest request_;
@@ -108,33 +114,27 @@ bool ArgumentParser::takeCommand() {
         return fail(u"a command is missing");
     }
     const Text& command = arguments_[next_++];
-    if (command == u"transpose") {
-        request_.command = Command::Transpose;
-    } else if (command == u"lines") {
-        request_.command = Command::Lines;
-    } else if (command == u"expand-tabs") {
-        request_.command = Command::ExpandTabs;
-    } else if (command == u"replace") {
-        request_.command = Command::Replace;
-    } else if (command == u"normalize") {
-        request_.command = Command::Normalize;
-    } else if (command == u"import") {
-        request_.command = Command::Import;
-    } else if (command == u"export-chordpro") {
-        request_.command = Command::ExportChordPro;
-    } else if (command == u"key") {
-        request_.command = Command::Key;
-    } else if (command == u"respell") {
-        request_.command = Command::Respell;
-    } else if (command == u"chord") {
-        request_.command = Command::Chord;
-    } else if (command == u"--help") {
-        request_.command = Command::Help;
-    } else if (command == u"--version") {
-        request_.command = Command::Version;
-    } else {
+    constexpr std::pair<TextView, Command> commands[] = {
+        {u"transpose", Command::Transpose},
+        {u"lines", Command::Lines},
+        {u"expand-tabs", Command::ExpandTabs},
+        {u"replace", Command::Replace},
+        {u"normalize", Command::Normalize},
+        {u"import", Command::Import},
+        {u"export-chordpro", Command::ExportChordPro},
+        {u"key", Command::Key},
+        {u"respell", Command::Respell},
+        {u"capo", Command::Capo},
+        {u"chord", Command::Chord},
+        {u"--help", Command::Help},
+        {u"--version", Command::Version},
+    };
+    const auto* const found = std::find_if(std::begin(commands), std::end(commands),
+                                           [&](const auto& row) { return row.first == command; });
+    if (found == std::end(commands)) {
         return fail(quoted(command) + u" is not a command");
     }
+    request_.command = found->second;
     return true;
 }
 
@@ -155,8 +155,10 @@ bool ArgumentParser::takeOption(const Text& argument) {
         }
     } else if (request_.command == Command::Chord && name == u"--list") {
         request_.list = true;
-    } else if (request_.command == Command::Chord && name == u"--database") {
+    } else if (readsChordBook() && name == u"--database") {
         return takeValue(request_.database, name);
+    } else if (request_.command == Command::ExportChordPro && name == u"--names") {
+        return takeNames();
     } else if (request_.command == Command::Transpose) {
         if (!takeTransposeOption(name)) {
             return false;
@@ -236,7 +238,8 @@ std::optional<bool> ArgumentParser::takeCommonOption(const Text& name) {
     if (request_.command == Command::Chord) {
         return std::nullopt;
     }
-    if (name == u"--output-dir" && request_.command != Command::Key) {
+    if (name == u"--output-dir" && request_.command != Command::Key &&
+        request_.command != Command::Capo) {
         return takeValue(request_.outputFolder, name);
     }
     return name == u"--encoding" ? std::optional(takeEncoding()) : std::nullopt;
@@ -334,6 +337,22 @@ bool ArgumentParser::takeOthers() {
                : fail(u"--others " + quoted(*others_) + u" is neither move nor leave");
 }
 
+bool ArgumentParser::takeNames() {
+    if (!takeValue(names_, u"--names")) {
+        return false;
+    }
+    if (names_ == u"nashville") {
+        request_.names = ChordNames::Nashville;
+    } else if (names_ == u"german") {
+        request_.names = ChordNames::German;
+    } else if (names_ == u"solfege") {
+        request_.names = ChordNames::Solfege;
+    } else {
+        return fail(u"--names " + quoted(*names_) + u" is none of nashville, german and solfege");
+    }
+    return true;
+}
+
 bool ArgumentParser::complete() {
     switch (request_.command) {
         case Command::Help:
@@ -366,8 +385,9 @@ bool ArgumentParser::complete() {
         case Command::ExportChordPro:
         case Command::Respell:
             break;
-        // Tells of all its files in one place.
+        // Tell of all their files in one place.
         case Command::Key:
+        case Command::Capo:
             return true;
     }
     return completeOutput();

@@ -7,6 +7,7 @@
 #include "base/Editor.h"
 #include "base/Files.h"
 #include "base/Text.h"
+#include "chords/ChordNames.h"
 #include "chords/SongImport.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
@@ -27,6 +28,7 @@ struct CliRequest {
         ExportChordPro,
         Key,
         Respell,
+        Capo,
         Chord
     };
 
@@ -46,14 +48,17 @@ struct CliRequest {
     FindOptions findOptions;
     // `import`.
     bool verdicts = false;
+    // `export-chordpro --names`.
+    ChordNames names = ChordNames::House;
     ImportOptions importOptions;
     // What texts are in, where the user says so.
     std::optional<NamedEncoding> encoding;
     // At most one of the two. With more than one file it is `outputFolder`.
     std::optional<Text> output;
     std::optional<Text> outputFolder;
-    // For `chord`: all of them, and where they are; without a value beside the tool.
+    // For `chord`: all of them.
     bool list = false;
+    // For `chord` and `capo`: where the chords are; without a value beside the tool.
     std::optional<Text> database;
     // Empty for the standard input. The chords of `chord`.
     std::vector<Text> files;

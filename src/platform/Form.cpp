@@ -211,7 +211,9 @@ void Form::addTip(HWND over, TextView text) {
     tool.hwnd = handle();
     tool.uId = reinterpret_cast<UINT_PTR>(over);
     tool.lpszText = wideBuffer(title);
-    ::SendMessageW(tips_, TTM_ADDTOOLW, 0, lparamOf(&tool));
+    ::SendMessageW(tips_, TTM_DELTOOLW, 0, lparamOf(&tool));
+    if (!text.empty())
+        ::SendMessageW(tips_, TTM_ADDTOOLW, 0, lparamOf(&tool));
 }
 
 // ---- Places -----------------------------------------------------------------------------------

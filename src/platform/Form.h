@@ -113,7 +113,8 @@ class Form : public Window {
     HWND windowOf(const Cell& cell) const { return parts_[indexOf(cell)].window; }
     Area placeOf(const Cell& cell) const { return parts_[indexOf(cell)].place; }
     HWND item(int id) const { return ::GetDlgItem(handle(), id); }
-    // A sentence that comes up while the pointer rests on a control.
+    // A sentence that comes up while the pointer rests on a control, in place of the one before;
+    // none for an empty one.
     void addTip(HWND over, TextView text);
 
     const Services services_;

@@ -153,6 +153,12 @@ HFONT& currentUiFont() {
 
 }  // namespace
 
+HFONT songFont(TextView face, int points) {
+    return ::CreateFontW(-::MulDiv(points, systemDpi(), 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
+                         FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                         DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, wide(Text(face)));
+}
+
 HFONT uiFont() {
     return currentUiFont();
 }

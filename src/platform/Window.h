@@ -77,6 +77,9 @@ class Window {
 
 // The font of menus and message boxes at the system's DPI; owned by the program, never deleted.
 HFONT uiFont();
+// One with letters of one width, as songs are shown in; the caller owns it. `face` is the wanted
+// one.
+HFONT songFont(TextView face, int points);
 // Gives windows that are created from now on another font, which the caller owns and keeps alive
 // until it has put the former one, which is returned, back.
 HFONT exchangeUiFont(HFONT font);

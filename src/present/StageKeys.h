@@ -6,7 +6,7 @@
 
 namespace melvorin {
 
-enum class ViewKey { Larger, Smaller, AsItWas, Undo, Redo };
+enum class ViewKey { Larger, Smaller, AsItWas, Undo, Redo, HalfStepDown, HalfStepUp };
 
 // Shift does not count: on some keyboards Plus needs it.
 inline constexpr KeyRow<ViewKey> kViewKeys[] = {
@@ -17,6 +17,8 @@ inline constexpr KeyRow<ViewKey> kViewKeys[] = {
     {ViewKey::AsItWas, ctrl(u'0')},
     {ViewKey::Undo, ctrl(u'Z')},
     {ViewKey::Redo, ctrl(u'Y')},
+    {ViewKey::HalfStepDown, plainKey(keys::kF7)},
+    {ViewKey::HalfStepUp, plainKey(keys::kF8)},
 };
 
 // The keys that move a run by hand.

@@ -303,6 +303,11 @@ void frmFScreen::run(ViewKey command) {
             if (!panel_.run().isRunning())
                 restore(command == ViewKey::Undo ? callbacks_.undo : callbacks_.redo);
             return;
+        case ViewKey::HalfStepDown:
+        case ViewKey::HalfStepUp:
+            if (!panel_.run().isRunning())
+                changeKey(command == ViewKey::HalfStepUp ? 1 : -1);
+            return;
     }
 }
 
@@ -374,23 +379,41 @@ void frmFScreen::finishEdits() {
 }
 
 // Neither the run nor its buttons may move or close the text meanwhile.
-std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn) {
-    std::optional<Text> expanded;
+void frmFScreen::waitFor(const std::function<void()>& action) {
+    const HWND focus = ::GetFocus();
     waits_ = true;
     panel_.enableAll(false);
     const auto goOn = [&] {
         panel_.enableAll(true);
         waits_ = false;
+        if (::IsWindow(focus))
+            ::SetFocus(focus);
     };
     try {
-        callbacks_.undisturbed(
-            [&] { expanded = FrmTxt(services_).convert(handle(), std::move(text), startColumn); });
+        action();
     } catch (...) {
         goOn();
         throw;
     }
     goOn();
+}
+
+std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn) {
+    std::optional<Text> expanded;
+    waitFor([&] {
+        callbacks_.undisturbed(
+            [&] { expanded = FrmTxt(services_).convert(handle(), std::move(text), startColumn); });
+    });
     return expanded;
+}
+
+void frmFScreen::changeKey(int steps) {
+    shownFollower().commandBegins();
+    restore([&] {
+        bool changed = false;
+        waitFor([&] { changed = callbacks_.changeKey(handle(), steps); });
+        return changed;
+    });
 }
 
 void frmFScreen::paste() {
@@ -447,7 +470,7 @@ bool frmFScreen::writeBack() {
     return true;
 }
 
-// A step of the document's undo, shown here.
+// A step that the document makes by itself, shown here.
 void frmFScreen::restore(const std::function<bool()>& step) {
     if (!writeBack() || !step())
         return;

@@ -22,6 +22,9 @@ class frmFScreen : public Window, private StageView {
         std::function<bool()> redo;
         // Runs an action during which no command begins and the program does not end.
         std::function<void(const std::function<void()>& action)> undisturbed;
+        // Moves the document by so many half steps, with a window over the view meanwhile; false
+        // where nothing has changed.
+        std::function<bool(HWND view, int steps)> changeKey;
     };
 
     // What is given outlives the window.
@@ -57,6 +60,8 @@ class frmFScreen : public Window, private StageView {
     bool onTextKey(WPARAM key);
     RichEdit::TypingFormat textFont() const;
     ChordFollower& shownFollower() { return reduced_ ? follower2_ : follower_; }
+    void waitFor(const std::function<void()>& action);
+    void changeKey(int steps);
     std::optional<Text> expandPasted(Text text, std::size_t startColumn);
     bool onViewKey(const MSG& message);
     void run(ViewKey command);

@@ -60,10 +60,7 @@ bool FrmTab::createWindow(HWND owner) {
 // The editor's own font, so that the block looks as it will in the song.
 void FrmTab::usePreviewFont() {
     previewFace_ = editorFontFace(services_);
-    const int height = -::MulDiv(kEditorFontPoints, systemDpi(), 72);
-    previewFont_.reset(::CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                                     DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                     DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, wide(previewFace_)));
+    previewFont_.reset(songFont(previewFace_, kEditorFontPoints));
     const WindowDc screen(nullptr);
     const SelectedObject selected(screen.get(), previewFont_.get());
     ::GetTextExtentPoint32W(screen.get(), L"-", 1, &cell_);

@@ -321,6 +321,12 @@ TEST_F(Cli, EveryCommandWritesWhereItIsTold) {
         {{u"normalize"}, "C7M  D\n", "C7+  D\n"},
         {{u"import"}, "[C7M]la [D]la\n", "C7+ D\nla  la\n"},
         {{u"export-chordpro"}, "C7+  D\nlala la\n", "[C7+]lala [D]la\n"},
+        {{u"export-chordpro", u"--names=solfege"},
+         "C7+  D/F#\nlala la\n",
+         "[Do7+]lala [Re/Fa#]la\n"},
+        {{u"transpose", u"--up", u"--steps=2", u"--flats", u"--others=move"},
+         "Key: G, Capo 3 (sounds in Bb)\nG  C\n",
+         "Key: A, Capo 3 (sounds in C)\nA  D\n"},
         {{u"lines"}, "C7+  D\nla\n", "C\t0:C7+\t5:D\nL\n"},
     };
     for (const auto& c : cases) {
@@ -506,6 +512,9 @@ TEST_F(Cli, ChordNeedsADatabaseAndEitherNamesOrTheList) {
     for (const std::vector<Text>& wrong : {std::vector<Text>{u"chord"},
                                            {u"chord", u"--list", u"C"},
                                            {u"chord", u"--steps", u"2", u"C"},
+                                           {u"capo", u"--output-dir", u"x", u"song"},
+                                           {u"export-chordpro", u"--names", u"french"},
+                                           {u"import", u"--names", u"german"},
                                            {u"lines", u"--list"}}) {
         EXPECT_EQ(run(wrong), 2) << toUtf8(ports.errors);
     }

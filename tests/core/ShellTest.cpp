@@ -164,8 +164,9 @@ Chord Notation
  Insert Tablature
  Melvorin Guitar Tuner
  Key
-  Go Down a Half Step
-  Go Up a Half Step
+  Go Down a Half Step	F7
+  Go Up a Half Step	F8
+  To Another Key...	Ctrl+K
   Other Chord Lines
    Ask
    Move
@@ -257,8 +258,8 @@ TEST(CommandMap, ButtonsHaveTheirNumbersAndTips) {
 25 Font and Colors
 26 Melvorin Guitar Tuner
 |
-28 Go Down a Half Step
-29 Go Up a Half Step
+28 Go Down a Half Step (F7)
+29 Go Up a Half Step (F8)
 |
 31 Dictionary
 32 Full Screen

@@ -115,6 +115,16 @@ class Cli(unittest.TestCase):
         self.assertEqual((0, ""), (self.cli("chord", "--output", "chords.txt", "Am"), self.out))
         self.assertEqual("x02210", self.read("chords.txt").splitlines()[0].split("\t")[4])
 
+    def test_capos(self):
+        self.write("song.txt", "Capo 1\nA  F#m  D  E7\nla\nA  D  E7  A\n")
+        self.write("words.txt", "la")
+        self.assertEqual(1, self.cli("capo", "song.txt", "words.txt", "gone.txt"))
+        rows = self.rows()
+        self.assertEqual(["song.txt", "3", "G", "Bb", "4", "0", "0", "0"], rows[0])
+        self.assertIn(["song.txt", "1", "A", "Bb", "3", "1", "0", "0"], rows)
+        self.assertEqual((11, ["words.txt", "?"]), (len(rows), rows[-1]))
+        self.expect_one_message("gone.txt")
+
     def test_all_chords(self):
         self.assertEqual(0, self.cli("chord", "--list"))
         rows = self.rows()

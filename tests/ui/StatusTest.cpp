@@ -182,9 +182,8 @@ TEST(MisreadNames, AreUndoneAndTidied) {
             pressButton(program, "Undo");
             EXPECT_EQ(lineOf(program, 2), "B   C");
         }
-        const WhileOpen creator(L"MelvorinFrmCifraCreator", [&](HWND window) {
-            ::SendMessageW(window, WM_COMMAND, IDOK, 0);
-        });
+        const WhileOpen creator(L"MelvorinFrmCifraCreator",
+                                [&](HWND window) { ::SendMessageW(window, WM_COMMAND, IDOK, 0); });
         pressButton(program, "Tidy It");
         EXPECT_EQ(creator.seen(), 1);
         EXPECT_EQ(lineOf(program, 2), "Bb  C") << "tidied is the song as it was";

@@ -265,6 +265,10 @@ void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& 
         EXPECT_FALSE(::GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME);
         expectSound(window, "about" + font);
     });
+    inModal(program, L"MelvorinFrmToKey", Command::mnuToKey, [&](HWND window) {
+        expectSound(window, "to another key" + font);
+        expectToFollow(window, "to another key" + font, {160, 120});
+    });
     // In Shift-JIS; the name is a word that no line has room for.
     const Text name = Text(120, u'w') + u".txt";
     program.dialogs.choose(FileChoice{folder.add(name, "\x8Ft\x82\xCC\x89\xCC\x82\xF0"), 3});

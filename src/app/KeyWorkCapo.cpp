@@ -1,0 +1,75 @@
+// What the commands on the key ask of the song, and what they write into it beside its chords.
+#include <algorithm>
+
+#include "app/KeyWork.h"
+#include "base/EditorLine.h"
+#include "base/ProgramSettings.h"
+#include "chords/DocumentDiagrams.h"
+#include "chords/KeySpelling.h"
+
+namespace melvorin {
+namespace {
+
+// A chord is called by what follows soon.
+constexpr std::size_t kLinesForReason = 12;
+constexpr std::int32_t kMostForReason = 2000;
+
+}  // namespace
+
+Text KeyWork::writing() const {
+    Text song = rtftext_.text().chars;
+    for (const DiagramRun& run : diagramsOfDocument(rtftext_))
+        std::fill(song.begin() + run.place.begin, song.begin() + run.place.end, u' ');
+    return song;
+}
+
+// Selection and page stay where they are in the text.
+void KeyWork::writeCapo(int fret, TextView sounds, TextView face) {
+    const std::vector<SongEdit> edits = capoEdits(writing(), fret, sounds, u"\r");
+    Selection selection = rtftext_.selection();
+    const ScrollPosition page = rtftext_.scrollPosition();
+    const EditorWork work(rtftext_);
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
+        const auto begin = static_cast<std::int32_t>(edit->position);
+        const auto end = begin + static_cast<std::int32_t>(edit->length);
+        const auto length = static_cast<std::int32_t>(edit->text.size());
+        rtftext_.select({begin, end});
+        rtftext_.replaceSelection(edit->text);
+        if (edit->text.find(u'\r') != Text::npos) {
+            // A line of its own does not look like the title.
+            const bool isBehind = edit->text.front() == u'\r';
+            rtftext_.select({begin + (isBehind ? 1 : 0), begin + length - (isBehind ? 0 : 1)});
+            rtftext_.setSelectionFont(face, kEditorFontPoints);
+            rtftext_.setBold(false);
+            rtftext_.setItalic(false);
+            rtftext_.setUnderline(false);
+            rtftext_.setSelectionColour({0, 0, 0});
+        }
+        for (std::int32_t* const position : {&selection.begin, &selection.end}) {
+            if (*position >= end)
+                *position += length - (end - begin);
+            else
+                *position = std::min(*position, begin + length);
+        }
+    }
+    rtftext_.select(selection);
+    rtftext_.scrollTo(page);
+    if (const auto capo = findCapo(rtftext_.text().chars))
+        documents_.changeSongMemory([&](SongMemory& debt) { debt.lines.moved(capo->line); });
+}
+
+Text KeyWork::reasonAt(std::int32_t position) const {
+    if (!shownKey_.key)
+        return {};
+    const std::int32_t first = rtftext_.lineOf(position);
+    const std::int32_t start = rtftext_.firstOfLine(first);
+    const Text text =
+        rtftext_.textBetween({start, std::min(start + kMostForReason, rtftext_.length())});
+    std::vector<SpelledLine> lines;
+    for (TextView rest = text; !rest.empty() && lines.size() < kLinesForReason;)
+        lines.push_back({takeEditorLine(rest).chars, {}});
+    return reasonOfName(lines, static_cast<std::size_t>(position - start), shownKey_,
+                        documents_.songMemory().side);
+}
+
+}  // namespace melvorin

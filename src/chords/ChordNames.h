@@ -1,0 +1,35 @@
+// Chords called otherwise than in the house's spelling, for readers who know them so.
+#pragma once
+
+#include <optional>
+
+#include "base/Text.h"
+#include "chords/SongKey.h"
+
+namespace melvorin {
+
+// Nashville: numbers of the scale, of a minor key by its relative major (Am in A minor is 6m). What
+// would run into the number stands in parentheses: "5(7)", "7m(5b/7)", "b7", "1/3".
+// German: H for B, B for Bb, "Fis", "Es". Solfege: Do, Re, Mi, Fa, Sol, La, Si with # and b.
+enum class ChordNames { House, Nashville, German, Solfege };
+
+// A chord in the house's spelling, by other names; its suffix stays. German and Solfege names can
+// be read back to the same chord. `key` counts for Nashville alone, `side` is on which side of F#
+// and Gb it stands. A text without a root stays as it is. Throws only for want of memory.
+Text chordByNames(TextView chord, ChordNames names, Key key = {}, Spelling side = Spelling::Sharps);
+
+// What the chords of a song are called in an export: those that can be read, as `chordByNames` has
+// them, and all other texts as they are. Made for one song, by its key.
+class SongChordNames {
+  public:
+    SongChordNames(TextView song, ChordNames names);
+
+    Text operator()(TextView written) const;
+
+  private:
+    ChordNames names_;
+    Key key_;
+    Spelling side_ = Spelling::Sharps;
+};
+
+}  // namespace melvorin
