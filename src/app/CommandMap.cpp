@@ -34,6 +34,7 @@ constexpr CommandRow kCommands[] = {
      .keys = {{{ctrl(u'S')}}}},
     {.id = mnuFileSaveAs, .menu = in(mnuFile, u"Save As"),
      .itemWhen = &ShellState::saveAs},
+    {.id = mnuFileExport, .menu = in(mnuFile, u"Export...")},
     {.id = mnuRecent, .menu = submenu(u"Recent Files", mnuFile)},
     {.id = mnuRecentFile0, .menu = in(mnuRecent, u"(Empty)")},
     {.id = mnuRecentFile1, .menu = recent()},

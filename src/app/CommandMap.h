@@ -21,6 +21,7 @@ enum class Command : std::uint16_t {
     mnuFileOpen,
     mnuFileSave3,
     mnuFileSaveAs,
+    mnuFileExport,
     mnuRecent,
     mnuRecentFile0,
     mnuRecentFile1,

@@ -54,15 +54,6 @@ bool isSavedAsPlain(TextView path) {
     return extension == u"txt" || extension == u"doc";
 }
 
-// A path without its ending. What only looks like one belongs to the name: "St. Anne No. 1".
-Text songName(TextView path) {
-    const TextView ending = extensionPart(path);
-    const bool isOfName =
-        !ending.empty() &&
-        (ending.starts_with(u' ') || ending.find_first_not_of(u"0123456789") == TextView::npos);
-    return Text(isOfName ? path : withoutExtension(path));
-}
-
 }  // namespace
 
 Documents::Documents(const Services& services, Editor& editor, Callbacks callbacks)

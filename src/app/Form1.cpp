@@ -32,6 +32,7 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuFileSave3, &Form1::fileSave},
         {Command::mnuFileSave, &Form1::fileSave},
         {Command::mnuFileSaveAs, &Form1::fileSaveAs},
+        {Command::mnuFileExport, &Form1::fileExport},
         {Command::mnuFileExit, &Form1::fileExit},
         {Command::mnuEditUndo, &Form1::editUndo},
         {Command::mnuEditRedo, &Form1::editRedo},

@@ -13,9 +13,11 @@
 #include "app/RecentFiles.h"
 #include "app/Toolbar.h"
 #include "app/WindowLayout.h"
+#include "app/frmExport.h"
 #include "app/frmSplash.h"
 #include "base/LetterCase.h"
 #include "chords/KeySetting.h"
+#include "chords/TakenSong.h"
 #include "dictionary/DictionaryPanel.h"
 #include "dictionary/Fingering.h"
 #include "editing/ChordClipboard.h"
@@ -137,6 +139,9 @@ class Form1 : public Window {
     void fileOpen() { documents_.open(); }
     void fileSave();
     void fileSaveAs() { documents_.saveAs(); }
+    void fileExport();
+    Text exported(const TakenSong& song, ExportChoice choice, TextView title, std::size_t& left);
+    std::optional<Text> askExportTarget(SongFormat format);
     void fileExit() { onClose(); }
     void editUndo() { documents_.undo(); }
     void editRedo() { documents_.redo(); }
@@ -241,6 +246,7 @@ class Form1 : public Window {
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
     bool followsKey_ = false;               // Opt3
+    ExportChoice exportChoice_;             // what was chosen last in this run
     int T6_ = 0;                            // half steps that songs were moved by in this run
     ScreenSize J2_;                         // the work area, in pixels
     int showCommand_ = SW_SHOWMAXIMIZED;

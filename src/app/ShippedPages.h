@@ -58,7 +58,7 @@ inline constexpr WindowPage kWindowPages[] = {
     {u"MelvorinFrmTab", u"tablature.html"},    {u"MelvorinFrmSong", u"tuner.html"},
     {u"MelvorinfrmFScreen", u"on-stage.html"}, {u"MelvorinfrmFScreenB", u"on-stage.html"},
     {u"MelvorinForm3b", u"on-stage.html"},     {u"MelvorinfrmCodePage", u"documents.html"},
-    {u"MelvorinFrmToKey", u"key-change.html"},
+    {u"MelvorinfrmExport", u"documents.html"}, {u"MelvorinFrmToKey", u"key-change.html"},
 };
 
 // Empty for a window without a page of its own.

@@ -118,4 +118,12 @@ Text pathFromCommandLine(TextView commandLine) {
     return Text(path);
 }
 
+Text songName(TextView path) {
+    const TextView ending = extensionPart(path);
+    const bool isOfName =
+        !ending.empty() &&
+        (ending.starts_with(u' ') || ending.find_first_not_of(u"0123456789") == TextView::npos);
+    return Text(isOfName ? path : withoutExtension(path));
+}
+
 }  // namespace melvorin

@@ -13,6 +13,9 @@ TextView fileNamePart(TextView path);
 TextView extensionPart(TextView path);
 // The path without its extension and the ".".
 TextView withoutExtension(TextView path);
+// The same for the name of a song: what only looks like an ending belongs to it, as in "St. Anne
+// No. 1".
+Text songName(TextView path);
 // `folder` + "\" + `name`, with one separator where the folder is a root.
 Text joinPath(TextView folder, TextView name);
 

@@ -12,8 +12,13 @@ namespace {
 class BracketReader {
   public:
     BracketReader(TextView line, std::size_t column, std::size_t index, const ChordReading& reading,
-                  RowMemory* memory)
-        : line_(line), column_(column), index_(index), reading_(reading), memory_(memory) {}
+                  RowMemory* memory, const std::function<Text(TextView)>* shown = nullptr)
+        : line_(line),
+          column_(column),
+          index_(index),
+          reading_(reading),
+          memory_(memory),
+          shown_(shown) {}
     std::optional<BracketedLine> read();
 
   private:
@@ -31,6 +36,7 @@ class BracketReader {
     std::size_t index_;
     const ChordReading& reading_;
     RowMemory* memory_;
+    const std::function<Text(TextView)>* shown_;
     std::size_t roomEnd_ = 0;       // first cell behind the last chord and a blank
     std::size_t behind_ = 0;        // the end of the brackets looked at last
     std::size_t stretchedEnd_ = 0;  // of the lyrics, where they end in hyphens of ours
@@ -106,6 +112,13 @@ void BracketReader::place(std::vector<RowItem> row, std::size_t end) {
 
 // What is in the bracket at `at`, where it is chords.
 bool BracketReader::addChords(TextView inside, std::size_t at) {
+    if (shown_ != nullptr) {
+        RowItem item;
+        item.kind = RowItemKind::Chord;
+        item.shown = (*shown_)(inside);
+        place({std::move(item)}, at + inside.size() + 2);
+        return true;
+    }
     std::vector<RowItem> row = readRow(inside, 0, index_ + at + 1, reading_, memory_);
     // "[x2]" and "[/]" alone are text too, and "[Go]" is.
     const bool isWord = row.size() == 1 && row[0].wordToo == WordToo::Anywhere &&
@@ -186,6 +199,12 @@ std::optional<BracketedLine> readBrackets(TextView line, std::size_t column, std
     if (line.find(u'[') == TextView::npos)
         return std::nullopt;
     return BracketReader(line, column, index, reading, memory).read();
+}
+
+std::optional<BracketedLine> placeBrackets(TextView line,
+                                           const std::function<Text(TextView)>& shown) {
+    const ChordReading plain;
+    return BracketReader(line, 0, 0, plain, nullptr, &shown).read();
 }
 
 // A hyphen parts letters of alphabets; not those that take two cells, nor those that run from right

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -28,6 +29,11 @@ struct BracketedLine {
 std::optional<BracketedLine> readBrackets(TextView line, std::size_t column = 0,
                                           std::size_t index = 0, const ChordReading& reading = {},
                                           RowMemory* memory = nullptr);
+
+// The same for brackets that are known to hold what is to stand above the words, each as one item
+// that is shown as `shown` says of what is in it.
+std::optional<BracketedLine> placeBrackets(TextView line,
+                                           const std::function<Text(TextView)>& shown);
 
 // True where a bracket is opened and not closed, or closed and not opened.
 bool hasLooseBracket(TextView line);

@@ -47,6 +47,8 @@ void countGrips(CapoChoice& choice, std::span<const Text> chords, int steps,
     }
 }
 
+}  // namespace
+
 std::vector<Text> fretsIn(TextView frets) {
     std::vector<Text> found;
     const bool isParted = frets.find(u'-') != TextView::npos;
@@ -63,8 +65,6 @@ std::vector<Text> fretsIn(TextView frets) {
     }
     return found;
 }
-
-}  // namespace
 
 std::optional<Grip> gripOf(TextView frets, TextView fingers) {
     const std::vector<Text> strings = fretsIn(frets);

@@ -21,6 +21,9 @@ enum class Grip { Open, Barre, Closed };
 // part the frets where one has two digits. Nothing for a text that is none.
 std::optional<Grip> gripOf(TextView frets, TextView fingers);
 
+// The frets of such a text, string by string.
+std::vector<Text> fretsIn(TextView frets);
+
 // Tells how chords are gripped, usually by the chord book.
 class ChordGrips {
   public:

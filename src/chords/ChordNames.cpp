@@ -3,6 +3,7 @@
 #include <array>
 
 #include "chords/ChordSpelling.h"
+#include "chords/InternationalName.h"
 #include "chords/KeySpelling.h"
 #include "chords/Note.h"
 #include "chords/NoteNames.h"
@@ -49,6 +50,7 @@ Text nameOf(TextView note, ChordNames names, Key key, Spelling side) {
         case ChordNames::Nashville:
             return numberOf(note, key, side);
         case ChordNames::House:
+        case ChordNames::International:
             break;
     }
     return Text(note);
@@ -72,6 +74,8 @@ Text chordByNames(TextView chord, ChordNames names, Key key, Spelling side) {
     const std::size_t root = noteLength(chord);
     if (root == 0 || names == ChordNames::House)
         return Text(chord);
+    if (names == ChordNames::International)
+        return internationalName(chord);
     const std::size_t slash = chord.rfind(u'/');
     const bool hasBass =
         slash != TextView::npos && noteLength(chord.substr(slash + 1)) == chord.size() - slash - 1;

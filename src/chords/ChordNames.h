@@ -10,8 +10,9 @@ namespace melvorin {
 
 // Nashville: numbers of the scale, of a minor key by its relative major (Am in A minor is 6m). What
 // would run into the number stands in parentheses: "5(7)", "7m(5b/7)", "b7", "1/3".
+// International: the suffixes as other programs and books have them (`InternationalName.h`).
 // German: H for B, B for Bb, "Fis", "Es". Solfege: Do, Re, Mi, Fa, Sol, La, Si with # and b.
-enum class ChordNames { House, Nashville, German, Solfege };
+enum class ChordNames { House, International, Nashville, German, Solfege };
 
 // A chord in the house's spelling, by other names; its suffix stays. German and Solfege names can
 // be read back to the same chord. `key` counts for Nashville alone, `side` is on which side of F#

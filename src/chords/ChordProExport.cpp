@@ -97,7 +97,6 @@ class Exporter {
     void putLine(TextView text, TextView end);
     bool putChords(std::size_t number);
     bool comesBack(TextView exported, TextView first, TextView second) const;
-    bool isTitle(std::size_t number) const;
     void enterTablature(bool inside, TextView end);
 
     SongImport song_;
@@ -192,15 +191,6 @@ void Exporter::put(TextView text, const SourceLine& line) {
         putLine(Text(u"{comment: ").append(trimmedRight(text)).append(u"}"), line.end);
 }
 
-// The first line names the song where nothing stands right below it but another heading.
-bool Exporter::isTitle(std::size_t number) const {
-    const auto verdict = [&](std::size_t i) { return song_.source[i].verdict; };
-    const TextView text = song_.source[number].text;
-    return number == 0 && verdict(0) == LineVerdict::Lyrics && !text.empty() &&
-           !isAnyBlank(text[0]) && text.find_first_of(u"[]{}") == TextView::npos &&
-           song_.source.size() > 1 && verdict(1) != LineVerdict::Chords;
-}
-
 Text Exporter::run() {
     for (std::size_t number = 0; number < song_.source.size(); ++number) {
         const SourceLine& line = song_.source[number];
@@ -208,7 +198,7 @@ Text Exporter::run() {
         enterTablature(tablature, line.end);
         if (tablature)
             putLine(line.text, line.end);
-        else if (isTitle(number))
+        else if (number == 0 && namesSong(song_))
             putLine(Text(u"{title: ").append(trimmedRight(line.text)).append(u"}"), line.end);
         else if (line.verdict == LineVerdict::Chords)
             number += putChords(number) ? 1U : 0U;
@@ -223,6 +213,19 @@ Text Exporter::run() {
 }
 
 }  // namespace
+
+Text pairInBrackets(TextView chords, TextView words) {
+    return withWordsJoined(withBrackets(chords, words, SongChordNames({}, ChordNames::House)));
+}
+
+bool namesSong(const SongImport& song) {
+    const auto verdict = [&](std::size_t i) { return song.source[i].verdict; };
+    if (song.source.size() < 2)
+        return false;
+    const TextView text = song.source[0].text;
+    return verdict(0) == LineVerdict::Lyrics && !text.empty() && !isAnyBlank(text[0]) &&
+           text.find_first_of(u"[]{}") == TextView::npos && verdict(1) != LineVerdict::Chords;
+}
 
 Text exportChordPro(TextView chart, ChordNames names) {
     return Exporter(chart, names).run();

@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "chords/ChordNames.h"
+#include "chords/SongImport.h"
 
 namespace melvorin {
 
@@ -12,5 +13,12 @@ namespace melvorin {
 // spelling already; others come back in it. Lines end as they do in the chart. By other names than
 // the house's the chords stand in the same places; what is not a chord in brackets keeps its words.
 Text exportChordPro(TextView chart, ChordNames names = ChordNames::House);
+
+// A line of chords and the words below it as one line: every run of the chord line in brackets in
+// front of its syllable, hyphens that stretch a word left out.
+Text pairInBrackets(TextView chords, TextView words);
+
+// The first line names the song where nothing stands right below it but another heading.
+bool namesSong(const SongImport& song);
 
 }  // namespace melvorin

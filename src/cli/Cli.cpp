@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Paths.h"
 #include "base/TabExpansion.h"
 #include "chords/Chart.h"
 #include "chords/ChordProExport.h"
@@ -14,104 +15,13 @@
 #include "cli/CapoReport.h"
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
+#include "cli/CliHelp.h"
 #include "dictionary/BookGrips.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {
 
 namespace {
-
-constexpr std::string_view helpText =
-    "melvorin-cli - chord charts in plain text, moved to another key\n"
-    "\n"
-    "  melvorin-cli transpose (--up | --down) [--steps N]\n"
-    "                         (--sharps | --flats | --accidentals sharps|flats|key)\n"
-    "                         [--others move|leave] [--strict]\n"
-    "                         [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli lines [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli expand-tabs [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli replace --find TEXT --with TEXT [--word] [--case]\n"
-    "                       [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli normalize [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli import [--verdicts] [--plain-b flat|natural]\n"
-    "                      [--plain-ninth seventh|added] [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli export-chordpro [--names nashville|german|solfege]\n"
-    "                               [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli key [--output FILE] [--encoding NAME] [FILE...]\n"
-    "  melvorin-cli respell [TEXT OPTIONS] [FILE...]\n"
-    "  melvorin-cli capo [--database FILE] [--output FILE] [--encoding NAME] [FILE...]\n"
-    "  melvorin-cli chord [--database FILE] [--output FILE] (NAME... | --list)\n"
-    "  melvorin-cli --help\n"
-    "  melvorin-cli --version\n"
-    "\n"
-    "Text options, the same for all of them:\n"
-    "  --output FILE       write to FILE instead of the standard output\n"
-    "  --output-dir DIR    write every result to DIR, under the name of its FILE;\n"
-    "                      needed with more than one FILE. DIR must exist.\n"
-    "  --encoding NAME     what the text is in, and is written in again: utf-8,\n"
-    "                      utf-8-bom, utf-16le, utf-16be, shift-jis, euc-jp, euc-kr,\n"
-    "                      gbk, big5, koi8-r, windows-1251, iso-8859-2 or the number\n"
-    "                      of a code page\n"
-    "\n"
-    "transpose moves the chords of every chord line N half steps (1 to 11, or 1\n"
-    "without --steps) and keeps each chord in its column. Encoding, byte-order mark\n"
-    "and line ends stay as they are.\n"
-    "  --up, --down        the direction\n"
-    "  --sharps, --flats   how new accidentals are written\n"
-    "  --accidentals HOW   the same (sharps, flats), or with key as the key of each song\n"
-    "                      has them; a line such as \"Key: G\" then moves too\n"
-    "  --others WHAT       what happens to lines of chords that hold something else too\n"
-    "                      (Cmaj7, bars, tabs, labels, remarks, chords in brackets):\n"
-    "                      move moves their chords as well, leave names the lines by\n"
-    "                      their numbers on the standard error, as without --others.\n"
-    "                      Where a song writes H and B and Bb, what its B is is open,\n"
-    "                      and they are left in any case.\n"
-    "  --strict            the exit code tells that lines were left\n"
-    "\n"
-    "key prints FILE, the key of the song and how sure it is in percent, with tabs\n"
-    "between them: G, F#m, \"G or Em?\" where it is not sure, \"?\" without chords. For\n"
-    "each change of key a line follows that begins with a tab: number of the line,\n"
-    "counted from 1, and the new key. respell writes the roots and basses of a chart as\n"
-    "its key has them, and moves nothing.\n"
-    "\n"
-    "capo prints a line for each fret from 0 to 9, the easiest first: FILE, fret, the key\n"
-    "of the shapes, the key that it sounds in, and how many chords of the song are open\n"
-    "grips there, barres, closed grips and none that the chord database has.\n"
-    "\n"
-    "lines prints a line for every line of the chart, in UTF-8: C for a chord line,\n"
-    "L for a lyric line. Behind a C follow, each after a tab, the chords from left to\n"
-    "right as column:chord; columns count from 0.\n"
-    "\n"
-    "import makes a chart of a song from the web: chords over lyrics, chords in\n"
-    "brackets, ChordPro. With --verdicts a list comes first: for every line its\n"
-    "number, what it was taken for and, where there is something to know, a remark,\n"
-    "with tabs between them; then an empty line and the chart. What B, and C9, C11 and\n"
-    "C13 mean, a song tells by its other chords; --plain-b says that B is B flat (as\n"
-    "where H is B) or natural, --plain-ninth that C9 has a seventh or is C with an added\n"
-    "ninth. export-chordpro writes a chart as a ChordPro song, whose import is the\n"
-    "chart again. With --names its chords are numbers of the scale (5(7), 6m, 1/3; of a\n"
-    "minor key by its relative major), German names (H, B, Fis) or Do, Re, Mi.\n"
-    "\n"
-    "normalize writes the text with its chord suffixes in one spelling: C7M as C7+,\n"
-    "A-7 as Am7, C/3 as C/E. It looks at every line, also at lyrics.\n"
-    "\n"
-    "expand-tabs turns every tab into blanks up to the next column that is a multiple\n"
-    "of 8. replace replaces TEXT as the editor's Replace All does:\n"
-    "  --word              only where neither a letter nor a digit stands beside it\n"
-    "  --case              only with the same capitals\n"
-    "\n"
-    "chord prints a line for every diagram of each chord, which is named by its symbol\n"
-    "(C7) or by its name (C Seventh): symbol, name, number of the diagram font,\n"
-    "character, frets and fingers from the low E string up, with tabs between. --list\n"
-    "prints every row of the chord database, which lies in Dbase beside the tool, or\n"
-    "is FILE.\n"
-    "\n"
-    "Without FILE the text is read from the standard input. Without --encoding it is\n"
-    "UTF-8, UTF-16 with a byte-order mark, or else in the ANSI code page of the\n"
-    "machine. A file may be its own output. -- ends the options.\n"
-    "\n"
-    "Exit code: 0 done, 1 a file could not be read or written, 2 wrong arguments,\n"
-    "3 lines of chords were left (transpose --strict).\n";
 
 using Command = CliRequest::Command;
 
@@ -262,7 +172,7 @@ class Run {
     bool rewriteParts(const std::function<Text(Text)>& edit);
     bool rewriteSong(const std::function<Text(TextView)>& edit);
     bool import();
-    bool exportChordPro();
+    bool exportSong();
     bool keys();
     bool capos();
     bool respell();
@@ -429,9 +339,22 @@ bool Run::import() {
     });
 }
 
-bool Run::exportChordPro() {
-    return rewriteSong(
-        [this](TextView chart) { return melvorin::exportChordPro(chart, request_.names); });
+bool Run::exportSong() {
+    const ChordNames names = request_.names;
+    if (request_.format == SongFormat::ChordPro)
+        return rewriteSong([=](TextView chart) { return exportChordPro(chart, names); });
+    if (request_.format == SongFormat::Text)
+        return rewriteSong([=](TextView chart) { return exportText(chart, names); });
+    // A page says that it is in UTF-8, whatever the song is in.
+    return rewriteAll([&](std::string_view bytes) -> Result<std::string> {
+        const Result<Text> song = wholeText(bytes, ansi_, named());
+        if (!song) {
+            return Failure{song.cause};
+        }
+        const TextView title =
+            request_.files.empty() ? TextView(u"Song") : withoutExtension(fileNamePart(name_));
+        return Result<std::string>::success(toUtf8(exportHtml(*song.value, names, title)));
+    });
 }
 
 bool Run::respell() {
@@ -610,7 +533,7 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
     bool done = false;
     switch (command) {
         case Command::Help:
-            done = run.print(helpText);
+            done = run.print(cliHelp());
             break;
         case Command::Version:
             done = run.print("melvorin-cli " MELVORIN_VERSION "\n");
@@ -633,8 +556,8 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
         case Command::Import:
             done = run.import();
             break;
-        case Command::ExportChordPro:
-            done = run.exportChordPro();
+        case Command::Export:
+            done = run.exportSong();
             break;
         case Command::Key:
             done = run.keys();

@@ -59,7 +59,9 @@ class ArgumentParser {
     bool takeAccidentals();
     bool takeSteps();
     bool takeOthers();
-    bool takeNames();
+    bool takeExportOption(const Text& name);
+    bool takeNames(TextView value);
+    bool takeFormat();
     bool readsChordBook() const {
         return request_.command == Command::Chord || request_.command == Command::Capo;
     }
@@ -78,7 +80,8 @@ class ArgumentParser {
     std::optional<Text> inlineValue_;
     std::optional<Text> steps_;
     std::optional<Text> others_;
-    std::optional<Text> names_;
+    std::optional<ChordNames> exportNames_;
+    std::optional<Text> format_;
     std::optional<Text> encoding_;
     std::optional<Text> accidentals_;
     CliRequest request_;
@@ -121,7 +124,8 @@ bool ArgumentParser::takeCommand() {
         {u"replace", Command::Replace},
         {u"normalize", Command::Normalize},
         {u"import", Command::Import},
-        {u"export-chordpro", Command::ExportChordPro},
+        {u"export", Command::Export},
+        {u"export-chordpro", Command::Export},
         {u"key", Command::Key},
         {u"respell", Command::Respell},
         {u"capo", Command::Capo},
@@ -135,6 +139,9 @@ bool ArgumentParser::takeCommand() {
         return fail(quoted(command) + u" is not a command");
     }
     request_.command = found->second;
+    if (command == u"export-chordpro") {
+        format_ = u"chordpro";
+    }
     return true;
 }
 
@@ -157,8 +164,10 @@ bool ArgumentParser::takeOption(const Text& argument) {
         request_.list = true;
     } else if (readsChordBook() && name == u"--database") {
         return takeValue(request_.database, name);
-    } else if (request_.command == Command::ExportChordPro && name == u"--names") {
-        return takeNames();
+    } else if (request_.command == Command::Export) {
+        if (!takeExportOption(name)) {
+            return false;
+        }
     } else if (request_.command == Command::Transpose) {
         if (!takeTransposeOption(name)) {
             return false;
@@ -337,19 +346,41 @@ bool ArgumentParser::takeOthers() {
                : fail(u"--others " + quoted(*others_) + u" is neither move nor leave");
 }
 
-bool ArgumentParser::takeNames() {
-    if (!takeValue(names_, u"--names")) {
+bool ArgumentParser::takeExportOption(const Text& name) {
+    if (name == u"--international") {
+        return choose(exportNames_, ChordNames::International, name);
+    }
+    if (name == u"--names") {
+        std::optional<Text> value;
+        return takeValue(value, name) && takeNames(*value);
+    }
+    return name == u"--format" ? takeFormat() : fail(quoted(name) + u" is not an option of export");
+}
+
+bool ArgumentParser::takeNames(TextView value) {
+    constexpr std::pair<TextView, ChordNames> names[] = {{u"nashville", ChordNames::Nashville},
+                                                         {u"german", ChordNames::German},
+                                                         {u"solfege", ChordNames::Solfege}};
+    const auto* const found = std::find_if(std::begin(names), std::end(names),
+                                           [&](const auto& row) { return row.first == value; });
+    return found == std::end(names)
+               ? fail(u"--names " + quoted(value) + u" is none of nashville, german and solfege")
+               : choose(exportNames_, found->second, u"--names");
+}
+
+bool ArgumentParser::takeFormat() {
+    constexpr std::pair<TextView, SongFormat> formats[] = {{u"chordpro", SongFormat::ChordPro},
+                                                           {u"text", SongFormat::Text},
+                                                           {u"html", SongFormat::Html}};
+    if (!takeValue(format_, u"--format")) {
         return false;
     }
-    if (names_ == u"nashville") {
-        request_.names = ChordNames::Nashville;
-    } else if (names_ == u"german") {
-        request_.names = ChordNames::German;
-    } else if (names_ == u"solfege") {
-        request_.names = ChordNames::Solfege;
-    } else {
-        return fail(u"--names " + quoted(*names_) + u" is none of nashville, german and solfege");
+    const auto* const found = std::find_if(std::begin(formats), std::end(formats),
+                                           [&](const auto& row) { return row.first == *format_; });
+    if (found == std::end(formats)) {
+        return fail(u"--format " + quoted(*format_) + u" is none of chordpro, text and html");
     }
+    request_.format = found->second;
     return true;
 }
 
@@ -382,8 +413,13 @@ bool ArgumentParser::complete() {
         case Command::ExpandTabs:
         case Command::Normalize:
         case Command::Import:
-        case Command::ExportChordPro:
         case Command::Respell:
+            break;
+        case Command::Export:
+            if (!format_) {
+                return fail(u"export needs --format");
+            }
+            request_.names = exportNames_.value_or(ChordNames::House);
             break;
         // Tell of all their files in one place.
         case Command::Key:

@@ -8,6 +8,7 @@
 #include "base/Files.h"
 #include "base/Text.h"
 #include "chords/ChordNames.h"
+#include "chords/SongExport.h"
 #include "chords/SongImport.h"
 #include "chords/Transpose.h"
 #include "cli/NamedEncoding.h"
@@ -25,7 +26,7 @@ struct CliRequest {
         Replace,
         Normalize,
         Import,
-        ExportChordPro,
+        Export,
         Key,
         Respell,
         Capo,
@@ -48,7 +49,8 @@ struct CliRequest {
     FindOptions findOptions;
     // `import`.
     bool verdicts = false;
-    // `export-chordpro --names`.
+    // `export`, and its short form for ChordPro.
+    SongFormat format = SongFormat::ChordPro;
     ChordNames names = ChordNames::House;
     ImportOptions importOptions;
     // What texts are in, where the user says so.

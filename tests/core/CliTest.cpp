@@ -437,6 +437,14 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     EXPECT_EQ(ports.output,
               "{comment: Intro:}\r\n       [Am]    [C7+]\r\n            [N.C.]\r\n[G]Row, "
               "{row}\xB0 row\r\n");
+    ports.input = "F7+  C\nla   la\n";
+    EXPECT_EQ(run({u"export", u"--format", u"text", u"--international"}), 0);
+    EXPECT_EQ(ports.output, "Fmaj7 C\nla    la\n");
+    EXPECT_EQ(run({u"export", u"--format=html"}), 0);
+    EXPECT_NE(ports.output.find("<title>Song</title>"), std::string::npos);
+    EXPECT_EQ(run({u"export"}), 2);
+    EXPECT_EQ(run({u"export", u"--format=pdf"}), 2);
+    EXPECT_EQ(run({u"export", u"--format=text", u"--international", u"--names=german"}), 2);
     ports.input = "Am  B  C9\nla  la la\n";
     EXPECT_EQ(run({u"import", u"--plain-b=flat", u"--plain-ninth", u"seventh"}), 0);
     EXPECT_EQ(ports.output, "Am  Bb C7/9\nla  la la\n");

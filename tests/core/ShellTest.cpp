@@ -117,6 +117,7 @@ constexpr char kMenus[] = R"(F&ile
  Open	Ctrl+O
  Save	Ctrl+S
  Save As
+ Export...
  Recent Files
   (Empty)
   Not Used*

@@ -1,0 +1,301 @@
+#include "chords/SongExport.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "chords/BracketedLine.h"
+#include "chords/CellWidth.h"
+#include "chords/ChordProExport.h"
+#include "chords/SongDiagrams.h"
+#include "chords/SongImport.h"
+
+namespace melvorin {
+namespace {
+
+using Kind = ChartBlock::Kind;
+
+// ---- Lines with their chords by other names ----------------------------------------------------
+
+class Renamer {
+  public:
+    Renamer(TextView chart, ChordNames names)
+        : isSame_(names == ChordNames::House), names_(chart, names) {}
+
+    void rename(ChartBlock& block) const;
+
+  private:
+    Text row(TextView line) const;
+
+    bool isSame_;
+    SongChordNames names_;
+};
+
+// A line of chords alone: what needs more room moves what is behind it.
+Text Renamer::row(TextView line) const {
+    const auto placed =
+        placeBrackets(pairInBrackets(line, u""), [this](TextView chord) { return names_(chord); });
+    return placed ? writeRow(placed->chords) : Text(line);
+}
+
+void Renamer::rename(ChartBlock& block) const {
+    if (isSame_ || block.chords.empty())
+        return;
+    const auto hasBracket = [](TextView line) {
+        return line.find_first_of(u"[]") != TextView::npos;
+    };
+    if (hasBracket(block.chords))
+        return;
+    if (block.kind == Kind::Chords || hasBracket(block.words)) {
+        block.chords = row(block.chords);
+        return;
+    }
+    const auto placed = placeBrackets(pairInBrackets(block.chords, block.words),
+                                      [this](TextView chord) { return names_(chord); });
+    if (!placed)
+        return;
+    block.chords = writeRow(placed->chords);
+    block.words = placed->lyrics;
+}
+
+Kind kindOf(const SongImport& song, std::size_t number) {
+    const SourceLine& line = song.source[number];
+    if (trimmed(line.text).empty())
+        return Kind::Blank;
+    if (number == 0 && namesSong(song))
+        return Kind::Title;
+    switch (line.verdict) {
+        case LineVerdict::Chords:
+            return Kind::Chords;
+        case LineVerdict::Section:
+            return Kind::Label;
+        case LineVerdict::Tablature:
+            return Kind::Tablature;
+        default:
+            return Kind::Words;
+    }
+}
+
+// ---- The page ----------------------------------------------------------------------------------
+
+constexpr TextView kStyle =
+    u"body{font-family:\"DejaVu Sans Mono\",Consolas,\"Courier New\",monospace;line-height:1.25;"
+    u"max-width:52em;margin:1em auto;padding:0 1em;color:#000;background:#fff}\n"
+    u"h1{font-size:1.4em}\nh2{font-size:1em;margin:0 0 .3em}\n"
+    u"section{margin:0 0 1.2em;break-inside:avoid}\n"
+    u"p{margin:0;padding-left:2ch;text-indent:-2ch;min-height:1.25em}\n"
+    u"p span{display:inline-block;white-space:pre;text-indent:0;vertical-align:bottom}\n"
+    u"b{color:#b00000}\npre{margin:0;font:inherit;overflow-x:auto}\n"
+    u"svg{height:5em;vertical-align:bottom}\n"
+    u"@media screen and (prefers-color-scheme:dark){"
+    u"body{color:#e8e8e8;background:#181818}b{color:#ff8a80}svg{background:#fff}}\n"
+    u"@media print{body{max-width:none;margin:0;padding:0;color:#000;background:#fff}"
+    u"b{color:#000}pre{overflow:visible;white-space:pre-wrap}}\n";
+
+class Page {
+  public:
+    explicit Page(const DrawDiagram& draw) : draw_(draw) {}
+
+    void add(const ChartBlock& block);
+    Text finished(TextView title);
+
+  private:
+    void open(bool inTablature);
+    void close();
+    void addPair(const ChartBlock& block);
+    void addPlain(TextView text);
+
+    const DrawDiagram& draw_;
+    Text body_;
+    bool isOpen_ = false;
+    bool inTablature_ = false;
+};
+
+void Page::addPlain(TextView text) {
+    for (const char16_t c : text) {
+        if (c == u'&')
+            body_ += u"&amp;";
+        else if (c == u'<')
+            body_ += u"&lt;";
+        else if (isDiagramToken(c) && draw_)
+            body_ += draw_(c).value_or(Text());
+        else if (c >= u' ' || c == u'\t')
+            body_ += c;
+    }
+}
+
+void Page::close() {
+    if (inTablature_)
+        body_ += u"</pre>\n";
+    if (isOpen_)
+        body_ += u"</section>\n";
+    isOpen_ = inTablature_ = false;
+}
+
+void Page::open(bool inTablature) {
+    if (!isOpen_)
+        body_ += u"<section>\n";
+    isOpen_ = true;
+    if (inTablature != inTablature_)
+        body_ += inTablature ? u"<pre>" : u"</pre>\n";
+    inTablature_ = inTablature;
+}
+
+// The text of a line in cells from `begin` to `end`; the last piece has what is behind.
+Text cellsBetween(TextView line, std::size_t begin, std::size_t end) {
+    Text piece;
+    CellReader reader(line);
+    CellCharacter character;
+    while (reader.next(character)) {
+        if (character.column >= begin && character.column < end)
+            piece += line.substr(character.index, character.length);
+    }
+    return piece;
+}
+
+// Where each cell of a line begins something: 'x' a character, ' ' a blank.
+Text cellMap(TextView line) {
+    Text map;
+    CellReader reader(line);
+    CellCharacter character;
+    while (reader.next(character))
+        map.resize(std::max(map.size(), character.column + character.width),
+                   isAnyBlank(character.code) ? u' ' : u'x');
+    return map;
+}
+
+// The columns where a line may wrap: where a word begins and no chord is cut.
+std::vector<std::size_t> pieceColumns(TextView chords, TextView words) {
+    const Text above = cellMap(chords);
+    const Text below = cellMap(words);
+    const auto blankAt = [](const Text& map, std::size_t column) {
+        return column >= map.size() || map[column] == u' ';
+    };
+    std::vector<std::size_t> columns{0};
+    const std::size_t width = std::max(above.size(), below.size());
+    for (std::size_t column = 1; column < width; ++column) {
+        const bool wordsPart = blankAt(below, column - 1);
+        const bool chordsPart = blankAt(above, column - 1);
+        const bool begins = !blankAt(below, column) || !blankAt(above, column);
+        if (wordsPart && chordsPart && begins)
+            columns.push_back(column);
+    }
+    columns.push_back(std::max(width, columns.back() + 1));
+    return columns;
+}
+
+void Page::addPair(const ChartBlock& block) {
+    const std::vector<std::size_t> columns = pieceColumns(block.chords, block.words);
+    body_ += u"<p>";
+    for (std::size_t i = 0; i + 1 < columns.size(); ++i) {
+        const Text above = cellsBetween(block.chords, columns[i], columns[i + 1]);
+        const Text below = cellsBetween(block.words, columns[i], columns[i + 1]);
+        body_ += u"<span>";
+        if (block.kind != Kind::Words) {
+            body_ += u"<b>";
+            addPlain(above);
+            body_ += u"</b>";
+        }
+        if (block.kind == Kind::Pair)
+            body_ += u"\n";
+        addPlain(below);
+        body_ += u"</span>";
+        // A line may wrap here; the blanks are in the piece before it.
+        body_ += u"<wbr>";
+    }
+    body_ += u"</p>\n";
+}
+
+void Page::add(const ChartBlock& block) {
+    switch (block.kind) {
+        case Kind::Blank:
+            return close();
+        case Kind::Title:
+            close();
+            body_ += u"<h1>";
+            addPlain(trimmed(block.words));
+            body_ += u"</h1>\n";
+            return;
+        case Kind::Label:
+            close();
+            open(false);
+            body_ += u"<h2>";
+            addPlain(trimmed(block.words));
+            body_ += u"</h2>\n";
+            return;
+        case Kind::Tablature:
+            open(true);
+            addPlain(block.words);
+            body_ += u"\n";
+            return;
+        default:
+            open(false);
+            return addPair(block);
+    }
+}
+
+Text Page::finished(TextView title) {
+    close();
+    const Text body = std::exchange(body_, {});
+    body_ =
+        u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n"
+        u"<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>";
+    addPlain(title);
+    return body_.append(u"</title>\n<style>\n")
+        .append(kStyle)
+        .append(u"</style>\n</head>\n<body>\n")
+        .append(body)
+        .append(u"</body>\n</html>\n");
+}
+
+}  // namespace
+
+std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names) {
+    const SongImport song = importSong(chart);
+    const Renamer renamer(chart, names);
+    std::vector<ChartBlock> blocks;
+    blocks.reserve(song.source.size());
+    for (std::size_t number = 0; number < song.source.size(); ++number) {
+        const SourceLine& line = song.source[number];
+        ChartBlock block;
+        block.kind = kindOf(song, number);
+        block.end = line.end;
+        if (block.kind == Kind::Chords) {
+            block.chords = line.text;
+            if (number + 1 < song.source.size() && kindOf(song, number + 1) == Kind::Words) {
+                block.kind = Kind::Pair;
+                block.chordsEnd = line.end;
+                block.words = song.source[++number].text;
+                block.end = song.source[number].end;
+            }
+        } else {
+            block.words = line.text;
+        }
+        renamer.rename(block);
+        blocks.push_back(std::move(block));
+    }
+    return blocks;
+}
+
+Text exportText(TextView chart, ChordNames names) {
+    Text text;
+    for (const ChartBlock& block : chartBlocks(chart, names))
+        text.append(block.chords).append(block.chordsEnd).append(block.words).append(block.end);
+    return text;
+}
+
+Text exportHtml(TextView chart, ChordNames names, TextView title, const DrawDiagram& draw) {
+    Page page(draw);
+    Text ownTitle(title);
+    for (const ChartBlock& block : chartBlocks(chart, names)) {
+        if (block.kind == Kind::Title)
+            ownTitle = trimmed(block.words);
+        page.add(block);
+    }
+    return page.finished(ownTitle);
+}
+
+TextView fileEnd(SongFormat format) {
+    return format == SongFormat::ChordPro ? u"cho" : format == SongFormat::Text ? u"txt" : u"html";
+}
+
+}  // namespace melvorin

@@ -1,0 +1,122 @@
+// Songs on their way to other programs.
+#include <gtest/gtest.h>
+
+#include "base/TextCodec.h"
+#include "chords/ChordProExport.h"
+#include "chords/DiagramSvg.h"
+#include "chords/SongExport.h"
+#include "chords/SongImport.h"
+
+namespace melvorin {
+namespace {
+
+constexpr TextView kChart =
+    u"Row\n"
+    u"\n"
+    u"Chorus:\n"
+    u"F7+  C4/7  Em7/9\n"
+    u"Row, row & row\n"
+    u"C9   G\n"
+    u"\n"
+    u"C      D7+ G\n"
+    u"gently do--wn\n"
+    u"E|--0--2--|\n"
+    u"B|--1--3--|\n";
+
+TEST(SongExport, RenamesChordsOverTheirSyllables) {
+    EXPECT_EQ(exportText(kChart, ChordNames::House), kChart);
+    // A longer name gets room: between words by blanks, in a word by hyphens.
+    EXPECT_EQ(toUtf8(exportText(kChart, ChordNames::International)),
+              "Row\n"
+              "\n"
+              "Chorus:\n"
+              "Fmaj7 C7sus4 Em9\n"
+              "Row,  row &  row\n"
+              "Cadd9 G\n"
+              "\n"
+              "C      Dmaj7 G\n"
+              "gently do----wn\n"
+              "E|--0--2--|\n"
+              "B|--1--3--|\n");
+    EXPECT_EQ(toUtf8(exportChordPro(u"F7+  C4/7  B\nRow, row & row\n", ChordNames::International)),
+              "[Fmaj7]Row, [C7sus4]row & [B]row\n");
+}
+
+// What a browser shows of a page, without its head: tags gone, a line for each paragraph, chords
+// in parentheses.
+std::string read(TextView page) {
+    std::string shown;
+    const std::string text = toUtf8(page.substr(page.find(u"<body>") + 6));
+    for (std::size_t at = 0; at < text.size();) {
+        if (text[at] != '<') {
+            shown += text[at] == '\n' ? '/' : text[at];
+            ++at;
+            continue;
+        }
+        const std::string tag = text.substr(at + 1, text.find('>', at) - at - 1);
+        at += tag.size() + 2;
+        if (tag == "b" || tag == "/b")
+            shown += tag == "b" ? "(" : ")";
+        if (tag == "span")
+            shown += "[";
+        if (tag == "/span")
+            shown += "]";
+        if ((tag == "/p" || tag == "/h1" || tag == "/h2") && text[at] == '\n') {
+            shown += '\n';
+            ++at;
+        }
+    }
+    return shown;
+}
+
+TEST(SongExport, AsAPageWrapsBetweenWordsAlone) {
+    const Text page =
+        exportHtml(u"Row\n\nC    D7+ G\nRow, gently\n<b>&\n", ChordNames::House, u"x");
+    EXPECT_NE(page.find(u"<title>Row</title>"), Text::npos);
+    // Each piece holds its columns; the chord over "ly" has no place to wrap in front.
+    EXPECT_NE(read(page).find("[(C    )/Row, ][(D7+ G)/gently]\n"), std::string::npos)
+        << read(page);
+    EXPECT_NE(read(page).find("[&lt;b>&amp;]\n"), std::string::npos) << read(page);
+    const Text other = exportHtml(u"\n", ChordNames::House, u"a<b");
+    EXPECT_NE(other.find(u"<title>a&lt;b</title>"), Text::npos);
+    const Text drawn = exportHtml(u"C \uE000\nla\n", ChordNames::House, u"",
+                                  [](char16_t) { return std::optional<Text>(u"<svg/>"); });
+    EXPECT_NE(drawn.find(u"<svg/>"), Text::npos);
+    EXPECT_EQ(drawn.find(u'\uE000'), Text::npos);
+}
+
+std::size_t count(TextView text, TextView part) {
+    std::size_t found = 0;
+    for (std::size_t at = text.find(part); at != TextView::npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+TEST(SongExport, DrawsDiagrams) {
+    const struct {
+        TextView frets, fingers;
+        int first;
+        bool isDrawn;
+        std::size_t open, muted, figures;
+    } cases[] = {
+        {u"x32010", u"-32-1-", 1, true, 2, 1, 3},
+        {u"133211", u"134211", 1, true, 0, 0, 6},
+        {u"x-10-12-12-12-10", u"-13331", 10, true, 0, 1, 5},
+        {u"x3201", u"-32-1-", 1, false, 0, 0, 0},
+        {u"x32q10", u"-32-1-", 1, false, 0, 0, 0},
+        {u"133211", u"134211", 3, false, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        const auto svg = diagramSvg({u"C", Text(c.frets), Text(c.fingers), c.first});
+        ASSERT_EQ(svg.has_value(), c.isDrawn) << toUtf8(c.frets);
+        if (!svg)
+            continue;
+        EXPECT_EQ(count(*svg, u"\u25CB"), c.open) << toUtf8(c.frets);
+        EXPECT_EQ(count(*svg, u"\u00D7"), c.muted) << toUtf8(c.frets);
+        EXPECT_EQ(count(*svg, u"#fff"), c.figures) << toUtf8(c.frets);
+        EXPECT_EQ(svg->find(u"10</text>") != Text::npos, c.first == 10) << toUtf8(c.frets);
+    }
+}
+
+}  // namespace
+}  // namespace melvorin
