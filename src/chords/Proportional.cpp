@@ -61,9 +61,9 @@ void ProportionalTest::addPair(TextView chords, TextView words) {
         return;
     ++pairs_;
     const bool over = cellsOf(chords.substr(0, last)) > cellsOf(trimmedRight(words)) + slack;
-    const bool fits =
-        edgesOf(chords).widths[last] <= edgesOf(trimmedRight(words)).widths.back() + slackWidth;
-    overshooting_ += over && fits ? 1U : 0U;
+    const bool fits = over && edgesOf(chords).widths[last] <=
+                                  edgesOf(trimmedRight(words)).widths.back() + slackWidth;
+    overshooting_ += fits ? 1U : 0U;
 }
 
 void moveToSyllables(std::vector<RowItem>& row, TextView chords, TextView words) {
