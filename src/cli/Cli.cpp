@@ -12,6 +12,7 @@
 #include "chords/SuffixNormaliser.h"
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
+#include "cli/PdfCommand.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {
@@ -34,6 +35,7 @@ constexpr std::string_view helpText =
     "  melvorin-cli export-chordpro [TEXT OPTIONS] [FILE...]\n"
     "  melvorin-cli key [--output FILE] [--encoding NAME] [FILE...]\n"
     "  melvorin-cli respell [TEXT OPTIONS] [FILE...]\n"
+    "  melvorin-cli pdf [OPTIONS] -o FILE SONG...\n"
     "  melvorin-cli chord [--database FILE] [--output FILE] (NAME... | --list)\n"
     "  melvorin-cli --help\n"
     "  melvorin-cli --version\n"
@@ -90,6 +92,8 @@ constexpr std::string_view helpText =
     "character, frets and fingers from the low E string up, with tabs between. --list\n"
     "prints every row of the chord database, which lies in Dbase beside the tool, or\n"
     "is FILE.\n"
+    "\n"
+    "pdf writes songs as a PDF; melvorin-cli pdf --help tells its options.\n"
     "\n"
     "Without FILE the text is read from the standard input. Without --encoding it is\n"
     "UTF-8, UTF-16 with a byte-order mark, or else in the ANSI code page of the\n"
@@ -193,19 +197,6 @@ Text importedChart(TextView song, bool verdicts) {
     return text.append(imported.chart());
 }
 
-Result<Text> wholeText(std::string_view bytes, const AnsiCodec& ansi, const NamedEncoding* named) {
-    const Result<Coding> coding = codingOf(bytes, ansi, named);
-    if (!coding) {
-        return Failure{coding.cause};
-    }
-    DecodedText decoded = decodePart(bytes.substr(coding.value->mark.size()),
-                                     coding.value->encoding, coding.value->codec);
-    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
-        return Failure{Text(trouble)};
-    }
-    return Result<Text>::success(std::move(decoded.text));
-}
-
 // The bytes of a whole file rewritten in its own encoding.
 Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
                                  const NamedEncoding* named,
@@ -214,7 +205,7 @@ Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
     if (!coding) {
         return Failure{coding.cause};
     }
-    const Result<Text> text = wholeText(bytes, ansi, named);
+    const Result<Text> text = textOfBytes(bytes, ansi, named);
     if (!text) {
         return Failure{text.cause};
     }
@@ -439,7 +430,7 @@ bool Run::describeKey(const Text* file, std::string& report) {
     const Text name = file ? *file : Text(u"the standard input");
     const Result<std::string> bytes = read(file);
     const Result<Text> song =
-        bytes ? wholeText(*bytes.value, ansi_, named()) : Result<Text>::failure(bytes.cause);
+        bytes ? textOfBytes(*bytes.value, ansi_, named()) : Result<Text>::failure(bytes.cause);
     if (!song) {
         return fail(u"cannot read ", name, song.cause);
     }
@@ -500,6 +491,20 @@ bool Run::fail(TextView what, TextView name, TextView cause) {
 }
 
 }  // namespace
+
+Result<Text> textOfBytes(std::string_view bytes, const AnsiCodec& ansi,
+                         const NamedEncoding* named) {
+    const Result<Coding> coding = codingOf(bytes, ansi, named);
+    if (!coding) {
+        return Failure{coding.cause};
+    }
+    DecodedText decoded = decodePart(bytes.substr(coding.value->mark.size()),
+                                     coding.value->encoding, coding.value->codec);
+    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
+        return Failure{Text(trouble)};
+    }
+    return Result<Text>::success(std::move(decoded.text));
+}
 
 Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
                                  const std::function<Text(Text)>& edit,
@@ -564,6 +569,9 @@ Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& ch
 
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi) {
+    if (!arguments.empty() && arguments[0] == u"pdf") {
+        return runPdf({arguments.begin() + 1, arguments.end()}, files, ports, ansi);
+    }
     Result<CliRequest> request = parseCliArguments(arguments);
     if (!request) {
         ports.writeError(u"melvorin-cli: " + request.cause + u"\nTry \"melvorin-cli --help\".\n");
