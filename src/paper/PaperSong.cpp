@@ -125,13 +125,20 @@ void trimEnd(PaperLine& line) {
     line.looks.resize(line.text.size());
 }
 
-bool isChordPro(TextView text) {
+// The title that the directives of a ChordPro song give it, which may be empty; nothing where the
+// text is no such song.
+std::optional<Text> chordProTitle(TextView text) {
+    std::optional<Text> title;
     for (const TextView line : splitLines(text)) {
         const std::optional<Directive> directive = readDirective(line);
-        if (directive && isKnownDirective(*directive))
-            return true;
+        if (!directive || !isKnownDirective(*directive))
+            continue;
+        if (!title)
+            title.emplace();
+        if (directive->name == u"title" && title->empty())
+            title = Text(trimmed(directive->value));
     }
-    return false;
+    return title;
 }
 
 // The looks of a document, each once.
@@ -206,9 +213,14 @@ PaperSong songOfText(TextView text, const PaperLook& look) {
 }  // namespace
 
 PaperSong paperSong(TextView text, const PaperLook& look, TextView name) {
-    PaperSong song = songOfText(isChordPro(text) ? importSong(text).chart() : Text(text), look);
+    const std::optional<Text> title = chordProTitle(text);
+    PaperSong song = songOfText(title ? importSong(text).chart() : Text(text), look);
     song.chordColour = kChordColour;
     readSong(song, name);
+    if (title && !title->empty()) {
+        song.title = *title;
+        song.titleIsFirstLine = !song.lines.empty() && song.lines[0].text == *title;
+    }
     return song;
 }
 
