@@ -71,7 +71,8 @@ std::optional<ChordReport::Diagram> ChordReport::firstDiagram(TextView chord) {
 }
 
 Result<Done> ChordReport::describe(TextView chord, std::string& report) {
-    if (const Result<Done> found = seek(chord); !found)
+    Result<Done> found = seek(chord);
+    if (!found)
         return found;
     const Text font = valueOf(chords_, u"Mname");
     for (const TextView field : kDiagrams) {

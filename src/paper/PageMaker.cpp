@@ -1,6 +1,7 @@
 #include "paper/PageMaker.h"
 
 #include <algorithm>
+#include <cmath>
 #include <tuple>
 
 #include "base/Contrast.h"
@@ -96,8 +97,10 @@ Trial SongLayout::fitted() const {
         return std::move(*best);
     const auto goal = best->rank();
     best.reset();
-    for (double size = setup_.mostPoints; size > setup_.leastPoints; size -= kSizeStep) {
-        consider(size);
+    const auto steps =
+        static_cast<int>(std::ceil((setup_.mostPoints - setup_.leastPoints) / kSizeStep));
+    for (int step = 0; step < steps; ++step) {
+        consider(setup_.mostPoints - step * kSizeStep);
         if (best->rank() <= goal)
             return std::move(*best);
     }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <tuple>
 
 #include "base/Text.h"
 
@@ -28,7 +29,9 @@ struct WantedFont {
     bool bold = false;
     bool italic = false;
 
-    friend auto operator<=>(const WantedFont&, const WantedFont&) = default;
+    friend bool operator<(const WantedFont& a, const WantedFont& b) {
+        return std::tie(a.face, a.bold, a.italic) < std::tie(b.face, b.bold, b.italic);
+    }
 };
 
 class PaperFonts {
