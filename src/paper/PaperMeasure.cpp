@@ -121,8 +121,13 @@ void LineMeasure::add(const CellCharacter& character) {
     const std::optional<FontNumber> sign = fonts_.fontWith(kReplacement, base);
     const char32_t stand = sign ? kReplacement : U'?';
     const FontNumber standFont = sign.value_or(base);
+    // It takes as many cells as what it stands for, so that chords behind it stay where they are.
+    const double cells = static_cast<double>(character.width) *
+                         fonts_.font(base).advance(U' ').value_or(0.5) * look.points;
+    const double end = x_ + cells;
     addVisible(Text(1, static_cast<char16_t>(stand)),
                fonts_.font(standFont).advance(stand).value_or(0.5), standFont, false);
+    x_ = std::max(x_, end);
 }
 
 void LineMeasure::addBlank(const CellCharacter& character) {

@@ -374,6 +374,16 @@ TEST(Paper, WritesWhateverComes) {
     }
 }
 
+TEST(Paper, KeepsChordsBehindWhatItCannotWrite) {
+    FontShelf fonts = shelf();
+    std::map<std::string, double> x;
+    const LaidSong laid = laidOf(u"C    G  D\n\u6B4C\u6B4C word\n", {}, fonts);
+    for (const PlacedRun& run : laid.pages[0].runs)
+        x[toUtf8(run.text)] = run.x;
+    EXPECT_NEAR(x["G"], x["word"], 0.01);
+    EXPECT_NEAR(x["G"], x["C"] + 5 * 10 * 1233 / 2048.0, 0.01);
+}
+
 TEST(Paper, ReadsTheFormatsOfADocument) {
     FontShelf fonts = shelf();
     const PaperSong song = paperSongOfRtf(
