@@ -19,6 +19,12 @@ Melvorin reads its chord dictionary with SQLite $version.
 The authors of SQLite have put its code into the public domain: anybody may copy,
 change, publish, use, compile, sell and pass it on, for any purpose and by any means.
 END
+sed -n '/^\* License/,/^\* Acknowledgment/p' "$tree/build/deps/haru/README" |
+    sed -e '/^\*/d' -e '1{/^$/d}' >"$work/libharu.txt"
+cat >>"$work/libharu.txt" <<END
+The source that is linked in has been changed: it has repairs of Melvorin's own.
+END
+cp /usr/share/doc/libz-mingw-w64-dev/copyright "$work/zlib.txt"
 cat >"$work/Read me first.txt" <<'END'
 "Melvorin.txt" says what you may do with the program.
 
@@ -26,6 +32,8 @@ Linked into it are:
 
 SQLite (SQLite.txt)
     reads the chord dictionary.
+libharu (libharu.txt) and zlib (zlib.txt)
+    write PDF.
 The runtime libraries of the GNU compilers, libgcc and libstdc++
     (GCC runtime libraries.txt, GPL-3.txt). Their "GCC Runtime Library Exception" allows
     linking them into any program without conditions on that program.

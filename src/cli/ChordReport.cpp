@@ -42,7 +42,7 @@ Result<Done> ChordReport::open(TextView databasePath) {
     return read;
 }
 
-Result<Done> ChordReport::describe(TextView chord, std::string& report) {
+Result<Done> ChordReport::seek(TextView chord) {
     Text text = searchText(chord, normaliseSuffixes);
     // A search compares without case; here nobody sees which of two chords was found.
     if (const std::optional<Text> major = majorSymbol(text))
@@ -58,6 +58,22 @@ Result<Done> ChordReport::describe(TextView chord, std::string& report) {
         return Failure{found.cause};
     if (!*found.value)
         return Failure{u"There is no such chord."};
+    return done();
+}
+
+std::optional<ChordReport::Diagram> ChordReport::firstDiagram(TextView chord) {
+    if (!seek(chord))
+        return std::nullopt;
+    const Text character = valueOf(chords_, kDiagrams[0]);
+    if (character.empty() || character == kNoDiagram)
+        return std::nullopt;
+    return Diagram{valueOf(chords_, u"Mname"), character};
+}
+
+Result<Done> ChordReport::describe(TextView chord, std::string& report) {
+    Result<Done> found = seek(chord);
+    if (!found)
+        return found;
     const Text font = valueOf(chords_, u"Mname");
     for (const TextView field : kDiagrams) {
         const Text character = valueOf(chords_, field);

@@ -17,6 +17,7 @@
 #include "cli/CliArguments.h"
 #include "cli/CliHelp.h"
 #include "dictionary/BookGrips.h"
+#include "cli/PdfCommand.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {
@@ -118,19 +119,6 @@ Text importedChart(TextView song, bool verdicts, const ImportOptions& options) {
     return text.append(imported.chart());
 }
 
-Result<Text> wholeText(std::string_view bytes, const AnsiCodec& ansi, const NamedEncoding* named) {
-    const Result<Coding> coding = codingOf(bytes, ansi, named);
-    if (!coding) {
-        return Failure{coding.cause};
-    }
-    DecodedText decoded = decodePart(bytes.substr(coding.value->mark.size()),
-                                     coding.value->encoding, coding.value->codec);
-    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
-        return Failure{Text(trouble)};
-    }
-    return Result<Text>::success(std::move(decoded.text));
-}
-
 // The bytes of a whole file rewritten in its own encoding.
 Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
                                  const NamedEncoding* named,
@@ -139,7 +127,7 @@ Result<std::string> rewriteWhole(std::string_view bytes, const AnsiCodec& ansi,
     if (!coding) {
         return Failure{coding.cause};
     }
-    const Result<Text> text = wholeText(bytes, ansi, named);
+    const Result<Text> text = textOfBytes(bytes, ansi, named);
     if (!text) {
         return Failure{text.cause};
     }
@@ -347,7 +335,7 @@ bool Run::exportSong() {
         return rewriteSong([=](TextView chart) { return exportText(chart, names); });
     // A page says that it is in UTF-8, whatever the song is in.
     return rewriteAll([&](std::string_view bytes) -> Result<std::string> {
-        const Result<Text> song = wholeText(bytes, ansi_, named());
+        const Result<Text> song = textOfBytes(bytes, ansi_, named());
         if (!song) {
             return Failure{song.cause};
         }
@@ -378,7 +366,7 @@ bool Run::reportOne(const Text* file, const Tell& tell, std::string& report) {
     const Text name = file ? *file : Text(u"the standard input");
     const Result<std::string> bytes = read(file);
     const Result<Text> song =
-        bytes ? wholeText(*bytes.value, ansi_, named()) : Result<Text>::failure(bytes.cause);
+        bytes ? textOfBytes(*bytes.value, ansi_, named()) : Result<Text>::failure(bytes.cause);
     if (!song) {
         return fail(u"cannot read ", name, song.cause);
     }
@@ -460,6 +448,20 @@ bool Run::fail(TextView what, TextView name, TextView cause) {
 
 }  // namespace
 
+Result<Text> textOfBytes(std::string_view bytes, const AnsiCodec& ansi,
+                         const NamedEncoding* named) {
+    const Result<Coding> coding = codingOf(bytes, ansi, named);
+    if (!coding) {
+        return Failure{coding.cause};
+    }
+    DecodedText decoded = decodePart(bytes.substr(coding.value->mark.size()),
+                                     coding.value->encoding, coding.value->codec);
+    if (const TextView trouble = whyNotAChart(decoded); !trouble.empty()) {
+        return Failure{Text(trouble)};
+    }
+    return Result<Text>::success(std::move(decoded.text));
+}
+
 Result<std::string> rewriteBytes(std::string_view bytes, const AnsiCodec& ansi,
                                  const std::function<Text(Text)>& edit,
                                  const NamedEncoding* named) {
@@ -523,6 +525,9 @@ Result<TransposedSong> transposeSong(std::string_view bytes, const KeyChange& ch
 
 int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi) {
+    if (!arguments.empty() && arguments[0] == u"pdf") {
+        return runPdf({arguments.begin() + 1, arguments.end()}, files, ports, ansi);
+    }
     Result<CliRequest> request = parseCliArguments(arguments);
     if (!request) {
         ports.writeError(u"melvorin-cli: " + request.cause + u"\nTry \"melvorin-cli --help\".\n");

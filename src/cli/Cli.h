@@ -29,6 +29,8 @@ class CliPorts {
     virtual void writeError(TextView message) = 0;
     // The folder that the tool itself lies in, where its chord database is too.
     virtual Text programFolder() = 0;
+    // Where this machine has its fonts, each without a separator at its end.
+    virtual std::vector<Text> fontFolders() { return {}; }
 };
 
 // Runs the tool with the arguments behind the program's name and returns its exit code: 0 when all
@@ -39,6 +41,10 @@ int runCli(const std::vector<Text>& arguments, Files& files, CliPorts& ports,
            const AnsiCodec& ansi);
 
 // Both work in `named` where it is given, else in the encoding that the bytes seem to have.
+
+// The text of a plain-text file, without its byte-order mark. Fails as rewriteBytes does.
+Result<Text> textOfBytes(std::string_view bytes, const AnsiCodec& ansi,
+                         const NamedEncoding* named = nullptr);
 
 // The bytes of a plain-text file after `edit` has been at its text, in the same encoding and with
 // the same byte-order mark. `edit` gets the text in parts of whole lines, so that what is worked on

@@ -92,6 +92,18 @@ class StandardPorts final : public melvorin::CliPorts {
         return melvorin::textFromNativePath(tool.parent_path().string());
 #endif
     }
+
+    std::vector<Text> fontFolders() override {
+#ifdef _WIN32
+        std::wstring folder(MAX_PATH, L'\0');
+        folder.resize(GetWindowsDirectoryW(folder.data(), MAX_PATH));
+        return {Text(folder.begin(), folder.end()) + u"\\Fonts"};
+#else
+        return {u"/usr/share/fonts/truetype/liberation", u"/usr/share/fonts/truetype/dejavu",
+                u"/usr/share/fonts/liberation", u"/usr/share/fonts/dejavu",
+                u"/usr/share/fonts/TTF"};
+#endif
+    }
 };
 
 // Only a want of memory gets here; the files are as they were.

@@ -536,6 +536,11 @@ bool RtfMap::isSymbolAt(std::size_t position) const {
     return font != kNoFont && fonts_[font].charset == Charset::Symbol;
 }
 
+std::optional<Rgb> RtfMap::colourAt(std::size_t position) const {
+    const std::uint16_t colour = chars_[position].colour;
+    return colour < colours_.size() ? colours_[colour] : std::nullopt;
+}
+
 TextView RtfMap::fontNameAt(std::size_t position) const {
     const std::uint16_t font = chars_[position].font;
     return font == kNoFont ? TextView() : TextView(fonts_[font].face);

@@ -65,6 +65,12 @@ class RtfMap {
     // map.
     TextView fontNameAt(std::size_t position) const;
 
+    // Its colour; nothing for the automatic one.
+    std::optional<Rgb> colourAt(std::size_t position) const;
+
+    // Where its source begins, in bytes.
+    std::size_t sourceAt(std::size_t position) const { return chars_[position].begin; }
+
     // The source with the given parts rewritten and everything else byte for byte as it was
     // (but for a colour added to the colour table). New characters get `colour`, unless they keep
     // their own. The parts are in ascending order, with at least one character between two; a

@@ -84,14 +84,67 @@ class Cli(unittest.TestCase):
             ["mandoc", "-T", "ascii", MANUAL], stdout=subprocess.PIPE, check=True
         ).stdout.decode()
         self.assertEqual(0, self.cli("--help"))
+        own_help = self.out
+        self.assertEqual(0, self.cli("pdf", "--help"))
+        own_help += self.out
 
         def words(text):
             commands = re.findall(r"melvorin-cli ([a-z][a-z-]*)", text)
             return {*re.findall(r"--[a-z][a-z-]*", text), *commands} - {"does"}
 
-        self.assertIn("--output-dir", words(self.out))
+        self.assertIn("--output-dir", words(own_help))
         # Bold letters are overstruck.
-        self.assertEqual(words(self.out), words(re.sub(r".\x08", "", shown)))
+        self.assertEqual(words(own_help), words(re.sub(r".\x08", "", shown)))
+
+    def test_pdf(self):
+        """As another program reads it: chords over their syllables, words, book and what it says."""
+        tab = "e|" + 150 * "-" + "|\n"
+        self.write("b.txt", "Tune\n\nC        Am      G7\nOld folks at home again\n\n" + tab)
+        self.write("a.cho", "{title: Äpfel}\n[C]Red [F]apples\n")
+        self.write("r.rtf", r"{\rtf1\ansi{\fonttbl{\f0 Courier New;}}\f0\fs24 D\par  x Gr\'fcn\par}")
+        made = ("pdf", "--sort", "title", "--author", "Nobody", "-o", "book.pdf")
+        self.assertEqual(0, self.cli(*made, "b.txt", "a.cho", "r.rtf"), self.errors)
+        first = pathlib.Path("book.pdf").read_bytes()
+        self.assertEqual(0, self.cli(*made, "b.txt", "a.cho", "r.rtf"))
+        self.assertEqual(first, pathlib.Path("book.pdf").read_bytes())
+        shown = subprocess.run(
+            ["pdftotext", "-bbox", "book.pdf", "-"], stdout=subprocess.PIPE, check=True
+        ).stdout.decode()
+        pages = [
+            {
+                word: (float(x), float(y))
+                for x, y, word in re.findall(r'xMin="(.*?)" yMin="(.*?)".*?>(.*?)</word>', page)
+            }
+            for page in shown.split("<page ")[1:]
+        ]
+        self.assertEqual(4, len(pages))
+        self.assertLessEqual({"Contents", "Tune", "Äpfel", "r", "2", "4"}, pages[0].keys())
+        r, tune, apples = pages[1], pages[2], pages[3]
+        cell = 0.6 * 11
+        for chord, word, cells in (("C", "Old", 0), ("Am", "folks", 5), ("G7", "again", -1)):
+            self.assertAlmostEqual(tune[word][0] + cells * cell, tune[chord][0], delta=0.5)
+            self.assertLess(0, tune[word][1] - tune[chord][1])
+        self.assertAlmostEqual(apples["apples"][0], apples["F"][0], delta=0.5)
+        self.assertAlmostEqual(r["D"][0] + 7.2, r["x"][0], delta=0.5)
+        self.assertIn("Grün", r)
+        self.assertTrue(any(tab.strip() == word for word in tune), tune.keys())
+        told = subprocess.run(["pdfinfo", "book.pdf"], stdout=subprocess.PIPE).stdout.decode()
+        self.assertRegex(told, r"Author: +Nobody")
+        for arguments, code, message in (
+            (("-o", "x.pdf"), 2, "needs songs"),
+            (("b.txt",), 2, "needs -o"),
+            (("--columns", "5", "-o", "x.pdf", "b.txt"), 2, '"5"'),
+            (("-o", "x.pdf", "none.txt"), 1, "none.txt"),
+            (("--font", "b.txt", "-o", "x.pdf", "b.txt"), 1, "not a TrueType font"),
+            (("-o", "none/x.pdf", "b.txt"), 1, "none/x.pdf"),
+        ):
+            self.assertEqual(code, self.cli("pdf", *arguments))
+            self.expect_one_message(message)
+            self.assertFalse(pathlib.Path("x.pdf").exists())
+        self.write("odd.txt", "one\ntwo \U0001F600\n")
+        self.assertEqual(0, self.cli("pdf", "-o", "x.pdf", "odd.txt"))
+        self.expect_one_message(r"odd.txt: .*U\+1F600 \(line 2\)")
+        self.expect_nothing_left()
 
     def rows(self):
         return [line.split("\t") for line in self.out.splitlines()]
