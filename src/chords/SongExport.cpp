@@ -295,7 +295,7 @@ Text exportHtml(TextView chart, ChordNames names, TextView title, const DrawDiag
 }
 
 TextView fileEnd(SongFormat format) {
-    return format == SongFormat::ChordPro ? u"cho" : format == SongFormat::Text ? u"txt" : u"html";
+    return format == SongFormat::ChordPro ? u"cho" : format == SongFormat::PlainText ? u"txt" : u"html";
 }
 
 }  // namespace melvorin

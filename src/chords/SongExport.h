@@ -10,7 +10,7 @@
 
 namespace melvorin {
 
-enum class SongFormat { ChordPro, Text, Html };
+enum class SongFormat { ChordPro, PlainText, Html };
 
 // A line of a chart, or two of them: chords and the words below.
 struct ChartBlock {

@@ -16,8 +16,8 @@
 #include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
 #include "cli/CliHelp.h"
-#include "dictionary/BookGrips.h"
 #include "cli/PdfCommand.h"
+#include "dictionary/BookGrips.h"
 #include "find/TextSearch.h"
 
 namespace melvorin {
@@ -331,7 +331,7 @@ bool Run::exportSong() {
     const ChordNames names = request_.names;
     if (request_.format == SongFormat::ChordPro)
         return rewriteSong([=](TextView chart) { return exportChordPro(chart, names); });
-    if (request_.format == SongFormat::Text)
+    if (request_.format == SongFormat::PlainText)
         return rewriteSong([=](TextView chart) { return exportText(chart, names); });
     // A page says that it is in UTF-8, whatever the song is in.
     return rewriteAll([&](std::string_view bytes) -> Result<std::string> {

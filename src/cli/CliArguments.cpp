@@ -370,7 +370,7 @@ bool ArgumentParser::takeNames(TextView value) {
 
 bool ArgumentParser::takeFormat() {
     constexpr std::pair<TextView, SongFormat> formats[] = {{u"chordpro", SongFormat::ChordPro},
-                                                           {u"text", SongFormat::Text},
+                                                           {u"text", SongFormat::PlainText},
                                                            {u"html", SongFormat::Html}};
     if (!takeValue(format_, u"--format")) {
         return false;
