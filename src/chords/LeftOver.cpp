@@ -63,6 +63,9 @@ bool isSuffixOfLetters(TextView letters) {
         if (word == std::end(words))
             return false;
         letters.remove_prefix(word->size());
+        const bool isAdded = word->starts_with(u"ad");
+        if (isAdded && !letters.empty() && isRootLetter(letters[0]))  // "DaddH"
+            return true;
     }
     return true;
 }
@@ -95,14 +98,15 @@ std::size_t findChord(TextView line, std::size_t at) {
     return at;
 }
 
-// Whether the line may have more chords than words. What stands in front of a colon, or beside
-// brackets or "N.C.", is another matter.
+// Whether the line may have more chords than words. What stands in front of a colon or a dash, or
+// beside brackets or "N.C.", is another matter.
 bool mayBeRow(TextView line) {
     std::size_t chords = 0;
     for (std::size_t at = findChord(line, 0); at < line.size(); at = findChord(line, at + 1))
         ++chords;
     const auto isOther = [](char16_t c) {
-        return (c == u':') | (c == u'[') | (c == u'(') | (c == u'N');
+        return (c == u':') | (c == u'[') | (c == u'(') | (c == u'N') | (c == u'-') | (c == 0x2013) |
+               (c == 0x2014) | (c == 0xFF1A) | (c == 0x3010);
     };
     if (chords == 0 || hasAny(line, isOther))
         return chords > 0;
@@ -116,7 +120,7 @@ bool mayBeRow(TextView line) {
         }
         afterBlank = c == u' ' || isAnyBlank(c);
     }
-    return words == 0 || chords > 2 * words;
+    return words == 0 || chords > words;
 }
 
 // "[a]" may be a chord of a song whose small letters are minor ones.

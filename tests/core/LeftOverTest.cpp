@@ -255,11 +255,13 @@ TEST(LeftOverProperty, TwelveStepsUpAndDownGiveThePitchesAndColumns) {
 // The brief look must not lose what the importer finds.
 TEST(LeftOverProperty, TheBriefLookLosesNothing) {
     static constexpr TextView kParts[] = {
-        u"A",    u"Am7",   u"Cmaj7", u"(C",   u"G)",     u"[Em]",    u"Hm",      u"H",
-        u"N.C.", u"x2",    u"bis",   u"la",   u"And",    u"Dad",     u"|",       u"-",
-        u"C-G",  u"|F|",   u" ",     u"  ",   u"\t",     u"\u00A0",  u"Intro:",  u"(x2)",
-        u"new",  u"C7alt", u"Bb",    u"Bbo7", u"\uFF23", u"B\u266D", u"F\u00F8", u".",
-        u"D,",   u"n.c.",  u"oh",    u"Gsus", u"AmMaj",  u"E\u0394", u"{",       u"Dmin"};
+        u"A",      u"Am7",     u"Cmaj7",   u"(C",  u"G)",    u"[Em]",     u"Hm",
+        u"H",      u"N.C.",    u"x2",      u"bis", u"la",    u"And",      u"Dad",
+        u"|",      u"-",       u"C-G",     u"|F|", u" ",     u"  ",       u"\t",
+        u"\u00A0", u"Intro:",  u"(x2)",    u"new", u"C7alt", u"Bb",       u"Bbo7",
+        u"\uFF23", u"B\u266D", u"F\u00F8", u".",   u"D,",    u"n.c.",     u"oh",
+        u"Gsus",   u"AmMaj",   u"E\u0394", u"{",   u"Dmin",  u"DO",       u"Re7",
+        u"x 4",    u"| 3/4",   u"} 2",     u"a",   u"[Sol]", u"\u041F -", u"2 times"};
     Random random(7);
     int found = 0;
     for (int round = 0; round < 15000; ++round) {
