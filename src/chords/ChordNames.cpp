@@ -12,9 +12,6 @@
 namespace melvorin {
 namespace {
 
-// By letters from A.
-constexpr std::array<TextView, 7> kSyllables{u"La", u"Si", u"Do", u"Re", u"Mi", u"Fa", u"Sol"};
-
 // The place of a written note on the line of fifths: F -1, C 0, F# 6, Bb -2.
 int writtenFifths(TextView note) {
     constexpr std::array<int, 7> naturals{3, 5, 0, 2, 4, -1, 1};
@@ -46,7 +43,7 @@ Text nameOf(TextView note, ChordNames names, Key key, Spelling side) {
         case ChordNames::German:
             return germanName(note, GermanSigns::Endings);
         case ChordNames::Solfege:
-            return Text(kSyllables[letterIndex(note[0])]).append(note.substr(1));
+            return solfegeName(note, melvorin::Solfege::Plain, false);
         case ChordNames::Nashville:
             return numberOf(note, key, side);
         case ChordNames::House:
