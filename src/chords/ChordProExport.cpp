@@ -6,6 +6,7 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
+#include "chords/Directives.h"
 #include "chords/SongImport.h"
 
 namespace melvorin {
@@ -98,6 +99,8 @@ class Exporter {
     bool putChords(std::size_t number);
     bool comesBack(TextView exported, TextView first, TextView second) const;
     void enterTablature(bool inside, TextView end);
+    void endSection(TextView end);
+    void putLabel(std::size_t number);
 
     SongImport song_;
     // What comes back is told by the letters: a line alone does not tell by which names it is
@@ -106,6 +109,7 @@ class Exporter {
     SongChordNames names_;
     Text result_;
     bool inTablature_ = false;
+    TextView section_;  // the open one: "chorus"
 };
 
 void Exporter::putLine(TextView text, TextView end) {
@@ -191,24 +195,58 @@ void Exporter::put(TextView text, const SourceLine& line) {
         putLine(Text(u"{comment: ").append(trimmedRight(text)).append(u"}"), line.end);
 }
 
+// A section ends in front of the first line that is none of its own.
+void Exporter::endSection(TextView end) {
+    if (!section_.empty())
+        putLine(Text(u"{end_of_").append(section_).append(u"}"), endOr(end));
+    section_ = {};
+}
+
+void Exporter::putLabel(std::size_t number) {
+    const SourceLine& line = song_.source[number];
+    const auto section = sectionOfLabel(line.text);
+    const bool hasLines = number + 1 < song_.source.size() &&
+                          !trimmed(song_.source[number + 1].text).empty() &&
+                          song_.source[number + 1].verdict != LineVerdict::Section;
+    if (!section || !hasLines)
+        return put(line.text, line);
+    putLine(sectionDirective(*section, line.text), line.end);
+    section_ = *section;
+}
+
 Text Exporter::run() {
+    bool isHead = true;  // facts of the song stand above its chords
     for (std::size_t number = 0; number < song_.source.size(); ++number) {
         const SourceLine& line = song_.source[number];
         const bool tablature = line.verdict == LineVerdict::Tablature;
+        const bool isLabel = line.verdict == LineVerdict::Section;
+        isHead = isHead && line.verdict != LineVerdict::Chords;
+        if (tablature || isLabel || trimmed(line.text).empty())
+            endSection(line.end);
         enterTablature(tablature, line.end);
+        const auto fact = isHead ? factDirective(line.text) : std::nullopt;
         if (tablature)
             putLine(line.text, line.end);
         else if (number == 0 && namesSong(song_))
             putLine(Text(u"{title: ").append(trimmedRight(line.text)).append(u"}"), line.end);
+        else if (fact)
+            putLine(*fact, line.end);
         else if (line.verdict == LineVerdict::Chords)
             number += putChords(number) ? 1U : 0U;
+        else if (isLabel)
+            putLabel(number);
         else
             put(line.text, line);
     }
-    if (inTablature_) {
-        const TextView end = song_.source.back().end;
-        putLine(end.empty() ? u"\n{end_of_tab}" : u"{end_of_tab}", end);
-    }
+    // The last line has no end where the chart has none.
+    const TextView end = song_.source.empty() ? TextView() : song_.source.back().end;
+    const bool isOpen = inTablature_ || !section_.empty();
+    if (isOpen && end.empty())
+        result_ += u"\n";
+    if (inTablature_)
+        putLine(u"{end_of_tab}", end);
+    if (!section_.empty())
+        putLine(Text(u"{end_of_").append(section_).append(u"}"), end);
     return std::move(result_);
 }
 

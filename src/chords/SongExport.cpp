@@ -195,8 +195,9 @@ void Page::addPair(const ChartBlock& block) {
             addPlain(above);
             body_ += u"</b>";
         }
+        // A last line of nothing would be no line, and the chords would stand at its height.
         if (block.kind == Kind::Pair)
-            body_ += u"\n";
+            body_ += below.empty() ? u"\n " : u"\n";
         addPlain(below);
         body_ += u"</span>";
         // A line may wrap here; the blanks are in the piece before it.
@@ -295,7 +296,9 @@ Text exportHtml(TextView chart, ChordNames names, TextView title, const DrawDiag
 }
 
 TextView fileEnd(SongFormat format) {
-    return format == SongFormat::ChordPro ? u"cho" : format == SongFormat::PlainText ? u"txt" : u"html";
+    return format == SongFormat::ChordPro    ? u"cho"
+           : format == SongFormat::PlainText ? u"txt"
+                                             : u"html";
 }
 
 }  // namespace melvorin

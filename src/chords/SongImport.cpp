@@ -6,41 +6,13 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
+#include "chords/Directives.h"
 #include "chords/Note.h"
 #include "chords/Proportional.h"
 #include "chords/SongDiagrams.h"
 
 namespace melvorin {
 namespace {
-
-struct SectionDirective {
-    TextView name;
-    TextView label;
-};
-constexpr SectionDirective kSectionDirectives[] = {{u"start_of_chorus", u"Chorus"},
-                                                   {u"start_of_verse", u"Verse"},
-                                                   {u"start_of_bridge", u"Bridge"},
-                                                   {u"chorus", u"Chorus"}};
-// Their value is text of the song.
-constexpr TextView kTextDirectives[] = {u"title",          u"subtitle",    u"comment",
-                                        u"comment_italic", u"comment_box", u"highlight"};
-constexpr std::pair<TextView, TextView> kFactDirectives[] = {
-    {u"artist", u"Artist"},       {u"composer", u"Composer"},
-    {u"lyricist", u"Words"},      {u"arranger", u"Arranger"},
-    {u"copyright", u"Copyright"}, {u"album", u"Album"},
-    {u"year", u"Year"},           {u"key", u"Key"},
-    {u"time", u"Time"},           {u"tempo", u"Tempo"},
-    {u"duration", u"Duration"},   {u"capo", u"Capo"}};
-
-// The label of an environment: "{start_of_verse: Verse 1}" or "{start_of_verse label="Verse 1"}".
-TextView environmentLabel(TextView value) {
-    constexpr TextView attribute = u"label=\"";
-    const std::size_t at = value.find(attribute);
-    if (at == TextView::npos)
-        return value;
-    value.remove_prefix(at + attribute.size());
-    return value.substr(0, value.find(u'"'));
-}
 
 bool isPlainRow(const SourceLine& line) {
     return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
@@ -372,26 +344,8 @@ void Importer::writeDirective(std::size_t number) {
         song_.source[number].remarks |= LeftOut;
         return;
     }
-    for (const TextView name : kTextDirectives) {
-        if (directive->name == name)
-            return writeText(number, directive->value);
-    }
-    for (const auto& [name, label] : kFactDirectives) {
-        if (directive->name == name)
-            return writeText(number, Text(label).append(u": ").append(directive->value));
-    }
-    for (const auto& [name, label] : kSectionDirectives) {
-        if (directive->name == name) {
-            const TextView given = environmentLabel(directive->value);
-            return writeText(number, given.empty() ? label : given);
-        }
-    }
-    if (directive->name == u"meta")
-        return writeText(number, directive->value);
-    const bool environment = directive->name.starts_with(u"start_of_");
-    const TextView label = environmentLabel(directive->value);
-    if (environment && !label.empty())
-        return writeText(number, label);
+    if (const auto shown = shownDirective(*directive))
+        return writeText(number, *shown);
     song_.source[number].remarks |= LeftOut;
 }
 

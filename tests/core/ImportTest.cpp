@@ -89,10 +89,18 @@ TEST(Import, ExportPutsChordsToTheirSyllables) {
         u"Barbara Allen\r\n\r\nChorus:\r\n   D       G          D7+\r\nIn Scarlet town where I"
         u"\r\n  G   C\r\n\r\ne|-2-2-3-2---|\r\n# [Am] {x}\r\n  G\r\n#1 hit\r\n";
     EXPECT_EQ(toUtf8(exportChordPro(chart)),
-              "{title: Barbara Allen}\r\n\r\n{comment: Chorus:}\r\n"
-              "In [D]Scarlet [G]town where [D7+]I\r\n  [G]    [C]\r\n\r\n"
+              "{title: Barbara Allen}\r\n\r\n{start_of_chorus: Chorus:}\r\n"
+              "In [D]Scarlet [G]town where [D7+]I\r\n  [G]    [C]\r\n{end_of_chorus}\r\n\r\n"
               "{start_of_tab}\r\ne|-2-2-3-2---|\r\n{end_of_tab}\r\n{comment: # [Am] {x}}\r\n  "
               "[G]\r\n{comment: #1 hit}\r\n");
+}
+
+// What came from directives goes back to them.
+TEST(Import, ExportKeepsDirectives) {
+    constexpr TextView song =
+        u"{title: Row}\n{artist: nobody}\n{key: G}\n{capo: 2}\n\n{start_of_verse: Verse 1}\n"
+        u"[G]Row, [C]row\n{end_of_verse}\n\n{start_of_chorus}\n[G]gently\n{end_of_chorus}";
+    EXPECT_EQ(toUtf8(exportChordPro(importSong(song).chart())), toUtf8(song));
 }
 
 TEST(Import, VerdictsCanBeChosen) {

@@ -71,10 +71,10 @@ std::string read(TextView page) {
 
 TEST(SongExport, AsAPageWrapsBetweenWordsAlone) {
     const Text page =
-        exportHtml(u"Row\n\nC    D7+ G\nRow, gently\n<b>&\n", ChordNames::House, u"x");
+        exportHtml(u"Row\n\nC    D7+ G  C\nRow, gently\n<b>&\n", ChordNames::House, u"x");
     EXPECT_NE(page.find(u"<title>Row</title>"), Text::npos);
     // Each piece holds its columns; the chord over "ly" has no place to wrap in front.
-    EXPECT_NE(read(page).find("[(C    )/Row, ][(D7+ G)/gently]\n"), std::string::npos)
+    EXPECT_NE(read(page).find("[(C    )/Row, ][(D7+ G  )/gently][(C)/ ]\n"), std::string::npos)
         << read(page);
     EXPECT_NE(read(page).find("[&lt;b>&amp;]\n"), std::string::npos) << read(page);
     const Text other = exportHtml(u"\n", ChordNames::House, u"a<b");
