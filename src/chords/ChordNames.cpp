@@ -7,6 +7,7 @@
 #include "chords/KeySpelling.h"
 #include "chords/Note.h"
 #include "chords/NoteNames.h"
+#include "chords/SongImport.h"
 #include "chords/Transpose.h"
 
 namespace melvorin {
@@ -85,6 +86,8 @@ Text chordByNames(TextView chord, ChordNames names, Key key, Spelling side) {
 }
 
 SongChordNames::SongChordNames(TextView song, ChordNames names) : names_(names) {
+    if (names != ChordNames::House)
+        reading_ = importSong(song).notation.reading;
     if (names != ChordNames::Nashville)
         return;
     key_ = findKey(song).first.value_or(Key());
@@ -94,7 +97,7 @@ SongChordNames::SongChordNames(TextView song, ChordNames names) : names_(names) 
 Text SongChordNames::operator()(TextView written) const {
     if (names_ == ChordNames::House)
         return Text(written);
-    const auto house = houseSpelling(written);
+    const auto house = houseSpelling(written, reading_);
     return house ? chordByNames(*house, names_, key_, side_) : Text(written);
 }
 

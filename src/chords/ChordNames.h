@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/Text.h"
+#include "chords/NoteNames.h"
 #include "chords/SongKey.h"
 
 namespace melvorin {
@@ -29,6 +30,7 @@ class SongChordNames {
 
   private:
     ChordNames names_;
+    ChordReading reading_;  // what the symbols of the song mean
     Key key_;
     Spelling side_ = Spelling::Sharps;
 };

@@ -97,6 +97,8 @@ class Exporter {
     void put(TextView text, const SourceLine& line);
     void putLine(TextView text, TextView end);
     bool putChords(std::size_t number);
+    bool putBrackets(std::size_t number);
+    bool putLabelledChords(std::size_t number);
     bool comesBack(TextView exported, TextView first, TextView second) const;
     void enterTablature(bool inside, TextView end);
     void endSection(TextView end);
@@ -149,8 +151,9 @@ bool Exporter::comesBack(TextView exported, TextView first, TextView second) con
     if (back.lines.size() == (pair ? 2U : 1U) && back.lines[0].text == trimmedRight(first) &&
         (!pair || back.lines[1].text == trimmedRight(second)))
         return true;
-    const Text both = Text(first).append(u"\n").append(second);
-    return pair && back.lines.size() > 2 && isSame(back, importSong(both));
+    // A chart that is none of ours yet comes back as what its own import is.
+    return exported != first &&
+           isSame(back, importSong(pair ? Text(first).append(u"\n").append(second) : Text(first)));
 }
 
 // The chords of the line, with the words below them where there are any. Returns whether the
@@ -182,6 +185,28 @@ bool Exporter::putChords(std::size_t number) {
     return false;
 }
 
+// Chords in brackets are what they are already.
+bool Exporter::putBrackets(std::size_t number) {
+    const SourceLine& line = song_.source[number];
+    if (line.verdict != LineVerdict::Lyrics || line.text.starts_with(u'#') ||
+        line.text.find(u'[') == TextView::npos || line.text.find_first_of(u"{}") != TextView::npos)
+        return false;
+    Text named;
+    std::size_t copied = 0;
+    const auto first =
+        std::lower_bound(song_.chords.begin(), song_.chords.end(), number,
+                         [](const ImportedChord& c, std::size_t n) { return c.sourceLine < n; });
+    for (auto chord = first; chord != song_.chords.end() && chord->sourceLine == number; ++chord) {
+        named.append(line.text.substr(copied, chord->sourceIndex - copied))
+            .append(names_(chord->written));
+        copied = chord->sourceIndex + chord->written.size();
+    }
+    if (copied == 0)
+        return false;
+    putLine(named.append(line.text.substr(copied)), line.end);
+    return true;
+}
+
 // Text that would be read as something else is a comment.
 void Exporter::put(TextView text, const SourceLine& line) {
     const bool blank = trimmed(text).empty();
@@ -200,6 +225,23 @@ void Exporter::endSection(TextView end) {
     if (!section_.empty())
         putLine(Text(u"{end_of_").append(section_).append(u"}"), endOr(end));
     section_ = {};
+}
+
+// "Intro: Am  G": the label, and the chords on a line of their own.
+bool Exporter::putLabelledChords(std::size_t number) {
+    const SourceLine& line = song_.source[number];
+    const std::size_t label = sectionLabelLength(line.text);
+    const bool hasChords = std::any_of(
+        song_.lines.begin() + static_cast<std::ptrdiff_t>(line.firstChartLine),
+        song_.lines.begin() + static_cast<std::ptrdiff_t>(line.firstChartLine + line.chartLines),
+        [](const ImportedLine& written) { return written.isChords; });
+    const TextView row = line.text.substr(label);
+    if (label == 0 || !hasChords || row.find_first_of(u"[]{}") != TextView::npos)
+        return false;
+    putLine(Text(u"{comment: ").append(trimmedRight(line.text.substr(0, label))).append(u"}"),
+            endOr(line.end));
+    putLine(withBrackets(row, u"", names_), line.end);
+    return true;
 }
 
 void Exporter::putLabel(std::size_t number) {
@@ -233,9 +275,9 @@ Text Exporter::run() {
             putLine(*fact, line.end);
         else if (line.verdict == LineVerdict::Chords)
             number += putChords(number) ? 1U : 0U;
-        else if (isLabel)
+        else if (isLabel && !putLabelledChords(number))
             putLabel(number);
-        else
+        else if (!isLabel && !putBrackets(number))
             put(line.text, line);
     }
     // The last line has no end where the chart has none.

@@ -38,6 +38,13 @@ TEST(SongExport, RenamesChordsOverTheirSyllables) {
               "gently do----wn\n"
               "E|--0--2--|\n"
               "B|--1--3--|\n");
+    // A song that is no chart of ours yet: its own notation tells what its symbols mean.
+    EXPECT_EQ(
+        toUtf8(exportChordPro(u"Intro: Gmaj7 | A9\nDsus4  A9\nla la  la\n[C9]la [Cadd9]la\n",
+                              ChordNames::International)),
+        "{comment: Intro:}\n [Gmaj7]      [|]  [A9]\n[Dsus4]la la  [A9]la\n[C9]la [Cadd9]la\n");
+    EXPECT_EQ(toUtf8(exportText(u"Am  H7  B\nla  la  la\n", ChordNames::International)),
+              "Am  B7  Bb\nla  la  la\n");
     EXPECT_EQ(toUtf8(exportChordPro(u"F7+  C4/7  B\nRow, row & row\n", ChordNames::International)),
               "[Fmaj7]Row, [C7sus4]row & [B]row\n");
 }
