@@ -37,7 +37,9 @@ Text withoutDiagrams(TextView song, std::size_t& left) {
 Text Form1::exported(const TakenSong& song, ExportChoice choice, TextView title,
                      std::size_t& left) {
     if (choice.format != SongFormat::Html) {
-        const Text plain = withoutDiagrams(song.text, left);
+        Text plain = withoutDiagrams(song.text, left);
+        if (!plain.ends_with(u'\r'))
+            plain += u'\r';  // other programs may drop a last line without an end
         return toCrLf(choice.format == SongFormat::ChordPro ? exportChordPro(plain, choice.names)
                                                             : exportText(plain, choice.names))
             .chars;

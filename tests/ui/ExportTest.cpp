@@ -28,7 +28,9 @@ std::string said(Program& program) {
 
 TEST(Export, WritesTheWholeSongAndLeavesItOpen) {
     const ScratchFolder folder;
-    Program program(folder.add(u"song.rtf", kSong));
+    Program program;
+    program.program.programFolder = Win32ProgramFolder().folder();  // with the chord book
+    ASSERT_TRUE(program.start(folder.add(u"song.rtf", kSong)));
     const std::string before = program.text();
     const std::int16_t steps = program.history().count();
     // What is selected does not count.
@@ -42,7 +44,7 @@ TEST(Export, WritesTheWholeSongAndLeavesItOpen) {
     EXPECT_EQ(said(program), "Exported to page.html");
     // An ending that is missing comes by itself; the choice of last time is marked.
     exportAs(program, folder.file(u"song"), 0, 1);
-    EXPECT_EQ(folder.content(u"song.cho"), "[Fmaj7]la   [G]la & lo");
+    EXPECT_EQ(folder.content(u"song.cho"), "[Fmaj7]la   [G]la & lo\r\n");
     EXPECT_EQ(said(program), "Exported to song.cho, without 1 diagram");
     EXPECT_EQ(program.text(), before);
     EXPECT_EQ(program.editor().selection(), (Selection{0, 3}));

@@ -269,14 +269,12 @@ void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& 
         expectSound(window, "to another key" + font);
         expectToFollow(window, "to another key" + font, {160, 120});
     });
-    program.type(u"C  G\rla la");
     inModal(program, L"MelvorinfrmExport", Command::mnuFileExport, [&](HWND window) {
         expectSound(window, "export" + font);
         expectToFollow(window, "export" + font, {160, 120});
     });
     // In Shift-JIS; the name is a word that no line has room for.
     const Text name = Text(120, u'w') + u".txt";
-    program.messages.answer(Answer::No);
     program.dialogs.choose(FileChoice{folder.add(name, "\x8Ft\x82\xCC\x89\xCC\x82\xF0"), 3});
     inModal(program, L"MelvorinfrmCodePage", Command::mnuFileOpen, [&](HWND window) {
         expectSound(window, "code page" + font);
