@@ -18,7 +18,7 @@ suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
 mirror=$(sed -n 's/^URIs: *//p; s/^deb  *\(http[^ ]*\) .*/\1/p' \
     /etc/apt/sources.list.d/debian.sources /etc/apt/sources.list 2>/dev/null | head -1)
 echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg]" \
-    "${mirror:-http://deb.debian.org/debian} $suite main" >"$work/sources.list"
+    "${mirror:?no Debian archive is configured} $suite main" >"$work/sources.list"
 apt=(apt-get -qq -o "Dir::Etc::sourcelist=$work/sources.list" -o Dir::Etc::sourceparts=-
     -o "Dir::State::lists=$work/lists" -o "Dir::Cache=$work" -o APT::Sandbox::User=)
 echo "fetching the source of libharu"

@@ -44,10 +44,7 @@ Cell frmCodePage::createList() {
 
 Cell frmCodePage::createPreview() {
     const Cell preview =
-        edit(kPreview, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
-    previewFont_.reset(songFont(editorFontFace(services_), kEditorFontPoints));
-    ::SendMessageW(windowOf(preview), WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()),
-                   FALSE);
+        songPreview(kPreview, editorFontFace(services_), kEditorFontPoints, previewFont_);
     return preview.least(390, 230).grows(1, 1);
 }
 

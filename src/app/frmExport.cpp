@@ -61,10 +61,7 @@ bool frmExport::createWindow(HWND owner) {
 
 Cell frmExport::createPreview() {
     const Cell preview =
-        edit(kPreview, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
-    previewFont_.reset(songFont(editorFontFace(services_), kEditorFontPoints));
-    ::SendMessageW(windowOf(preview), WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()),
-                   FALSE);
+        songPreview(kPreview, editorFontFace(services_), kEditorFontPoints, previewFont_);
     return preview.least(430, 260).grows(1, 1);
 }
 

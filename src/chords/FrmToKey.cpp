@@ -147,10 +147,7 @@ void FrmToKey::fillFrets() {
 Cell FrmToKey::createPreview() {
     const Cell title = label(L"&Preview: down 5 half steps, and so on", 0, kPreviewLabel);
     const Cell preview =
-        edit(kPreview, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
-    previewFont_.reset(songFont(editorFontFace(services_), kEditorFontPoints));
-    ::SendMessageW(windowOf(preview), WM_SETFONT, reinterpret_cast<WPARAM>(previewFont_.get()),
-                   FALSE);
+        songPreview(kPreview, editorFontFace(services_), kEditorFontPoints, previewFont_);
     return columnOf({title, preview.least(kPreviewWidth, kPreviewHeight).grows(1, 1)})
         .close()
         .grows(1, 1);

@@ -169,6 +169,14 @@ Cell Form::edit(int id, DWORD style) {
     return control(L"EDIT", L"", WS_TABSTOP | style, id, WS_EX_CLIENTEDGE);
 }
 
+Cell Form::songPreview(int id, TextView face, int points, UniqueFont& font) {
+    const Cell made =
+        edit(id, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
+    font.reset(songFont(face, points));
+    ::SendMessageW(windowOf(made), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
+    return made;
+}
+
 Cell Form::list(int id) {
     return control(L"LISTBOX", L"", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, id,
                    WS_EX_CLIENTEDGE);

@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "base/Services.h"
+#include "platform/Handles.h"
 #include "platform/Layout.h"
 #include "platform/Window.h"
 
@@ -94,6 +95,9 @@ class Form : public Window {
     Cell option(const wchar_t* text, int id, bool isFirst);
     // A box to type in, and a list; both grow nowhere by themselves.
     Cell edit(int id, DWORD style = ES_AUTOHSCROLL);
+    // A read-only box that shows lines of a song in `face` of `points`; `font` is filled with it
+    // and outlives the control.
+    Cell songPreview(int id, TextView face, int points, UniqueFont& font);
     Cell list(int id);
     // A drop-down box; the entries are filled in before `layOut`.
     Cell dropDown(int id, DWORD style);
