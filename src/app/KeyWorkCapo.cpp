@@ -2,11 +2,11 @@
 #include <algorithm>
 
 #include "app/KeyWork.h"
+#include "base/DiagramFont.h"
 #include "base/EditorLine.h"
 #include "base/ProgramSettings.h"
 #include "chords/DocumentDiagrams.h"
 #include "chords/KeySpelling.h"
-#include "dictionary/RichEditDiagrams.h"
 
 namespace melvorin {
 namespace {
@@ -19,7 +19,7 @@ constexpr std::int32_t kMostForReason = 2000;
 
 Text KeyWork::writing() const {
     Text song = rtftext_.text().chars;
-    if (!mayHaveDiagrams(rtftext_))
+    if (!rtftext_.mayHaveFace(isDiagramFace))
         return song;
     for (const DiagramRun& run : diagramsOfDocument(rtftext_))
         std::fill(song.begin() + run.place.begin, song.begin() + run.place.end, u' ');

@@ -102,7 +102,7 @@ bool mayBeginAt(TextView lower, std::size_t at) {
         return true;
     const std::size_t gap = at - before.size();
     const char16_t last = before.back();
-    if (contains(kOpening, last) || contains(u":#.=", last) || contains(kParting, last) ||
+    if (contains(kOpening, last) || contains(u":#.=*<\"", last) || contains(kParting, last) ||
         (last == u'/' && gap > 0) || gap > 1 || (gap == 1 && lower[at - 1] == u'\t'))
         return true;
     const std::size_t colon = before.rfind(u':');
@@ -202,7 +202,8 @@ std::size_t keyLength(TextView text) {
 // What it sounds in, anywhere behind as "sounds in Bb", or right behind as "(Bb)".
 void readSounding(TextView line, TextView lower, CapoLine& found) {
     const std::size_t end = found.statement.column + found.statement.length;
-    constexpr TextView words[] = {u"sounds in ", u"sounding in ", u"sounds like ", u"sounds "};
+    constexpr TextView words[] = {u"sounds in ", u"sounding in ", u"sounding ", u"sounds like ",
+                                  u"sounds "};
     std::size_t begin = behindBlanks(line, end);
     std::size_t note = begin + 1;
     for (const TextView word : words) {
@@ -261,13 +262,20 @@ std::optional<CapoLine> statementAt(TextView line, TextView lower, const ColumnR
         }
     }
     end = behindFretWords(lower, end);
-    found.isPlain = endsAt(line, end);
+    found.isPlain = endsAt(line, end) || line[end - 1] == u'.';
     if (isRoman && !found.isPlain)
         return std::nullopt;
     found.statement = {begin, end - begin};
     readSounding(line, lower, found);
-    if (found.soundsIn.length > 0)
+    if (found.soundsIn.length > 0) {
         found.isPlain = found.isPlain || found.soundsIn.column <= end;
+    } else {
+        // "(G shapes)", "sounds as Bb": it says more than is understood.
+        const std::size_t next = behindBlanks(line, end);
+        const bool saysMore = (next < line.size() && line[next] == u'(') ||
+                              lower.find(u"sound", end) != TextView::npos;
+        found.isPlain = found.isPlain && !saysMore;
+    }
     return found;
 }
 
@@ -375,12 +383,14 @@ bool isAt(TextView line, std::size_t at, TextView chars) {
 // Takes away what is left of a statement that stood in [begin, end): brackets around nothing, and
 // what parted it from its neighbours.
 void closeGap(Text& line, std::size_t begin, std::size_t end) {
+    std::size_t blanks = 0;
     const auto trim = [&] {
+        const std::size_t before = begin;
         while (begin > 0 && isAnyBlank(line[begin - 1]))
             --begin;
+        blanks = before - begin;
         end = behindBlanks(line, end);
     };
-    const std::size_t blanks = begin;
     trim();
     while (begin > 0 && isAt(line, end, kClosing) &&
            kClosing.find(line[end]) == kOpening.find(line[begin - 1])) {
@@ -400,8 +410,7 @@ void closeGap(Text& line, std::size_t begin, std::size_t end) {
         trim();
     }
     const bool keepsBlank = !isFirst && !isLast && !contains(u",;:.", line[end]);
-    const std::size_t kept =
-        keepsBlank ? std::max<std::size_t>(blanks - std::min(blanks, begin), 1) : 0;
+    const std::size_t kept = keepsBlank ? std::max<std::size_t>(blanks, 1) : 0;
     line.replace(begin, end - begin, kept, u' ');
 }
 

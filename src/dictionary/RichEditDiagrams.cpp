@@ -1,7 +1,5 @@
 #include "dictionary/RichEditDiagrams.h"
 
-#include <algorithm>
-
 #include "base/DiagramFont.h"
 
 namespace melvorin {
@@ -52,14 +50,6 @@ void RichEditDiagrams::typeIn(const DiagramStyle& style) {
     if (style.halfPoints > 0)
         editor_.setSelectionSize(style.halfPoints);
     editor_.setSelectionColour(style.colour);
-}
-
-bool mayHaveDiagrams(RichEdit& editor) {
-    constexpr std::size_t mostFaces = 40;
-    const RichEdit::Quiet quiet(editor);
-    const auto runs = editor.faceRuns({0, editor.length()}, mostFaces, isDiagramFace);
-    return !runs || std::any_of(runs->begin(), runs->end(),
-                                [](const auto& run) { return isDiagramFace(run.face); });
 }
 
 }  // namespace melvorin

@@ -26,8 +26,4 @@ class RichEditDiagrams : public DiagramEditor {
     RichEdit& editor_;
 };
 
-// Whether the text has diagrams; true also where it has too many faces to look through all.
-// Selection and page stay, but for the end of the selection that is extended.
-bool mayHaveDiagrams(RichEdit& editor);
-
 }  // namespace melvorin

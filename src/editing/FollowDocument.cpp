@@ -4,7 +4,6 @@
 #include <map>
 
 #include "base/DiagramFont.h"
-#include "dictionary/RichEditDiagrams.h"
 #include "platform/Handles.h"
 #include "platform/Window.h"
 
@@ -153,7 +152,7 @@ std::optional<Excerpt> FollowDocument::linesFrom(std::int32_t position) {
 
 bool FollowDocument::hasDiagrams() {
     if (!hasDiagrams_)
-        hasDiagrams_ = mayHaveDiagrams(editor_);
+        hasDiagrams_ = editor_.mayHaveFace(isDiagramFace);
     return *hasDiagrams_;
 }
 

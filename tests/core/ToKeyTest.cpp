@@ -103,6 +103,7 @@ TEST(Capo, IsWrittenUnderTheTitleAndTakenOff) {
         {u"Capo 3, slow\rG", 0, u"", "slow\rG"},
         {u"Hills\rG", 0, u"", "Hills\rG"},
         {u"Hills (Capo 3)", 0, u"", "Hills"},
+        {u"Hills (Capo 3) slow", 0, u"", "Hills slow"},
         {u"Hills - Capo 3", 0, u"", "Hills"},
         {u"Capo 3 - Key: G", 0, u"", "Key: G"},
         {u"Intro (capo 3): G D", 0, u"", "Intro: G D"},
@@ -119,6 +120,7 @@ TEST(Capo, IsWrittenUnderTheTitleAndTakenOff) {
         {u"Hills (Capo 3, sounds in Bb)", 5, u"C", "Hills (Capo 5, sounds in C)"},
         // What cannot be rewritten stays.
         {u"Hills\rCapo 3 or 5\rG", 2, u"A", "Hills\rCapo 2 (sounds in A)\rCapo 3 or 5\rG"},
+        {u"Hills\rCapo 3 (G shapes)", 2, u"", "Hills\rCapo 2\rCapo 3 (G shapes)"},
         {u"Hills\rCapo 3 or 5\rG", 0, u"", "Hills\rCapo 3 or 5\rG"},
         // Facts of the song are no title, and words below chords are no heading.
         {u"Key: G\rHills\rG", 2, u"", "Key: G\rHills\rCapo 2\rG"},
