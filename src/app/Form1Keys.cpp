@@ -1,4 +1,5 @@
 // The main window's commands on the key of the song and the notation of its chords.
+#include <exception>
 #include <utility>
 
 #include "app/Form1.h"
@@ -36,13 +37,19 @@ bool Form1::changeKey(HWND owner, int steps, const std::function<void()>& also) 
     }
     if (!hasText || !changed)
         return false;
-    {
+    // The chords have moved, whatever becomes of the rest.
+    std::exception_ptr failure;
+    try {
         const EditorWork work(rtftext_);
         keyWork_.keyChanged(steps);
         also();
+    } catch (...) {
+        failure = std::current_exception();
     }
     documents_.changed();
     keyWork_.tell();
+    if (failure)
+        std::rethrow_exception(failure);
     return true;
 }
 

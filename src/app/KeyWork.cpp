@@ -90,7 +90,7 @@ void KeyWork::move(int steps, Spelling spelling, bool followsKey,
 }
 
 // A line that states a key which is no longer that of the song is read as the one that it owes.
-FoundKey KeyWork::key() const {
+FoundKey KeyWork::keyOf(Text song) const {
     FoundKey found;
     const SongMemory& memory = documents_.songMemory();
     if (memory.key) {
@@ -99,7 +99,6 @@ FoundKey KeyWork::key() const {
         found.isStated = true;
         return found;
     }
-    Text song = rtftext_.text().chars;
     std::replace(song.begin(), song.end(), u'\v', u'\r');
     const SongChords read = readSongChords(song);
     std::optional<Key> stated;
@@ -120,8 +119,9 @@ void KeyWork::respell() {
     run([this] {
         const FoundKey found = key();
         toldOf_.reset();
-        unsure_ = !found.key && found.first ? keyInWords(found) : Text();
-        followKeyInDocument(rtftext_, found, 0, documents_.songMemory().side, [] {});
+        const Spelling side = documents_.songMemory().side;
+        unsure_ = !found.key && found.first ? keyInWords(found, side) : Text();
+        followKeyInDocument(rtftext_, found, 0, side, [] {});
     });
 }
 
@@ -376,8 +376,10 @@ void KeyWork::tell() {
         notes.push_back({u"The key is not sure (" + unsure_ +
                              u"): accidentals are of the kind that fits it better",
                          {}});
-    shownKey_ = key();
-    const auto capo = findCapo(song);
+    Text written = writing();
+    hasDiagrams_ = written != song;
+    const auto capo = findCapo(written);
+    shownKey_ = keyOf(std::move(written));
     const Text words = keyAndCapo(shownKey_, documents_.songMemory().side,
                                   capo ? std::optional(capo->fret) : std::nullopt);
     shell_.sayKey(words.empty() ? words : u"Key: " + words);

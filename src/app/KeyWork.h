@@ -52,7 +52,7 @@ class KeyWork {
     // Calls the notes of the song by its key, as a step of its own.
     void respell();
     // The key of the song: the one that the user has told, or what is found.
-    FoundKey key() const;
+    FoundKey key() const { return keyOf(writing()); }
     // Nothing: what is found counts.
     void tellKey(std::optional<Key> key);
 
@@ -78,6 +78,9 @@ class KeyWork {
     ChooseOthers chooseOthers(int steps, Spelling spelling);
     bool movesAll() const { return others_ == OtherLines::Move && !found_.hasH; }
     void moveDiagrams(Spelling spelling);
+    // Of the song as writing() has it.
+    FoundKey keyOf(Text song) const;
+    void settleCapoLine();
     std::vector<OtherMove> behind(const LeftOver& found, TextView song) const;
     StatusNote noteOnLines(const LeftOver& found, std::vector<Selection> places);
     StatusNote::Action show(std::vector<Selection> places);
@@ -98,6 +101,7 @@ class KeyWork {
     LeftOver found_;                // by the key change that is under way
     std::vector<NamedLine> words_;  // changed by the last one
     FoundKey shownKey_;             // as the status line has it
+    bool hasDiagrams_ = false;      // the song that it was found in
     // The last key change read names in another way than the song does, and whether it was undone.
     enum class Misread { No, Names, FlatB, Undone };
     Misread misread_ = Misread::No;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "app/KeyWork.h"
+#include "base/DiagramFont.h"
 #include "base/EditorLine.h"
 #include "base/ProgramSettings.h"
 #include "chords/DocumentDiagrams.h"
@@ -18,13 +19,36 @@ constexpr std::int32_t kMostForReason = 2000;
 
 Text KeyWork::writing() const {
     Text song = rtftext_.text().chars;
+    if (!rtftext_.mayHaveFace(isDiagramFace))
+        return song;
     for (const DiagramRun& run : diagramsOfDocument(rtftext_))
         std::fill(song.begin() + run.place.begin, song.begin() + run.place.end, u' ');
     return song;
 }
 
+// The line of the capo is about to name the new key. What else is in it comes along: half of a line
+// could not be behind.
+void KeyWork::settleCapoLine() {
+    const auto capo = findCapo(writing());
+    if (!capo || !capo->isPlain || documents_.songMemory().lines.stepsBehind(capo->line) == 0)
+        return;
+    bool isSettled = false;
+    const auto choose = [&](const LeftOver& found, TextView song) {
+        std::vector<OtherMove> moves = behind(found, song);
+        std::erase_if(moves, [&](const OtherMove& m) { return m.line.number != capo->line; });
+        const bool onlySounds =
+            capo->sounding.length > 0 && moves.size() == 1 && moves.front().line.notes.size() == 1;
+        isSettled = !found.hasH || onlySounds;
+        return found.hasH ? std::vector<OtherMove>() : moves;
+    };
+    moveOthersInDocument(rtftext_, choose, [] {});
+    if (isSettled)
+        documents_.changeSongMemory([&](SongMemory& debt) { debt.lines.moved(capo->line); });
+}
+
 // Selection and page stay where they are in the text.
 void KeyWork::writeCapo(int fret, TextView sounds, TextView face) {
+    settleCapoLine();
     const std::vector<SongEdit> edits = capoEdits(writing(), fret, sounds, u"\r");
     Selection selection = rtftext_.selection();
     const ScrollPosition page = rtftext_.scrollPosition();
@@ -54,8 +78,6 @@ void KeyWork::writeCapo(int fret, TextView sounds, TextView face) {
     }
     rtftext_.select(selection);
     rtftext_.scrollTo(page);
-    if (const auto capo = findCapo(rtftext_.text().chars))
-        documents_.changeSongMemory([&](SongMemory& debt) { debt.lines.moved(capo->line); });
 }
 
 Text KeyWork::reasonAt(std::int32_t position) const {
@@ -63,13 +85,24 @@ Text KeyWork::reasonAt(std::int32_t position) const {
         return {};
     const std::int32_t first = rtftext_.lineOf(position);
     const std::int32_t start = rtftext_.firstOfLine(first);
-    const Text text =
-        rtftext_.textBetween({start, std::min(start + kMostForReason, rtftext_.length())});
-    std::vector<SpelledLine> lines;
-    for (TextView rest = text; !rest.empty() && lines.size() < kLinesForReason;)
-        lines.push_back({takeEditorLine(rest).chars, {}});
-    return reasonOfName(lines, static_cast<std::size_t>(position - start), shownKey_,
-                        documents_.songMemory().side);
+    Text text = rtftext_.textBetween({start, std::min(start + kMostForReason, rtftext_.length())});
+    const auto reasonIn = [&] {
+        std::vector<SpelledLine> lines;
+        for (TextView rest = text; !rest.empty() && lines.size() < kLinesForReason;)
+            lines.push_back({takeEditorLine(rest).chars, {}});
+        return reasonOfName(lines, static_cast<std::size_t>(position - start), shownKey_,
+                            documents_.songMemory().side);
+    };
+    Text reason = reasonIn();
+    if (reason.empty() || !hasDiagrams_)
+        return reason;
+    // To look for faces would turn the end around at which a selection grows.
+    const Selection selection = rtftext_.selection();
+    if (selection.begin != selection.end)
+        return {};
+    const Text song = writing();
+    text = song.substr(std::min(static_cast<std::size_t>(start), song.size()), text.size());
+    return reasonIn();
 }
 
 }  // namespace melvorin

@@ -14,32 +14,35 @@ namespace {
 
 constexpr std::size_t kStrings = 6;
 
-// A chord so many half steps higher, by names that the chord book has.
-Text movedChord(TextView chord, int steps) {
+// A chord so many half steps higher, by names that the chord book has; its bass has one of two.
+Text movedChord(TextView chord, int steps, Spelling bass) {
     Text moved;
     std::size_t copied = 0;
     for (const ColumnRange& note : noteColumns(chord)) {
         const TextView name = chord.substr(note.column, note.length);
         moved.append(chord.substr(copied, note.column - copied))
-            .append(noteName(halfSteps(name) + steps, Spelling::Sharps));
+            .append(noteName(halfSteps(name) + steps, copied == 0 ? Spelling::Sharps : bass));
         copied = note.column + note.length;
     }
     return moved.append(chord.substr(copied));
 }
 
-std::optional<Grip> gripOrWithoutBass(const ChordGrips& grips, TextView chord) {
-    if (const auto grip = grips.gripOf(chord))
-        return grip;
+std::optional<Grip> gripOrWithoutBass(const ChordGrips& grips, TextView written, int steps) {
+    const Text chord = movedChord(written, steps, Spelling::Sharps);
+    for (const Text& name : {chord, movedChord(written, steps, Spelling::Flats)}) {
+        if (const auto grip = grips.gripOf(name))
+            return grip;
+    }
     const std::size_t slash = chord.rfind(u'/');
     const bool hasBass =
         slash != TextView::npos && slash + 1 < chord.size() && isNoteLetter(chord[slash + 1]);
-    return hasBass ? grips.gripOf(chord.substr(0, slash)) : std::nullopt;
+    return hasBass ? grips.gripOf(TextView(chord).substr(0, slash)) : std::nullopt;
 }
 
 void countGrips(CapoChoice& choice, std::span<const Text> chords, int steps,
                 const ChordGrips& grips) {
     for (const Text& chord : chords) {
-        const auto grip = gripOrWithoutBass(grips, movedChord(chord, steps));
+        const auto grip = gripOrWithoutBass(grips, chord, steps);
         ++(!grip                  ? choice.unknown
            : *grip == Grip::Open  ? choice.open
            : *grip == Grip::Barre ? choice.barres

@@ -253,6 +253,11 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
     return label ? colon + 1 : 0;
 }
 
+bool statesFact(TextView line) {
+    const std::size_t colon = line.find(u':');
+    return colon != TextView::npos && isFactName(line.substr(0, colon));
+}
+
 bool isTablature(TextView line) {
     // Its strings may be drawn with dashes of any length, strokes or equals signs.
     constexpr TextView strokes = u"-\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501=";

@@ -36,6 +36,9 @@ bool isKnownDirective(const Directive& directive);
 std::size_t sectionLabelLength(TextView line, const ChordReading& reading = {},
                                RowMemory* memory = nullptr);
 
+// "Tuning: standard", "Words: me": what stands in front of the colon is no section.
+bool statesFact(TextView line);
+
 // A line of a tablature: a string of dashes, strokes or equals signs, and frets, with or without
 // its name.
 bool isTablature(TextView line);

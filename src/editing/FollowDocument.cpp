@@ -11,7 +11,6 @@ namespace melvorin {
 namespace {
 
 // A document with more stretches of other faces than this is looked at line by line.
-constexpr std::size_t kMostFaceRuns = 40;
 constexpr std::size_t kMostFaceRunsOfLines = 2000;
 
 // Hebrew, Arabic and their neighbours: columns count from the other side there.
@@ -152,13 +151,8 @@ std::optional<Excerpt> FollowDocument::linesFrom(std::int32_t position) {
 }
 
 bool FollowDocument::hasDiagrams() {
-    if (!hasDiagrams_) {
-        const RichEdit::Quiet quiet(editor_);
-        const auto runs = editor_.faceRuns({0, editor_.length()}, kMostFaceRuns, isDiagramFace);
-        hasDiagrams_ = !runs || std::any_of(runs->begin(), runs->end(), [](const auto& run) {
-            return isDiagramFace(run.face);
-        });
-    }
+    if (!hasDiagrams_)
+        hasDiagrams_ = editor_.mayHaveFace(isDiagramFace);
     return *hasDiagrams_;
 }
 

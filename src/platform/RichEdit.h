@@ -124,6 +124,8 @@ class RichEdit : public Editor {
     std::optional<std::vector<FaceRun>> faceRuns(
         Selection range, std::size_t most,
         const std::function<bool(TextView face)>& until = nullptr);
+    // Whether the text has such a face; true also where it has too many to look through.
+    bool mayHaveFace(const std::function<bool(TextView face)>& is);
 
     // While it lives nothing is drawn and no event comes. What has changed is drawn at its end.
     class Quiet {

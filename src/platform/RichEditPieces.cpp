@@ -166,4 +166,12 @@ std::optional<std::vector<RichEdit::FaceRun>> RichEdit::faceRuns(
     return runs;
 }
 
+bool RichEdit::mayHaveFace(const std::function<bool(TextView face)>& is) {
+    constexpr std::size_t mostFaces = 40;
+    const Quiet quiet(*this);
+    const auto runs = faceRuns({0, length()}, mostFaces, is);
+    return !runs || std::any_of(runs->begin(), runs->end(),
+                                [&](const FaceRun& run) { return is(run.face); });
+}
+
 }  // namespace melvorin

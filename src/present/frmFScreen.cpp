@@ -407,13 +407,15 @@ std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn)
     return expanded;
 }
 
+// All of the song changes; who plays it looks at this page.
 void frmFScreen::changeKey(int steps) {
     shownFollower().commandBegins();
-    restore([&] {
+    const auto step = [&] {
         bool changed = false;
         waitFor([&] { changed = callbacks_.changeKey(handle(), steps); });
         return changed;
-    });
+    };
+    restore(step, Shown::Page);
 }
 
 void frmFScreen::paste() {
@@ -471,7 +473,7 @@ bool frmFScreen::writeBack() {
 }
 
 // A step that the document makes by itself, shown here.
-void frmFScreen::restore(const std::function<bool()>& step) {
+void frmFScreen::restore(const std::function<bool()>& step, Shown shown) {
     if (!writeBack() || !step())
         return;
     takeBackground();
@@ -486,7 +488,10 @@ void frmFScreen::restore(const std::function<bool()>& step) {
         return;
     }
     text.select(rtftext_.selection());
-    showDifference(text, page, before, rtftext_.selection().begin);
+    if (shown == Shown::Page)
+        text.scrollTo(page);
+    else
+        showDifference(text, page, before, rtftext_.selection().begin);
     reducedEdited_ = reduced_;
 }
 

@@ -79,7 +79,9 @@ class frmFScreen : public Window, private StageView {
     void textChanged();
     // False when the document does not have what the view has.
     bool writeBack();
-    void restore(const std::function<bool()>& step);
+    // Shows where the song has changed, or else the page that was shown.
+    enum class Shown { Change, Page };
+    void restore(const std::function<bool()>& step, Shown shown = Shown::Change);
     void paste();
     void setZoom(int percent);
 

@@ -1,6 +1,7 @@
 // What a song becomes in another key and with a capo, and its chords by other names.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -46,6 +47,20 @@ TEST(Capo, IsReadFromItsLine) {
         {u"Capo, 3/4", 0, "", ""},
         {u"Capo 12", 0, "", ""},
         {u"Capone 3", 0, "", ""},
+        {u"Piano capo 3", 3, "capo 3", ""},
+        {u"Intro (capo 3): G", 3, "capo 3", ""},
+        {u"Use capo on the 3rd fret", 3, "Use capo on the 3rd fret", ""},
+        {u"Capo: 3 (Bb)", 3, "Capo: 3", "Bb"},
+        {u"Capo 3, sounds in F#m", 3, "Capo 3", "F#"},
+        {u"the capo I knew was a man", 0, "", ""},
+        {u"Capo I knew", 0, "", ""},
+        {u"My capo is 3 inches", 0, "", ""},
+        {u"Il capo di 10 uomini", 0, "", ""},
+        {u"Without capo 3 is good", 0, "", ""},
+        {u"Sem capo 2", 0, "", ""},
+        {u"Capo 1/2 step", 0, "", ""},
+        {u"capo 3/4", 0, "", ""},
+        {u"Capo 3 - 4", 0, "", ""},
         {u"capo ", 0, "", ""},
         {u"", 0, "", ""},
     };
@@ -79,7 +94,7 @@ TEST(Capo, IsWrittenUnderTheTitleAndTakenOff) {
         // What is there changes.
         {u"Hills\rCapo: 2 (sounds in A), slow\rG", 5, u"A",
          "Hills\rCapo: 5 (sounds in A), slow\rG"},
-        {u"Capo 2nd fret, slow\rG", 5, u"C", "Capo 5nd fret (sounds in C), slow\rG"},
+        {u"Capo 2nd fret, slow\rG", 5, u"C", "Capo 5th fret (sounds in C), slow\rG"},
         {u"{capo: 2}\rG", 5, u"C", "{capo: 5}\rG"},
         {u"Hills\rCapo 3 (sounds in Bb)\r\rG", 0, u"", "Hills\r\rG"},
         {u"Hills\rCapo 3", 0, u"", "Hills"},
@@ -87,6 +102,30 @@ TEST(Capo, IsWrittenUnderTheTitleAndTakenOff) {
         {u"Key: G, Capo 3 (sounds in Bb)\rG", 0, u"", "Key: G\rG"},
         {u"Capo 3, slow\rG", 0, u"", "slow\rG"},
         {u"Hills\rG", 0, u"", "Hills\rG"},
+        {u"Hills (Capo 3)", 0, u"", "Hills"},
+        {u"Hills (Capo 3) slow", 0, u"", "Hills slow"},
+        {u"Hills - Capo 3", 0, u"", "Hills"},
+        {u"Capo 3 - Key: G", 0, u"", "Key: G"},
+        {u"Intro (capo 3): G D", 0, u"", "Intro: G D"},
+        {u"{comment: Capo 3}\rG", 0, u"", "G"},
+        {u"# Capo 3\rG", 0, u"", "G"},
+        {u"[Capo 3]\rG", 0, u"", "G"},
+        {u"Key: G  Capo 3 (Bb)  Tempo: 80", 0, u"", "Key: G  Tempo: 80"},
+        {u"Capo 3rd fret", 0, u"", ""},
+        {u"Capo na 3a casa", 0, u"", ""},
+        {u"Capo na 3a casa", 5, u"C", "Capo na 5a casa (sounds in C)"},
+        {u"Capo: 3 (Bb)", 5, u"C", "Capo: 5 (sounds in C)"},
+        {u"Capo 3, sounds in Bb, slow", 5, u"C", "Capo 5 (sounds in C), slow"},
+        {u"Hills (Capo 3)", 5, u"C", "Hills (Capo 5, sounds in C)"},
+        {u"Hills (Capo 3, sounds in Bb)", 5, u"C", "Hills (Capo 5, sounds in C)"},
+        // What cannot be rewritten stays.
+        {u"Hills\rCapo 3 or 5\rG", 2, u"A", "Hills\rCapo 2 (sounds in A)\rCapo 3 or 5\rG"},
+        {u"Hills\rCapo 3 (G shapes)", 2, u"", "Hills\rCapo 2\rCapo 3 (G shapes)"},
+        {u"Hills\rCapo 3 or 5\rG", 0, u"", "Hills\rCapo 3 or 5\rG"},
+        // Facts of the song are no title, and words below chords are no heading.
+        {u"Key: G\rHills\rG", 2, u"", "Key: G\rHills\rCapo 2\rG"},
+        {u"Tuning: standard\r\rHills\rG", 2, u"", "Tuning: standard\r\rHills\rCapo 2\rG"},
+        {u"Hills\rG\rla\rCapo 3\r", 2, u"", "Hills\rCapo 2\rG\rla\rCapo 3\r"},
     };
     for (const auto& c : cases) {
         const auto edits = capoEdits(c.before, c.fret, c.sounds, u"\r");
@@ -101,6 +140,7 @@ class FewGrips : public ChordGrips {
         static const std::set<Text> barres{u"F", u"Bb", u"A#", u"Cm", u"Gm", u"D#", u"G#", u"C#"};
         return open.contains(Text(chord))     ? std::optional(Grip::Open)
                : barres.contains(Text(chord)) ? std::optional(Grip::Barre)
+               : chord == u"C/Bb"             ? std::optional(Grip::Closed)
                                               : std::nullopt;
     }
 };
@@ -123,6 +163,12 @@ TEST(Capo, TheEasiestFretComesFirst) {
     const std::vector<Text> written{u"G", u"C/E", u"D", u"Em"};
     EXPECT_EQ(capoChoices(written, Key{7, false}, 3, &grips), choices);
     EXPECT_EQ(capoChoices({}, Key{}, 0, nullptr)[9].fret, 9);
+    // A bass may be in the book by its other name only: C/Bb is closed, where C would be open.
+    const std::vector<Text> flatBass{u"C/Bb"};
+    const auto lowered = capoChoices(flatBass, Key{}, 0, &grips);
+    const auto uncapoed = std::find_if(lowered.begin(), lowered.end(),
+                                       [](const CapoChoice& c) { return c.fret == 0; });
+    EXPECT_EQ(*uncapoed, (CapoChoice{0, Key{}, 0, 0, 1, 0}));
 }
 
 TEST(ToKey, SaysWhatThereIsToSay) {

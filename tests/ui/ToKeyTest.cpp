@@ -162,6 +162,34 @@ TEST(ToKey, WritesForACapoAndTakesItOff) {
     EXPECT_EQ(keyOf(program), "Key: Bb");
 }
 
+// A line that tells of the capo and has notes of its own is in one key as a whole.
+TEST(ToKey, TheLineOfTheCapoComesAlong) {
+    const struct {
+        const char* line;
+        const char* written;
+    } cases[] = {
+        {"Capo 3   Intro: G D Em C", "Capo 5 (sounds in Bb)   Intro: F C Dm Bb"},
+        {"Key: G, Capo 3", "Key: F, Capo 5 (sounds in Bb)"},
+        {"Capo 3 (sounds in Bb)", "Capo 5 (sounds in Bb)"},
+    };
+    for (const auto& c : cases) {
+        const ScratchFolder folder;
+        const std::string song = "Hills\r\n" + std::string(c.line) +
+                                 "\r\nG    C   D    G\r\nover the hills\r\nG  D7  G\r\nla\r\n";
+        Program program;
+        program.program.programFolder = Win32ProgramFolder().folder();
+        ASSERT_TRUE(program.start(folder.add(u"song.txt", song)));
+        program.command(Command::mnuByKey);
+        const std::string before = program.text();
+        askFor(program, [](HWND window) { writeFor(window, "5"); });
+        EXPECT_EQ(lineOf(program, 1), c.written);
+        EXPECT_EQ(lineOf(program, 2), "F    Bb  C    F");
+        EXPECT_TRUE(program.form->statusLine().notes().empty()) << c.line;
+        program.command(Command::mnuEditUndo);
+        EXPECT_EQ(program.text(), before);
+    }
+}
+
 TEST(ToKey, SaysWhereThereIsNoKey) {
     const ScratchFolder folder;
     Program program(folder.add(u"song.txt", "words alone\r\nwithout music\r\n"));
@@ -187,6 +215,45 @@ TEST(StatusLine, TellsWhyAChordIsCalledSo) {
         program.waitUntil(
             [&, wanted = reason] { return shown(program.form->statusLine().reason()) == wanted; });
     }
+}
+
+TEST(SongKey, TheLettersOfDiagramsAreNoChords) {
+    constexpr char song[] =
+        R"({\rtf1\ansi\deff0{\fonttbl{\f0\fmodern\fcharset0 Courier New;})"
+        R"({\f1\fnil\fcharset0 Melvorin 15;}})"
+        R"(\pard\f0\fs20 C  F  G7 C\par la\par {\f1 E A B E}\par {\f1 E A B E}\par)"
+        R"({\f1 E A B E}\par})";
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.rtf", song));
+    program.waitUntil([&] { return !keyOf(program).empty(); });
+    EXPECT_EQ(keyOf(program), "Key: C");
+    const auto reasonAtStartOf = [&](std::int32_t line) {
+        return shown(program.form->keyWork().reasonAt(program.editor().firstOfLine(line)));
+    };
+    EXPECT_EQ(reasonAtStartOf(0), "C: I of C");
+    EXPECT_EQ(reasonAtStartOf(2), "");
+}
+
+// Who plays goes on from the page that is shown, wherever the caret is.
+TEST(HalfSteps, KeepThePageOnStage) {
+    std::string song;
+    for (int pair = 0; pair < 100; ++pair)
+        song += "A  E\r\nla la\r\n";
+    const ScratchFolder folder;
+    Program program(folder.add(u"song.txt", song));
+    program.waitForKeyButtons();
+    program.command(Command::mnuFullScreen);
+    frmFScreen& view = program.form->fullScreen();
+    program.waitUntil([&] { return view.panel().isPrepared(); });
+    RichEdit& text = view.FSRTB();
+    ::SetFocus(text.handle());
+    ::SendMessageW(text.handle(), WM_VSCROLL, SB_PAGEDOWN, 0);
+    const LONG top = text.page().y;
+    ASSERT_GT(top, 0);
+    press(program, text.handle(), VK_F8);
+    EXPECT_EQ(lineOf(program, 0), "A# F");
+    EXPECT_EQ(text.page().y, top);
+    view.close();
 }
 
 TEST(HalfSteps, GoInTheEditorAndOnStageWhereNothingRuns) {
