@@ -140,16 +140,18 @@ void Page::open(bool inTablature) {
     inTablature_ = inTablature;
 }
 
-// The text of a line in cells from `begin` to `end`; the last piece has what is behind.
-Text cellsBetween(TextView line, std::size_t begin, std::size_t end) {
-    Text piece;
+// The line in pieces that begin in these columns; the last of them only ends the one before.
+std::vector<Text> piecesOf(TextView line, const std::vector<std::size_t>& columns) {
+    std::vector<Text> pieces(columns.size() - 1);
     CellReader reader(line);
     CellCharacter character;
+    std::size_t piece = 0;
     while (reader.next(character)) {
-        if (character.column >= begin && character.column < end)
-            piece += line.substr(character.index, character.length);
+        while (piece + 1 < pieces.size() && character.column >= columns[piece + 1])
+            ++piece;
+        pieces[piece] += line.substr(character.index, character.length);
     }
-    return piece;
+    return pieces;
 }
 
 // Where each cell of a line begins something: 'x' a character, ' ' a blank.
@@ -185,10 +187,12 @@ std::vector<std::size_t> pieceColumns(TextView chords, TextView words) {
 
 void Page::addPair(const ChartBlock& block) {
     const std::vector<std::size_t> columns = pieceColumns(block.chords, block.words);
+    const std::vector<Text> chords = piecesOf(block.chords, columns);
+    const std::vector<Text> words = piecesOf(block.words, columns);
     body_ += u"<p>";
-    for (std::size_t i = 0; i + 1 < columns.size(); ++i) {
-        const Text above = cellsBetween(block.chords, columns[i], columns[i + 1]);
-        const Text below = cellsBetween(block.words, columns[i], columns[i + 1]);
+    for (std::size_t i = 0; i < chords.size(); ++i) {
+        const Text& above = chords[i];
+        const Text& below = words[i];
         body_ += u"<span>";
         if (block.kind != Kind::Words) {
             body_ += u"<b>";
