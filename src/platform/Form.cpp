@@ -170,8 +170,7 @@ Cell Form::edit(int id, DWORD style) {
 }
 
 Cell Form::songPreview(int id, TextView face, int points, UniqueFont& font) {
-    const Cell made =
-        edit(id, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
+    Cell made = edit(id, WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL);
     font.reset(songFont(face, points));
     ::SendMessageW(windowOf(made), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
     return made;
