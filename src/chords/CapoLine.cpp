@@ -460,7 +460,9 @@ PlacedLine lineOf(TextView song, std::size_t number) {
 }
 
 std::vector<SongEdit> editsOfLine(TextView song, const CapoLine& capo, int fret, TextView sounds) {
-    const auto [start, line] = lineOf(song, capo.line);
+    const auto place = lineOf(song, capo.line);
+    const std::size_t start = place.start;
+    const TextLine& line = place.line;
     if (fret == 0) {
         const Text rest = withoutCapo(line.chars, capo);
         if (!rest.empty())

@@ -59,6 +59,7 @@ class Drawing {
   private:
     int x(std::size_t string) const { return kLeft + static_cast<int>(string) * kString; }
     int y(int fret) const { return kTop + fret * kFret; }
+    void put(TextView name, TextView value);
     void line(int x1, int y1, int x2, int y2, int width);
     void word(int x, int y, TextView text, int size, TextView fill = u"#000");
     void drawNeck();
@@ -73,32 +74,29 @@ class Drawing {
     Text svg_;
 };
 
+void Drawing::put(TextView name, TextView value) {
+    svg_.append(u" ").append(name).append(u"=\"").append(value).append(u"\"");
+}
+
 void Drawing::line(int x1, int y1, int x2, int y2, int width) {
-    svg_.append(u"<path d=\"M")
-        .append(number(x1))
-        .append(u" ")
-        .append(number(y1))
-        .append(u"L")
-        .append(number(x2))
-        .append(u" ")
-        .append(number(y2))
-        .append(u"\" stroke=\"#000\" stroke-linecap=\"round\" stroke-width=\"")
-        .append(number(width))
-        .append(u"\"/>");
+    const auto point = [](int x, int y) { return number(x).append(u" ").append(number(y)); };
+    svg_ += u"<path";
+    put(u"d", Text(u"M").append(point(x1, y1)).append(u"L").append(point(x2, y2)));
+    put(u"stroke", u"#000");
+    put(u"stroke-linecap", u"round");
+    put(u"stroke-width", number(width));
+    svg_ += u"/>";
 }
 
 void Drawing::word(int x, int y, TextView text, int size, TextView fill) {
-    svg_.append(u"<text x=\"")
-        .append(number(x))
-        .append(u"\" y=\"")
-        .append(number(y))
-        .append(u"\" font-size=\"")
-        .append(number(size))
-        .append(u"\" fill=\"")
-        .append(fill)
-        .append(u"\" text-anchor=\"middle\" font-family=\"sans-serif\">")
-        .append(text)
-        .append(u"</text>");
+    svg_ += u"<text";
+    put(u"x", number(x));
+    put(u"y", number(y));
+    put(u"font-size", number(size));
+    put(u"fill", fill);
+    put(u"text-anchor", u"middle");
+    put(u"font-family", u"sans-serif");
+    svg_.append(u">").append(text).append(u"</text>");
 }
 
 void Drawing::drawNeck() {
