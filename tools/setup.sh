@@ -8,7 +8,7 @@ packages=(
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
     googletest clang clang-format clang-tidy libasan8 libubsan1
     wine wine64 xvfb xauth x11-utils x11-xkb-utils xdotool imagemagick mandoc
-    libz-mingw-w64-dev zlib1g-dev patch xz-utils poppler-utils
+    libz-mingw-w64-dev zlib1g-dev patch xz-utils poppler-utils ghostscript
     fonts-liberation fonts-dejavu-core fonts-wine librsvg2-bin
     fp-utils python3-markdown
     python3-fonttools python3-pil python3-mido python3-numpy fluidsynth timgm6mb-soundfont

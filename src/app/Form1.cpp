@@ -33,6 +33,10 @@ std::span<const Form1::Binding> Form1::bindings() {
         {Command::mnuFileSave, &Form1::fileSave},
         {Command::mnuFileSaveAs, &Form1::fileSaveAs},
         {Command::mnuFileExport, &Form1::fileExport},
+        {Command::mnuPrint, &Form1::filePrint},
+        {Command::mnuPreview, &Form1::filePreview},
+        {Command::mnuPageSetup, &Form1::filePageSetup},
+        {Command::mnuSavePdf, &Form1::fileSavePdf},
         {Command::mnuFileExit, &Form1::fileExit},
         {Command::mnuEditUndo, &Form1::editUndo},
         {Command::mnuEditRedo, &Form1::editRedo},
@@ -121,6 +125,7 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                 .shell = services.shell,
                 .sounds = services.sounds,
                 .colors = modal_.colors(),
+                .printers = services.printers,  // always asked by a command that keeps others off
                 .multimedia = services.multimedia,
                 .clock = services.clock},
       endProgram_(std::move(endProgram)),
@@ -160,7 +165,13 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                        const Busy busy(*this);
                        action();
                    },
-                   [this](HWND view, int steps) { return changeKeyOnStage(view, steps); }}) {}
+                   [this](HWND view, int steps) { return changeKeyOnStage(view, steps); }}),
+      paper_(services_, {[this] {
+                             return askTarget(u"Save as PDF", {u"PDF (*.pdf)", u"*.pdf"}, u"pdf");
+                         },
+                         [this](TextView said) {
+                             status_.say({{Text(said), {}}});
+                         }}) {}
 
 // ---- Load -------------------------------------------------------------------------------------
 

@@ -23,6 +23,7 @@
 #include "editing/ChordClipboard.h"
 #include "editing/ChordFollower.h"
 #include "find/frmFind.h"
+#include "paper/PaperDesk.h"
 #include "platform/Handles.h"
 #include "platform/RichEdit.h"
 #include "platform/Window.h"
@@ -141,7 +142,12 @@ class Form1 : public Window {
     void fileSaveAs() { documents_.saveAs(); }
     void fileExport();
     Text exported(const TakenSong& song, ExportChoice choice, TextView title, std::size_t& left);
-    std::optional<Text> askExportTarget(SongFormat format);
+    std::optional<Text> askTarget(TextView title, const FileFilter& filter, TextView end);
+    PaperSource paperSource();
+    void filePrint();
+    void filePreview();
+    void filePageSetup();
+    void fileSavePdf();
     void fileExit() { onClose(); }
     void editUndo() { documents_.undo(); }
     void editRedo() { documents_.redo(); }
@@ -246,9 +252,10 @@ class Form1 : public Window {
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2
     bool followsKey_ = false;               // Opt3
-    ExportChoice exportChoice_;             // what was chosen last in this run
-    int T6_ = 0;                            // half steps that songs were moved by in this run
-    ScreenSize J2_;                         // the work area, in pixels
+    PaperDesk paper_;
+    ExportChoice exportChoice_;  // what was chosen last in this run
+    int T6_ = 0;                 // half steps that songs were moved by in this run
+    ScreenSize J2_;              // the work area, in pixels
     int showCommand_ = SW_SHOWMAXIMIZED;
     ShellState shownState_;
     bool loaded_ = false;

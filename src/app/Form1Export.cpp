@@ -55,14 +55,11 @@ Text Form1::exported(const TakenSong& song, ExportChoice choice, TextView title,
 }
 
 // Where it goes; an ending that is missing is added.
-std::optional<Text> Form1::askExportTarget(SongFormat format) {
-    const FileFilter filters[] = {{u"ChordPro songs (*.cho)", u"*.cho"},
-                                  {u"Text (*.txt)", u"*.txt"},
-                                  {u"Web pages (*.html)", u"*.html"}};
-    FileDialogRequest request{u"Export", {filters[static_cast<std::size_t>(format)]}, 1, {}, {}};
+std::optional<Text> Form1::askTarget(TextView title, const FileFilter& filter, TextView end) {
+    FileDialogRequest request{Text(title), {filter}, 1, {}, {}};
     const Text& path = documents_.path();
     const Text name = path.empty() ? Text(u"Song") : songName(fileNamePart(path));
-    request.fileName = name + u"." + Text(fileEnd(format));
+    request.fileName = name + u"." + Text(end);
     request.initialFolder =
         path.empty() ? services_.system.documentsFolder() : Text(folderPart(path));
     const auto choice = services_.dialogs.save(request);
@@ -70,7 +67,7 @@ std::optional<Text> Form1::askExportTarget(SongFormat format) {
         return std::nullopt;
     Text target = choice->path;
     if (extensionPart(target).empty())
-        target.append(u".").append(fileEnd(format));
+        target.append(u".").append(end);
     if (asciiLowerCase(target) == asciiLowerCase(path)) {
         reportFailure(services_.messages,
                       quoted(target) + u" is the open song itself. Choose another name.");
@@ -97,7 +94,11 @@ void Form1::fileExport() {
     if (!choice)
         return;
     exportChoice_ = *choice;
-    const auto target = askExportTarget(choice->format);
+    const FileFilter filters[] = {{u"ChordPro songs (*.cho)", u"*.cho"},
+                                  {u"Text (*.txt)", u"*.txt"},
+                                  {u"Web pages (*.html)", u"*.html"}};
+    const auto target = askTarget(u"Export", filters[static_cast<std::size_t>(choice->format)],
+                                  fileEnd(choice->format));
     if (!target)
         return;
     const CursorScope hourglass(IDC_WAIT);

@@ -3,6 +3,7 @@
 #include "platform/SystemAnsiCodec.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Files.h"
+#include "platform/Win32Printers.h"
 #include "platform/Win32Services.h"
 
 namespace {
@@ -34,6 +35,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32Sounds sounds;
     Win32Multimedia multimedia;
     Win32ColorDialogs colors(owner);
+    Win32Printers printers(owner);
     Win32Clock clock;
     const Services services{.files = files,
                             .messages = messages,
@@ -48,6 +50,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
                             .shell = shell,
                             .sounds = sounds,
                             .colors = colors,
+                            .printers = printers,
                             .multimedia = multimedia,
                             .clock = clock};
 

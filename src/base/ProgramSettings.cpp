@@ -12,17 +12,28 @@ struct OtherLinesName {
 constexpr OtherLinesName kOtherLines[] = {
     {u"Ask", OtherLines::Ask}, {u"Move", OtherLines::Move}, {u"Leave", OtherLines::Leave}};
 
-// Empty where the file does not have it.
-Text setting(const Services& services, TextView section, TextView key) {
+}  // namespace
+
+Text shortSetting(const Services& services, TextView section, TextView key) {
     constexpr std::uint32_t capacity = 16;
     return services.profiles.read(section, key, u"", programIniPath(services.program), capacity);
 }
 
-bool store(const Services& services, TextView section, TextView key, TextView value) {
+bool storeSetting(const Services& services, TextView section, TextView key, TextView value) {
     return services.profiles.write(section, key, value, programIniPath(services.program));
 }
 
-}  // namespace
+int numberSetting(const Services& services, TextView section, TextView key,
+                  const NumberRange& range) {
+    const Text digits = shortSetting(services, section, key);
+    int number = 0;
+    for (const char16_t c : digits) {
+        if (c < u'0' || c > u'9' || number > range.most)
+            return range.fallback;
+        number = number * 10 + (c - u'0');
+    }
+    return digits.empty() || number < range.least || number > range.most ? range.fallback : number;
+}
 
 Text programIniPath(ProgramFolder& program) {
     return joinPath(program.folder(), withoutExtension(program.programFileName())) + u".ini";
@@ -37,15 +48,15 @@ Text editorFontFace(const Services& services) {
 }
 
 bool chordsFollow(const Services& services) {
-    return setting(services, u"Edit", u"Follow") != u"0";
+    return shortSetting(services, u"Edit", u"Follow") != u"0";
 }
 
 bool storeChordsFollow(const Services& services, bool on) {
-    return store(services, u"Edit", u"Follow", on ? u"1" : u"0");
+    return storeSetting(services, u"Edit", u"Follow", on ? u"1" : u"0");
 }
 
 OtherLines otherLines(const Services& services) {
-    const Text choice = setting(services, u"Key", u"Others");
+    const Text choice = shortSetting(services, u"Key", u"Others");
     for (const auto& [name, means] : kOtherLines) {
         if (choice == name)
             return means;
@@ -56,42 +67,33 @@ OtherLines otherLines(const Services& services) {
 bool storeOtherLines(const Services& services, OtherLines choice) {
     for (const auto& [name, means] : kOtherLines) {
         if (choice == means)
-            return store(services, u"Key", u"Others", name);
+            return storeSetting(services, u"Key", u"Others", name);
     }
     return false;
 }
 
 bool followsKey(const Services& services) {
-    return setting(services, u"Key", u"FollowKey") == u"1";
+    return shortSetting(services, u"Key", u"FollowKey") == u"1";
 }
 
 bool storeFollowsKey(const Services& services, bool on) {
-    return store(services, u"Key", u"FollowKey", on ? u"1" : u"0");
+    return storeSetting(services, u"Key", u"FollowKey", on ? u"1" : u"0");
 }
 
 int editorZoom(const Services& services) {
-    constexpr int least = 50;
-    constexpr int most = 500;
-    const Text digits = setting(services, u"View", u"Zoom");
-    int percent = 0;
-    for (const char16_t c : digits) {
-        if (c < u'0' || c > u'9' || percent > most)
-            return 100;
-        percent = percent * 10 + (c - u'0');
-    }
-    return percent < least || percent > most ? 100 : percent;
+    return numberSetting(services, u"View", u"Zoom", {50, 500, 100});
 }
 
 bool storeEditorZoom(const Services& services, int percent) {
-    return store(services, u"View", u"Zoom", decimal(percent));
+    return storeSetting(services, u"View", u"Zoom", decimal(percent));
 }
 
 bool showsStatusLine(const Services& services) {
-    return setting(services, u"View", u"StatusLine") != u"0";
+    return shortSetting(services, u"View", u"StatusLine") != u"0";
 }
 
 bool storeShowsStatusLine(const Services& services, bool shown) {
-    return store(services, u"View", u"StatusLine", shown ? u"1" : u"0");
+    return storeSetting(services, u"View", u"StatusLine", shown ? u"1" : u"0");
 }
 
 bool storeEditorFont(const Services& services, TextView face) {

@@ -17,6 +17,19 @@ inline constexpr TextView kNotStored =
 // Full path of the INI file.
 Text programIniPath(ProgramFolder& program);
 
+// A number of the INI file; `fallback` where it says none from `least` to `most`.
+struct NumberRange {
+    int least = 0;
+    int most = 0;
+    int fallback = 0;
+};
+int numberSetting(const Services& services, TextView section, TextView key,
+                  const NumberRange& range);
+// Empty where the file does not have it; at most 15 characters.
+Text shortSetting(const Services& services, TextView section, TextView key);
+// False when the INI file cannot be written.
+bool storeSetting(const Services& services, TextView section, TextView key, TextView value);
+
 // Face of the editor: "Courier New" when the user chose it, else "Lucida Console".
 Text editorFontFace(const Services& services);
 // Whether the chords follow the words while somebody writes: yes, unless the user switched it off.

@@ -167,6 +167,36 @@ class ColorDialogs {
     virtual std::optional<Rgb> choose(Rgb marked) = 0;
 };
 
+enum class PaperName { A4, A5, Letter, Legal };
+
+struct PrintRequest {
+    Text document;       // what the printer's list calls it
+    unsigned pages = 1;  // that there are to choose from
+    PaperName paper = PaperName::A4;
+    bool landscape = false;
+};
+
+// What the user wants of a printer.
+struct PrintChoice {
+    Text printer;
+    std::string settings;  // its driver's, copies and paper among them (a DEVMODEW); may be empty
+    unsigned from = 1;     // pages, 1-based
+    unsigned to = 1;
+    unsigned copies = 1;  // beyond what the driver does by itself
+    bool collates = true;
+    Text output;  // a file in place of the printer; empty: the printer
+};
+
+class Printers {
+  public:
+    virtual ~Printers() = default;
+    // The user's country has Letter in its printers, not A4.
+    virtual bool usesLetter() = 0;
+    // The system's dialog over the program's active window. Nothing when the user cancels. Fails
+    // with a sentence, also where there is no printer.
+    virtual Result<std::optional<PrintChoice>> choose(const PrintRequest& request) = 0;
+};
+
 // Short sounds of the interface.
 class Sounds {
   public:
@@ -205,6 +235,7 @@ struct Services {
     ShellOpener& shell;
     Sounds& sounds;
     ColorDialogs& colors;
+    Printers& printers;
     Multimedia& multimedia;
     Clock& clock;
 };

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "chords/SuffixNormaliser.h"
+#include "dictionary/BookDiagrams.h"
 #include "dictionary/ChordDictionary.h"
 #include "dictionary/SqliteSource.h"
 
@@ -42,36 +42,8 @@ Result<Done> ChordReport::open(TextView databasePath) {
     return read;
 }
 
-Result<Done> ChordReport::seek(TextView chord) {
-    Text text = searchText(chord, normaliseSuffixes);
-    // A search compares without case; here nobody sees which of two chords was found.
-    if (const std::optional<Text> major = majorSymbol(text))
-        text = *major;
-    Result<bool> found = Result<bool>::success(false);
-    for (const SearchField field : {SearchField::Symbol, SearchField::Name}) {
-        if (text.empty() || !found || *found.value)
-            continue;
-        chords_.moveFirst();
-        found = findChord(chords_, field, text);
-    }
-    if (!found)
-        return Failure{found.cause};
-    if (!*found.value)
-        return Failure{u"There is no such chord."};
-    return done();
-}
-
-std::optional<ChordReport::Diagram> ChordReport::firstDiagram(TextView chord) {
-    if (!seek(chord))
-        return std::nullopt;
-    const Text character = valueOf(chords_, kDiagrams[0]);
-    if (character.empty() || character == kNoDiagram)
-        return std::nullopt;
-    return Diagram{valueOf(chords_, u"Mname"), character};
-}
-
 Result<Done> ChordReport::describe(TextView chord, std::string& report) {
-    Result<Done> found = seek(chord);
+    Result<Done> found = seekChord(chords_, chord);
     if (!found)
         return found;
     const Text font = valueOf(chords_, u"Mname");

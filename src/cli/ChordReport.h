@@ -19,19 +19,10 @@ class ChordReport {
     // each of its diagrams: symbol, name, number of the font, character, frets and fingers, both
     // from the low E string up. Fails, adding nothing, for a chord that is not there.
     Result<Done> describe(TextView chord, std::string& report);
-    // The first diagram of a chord: number of the font and character. Nothing where there is none.
-    struct Diagram {
-        Text font;
-        Text character;
-    };
-    std::optional<Diagram> firstDiagram(TextView chord);
     // Adds every row of the table with all its fields.
     void list(std::string& report) const;
 
   private:
-    // Makes the row of a chord the current one.
-    Result<Done> seek(TextView chord);
-
     struct Shape {
         Text frets;
         Text fingers;

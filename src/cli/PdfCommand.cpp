@@ -1,17 +1,16 @@
 #include "cli/PdfCommand.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "base/DiagramFont.h"
-#include "base/Hex.h"
 #include "base/LetterCase.h"
-#include "cli/ChordReport.h"
 #include "cli/CliArguments.h"
 #include "cli/PdfArguments.h"
 #include "cli/PdfFonts.h"
+#include "dictionary/BookDiagrams.h"
 #include "paper/PaperDocument.h"
+#include "paper/PaperNotes.h"
 #include "paper/PdfWriter.h"
 #include "rtf/FileKind.h"
 #include "rtf/RtfCheck.h"
@@ -55,8 +54,7 @@ class PdfRun {
     const AnsiCodec& ansi_;
     PdfFonts fonts_;
     std::vector<Song> songs_;
-    ChordReport book_;
-    std::map<Text, std::optional<DiagramOfChord>> diagrams_;
+    BookDiagrams book_;
     bool hasBook_ = false;
 };
 
@@ -125,19 +123,17 @@ void PdfRun::openDiagrams() {
         return;
     for (const Song& song : songs_) {
         for (const Text& chord : song.song.chords) {
-            const auto [entry, isNew] = diagrams_.try_emplace(chord);
-            const auto found = isNew ? book_.firstDiagram(chord) : std::nullopt;
-            if (!found)
-                continue;
-            entry->second = {Text(kDiagramFaceStart) + found->font, found->character};
-            fonts_.addDiagrams(entry->second->face);
+            if (const auto found = book_.find(chord))
+                fonts_.addDiagrams(Text(kDiagramFaceStart) + found->font);
         }
     }
 }
 
 std::optional<DiagramOfChord> PdfRun::diagramOf(TextView chord) {
-    const auto found = diagrams_.find(Text(chord));
-    return found == diagrams_.end() ? std::nullopt : found->second;
+    const auto found = book_.find(chord);
+    if (!found)
+        return std::nullopt;
+    return DiagramOfChord{Text(kDiagramFaceStart) + found->font, found->character};
 }
 
 LaidSong PdfRun::layOutOne(const Song& song) {
@@ -147,23 +143,9 @@ LaidSong PdfRun::layOutOne(const Song& song) {
     return laid;
 }
 
-// Names what could not be written, each character with its first line.
 void PdfRun::report(const Song& song, const LaidSong& laid) {
-    std::map<char32_t, std::size_t> firstLines;
-    for (const auto& [character, line] : laid.unwritable)
-        firstLines.try_emplace(character, line);
-    if (firstLines.empty())
-        return;
-    Text message = song.path + u": no font has";
-    TextView link = u" ";
-    for (const auto& [character, line] : firstLines) {
-        message.append(std::exchange(link, u", ")).append(u"U+");
-        appendHex(message, character, character > 0xFFFF ? 5 : 4, 'A');
-        message.append(u" (line ")
-            .append(decimal(static_cast<std::int64_t>(line + 1)))
-            .append(u")");
-    }
-    ports_.writeError(message + u"\n");
+    if (!laid.unwritable.empty())
+        ports_.writeError(song.path + u": " + unwritableInWords(laid.unwritable) + u"\n");
 }
 
 PaperDocument PdfRun::layOut() {

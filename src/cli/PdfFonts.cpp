@@ -7,6 +7,7 @@
 #include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "cli/CliArguments.h"
+#include "paper/FontCollection.h"
 
 namespace melvorin {
 namespace {
@@ -55,14 +56,27 @@ constexpr FaceFiles kFaces[] = {
 };
 
 // For characters that the usual fonts lack.
-constexpr TextView kWideFiles[] = {u"segoeui.ttf", u"seguisym.ttf", u"simsunb.ttf", u"malgun.ttf",
+constexpr TextView kWideFiles[] = {u"segoeui.ttf",   u"seguisym.ttf", u"simsunb.ttf",
+                                   u"malgun.ttf",    u"msgothic.ttc", u"simsun.ttc",
                                    u"DejaVuSans.ttf"};
 
 }  // namespace
 
 Result<Done> PdfFonts::add(const Text& path) {
     Result<std::string> bytes = files_.read(path);
-    return bytes ? shelf_.add(std::move(*bytes.value)) : Result<Done>::failure(bytes.cause);
+    if (!bytes)
+        return Failure{bytes.cause};
+    Result<std::vector<std::string>> fonts = fontsOf(std::move(*bytes.value));
+    if (!fonts)
+        return Failure{fonts.cause};
+    Text trouble;
+    bool some = false;
+    for (std::string& font : *fonts.value) {
+        const Result<FontNumber> added = shelf_.add(std::move(font));
+        some = some || added.value;
+        trouble = added.cause;
+    }
+    return some ? done() : Result<Done>::failure(trouble);
 }
 
 bool PdfFonts::addFile(const Text& path) {

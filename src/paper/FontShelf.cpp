@@ -22,15 +22,24 @@ constexpr std::size_t kMostFonts = 500;
 
 }  // namespace
 
-Result<Done> FontShelf::add(std::string bytes) {
+TextView alikeFace(TextView face) {
+    const Text lower = unicodeLowerCase(face);
+    for (const auto& [known, alike] : kAlike) {
+        if (known == lower)
+            return alike;
+    }
+    return {};
+}
+
+Result<FontNumber> FontShelf::add(std::string bytes, FontUse use) {
     if (fonts_.size() >= kMostFonts)
         return Failure{u"There are too many fonts."};
-    Result<TrueTypeFont> font = TrueTypeFont::read(std::move(bytes));
+    Result<TrueTypeFont> font = TrueTypeFont::read(std::move(bytes), use);
     if (!font)
         return Failure{font.cause};
     fonts_.push_back(std::move(*font.value));
     known_.clear();
-    return done();
+    return Result<FontNumber>::success(static_cast<FontNumber>(fonts_.size() - 1));
 }
 
 std::optional<FontNumber> FontShelf::inFamily(TextView family, const WantedFont& wanted) const {
@@ -60,11 +69,7 @@ FontNumber FontShelf::find(const WantedFont& wanted) {
     std::optional<FontNumber> found = inFamily(wanted.face, wanted);
     if (!found && !wanted.face.empty()) {
         missing_.insert(wanted.face);
-        const Text lower = unicodeLowerCase(wanted.face);
-        for (const auto& [face, alike] : kAlike) {
-            if (face == lower)
-                found = inFamily(alike, wanted);
-        }
+        found = inFamily(alikeFace(wanted.face), wanted);
     }
     if (!found)
         found = inFamily(fonts_.front().family(), wanted);

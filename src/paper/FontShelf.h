@@ -12,11 +12,15 @@
 
 namespace melvorin {
 
+// A face whose characters are as wide, or nearly so; empty where none is known.
+TextView alikeFace(TextView face);
+
 class FontShelf : public PaperFonts {
   public:
-    // Puts a font there by its file. The first one stands for every face that is not there. Fails
-    // as TrueTypeFont::read does, or where there are too many.
-    Result<Done> add(std::string bytes);
+    // Puts a font there by its file, and gives its number; the numbers count from 0. The first one
+    // stands for every face that is not there. Fails as TrueTypeFont::read does, or where there are
+    // too many.
+    Result<FontNumber> add(std::string bytes, FontUse use = FontUse::Documents);
     bool isEmpty() const { return fonts_.empty(); }
 
     // A face that is not there has that of a metrically similar one, else the first font, in the

@@ -42,7 +42,8 @@ constexpr TextView kDamaged = u"The font file is damaged.";
 
 class TrueTypeReader {
   public:
-    explicit TrueTypeReader(TrueTypeFont& font) : font_(font), file_(font.bytes_) {}
+    TrueTypeReader(TrueTypeFont& font, FontUse use)
+        : font_(font), file_(font.bytes_), isForDocuments_(use == FontUse::Documents) {}
     // Empty where all is well.
     TextView read();
 
@@ -59,6 +60,7 @@ class TrueTypeReader {
 
     TrueTypeFont& font_;
     Table file_;
+    bool isForDocuments_;
     std::map<std::string, Table> tables_;
     std::size_t glyphCount_ = 0;
     std::vector<std::size_t> offsets_;
@@ -68,17 +70,18 @@ TextView TrueTypeReader::read() {
     const std::uint32_t kind = file_.u32(0);
     if (kind == kCollection)
         return u"It is a collection of fonts, not a font.";
-    if (kind == kCompact)
+    if (kind == kCompact && isForDocuments_)
         return u"Its outlines are not those of TrueType.";
-    if (kind != kTrueType && kind != kOldTrueType)
+    if (kind != kTrueType && kind != kOldTrueType && kind != kCompact)
         return u"It is not a TrueType font.";
     if (!findTables())
         return kDamaged;
     // The maker's wish: 2 is "restricted", and higher bits relax it.
     constexpr unsigned restricted = 2;
-    if ((table("OS/2").u16(8) & 0xFU) == restricted)
+    if (isForDocuments_ && (table("OS/2").u16(8) & 0xFU) == restricted)
         return u"Its maker does not allow to put it into documents.";
-    if (!readMetrics() || !checkOutlines() || !readCharacters() || !readNames())
+    if (!readMetrics() || (isForDocuments_ && !checkOutlines()) || !readCharacters() ||
+        !readNames())
         return kDamaged;
     return u"";
 }
@@ -98,11 +101,13 @@ bool TrueTypeReader::findTables() {
                                                                             {"maxp", 6},
                                                                             {"hmtx", 4},
                                                                             {"cmap", 4},
+                                                                            {"name", 6},
                                                                             {"loca", 4},
                                                                             {"glyf", 0},
-                                                                            {"name", 6},
                                                                             {"OS/2", 78}});
-    return std::all_of(needed.begin(), needed.end(), [&](const auto& row) {
+    constexpr std::ptrdiff_t forMeasures = 6;
+    const auto end = isForDocuments_ ? needed.end() : needed.begin() + forMeasures;
+    return std::all_of(needed.begin(), end, [&](const auto& row) {
         return hasTable(row.first) && table(row.first).size() >= row.second;
     });
 }
@@ -238,10 +243,10 @@ bool TrueTypeReader::readNames() {
     return !font_.family_.empty();
 }
 
-Result<TrueTypeFont> TrueTypeFont::read(std::string bytes) {
+Result<TrueTypeFont> TrueTypeFont::read(std::string bytes, FontUse use) {
     TrueTypeFont font;
     font.bytes_ = std::move(bytes);
-    if (const TextView trouble = TrueTypeReader(font).read(); !trouble.empty())
+    if (const TextView trouble = TrueTypeReader(font, use).read(); !trouble.empty())
         return Failure{Text(trouble)};
     return Result<TrueTypeFont>::success(std::move(font));
 }

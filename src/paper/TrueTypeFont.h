@@ -12,13 +12,17 @@
 
 namespace melvorin {
 
+// What a font is read for: to be put into a document, or to be measured, where whoever paints has
+// the font by its name.
+enum class FontUse { Documents, Measures };
+
 class TrueTypeFont : public PaperFont {
   public:
     // Reads the bytes of a file and keeps them. Everything that is read later on, here or by who
     // puts the font into a document, is known to lie within them. Fails with a sentence for a
-    // damaged file, for outlines that are not TrueType's, for collections, and for a font that its
-    // maker does not let be embedded.
-    static Result<TrueTypeFont> read(std::string bytes);
+    // damaged file and for collections; for documents also where the outlines are not TrueType's,
+    // and for a font that its maker does not let be embedded.
+    static Result<TrueTypeFont> read(std::string bytes, FontUse use = FontUse::Documents);
 
     std::optional<double> advance(char32_t character) const override;
     double ascent() const override { return ascent_; }

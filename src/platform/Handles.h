@@ -26,6 +26,8 @@ class Unique {
 
     Handle get() const { return handle_; }
     explicit operator bool() const { return handle_ != Empty; }
+    // Whoever takes it owns it.
+    Handle release() { return std::exchange(handle_, Empty); }
     void reset(Handle handle = Empty) {
         if (handle_ != Empty)
             Close(handle_);

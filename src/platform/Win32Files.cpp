@@ -5,6 +5,7 @@
 
 #include "base/Paths.h"
 #include "platform/Handles.h"
+#include "platform/SystemError.h"
 // Needs windows.h before it.
 #include <aclapi.h>
 
@@ -39,14 +40,7 @@ Text causeOf(DWORD error) {
         default:
             break;
     }
-    Text buffer(512, u'\0');
-    const DWORD length =
-        ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                         0, wideBuffer(buffer), static_cast<DWORD>(buffer.size()), nullptr);
-    buffer.resize(length);
-    while (!buffer.empty() && (buffer.back() == u'\r' || buffer.back() == u'\n'))
-        buffer.pop_back();
-    return buffer.empty() ? u"Error " + fromUtf8(std::to_string(error)) + u"." : buffer;
+    return systemErrorSentence(error);
 }
 
 // The path as Windows takes it in any length.

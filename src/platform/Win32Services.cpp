@@ -16,11 +16,6 @@
 namespace melvorin {
 namespace {
 
-HWND ownerWindow(const BoxOwner& fallback) {
-    const HWND active = ::GetActiveWindow();
-    return active != nullptr ? active : fallback.window;
-}
-
 // "name\0pattern\0...\0\0", as the file dialogs take filters.
 Text filterList(const std::vector<FileFilter>& filters) {
     Text list;
@@ -80,8 +75,8 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
         case MessageIcon::None:
             break;
     }
-    const int answer = ::MessageBoxW(ownerWindow(owner_), wide(Text(text)), wide(Text(title)),
-                                     type | MB_TASKMODAL);
+    const int answer =
+        ::MessageBoxW(owner_.current(), wide(Text(text)), wide(Text(title)), type | MB_TASKMODAL);
     switch (answer) {
         case IDYES:
             return Answer::Yes;
@@ -96,12 +91,12 @@ Answer Win32MessageBoxes::show(TextView text, TextView title, MessageIcon icon,
 
 std::optional<FileChoice> Win32FileDialogs::open(const FileDialogRequest& request) {
     // A name may be typed without its ending, so whoever asked looks whether the file exists.
-    return runFileDialog(request, ownerWindow(owner_), 0, ::GetOpenFileNameW);
+    return runFileDialog(request, owner_.current(), 0, ::GetOpenFileNameW);
 }
 
 std::optional<FileChoice> Win32FileDialogs::save(const FileDialogRequest& request) {
     // The name gets another ending, so whoever asked asks about the file that will be written.
-    return runFileDialog(request, ownerWindow(owner_), 0, ::GetSaveFileNameW);
+    return runFileDialog(request, owner_.current(), 0, ::GetSaveFileNameW);
 }
 
 Text Win32ProfileFiles::read(TextView section, TextView key, TextView fallback, TextView file,
@@ -426,7 +421,7 @@ std::optional<Rgb> Win32ColorDialogs::choose(Rgb marked) {
         RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255), RGB(255, 255, 255)};
     CHOOSECOLORW dialog{};
     dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = ownerWindow(owner_);
+    dialog.hwndOwner = owner_.current();
     dialog.rgbResult = RGB(marked.red, marked.green, marked.blue);
     dialog.lpCustColors = custom;
     dialog.Flags = CC_RGBINIT | CC_FULLOPEN;

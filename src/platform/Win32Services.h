@@ -9,6 +9,12 @@ namespace melvorin {
 // The window that boxes and dialogs belong to while none of the program's is active.
 struct BoxOwner {
     HWND window = nullptr;
+
+    // The program's active window, or else that one.
+    HWND current() const {
+        const HWND active = ::GetActiveWindow();
+        return active != nullptr ? active : window;
+    }
 };
 
 class Win32MessageBoxes : public MessageBoxes {

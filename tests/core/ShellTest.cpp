@@ -118,6 +118,10 @@ constexpr char kMenus[] = R"(F&ile
  Save	Ctrl+S
  Save As
  Export...
+ Print...	Ctrl+P
+ Print Preview
+ Page Setup...
+ Save as PDF...
  Recent Files
   (Empty)
   Not Used*

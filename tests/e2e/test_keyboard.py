@@ -121,7 +121,7 @@ class Keyboard(Case):
         program = self.start()
         wait_title(EMPTY_TITLE)
         open_file_menu(EMPTY_TITLE)
-        press("Down", "Down", "Down", "Down", "Down", "Right", "Return", to=EMPTY_TITLE)
+        press(*["Down"] * 9, "Right", "Return", to=EMPTY_TITLE)
         wait_title("keys.txt - Melvorin")
         drive("wait-text", "C  G\nLIGHT ", "close")
         program.expect_end()

@@ -261,6 +261,19 @@ class ScriptedColors : public ColorDialogs {
     std::vector<Rgb> asked;
 };
 
+class ScriptedPrinters : public Printers {
+  public:
+    bool usesLetter() override { return letter; }
+    Result<std::optional<PrintChoice>> choose(const PrintRequest& request) override {
+        requests.push_back(request);
+        return answer;
+    }
+    bool letter = false;
+    Result<std::optional<PrintChoice>> answer =
+        Result<std::optional<PrintChoice>>::failure(u"There is no printer.");
+    std::vector<PrintRequest> requests;
+};
+
 // Stands still until a test moves it.
 class ScriptedClock : public Clock {
   public:
@@ -294,6 +307,7 @@ struct StandIns {
     RecordedShell shell;
     RecordedSounds sounds;
     ScriptedColors colors;
+    ScriptedPrinters printers;
     RecordedMultimedia multimedia;
     ScriptedClock clock;
 };
@@ -325,6 +339,7 @@ class ServicesBuilder {
                 .shell = all_.shell,
                 .sounds = *sounds_,
                 .colors = all_.colors,
+                .printers = all_.printers,
                 .multimedia = *multimedia_,
                 .clock = *clock_};
     }

@@ -269,6 +269,12 @@ void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& 
         expectSound(window, "to another key" + font);
         expectToFollow(window, "to another key" + font, {160, 120});
     });
+    inModal(program, L"MelvorinfrmPageSetup", Command::mnuPageSetup,
+            [&](HWND window) { expectSound(window, "page setup" + font); });
+    inModal(program, L"MelvorinfrmPreview", Command::mnuPreview, [&](HWND window) {
+        expectSound(window, "preview" + font);
+        expectToFollow(window, "preview" + font, {160, 120});
+    });
     inModal(program, L"MelvorinfrmExport", Command::mnuFileExport, [&](HWND window) {
         expectSound(window, "export" + font);
         expectToFollow(window, "export" + font, {160, 120});
