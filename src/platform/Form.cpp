@@ -63,6 +63,9 @@ LRESULT Form::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_GETMINMAXINFO:
             limitSize(*reinterpret_cast<MINMAXINFO*>(lParam));
             return 0;
+        case WM_NEXTDLGCTL:
+            moveFocus(wParam, LOWORD(lParam) != 0);
+            return 0;
         case WM_NCDESTROY:
             focus_ = nullptr;
             tips_ = nullptr;
@@ -71,6 +74,17 @@ LRESULT Form::passOn(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
     }
     return Window::passOn(message, wParam, lParam);
+}
+
+// What the access key of a label asks for: first the label itself, then what is behind it.
+void Form::moveFocus(WPARAM which, bool isControl) {
+    const HWND next = isControl ? reinterpret_cast<HWND>(which)
+                                : ::GetNextDlgTabItem(handle(), ::GetFocus(), which != 0);
+    if (next == nullptr)
+        return;
+    ::SetFocus(next);
+    if ((::SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) != 0)
+        ::SendMessageW(next, EM_SETSEL, 0, -1);
 }
 
 void Form::onCommand(int id, int) {

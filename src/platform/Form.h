@@ -132,6 +132,7 @@ class Form : public Window {
 
     static std::size_t indexOf(const Cell& cell) { return static_cast<std::size_t>(cell.part); }
     void putBefore(HWND frame, const Cell& content);
+    void moveFocus(WPARAM which, bool isControl);
     void placeParts();
     void giveSize(HWND owner, Size usual);
     Size frameSize() const;

@@ -476,7 +476,10 @@ TEST(Paper, PreviewFollowsTheChoicesAndTheKeys) {
         EXPECT_EQ(said().substr(0, 11), "Page 4 of 4");
         ::SendMessageW(form, WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
         EXPECT_EQ(said().substr(0, 11), "Page 3 of 4");
-        // Another size keeps the page.
+        // Another size keeps the page; the list is reached by the access key of its label.
+        MSG key{pages, WM_SYSCHAR, u'w', 0x20000001, 0, {}};
+        EXPECT_TRUE(Form::translateAny(key));
+        EXPECT_EQ(::GetFocus(), ::GetDlgItem(form, frmPreview::kView));
         const HWND view = ::GetDlgItem(form, frmPreview::kView);
         ::SendMessageW(view, CB_SETCURSEL, 6, 0);
         notify(view, CBN_SELCHANGE);
