@@ -16,7 +16,7 @@ int main(int count, char** arguments) {
     using namespace melvorin::bench;
     constexpr std::pair<std::string_view, void (*)()> parts[] = {
         {"full", stageBench}, {"dictionary", dictionaryBench}, {"keys", keyBench},
-        {"edit", editBench},  {"scale", scaleBench},
+        {"edit", editBench},  {"scale", scaleBench},           {"preview", previewBench},
     };
     for (const auto& [name, measure] : parts) {
         if (count < 2 || arguments[1] == name)

@@ -8,5 +8,6 @@ void dictionaryBench();
 void keyBench();
 void editBench();
 void scaleBench();
+void previewBench();
 
 }  // namespace melvorin::bench

@@ -17,7 +17,7 @@ runs=$(mktemp)
 MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.py" >"$runs" 2>&1 &
 runs_process=$!
 lint=$(mktemp)
-nice "$root/tools/lint.py" >"$lint" 2>&1 &
+nice "$root/tools/lint.py" --lately >"$lint" 2>&1 &
 lint_process=$!
 result=0
 on_display ctest --test-dir "$root/build/win-x64" --output-on-failure --no-tests=error || result=1

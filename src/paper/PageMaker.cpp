@@ -51,7 +51,9 @@ class SongLayout {
     LaidSong run();
 
   private:
+    bool skipsTitle() const { return setup_.header && song_.titleIsFirstLine; }
     double columnWidth(unsigned columns) const;
+    bool mayFit(double scale, unsigned columns, std::size_t pages) const;
     Trial attempt(double scale, unsigned columns) const;
     Trial fitted() const;
     void paint(const Trial& trial, const PlacedRow& placed, LaidSong& laid) const;
@@ -75,18 +77,40 @@ Trial SongLayout::attempt(double scale, unsigned columns) const {
     const double first = (high - head_.firstHeight()) / scale;
     const double others = (high - head_.height()) / scale;
     const ColumnRoom room{columnWidth(columns) / scale, std::max(first, others), kReadable / scale};
-    const bool skipsTitle = setup_.header && song_.titleIsFirstLine;
-    Trial trial{scale, columns, setSong(measured_, room, skipsTitle ? 1 : 0, fonts_), {}};
+    Trial trial{scale, columns, setSong(measured_, room, skipsTitle() ? 1 : 0, fonts_), {}};
     trial.rows = flowRows(trial.set, {columns, first, others});
     return trial;
+}
+
+// False where a song of that size is surely on more pages, for what never is less: without blank
+// lines, which go where a column ends, and without tablature and whatever is too large for a
+// column, which may be set smaller.
+bool SongLayout::mayFit(double scale, unsigned columns, std::size_t pages) const {
+    const double width = columnWidth(columns);
+    const double high = setup_.paper.height - 2 * setup_.margin;
+    double needed = 0;
+    for (std::size_t i = skipsTitle() ? 1 : 0; i < measured_.lines.size(); ++i) {
+        const MeasuredLine& line = measured_.lines[i];
+        const bool isKept = line.kind != PaperLineKind::Blank &&
+                            line.kind != PaperLineKind::Tablature && line.width * scale <= width &&
+                            line.height() * scale < high / 4;
+        needed += isKept ? line.height() * scale : 0;
+    }
+    const double room =
+        high - head_.firstHeight() + static_cast<double>(pages - 1) * (high - head_.height());
+    return needed <= columns * room + 1;
 }
 
 Trial SongLayout::fitted() const {
     const unsigned most = std::max(setup_.columns, 2U);
     std::optional<Trial> best;
+    std::size_t pages = 0;  // that are the goal; 0 while nobody knows
     const auto consider = [&](double size) {
         for (unsigned columns = 1; columns <= most; ++columns) {
-            Trial trial = attempt(size / measured_.points, columns);
+            const double scale = size / measured_.points;
+            if (pages > 0 && !mayFit(scale, columns, pages))
+                continue;
+            Trial trial = attempt(scale, columns);
             if (!best || trial.rank() < best->rank())
                 best = std::move(trial);
         }
@@ -96,12 +120,13 @@ Trial SongLayout::fitted() const {
     if (best->pages() > 2)
         return std::move(*best);
     const auto goal = best->rank();
+    pages = best->pages();
     best.reset();
     const auto steps =
         static_cast<int>(std::ceil((setup_.mostPoints - setup_.leastPoints) / kSizeStep));
     for (int step = 0; step < steps; ++step) {
         consider(setup_.mostPoints - step * kSizeStep);
-        if (best->rank() <= goal)
+        if (best && best->rank() <= goal)
             return std::move(*best);
     }
     consider(setup_.leastPoints);

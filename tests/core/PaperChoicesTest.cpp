@@ -88,20 +88,19 @@ TEST(PreviewLayout, ShowsPagesWholeInEveryView) {
          290.0 / 600,
          {{20, 20, 290, 386}, {330, 20, 290, 386}, {20, 426, 290, 386}},
          832},
-        // Four beside each other are 135 wide, three of them in two rows 152: two rows of 190.
-        {{AllPages}, 4, 0.2375, {{67, 125, 142, 190}, {229, 125, 142, 190}}, 440},
+        // Two rows of two are 190 high, one row of four is 180 high and 135 wide.
+        {{AllPages}, 4, 0.2375, {{168, 20, 142, 190}, {330, 20, 142, 190}}, 440},
         {{PageWidth}, 1, 1, {{20, 20, 600, 800}}, 840},
         {{Percent, 75}, 1, 1, {{20, 20, 600, 800}}, 840},
     };
     for (const Case& row : cases) {
         const PreviewLayout layout = layOutPreview(paper, row.pages, row.view, {640, 440}, 20, 96);
         SCOPED_TRACE(static_cast<int>(row.view.kind));
-        if (row.view.kind != AllPages)
-            EXPECT_NEAR(layout.scale, row.scale, 0.001);
+        EXPECT_NEAR(layout.scale, row.scale, 0.001);
         EXPECT_EQ(layout.pages.size(), row.pages);
         EXPECT_EQ(layout.height, row.height);
         EXPECT_GE(layout.width, 640);
-        for (std::size_t i = 0; i < row.places.size() && row.view.kind != AllPages; ++i)
+        for (std::size_t i = 0; i < row.places.size(); ++i)
             EXPECT_EQ(layout.pages[i], row.places[i]) << i;
         for (const Area& page : layout.pages) {
             EXPECT_GE(page.left, 20);
