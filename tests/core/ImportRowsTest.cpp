@@ -118,7 +118,9 @@ TEST(ImportRows, AreWrittenLikeThis) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        const Text chart = importSong(c.row).chart();
+        const SongImport song = importSong(c.row);
+        const Text chart = song.chart();
+        EXPECT_FALSE(song.chords.empty());
         EXPECT_EQ(toUtf8(chart), toUtf8(c.chart));
         EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(chart));
     }
