@@ -29,7 +29,7 @@ class BracketReader {
     void addText(TextView text);
     void makeRoom(std::size_t end);
     char16_t textBehind(std::size_t at);
-    std::size_t blankInFront() const;
+    std::optional<std::size_t> blankInFront() const;
 
     TextView line_;
     std::size_t column_;  // cell of the next character
@@ -77,34 +77,45 @@ void BracketReader::makeRoom(std::size_t end) {
         stretchedEnd_ = result_.lyrics.size() + room;
     }
     std::size_t at = result_.lyrics.size();
-    if (filler == u' ' && !isAnyBlank(before) && (behind == 0 || !isAnyBlank(behind))) {
-        at = blankInFront();
-        if (at == 0)
+    // Wide letters are words of their own, or parts of words that nobody would stretch otherwise.
+    const bool isBetweenWide =
+        cellsOf(TextView(&before, 1)) > 1 && cellsOf(TextView(&behind, 1)) > 1;
+    if (filler == u' ' && !isAnyBlank(before) && (behind == 0 || !isAnyBlank(behind)) &&
+        !isBetweenWide) {
+        const auto blank = blankInFront();
+        if (!blank)
             return;
+        at = *blank;
     }
     result_.lyrics.insert(at, room, filler);
     column_ += room;
 }
 
 // Where blanks may come in front of the signs that the lyrics end with, as of a quotation mark: no
-// chord stands behind that place. Else 0.
-std::size_t BracketReader::blankInFront() const {
+// chord stands behind that place. One that stands over the first of them stays where it is.
+std::optional<std::size_t> BracketReader::blankInFront() const {
     constexpr std::size_t longest = 4;
     std::size_t at = result_.lyrics.size();
     while (at > 0 && result_.lyrics.size() - at < longest &&
            !isStretchable(result_.lyrics[at - 1]) && !isAnyBlank(result_.lyrics[at - 1]))
         --at;
-    if (at == 0 || !isAnyBlank(result_.lyrics[at - 1]))
-        return 0;
+    const bool isBehindWord = at > 0 && !isAnyBlank(result_.lyrics[at - 1]);
+    if (at == result_.lyrics.size() || isBehindWord)
+        return std::nullopt;
     const std::size_t column = column_ - cellsOf(TextView(result_.lyrics).substr(at));
-    return result_.chords.empty() || result_.chords.back().column < column ? at : 0;
+    const bool isFree = result_.chords.empty() || result_.chords.back().column <= column;
+    return isFree ? std::optional(at) : std::nullopt;
 }
 
 void BracketReader::place(std::vector<RowItem> row, std::size_t end) {
     makeRoom(end);
+    const std::size_t first = row.front().column;
     for (RowItem& item : row) {
-        item.column += column_ - row.front().column;
-        roomEnd_ = std::max(roomEnd_, item.column) + cellsOf(item.shown) + 1;
+        const bool isMark = item.kind == RowItemKind::Sign || item.kind == RowItemKind::Repeat;
+        const bool standsAbove = isMark && item.column > first;
+        item.column += column_ - first;
+        if (!standsAbove)
+            roomEnd_ = std::max(roomEnd_, item.column) + cellsOf(item.shown) + 1;
     }
     result_.chords.insert(result_.chords.end(), std::make_move_iterator(row.begin()),
                           std::make_move_iterator(row.end()));

@@ -10,6 +10,7 @@
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
 #include "chords/RowMarks.h"
+#include "chords/RowSymbols.h"
 #include "chords/SongDiagrams.h"
 
 namespace melvorin {
@@ -20,16 +21,10 @@ constexpr std::size_t kLongestItem = 64;
 
 // Chords by their text that are words as well, in whatever company they stand, and such that are
 // words only where they stand alone.
-constexpr TextView kWords[] = {u"Ao",  u"Bo", u"Co", u"Do",  u"Eo",  u"Fo",  u"Go",  u"Ama",
-                               u"Ema", u"As", u"Es", u"Des", u"Dis", u"Ais", u"Ces", u"Ges"};
+constexpr TextView kWords[] = {u"Ao",  u"Bo",  u"Co",  u"Do",  u"Eo",  u"Fo",  u"Go",
+                               u"Ama", u"Ema", u"As",  u"Es",  u"Des", u"Dis", u"Ais",
+                               u"Ces", u"Ges", u"Eis", u"His", u"Hes", u"Fes"};
 constexpr TextView kLoneWords[] = {u"Ami", u"Emi", u"Amin", u"Emin", u"H", u"Hm"};
-
-// One that is hardly a word, not even in front of other words: "G", "Am7", but not "A" and "Em".
-bool isFirm(const RowItem& item) {
-    const TextView chord = item.shown;
-    return item.kind == RowItemKind::Chord && item.wordToo == WordToo::No && chord != u"A" &&
-           chord != u"E" && chord != u"Am" && chord != u"Em";
-}
 
 // Whether no item but a word begins with this character.
 bool beginsWord(char16_t c, const ChordReading& reading) {
@@ -85,6 +80,7 @@ class RowReader {
     TextView textOf(const Run& run) const { return line_.substr(run.begin, run.end - run.begin); }
     Run part(const Run& run, std::size_t begin, std::size_t end) const;
     void add(RowItemKind kind, const Run& run, Text shown);
+    std::size_t chainPartEnd(TextView text, std::size_t begin) const;
     bool addWhole(const Run& run);
     bool addEnclosed(const Run& run);
     bool addChain(const Run& run);
@@ -141,7 +137,8 @@ std::vector<RowItem> RowReader::read() {
     }
     if (inside)
         addKnown(run);
-    joinMarks(items_, line_, index_);
+    joinMarks(items_, line_, index_, reading_);
+    settleSymbols(items_, line_, index_, reading_);
     return std::move(items_);
 }
 
@@ -210,32 +207,50 @@ bool RowReader::addEnclosed(const Run& run) {
     return false;
 }
 
+bool isLink(char16_t c) {
+    return c == u':' || isOneOf(kBars, c);
+}
+
+bool isCut(char16_t c) {
+    return isLink(c) || c == u'*' || isOneOf(kSeparators, c);
+}
+
+// Where the part of a chain that begins at `begin` ends. A sequence of bars is one sign;
+// "Am7(9,13)" is cut nowhere since it was read as a whole. The minus of "C7-" is a part of the
+// symbol, which means nothing then, unless chords are chained by such: "Am7-D7-".
+std::size_t RowReader::chainPartEnd(TextView text, std::size_t begin) const {
+    const bool cut = isCut(text[begin]);
+    const bool link = isLink(text[begin]);
+    std::size_t end = begin + 1;
+    while (end < text.size() && isCut(text[end]) == cut && (!cut || isLink(text[end]) == link))
+        ++end;
+    const bool mayEndSo = !cut && end < text.size() && isOneOf(kMinuses, text[end]) &&
+                          isDigit(text[end - 1]) && (begin == 0 || isLink(text[begin - 1]));
+    if (!mayEndSo)
+        return end;
+    const std::size_t behind = end + (text.substr(end + 1).starts_with(u')') ? 2 : 1);
+    return behind == text.size() || isLink(text[behind]) ? behind : end;
+}
+
 // "|Am|G|", "Am-G-C", "Am,": all parts are items, or may be meant as chords ("|C7alt|F|"), and one
 // of them at least is a chord.
 bool RowReader::addChain(const Run& run) {
     const TextView text = textOf(run);
-    const auto isLink = [](char16_t c) { return c == u':' || isOneOf(kBars, c); };
-    const auto isCut = [&](char16_t c) {
-        return isLink(c) || c == u'*' || isOneOf(kSeparators, c);
-    };
     const std::size_t former = items_.size();
     bool chord = false;
     bool mark = false;
     bool bar = false;
     for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t end = begin + 1;
+        const std::size_t end = chainPartEnd(text, begin);
         const bool cut = isCut(text[begin]);
         const bool link = isLink(text[begin]);
-        // A sequence of bars is one sign; "Am7(9,13)" is cut nowhere since it was read as a whole.
-        while (end < text.size() && isCut(text[end]) == cut && (!cut || isLink(text[end]) == link))
-            ++end;
         const Run piece = part(run, begin, end);
         const TextView sign = textOf(piece);
         const bool colon = cut && link && !isBar(sign);
         if (colon)
             add(RowItemKind::Separator, piece, Text());
         else if (!addWhole(piece) && !addEnclosed(piece)) {
-            if (!resemblesChord(sign, reading_)) {
+            if (!resemblesChord(withoutParentheses(sign), reading_)) {
                 items_.resize(former);
                 return false;
             }
@@ -243,9 +258,9 @@ bool RowReader::addChain(const Run& run) {
         }
         const RowItemKind kind = items_.back().kind;
         chord = chord || kind == RowItemKind::Chord;
-        // "|x4", "|3/4"
+        // "|x4", "|3/4", ".|"
         mark = mark || kind == RowItemKind::Repeat || kind == RowItemKind::Meter ||
-               kind == RowItemKind::NoChord;
+               kind == RowItemKind::NoChord || sign == u".";
         bar = bar || kind == RowItemKind::Bar;
         begin = end;
     }
@@ -254,7 +269,8 @@ bool RowReader::addChain(const Run& run) {
     return items_.size() > former;
 }
 
-// Two chords without a blank: "F/Gm", "C#m(E)". Behind a slash a note alone would be a bass.
+// Two chords without a blank: "F/Gm", "C#m(E)"; "G(x2)" too. Behind a slash a note alone would be a
+// bass.
 bool RowReader::addPair(const Run& run, std::size_t at, bool slash) {
     const std::size_t former = items_.size();
     const std::size_t end = textOf(run).size();
@@ -264,6 +280,10 @@ bool RowReader::addPair(const Run& run, std::size_t at, bool slash) {
     const Run second = part(run, at + (slash ? 1 : 0), end);
     if (first && (slash ? addChord(second) : addEnclosed(second)))
         return true;
+    if (first && !slash && isRepeat(textOf(second))) {
+        add(RowItemKind::Repeat, second, Text(textOf(second)));
+        return true;
+    }
     items_.resize(former);
     return false;
 }
@@ -279,7 +299,10 @@ bool RowReader::addMarked(const Run& run) {
         // "A!" is what somebody cries.
         if (at == 0)
             items_.back().wordToo = WordToo::Alone;
-        add(RowItemKind::Separator, part(run, at + 1, text.size()), Text());
+        const TextView marks = text.substr(at + 1);
+        const bool isStop = consistsOf(marks, u"!");
+        add(isStop ? RowItemKind::Sign : RowItemKind::Separator, part(run, at + 1, text.size()),
+            Text(isStop ? marks : TextView()));
         return true;
     }
     if (const std::size_t at = text.find_last_not_of(u"/\\");
@@ -383,7 +406,8 @@ bool isOneWordAgain(const std::vector<RowItem>& row) {
 
 WordToo wordToo(TextView chord, const ChordReading& reading) {
     const auto is = [&](TextView word) { return chord == word; };
-    if (reading.naming == Naming::Solfege) {
+    const bool isSyllable = reading.naming == Naming::Solfege && solfegeLength(chord) > 0;
+    if (isSyllable) {
         // "Mi", "Sim", but not "MI" and "Mi7".
         const char16_t second = chord.size() > 1 ? chord[1] : u'\0';
         const bool isSmall = (second >= u'a' && second <= u'z') || second >= 0xE0;
@@ -391,7 +415,9 @@ WordToo wordToo(TextView chord, const ChordReading& reading) {
         return isPlain ? WordToo::Alone : WordToo::No;
     }
     const bool isSmall = chord[0] >= u'a' && chord[0] <= u'h';
-    if (std::any_of(std::begin(kWords), std::end(kWords), is))
+    // Among syllables "A" is hardly a chord, unless others of its kind are beside it.
+    const bool isOddOne = reading.naming == Naming::Solfege && (chord == u"A" || chord == u"E");
+    if (isOddOne || std::any_of(std::begin(kWords), std::end(kWords), is))
         return WordToo::Anywhere;
     const bool isAlone = std::any_of(std::begin(kLoneWords), std::end(kLoneWords), is) ||
                          (isSmall && chord.find_first_of(u"0123456789#/") == TextView::npos);
@@ -442,16 +468,33 @@ bool mayBeRowOfChords(const std::vector<RowItem>& row) {
     return count.words + count.remarks == 0 && count.chords > 0 && !isOneWordAgain(row);
 }
 
+namespace {
+
+bool touch(const RowItem& left, const RowItem& right) {
+    return !left.shown.empty() && !right.shown.empty() && right.index == left.index + left.length;
+}
+
+// "C|G" is two chords, "C/G" one with a bass: a bar of the chart touches nothing. It makes way for
+// the chord behind it, which has its syllable.
+bool makesWay(const RowItem& item, const RowItem* next) {
+    return item.kind == RowItemKind::Bar && next != nullptr && touch(item, *next) &&
+           item.column > 0;
+}
+
+}  // namespace
+
 Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places) {
     Text line;
     std::size_t cells = 0;
     const RowItem* before = nullptr;
     for (const RowItem& item : row) {
         if (!item.shown.empty()) {
-            const bool touches = before != nullptr && !before->shown.empty() &&
-                                 item.index == before->index + before->length;
+            const bool touches = before != nullptr && touch(*before, item) &&
+                                 before->kind != RowItemKind::Bar && item.kind != RowItemKind::Bar;
             const std::size_t gap = cells > 0 && !touches ? 1 : 0;
-            const std::size_t column = std::max(item.column, cells + gap);
+            const RowItem* const next = &item == &row.back() ? nullptr : &item + 1;
+            const std::size_t own = item.column - (makesWay(item, next) ? 1 : 0);
+            const std::size_t column = std::max(own, cells + gap);
             line.append(column - cells, u' ').append(item.shown);
             cells = column + cellsOf(item.shown);
         }

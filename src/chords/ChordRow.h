@@ -12,16 +12,16 @@ namespace melvorin {
 
 enum class RowItemKind {
     Chord,    // written in the house's spelling
-    Unknown,  // only a chord could look like this, but it cannot be read: "C7alt"
+    Unknown,  // can only be meant as a chord, but cannot be read: "C7alt", "C7?" between chords
     Word,
     Bar,        // "|", "|:"
-    Beat,       // "/", "(", ")": signs that chord lines may have
+    Beat,       // "/", "(", ")": signs that chord lines may have; "." between chords
     NoChord,    // "N.C."
     Repeat,     // "x2", "x 2", "} 2"
     Meter,      // "3/4"
     Remark,     // "(let ring)", "[Lick 1]", "2 times"
     Unread,     // a bracket that has to hold a chord, and holds none that can be read
-    Sign,       // "%", "*", a diagram
+    Sign,       // "%", "*", the mark of "C!", a beat's dot among bars, a diagram
     Separator,  // "-", ",", ">" between chords; not part of a chart
 };
 
@@ -76,8 +76,8 @@ bool isRowOfChords(const std::vector<RowItem>& row);
 bool mayBeRowOfChords(const std::vector<RowItem>& row);
 
 // The chart line with every item in its column, or behind its left neighbour where that reaches
-// so far. Items that touched each other still do. `places` receives the index of every item in the
-// line, in UTF-16 units.
+// so far. Items that touched each other still do, but for bars. `places` receives the index of
+// every item in the line, in UTF-16 units.
 Text writeRow(const std::vector<RowItem>& row, std::vector<std::size_t>* places = nullptr);
 
 }  // namespace melvorin

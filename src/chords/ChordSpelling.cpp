@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 #include "chords/CellWidth.h"
@@ -14,6 +15,25 @@ namespace {
 
 // Longer text is no chord; so a line without blanks costs no more than any other.
 constexpr std::size_t kLongest = 24;
+
+// The sign that is written small and raised, or small and below the line; 0 for another.
+char16_t loweredSign(char16_t c) {
+    static constexpr std::pair<char16_t, char16_t> signs[] = {
+        {0xB9, u'1'},   {0xB2, u'2'},   {0xB3, u'3'},   {0x2071, u'i'}, {0x207A, u'+'},
+        {0x207B, u'-'}, {0x207D, u'('}, {0x207E, u')'}, {0x207F, u'n'}, {0x1D39, u'M'},
+        {0x1D43, u'a'}, {0x1D47, u'b'}, {0x1D48, u'd'}, {0x1D4D, u'g'}, {0x1D50, u'm'},
+        {0x1D52, u'o'}, {0x1D58, u'u'}, {0x2B2, u'j'},  {0x2E2, u's'},
+    };
+    if (c < 0xB2)
+        return 0;
+    if (c == 0x2070 || (c >= 0x2074 && c <= 0x2079))
+        return static_cast<char16_t>(c - 0x2070 + u'0');
+    if (c >= 0x2080 && c <= 0x2089)
+        return static_cast<char16_t>(c - 0x2080 + u'0');
+    const auto* const found = std::find_if(std::begin(signs), std::end(signs),
+                                           [&](const auto& sign) { return sign.first == c; });
+    return found == std::end(signs) ? u'\0' : found->second;
+}
 
 // The usual sign for each of its look-alikes.
 char16_t usualSign(char16_t c) {
@@ -43,6 +63,8 @@ char16_t usualSign(char16_t c) {
         default:
             break;
     }
+    if (const char16_t raised = loweredSign(c); raised != 0)
+        return raised;
     return c >= 0xFF01 && c <= 0xFF5E ? static_cast<char16_t>(c - 0xFEE0) : c;
 }
 

@@ -260,8 +260,13 @@ bool statesFact(TextView line) {
 
 bool isTablature(TextView line) {
     // Its strings may be drawn with dashes of any length, strokes or equals signs.
-    constexpr TextView strokes = u"-\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501=";
-    constexpr TextView bars = u"|\u00A6\u2016\u2502\u2503\u2551\u250A\u253C\u251C\u2524";
+    constexpr TextView strokes =
+        u"-=\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501\u2504\u2505\u2508\u2509\u254C"
+        u"\u254D\u2550";
+    constexpr TextView bars =
+        u"|\u00A6\u2016\u2502\u2503\u2506\u2507\u250A\u250B\u251C\u2520\u2523\u2524\u2528\u252B"
+        u"\u253C\u2542\u254B\u254E\u254F\u2551\u255E\u255F\u2560\u2561\u2562\u2563\u256A\u256B"
+        u"\u256C";
     constexpr TextView signs = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
     constexpr std::size_t kLongestName = 3;
     const auto isIn = [](TextView set) {
@@ -280,18 +285,21 @@ bool isTablature(TextView line) {
     std::size_t dashes = 0;
     std::size_t lastStroke = TextView::npos;
     bool hasPair = false;
-    bool isDrawn = false;  // with something else than hyphens
-    std::size_t length = 0;
+    bool isDrawn = false;    // with something else than hyphens
+    std::size_t length = 0;  // to the last sign, but for the bars
+    std::size_t barsSoFar = 0;
     for (; end < line.size(); ++end) {
         const char16_t c = line[end];
         const bool stroke = isIn(strokes)(c);
-        if (!stroke && !isIn(bars)(c) && !isIn(signs)(c))
+        const bool bar = isIn(bars)(c);
+        if (!stroke && !bar && !isIn(signs)(c))
             break;
+        barsSoFar += bar ? 1U : 0U;
         hasPair = hasPair || (stroke && lastStroke + 1 == end && end > first);
         isDrawn = isDrawn || (stroke && c != u'-');
         lastStroke = stroke ? end : lastStroke;
         dashes += stroke ? 1U : 0U;
-        length = isAnyBlank(c) ? length : end + 1 - first;
+        length = isAnyBlank(c) ? length : end + 1 - first - barsSoFar;
     }
     const bool isRuled = isDrawn && line.find_first_of(bars) == TextView::npos &&
                          std::none_of(line.begin(), line.end(), isDigit);

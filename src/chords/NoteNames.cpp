@@ -13,19 +13,28 @@ int withinOctave(int steps) {
     return (steps % kOctave + kOctave) % kOctave;
 }
 
-// Units of the ending behind a letter in `text`, and what it does to the letter: "is" for the notes
-// with a sharp, "es" or "s" for those with a flat. 0 without one.
+// Units of the ending behind a letter in `text`, and what it does to the letter: "is" for a sharp,
+// "es" or, behind A and E, "s" for a flat, and each of them twice ("Fisis", "Eses", "Asas"). A B
+// has none, as it is a flat one. 0 without one.
 std::pair<std::size_t, int> germanEnding(TextView text, char16_t letter) {
     const TextView behind = text.substr(1);
-    if (behind.starts_with(u"is") && TextView(u"CDFGA").find(letter) != TextView::npos)
+    const bool isShort = letter == u'A' || letter == u'E';
+    if (letter == u'B')
+        return {0, 0};
+    if (behind.starts_with(u"isis"))
+        return {4, 2};
+    if (behind.starts_with(u"is"))
         return {2, 1};
-    if (behind.starts_with(u"es") && TextView(u"CDG").find(letter) != TextView::npos)
+    if (behind.starts_with(u"eses") && !isShort)
+        return {4, -2};
+    if (behind.starts_with(u"es") && !isShort)
         return {2, -1};
     // "Asus4" is an A.
-    if (behind.starts_with(u"s") && !behind.starts_with(u"sus") &&
-        TextView(u"AE").find(letter) != TextView::npos)
-        return {1, -1};
-    return {0, 0};
+    if (!behind.starts_with(u"s") || behind.starts_with(u"sus") || !isShort)
+        return {0, 0};
+    const bool isTwice = behind.starts_with(letter == u'A' ? TextView(u"sas") : u"ses") ||
+                         (letter == u'A' && behind.starts_with(u"ses"));
+    return isTwice ? std::pair<std::size_t, int>{3, -2} : std::pair<std::size_t, int>{1, -1};
 }
 
 struct Syllable {
@@ -91,17 +100,18 @@ std::optional<NamedNote> readNoteName(TextView text, const ChordReading& reading
     if (note.isSmall && !maySmall)
         return std::nullopt;
     const auto letter = static_cast<char16_t>(note.isSmall ? text[0] - u'a' + u'A' : text[0]);
-    if (letter == u'H')
-        return NamedNote{1, 11, Spelling::Sharps, note.isSmall, true, false};
-    if (!isNoteLetter(letter))
+    if (!isNoteLetter(letter) && letter != u'H')
         return std::nullopt;
     if (const auto [length, raised] = germanEnding(text, letter); length > 0) {
         note.isGerman = true;
         note.length = 1 + length;
-        note.steps = withinOctave(halfSteps(TextView(&letter, 1)) + raised);
+        const int natural = letter == u'H' ? 11 : halfSteps(TextView(&letter, 1));
+        note.steps = withinOctave(natural + raised);
         note.spelling = raised > 0 ? Spelling::Sharps : Spelling::Flats;
         return note;
     }
+    if (letter == u'H')
+        return NamedNote{1, 11, Spelling::Sharps, note.isSmall, true, false};
     constexpr std::size_t longest = 4;
     Text capital(text.substr(0, longest));
     capital[0] = letter;

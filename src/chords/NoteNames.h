@@ -11,8 +11,8 @@
 
 namespace melvorin {
 
-// What a plain B is. H, "Fis" and "Es" mean the same in both. With syllables letters are notes too,
-// but "FA" and "DO" are syllables.
+// What a plain B is. H, "Fis", "Es" and "Eses" mean the same in both. With syllables letters are
+// notes too, but "FA" and "DO" are syllables, and a row that has such takes "A" for a word.
 enum class Naming { Letters, German, Solfege };
 
 // What the symbols of a song mean, as far as a symbol by itself does not tell.
@@ -33,7 +33,7 @@ struct NamedNote {
     int steps = 0;           // half steps above C, from 0 to 11
     Spelling spelling = Spelling::Sharps;
     bool isSmall = false;
-    // "H", "Fis", "As": only songs with German names have these.
+    // "H", "Fis", "As", "Hes": only songs with German names have these.
     bool isGerman = false;
     bool isSyllable = false;
 };

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "chords/CellWidth.h"
+#include "chords/RowSymbols.h"
 
 namespace melvorin {
 namespace {
@@ -28,11 +29,6 @@ constexpr TextView kTimesWords[] = {u"times",
                                     u"ganger",
                                     u"\u0440\u0430\u0437\u0430"};
 
-TextView withoutParentheses(TextView text) {
-    const bool enclosed = text.size() > 2 && text.front() == u'(' && text.back() == u')';
-    return enclosed ? text.substr(1, text.size() - 2) : text;
-}
-
 bool isNumber(TextView text) {
     return !text.empty() && text.size() < 3 && consistsOf(text, kDigits);
 }
@@ -52,8 +48,9 @@ char16_t closerOf(char16_t opener) {
 
 class MarkJoiner {
   public:
-    MarkJoiner(std::vector<RowItem>& items, TextView line, std::size_t index)
-        : items_(items), line_(line), index_(index) {}
+    MarkJoiner(std::vector<RowItem>& items, TextView line, std::size_t index,
+               const ChordReading& reading)
+        : items_(items), line_(line), index_(index), reading_(reading) {}
     void join();
 
   private:
@@ -67,6 +64,7 @@ class MarkJoiner {
     std::vector<RowItem>& items_;
     TextView line_;
     std::size_t index_;
+    const ChordReading& reading_;
     std::size_t kept_ = 0;
 };
 
@@ -83,7 +81,9 @@ std::size_t MarkJoiner::enclosedFrom(std::size_t at) const {
         hasWord = hasWord || items_[i].kind == RowItemKind::Word;
         const TextView text = textOf(items_[i]);
         if (text.back() == closer)
-            return hasWord && (i > at || text.size() > 2) ? i : items_.size();
+            return hasWord && (i > at || (text.size() > 2 && !mayBeRefused(text, reading_)))
+                       ? i
+                       : items_.size();
         if (text.find(closer) != TextView::npos)
             break;
     }
@@ -137,6 +137,11 @@ void MarkJoiner::join() {
 
 }  // namespace
 
+TextView withoutParentheses(TextView text) {
+    const bool enclosed = text.size() > 2 && text.front() == u'(' && text.back() == u')';
+    return enclosed ? text.substr(1, text.size() - 2) : text;
+}
+
 bool isBar(TextView text) {
     return text.find_first_of(kBars) != TextView::npos &&
            std::all_of(text.begin(), text.end(),
@@ -174,12 +179,13 @@ bool isMeter(TextView text) {
     return unit == u"2" || unit == u"4" || unit == u"8" || unit == u"16";
 }
 
-void joinMarks(std::vector<RowItem>& items, TextView line, std::size_t index) {
+void joinMarks(std::vector<RowItem>& items, TextView line, std::size_t index,
+               const ChordReading& reading) {
     const bool mayJoin = std::any_of(items.begin(), items.end(), [](const RowItem& item) {
         return item.kind == RowItemKind::Word;
     });
     if (mayJoin)
-        MarkJoiner(items, line, index).join();
+        MarkJoiner(items, line, index, reading).join();
 }
 
 }  // namespace melvorin

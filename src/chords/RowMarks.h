@@ -13,6 +13,8 @@ inline constexpr TextView kBars = u"|\u2016\u00A6\u2502\u2503";
 inline constexpr TextView kSeparators =
     u"-,;.>~=\u2010\u2011\u2012\u2013\u2014\u2192\u2026\u21D2\u00B7";
 
+inline constexpr TextView kMinuses = u"-\u2010\u2011\u2212";
+
 inline bool isOneOf(TextView set, char16_t c) {
     return set.find(c) != TextView::npos;
 }
@@ -20,6 +22,9 @@ inline bool isOneOf(TextView set, char16_t c) {
 inline bool consistsOf(TextView text, TextView set) {
     return text.find_first_not_of(set) == TextView::npos;
 }
+
+// "(x2)" is "x2"; other text is itself.
+TextView withoutParentheses(TextView text);
 
 // "|", "||:". The chart has a slash for each stroke and a parenthesis for a repeat.
 bool isBar(TextView text);
@@ -35,7 +40,8 @@ bool isRepeat(TextView text);
 bool isMeter(TextView text);
 
 // Makes one item of what was written with blanks: "x 4", "} 2", "2 times", "(let ring)",
-// "[Lick 1]". `line` is what the items were read from, `index` and `column` where it begins.
-void joinMarks(std::vector<RowItem>& items, TextView line, std::size_t index);
+// "[Lick 1]". `line` is what the items were read from, `index` where it begins.
+void joinMarks(std::vector<RowItem>& items, TextView line, std::size_t index,
+               const ChordReading& reading);
 
 }  // namespace melvorin

@@ -9,6 +9,7 @@
 #include "chords/Directives.h"
 #include "chords/Note.h"
 #include "chords/Proportional.h"
+#include "chords/RowMarks.h"
 #include "chords/SongDiagrams.h"
 
 namespace melvorin {
@@ -18,11 +19,12 @@ bool isPlainRow(const SourceLine& line) {
     return line.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos;
 }
 
-// Diagrams below chords are no words that these stand over.
+// Diagrams and marks below chords are no words that these stand over.
 bool isWords(const SourceLine& line) {
     return line.verdict == LineVerdict::Lyrics &&
-           std::any_of(line.text.begin(), line.text.end(),
-                       [](char16_t c) { return !isAnyBlank(c) && !isDiagramToken(c); });
+           std::any_of(line.text.begin(), line.text.end(), [](char16_t c) {
+               return !isAnyBlank(c) && !isDiagramToken(c) && !isOneOf(u".!*%", c);
+           });
 }
 
 class Importer {
@@ -198,7 +200,11 @@ bool Importer::isAmongChords(std::size_t number, bool isWordAnywhere) const {
     const bool isBelowChords = number > 0 && isChords(number - 1);
     const bool isBetween = isBelowChords && isChords(number + 1);
     const TextView text = trimmed(lines[number].text);
-    const bool isName = song_.notation.hasGermanNames && text.back() != u'o' && text.back() != u'a';
+    // "Eis" and "His" are words more often than notes.
+    const bool isRare =
+        text.starts_with(u"Eis") || text.starts_with(u"His") || text.starts_with(u"Hes");
+    const bool isName =
+        song_.notation.hasGermanNames && !isRare && text.back() != u'o' && text.back() != u'a';
     const bool mayBe = isWordAnywhere ? isName && isOverWords && !isBelowChords
                                       : isOverWords || isBetween || (isName && !isBelowChords);
     if (!mayBe)

@@ -88,11 +88,18 @@ bool mayHaveGermanName(TextView line, bool small) {
     return false;
 }
 
+// "Mi7", "Sol/Si", "Fa#": no word has such a sign, so that one of them speaks for the others.
+bool hasSureSign(TextView symbol) {
+    return symbol.find_first_of(u"0123456789#/\u266F") != TextView::npos;
+}
+
 }  // namespace
 
 // A run of a row of chords. Signs are looked for by their text, which is enough: the row has been
 // judged.
-void NotationReader::addChord(TextView chord) {
+void NotationReader::addChord(TextView written) {
+    const Text chordText = usualNote(written);
+    const TextView chord = chordText;
     if (chord.empty() || isSmall(chord))
         return;
     const auto root = readNoteName(chord, {});
@@ -100,8 +107,7 @@ void NotationReader::addChord(TextView chord) {
         return;
     TextView suffix = chord.substr(root->length);
     hasPlainB_ = hasPlainB_ || chord.substr(0, root->length) == u"B";
-    hasFlatB_ =
-        hasFlatB_ || chord.substr(0, root->length) == u"Bb" || chord.starts_with(u"B\u266D");
+    hasFlatB_ = hasFlatB_ || chord.substr(0, root->length) == u"Bb";
     addSuffix(suffix);
     const bool isMinor = suffix.starts_with(u'm') && !suffix.starts_with(u"ma");
     hasCapitalMinors_ = hasCapitalMinors_ || isMinor || suffix == u"-" || suffix.starts_with(u"-7");
@@ -142,15 +148,17 @@ void NotationReader::addSmall(TextView row) {
     const std::vector<RowItem> items = readRow(row, 0, 0, kSmallReading);
     std::size_t small = 0;
     std::size_t capital = 0;
+    bool isWords = true;  // "Des", "des"
     for (const RowItem& item : items) {
         if (item.kind == RowItemKind::Word || item.kind == RowItemKind::Unknown)
             return;
         if (item.kind != RowItemKind::Chord)
             continue;
+        isWords = isWords && item.wordToo != WordToo::No;
         const TextView written = row.substr(item.index, item.length);
         ++(isSmall(written.substr(written.starts_with(u'(') ? 1 : 0)) ? small : capital);
     }
-    if (small == 0 || capital == 0)
+    if (small == 0 || capital == 0 || isWords)
         return;
     ++mixedRows_;
     longMixedRows_ += small + capital >= 3 ? 1U : 0U;
@@ -161,11 +169,15 @@ void NotationReader::addSmall(TextView row) {
 void NotationReader::addSyllables(TextView text, bool inBrackets) {
     std::size_t chords = 0;
     std::size_t firm = 0;
+    bool isSure = false;
     unsigned roots = 0;
     std::size_t end = 0;
     for (const RowItem& item : readRow(text, 0, 0, kSyllableReading)) {
         if (item.kind == RowItemKind::Word || item.kind == RowItemKind::Unknown)
             return;
+        // "Do, Re, Mi" are no more apart than words are.
+        if (item.kind == RowItemKind::Separator && item.column == end)
+            end += item.cells;
         if (item.kind != RowItemKind::Chord)
             continue;
         const TextView written = text.substr(item.index, item.length);
@@ -179,6 +191,7 @@ void NotationReader::addSyllables(TextView text, bool inBrackets) {
                                 symbol.find_first_of(u"\u00F3\u00D3\u00E1\u00C1") != TextView::npos;
         const bool isApart = chords > 0 && item.column >= end + 2;
         firm += item.wordToo == WordToo::No || isApart ? 1U : 0U;
+        isSure = isSure || hasSureSign(symbol);
         roots |= 1U << static_cast<unsigned>(note->steps);
         end = item.column + item.cells;
         ++chords;
@@ -187,12 +200,14 @@ void NotationReader::addSyllables(TextView text, bool inBrackets) {
     const bool isMixed = (roots & (roots - 1)) != 0;
     if (inBrackets)
         syllableBrackets_ += chords > 0 ? 1U : 0U;
-    else if (isMixed && firm > 0 && firm + 1 >= chords)
+    else if (isMixed && firm > 0 && (isSure || firm + 1 >= chords))
         ++syllableRows_;
 }
 
 void NotationReader::addRow(TextView row) {
-    ++letterRows_;
+    // "A" may be a word of a song in syllables.
+    const TextView text = trimmed(row);
+    letterRows_ += text == u"A" || text == u"E" ? 0U : 1U;
     forEachRun(row, [this](TextView run) { addChord(run); });
     addItems(row, {});
     if (mayBeSmallRow(row))

@@ -51,7 +51,7 @@ class NotationReader {
     bool maySyllables() const { return hasSyllables_; }
 
   private:
-    void addChord(TextView chord);
+    void addChord(TextView written);
     void addSuffix(TextView suffix);
     void addSmall(TextView row);
     void addSyllables(TextView text, bool inBrackets);

@@ -333,7 +333,7 @@ TEST(SongNotation, IsToldByTheSong) {
         {"ring among chords", u"Am  Ao  E7\n", u"Am  A\u00B0  E7\n"},
         {"words like chords", u"Go A\nDo Em\nAo Es\nAma\nEmma\nHm\n",
          u"Go A\nDo Em\nAo Es\nAma\nEmma\nHm\n"},
-        {"marks", u"G!  Em*  C'  D,  (F)\n", u"      *\nG   Em   C   D   (F)\n"},
+        {"marks", u"G!  Em*  C'  D,  (F)\n", u" !    *\nG   Em   C   D   (F)\n"},
         {"beats", u"G7/  Am//  D\\\n", u"G7/  Am//  D/\n"},
         {"times", u"Am  Gx2  C\n", u"     x2\nAm  G    C\n"},
         {"pairs", u"F/Gm  E(C#mi)  A/A7\n", u"F/Gm  E(C#m)   A/A7\n"},

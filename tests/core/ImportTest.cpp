@@ -184,20 +184,22 @@ TEST(Cells, FollowTheScreen) {
 // Whatever is pasted: no hang, nothing lost, the reports true.
 TEST(Import, AnyTextHolds) {
     std::mt19937 random(4);
-    static constexpr TextView parts[] = {u"Am",     u"G7",     u"[",
-                                         u"]",      u"{",      u"}",
-                                         u"c:",     u" ",      u"  ",
-                                         u"\n",     u"\r\n",   u"|",
-                                         u"--",     u"\t",     u"x2",
-                                         u"N.C.",   u"la la",  u"sot",
-                                         u"\u65E5", u"\u0301", u"(",
-                                         u")",      u"/",      u"Intro:",
-                                         u"C7b9",   u"#",      u"\xD83C",
-                                         u"\xA0",   u"e|",     u"C7alt",
-                                         u",",      u"word",   u"DO",
-                                         u"SOL7",   u"[*x]",   u"ri--ver",
-                                         u"3/4",    u"} 2",    u"\u2014\u2014",
-                                         u"a"};
+    static constexpr TextView parts[] = {u"Am",     u"G7",      u"[",
+                                         u"]",      u"{",       u"}",
+                                         u"c:",     u" ",       u"  ",
+                                         u"\n",     u"\r\n",    u"|",
+                                         u"--",     u"\t",      u"x2",
+                                         u"N.C.",   u"la la",   u"sot",
+                                         u"\u65E5", u"\u0301",  u"(",
+                                         u")",      u"/",       u"Intro:",
+                                         u"C7b9",   u"#",       u"\xD83C",
+                                         u"\xA0",   u"e|",      u"C7alt",
+                                         u",",      u"word",    u"DO",
+                                         u"SOL7",   u"[*x]",    u"ri--ver",
+                                         u"3/4",    u"} 2",     u"\u2014\u2014",
+                                         u"a",      u"C7?",     u"C!",
+                                         u" . ",    u"C\u2077", u"\u201C",
+                                         u"C7-",    u"|G",      u"Hes"};
     for (int i = 0; i < 4000; ++i) {
         Text song;
         for (std::size_t count = random() % 24; count > 0; --count)
