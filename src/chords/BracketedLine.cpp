@@ -139,7 +139,7 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     return true;
 }
 
-// "[*slowly]" is "slowly" to its readers; other brackets tell that they could not be read.
+// "[*slowly]" is "*slowly" to its readers; other brackets tell that they could not be read.
 void BracketReader::addRemark(TextView bracket, std::size_t at) {
     RowItem item;
     const bool isRemark = bracket[1] == u'*';
@@ -147,9 +147,10 @@ void BracketReader::addRemark(TextView bracket, std::size_t at) {
     item.index = index_ + at + 1;
     item.length = bracket.size() - 2;
     item.column = column_;
-    const TextView shown = isRemark ? bracket.substr(2, bracket.size() - 3) : bracket;
-    item.shown = withOrdinaryBlanks(shown);
-    if (trimmed(item.shown).empty())
+    const TextView remark = trimmed(bracket.substr(isRemark ? 2 : 1, item.length - 1));
+    item.shown =
+        isRemark ? withOrdinaryBlanks(Text(u"*").append(remark)) : withOrdinaryBlanks(bracket);
+    if (isRemark && remark.empty())
         return;
     result_.chords.push_back(std::move(item));
 }

@@ -8,7 +8,8 @@
 namespace melvorin {
 
 // The chart as a ChordPro song: every chord in brackets in front of its syllable, the first line
-// as the title where it can be one, labels as comments, tablature in its environment. Importing the
+// as the title where it can be one, labels as sections or comments, what `Directives.h` tells as
+// directives, tablature in its environment. Importing the
 // result gives the chart back, up to blanks at line ends, where its chords are in the house's
 // spelling already; others come back in it. Lines end as they do in the chart. By other names than
 // the house's the chords stand in the same places; what is not a chord in brackets keeps its words.
@@ -17,8 +18,5 @@ Text exportChordPro(TextView chart, ChordNames names = ChordNames::House);
 // A line of chords and the words below it as one line: every run of the chord line in brackets in
 // front of its syllable, hyphens that stretch a word left out.
 Text pairInBrackets(TextView chords, TextView words);
-
-// The first line names the song where nothing stands right below it but another heading.
-bool namesSong(const SongImport& song);
 
 }  // namespace melvorin

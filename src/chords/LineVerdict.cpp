@@ -139,8 +139,9 @@ std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& 
     const std::size_t end = close + (line.substr(close + 1).starts_with(u':') ? 2 : 1);
     if (closer == u')' || isSectionName(inside))
         return isSectionName(inside) ? end : 0;
-    const bool mayBe = !reading.everyBracket || (end == line.size() && inside[0] != u'*');
-    return !inside.empty() && mayBe && hasWords(inside, reading, memory) ? end : 0;
+    const bool mayBe =
+        !inside.empty() && inside[0] != u'*' && (!reading.everyBracket || end == line.size());
+    return mayBe && hasWords(inside, reading, memory) ? end : 0;
 }
 
 // At least two chords that are no words, and nothing else.

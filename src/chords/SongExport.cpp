@@ -6,8 +6,10 @@
 #include "chords/BracketedLine.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordProExport.h"
+#include "chords/Directives.h"
 #include "chords/SongDiagrams.h"
 #include "chords/SongImport.h"
+#include "chords/SongParts.h"
 
 namespace melvorin {
 namespace {
@@ -57,11 +59,11 @@ void Renamer::rename(ChartBlock& block) const {
     block.words = placed->lyrics;
 }
 
-Kind kindOf(const SongImport& song, std::size_t number) {
+Kind kindOf(const SongImport& song, std::size_t number, std::optional<std::size_t> title) {
     const SourceLine& line = song.source[number];
     if (trimmed(line.text).empty())
         return Kind::Blank;
-    if (number == 0 && namesSong(song))
+    if (title == number)
         return Kind::Title;
     switch (line.verdict) {
         case LineVerdict::Chords:
@@ -70,6 +72,8 @@ Kind kindOf(const SongImport& song, std::size_t number) {
             return Kind::Label;
         case LineVerdict::Tablature:
             return Kind::Tablature;
+        case LineVerdict::Directive:
+            return Kind::Directive;
         default:
             return Kind::Words;
     }
@@ -102,6 +106,7 @@ class Page {
     void open(bool inTablature);
     void close();
     void addPair(const ChartBlock& block);
+    void addDirective(TextView line);
     void addPlain(TextView text);
 
     const DrawDiagram& draw_;
@@ -210,10 +215,22 @@ void Page::addPair(const ChartBlock& block) {
     body_ += u"</p>\n";
 }
 
+void Page::addDirective(TextView line) {
+    const auto words = wordsOfDirective(line);
+    if (!words)
+        return;
+    ChartBlock block;
+    block.kind = Kind::Words;
+    block.words = *words;
+    add(block);
+}
+
 void Page::add(const ChartBlock& block) {
     switch (block.kind) {
         case Kind::Blank:
             return close();
+        case Kind::Directive:
+            return addDirective(block.words);
         case Kind::Title:
             close();
             body_ += u"<h1>";
@@ -257,16 +274,17 @@ Text Page::finished(TextView title) {
 std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names) {
     const SongImport song = importSong(chart);
     const Renamer renamer(chart, names);
+    const std::optional<std::size_t> title = titleLine(song);
     std::vector<ChartBlock> blocks;
     blocks.reserve(song.source.size());
     for (std::size_t number = 0; number < song.source.size(); ++number) {
         const SourceLine& line = song.source[number];
         ChartBlock block;
-        block.kind = kindOf(song, number);
+        block.kind = kindOf(song, number, title);
         block.end = line.end;
         if (block.kind == Kind::Chords) {
             block.chords = line.text;
-            if (number + 1 < song.source.size() && kindOf(song, number + 1) == Kind::Words) {
+            if (areWordsBelow(song, number + 1)) {
                 block.kind = Kind::Pair;
                 block.chordsEnd = line.end;
                 block.words = song.source[++number].text;

@@ -14,7 +14,7 @@ enum class SongFormat { ChordPro, PlainText, Html };
 
 // A line of a chart, or two of them: chords and the words below.
 struct ChartBlock {
-    enum class Kind { Blank, Title, Label, Words, Chords, Pair, Tablature };
+    enum class Kind { Blank, Title, Label, Words, Chords, Pair, Tablature, Directive };
 
     Kind kind = Kind::Blank;
     Text chords;

@@ -435,8 +435,8 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     ports.input = chart;
     EXPECT_EQ(run({u"export-chordpro"}), 0);
     EXPECT_EQ(ports.output,
-              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n            [N.C.]\r\n[G]Row, "
-              "{row}\xB0 row\r\n");
+              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n"
+              "[G]Row, {row}\xB0 [N.C.]row\r\n");
     ports.input = "F7+  C\nla   la\n";
     EXPECT_EQ(run({u"export", u"--format", u"text", u"--international"}), 0);
     EXPECT_EQ(ports.output, "Fmaj7 C\nla    la\n");
