@@ -102,10 +102,12 @@ std::size_t BracketReader::blankInFront() const {
 
 void BracketReader::place(std::vector<RowItem> row, std::size_t end) {
     makeRoom(end);
-    for (RowItem& item : row) {
-        item.column += column_ - row.front().column;
-        roomEnd_ = std::max(roomEnd_, item.column) + cellsOf(item.shown) + 1;
-    }
+    const std::size_t former = row.front().column;
+    for (RowItem& item : row)
+        item.column -= former;
+    roomEnd_ = std::max(roomEnd_, column_) + cellsOf(writeRow(row)) + 1;
+    for (RowItem& item : row)
+        item.column += column_;
     result_.chords.insert(result_.chords.end(), std::make_move_iterator(row.begin()),
                           std::make_move_iterator(row.end()));
 }

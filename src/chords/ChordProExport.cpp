@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -15,7 +16,7 @@
 namespace melvorin {
 namespace {
 
-// A run of characters between the blanks of a line of chords.
+// What stands between two blanks of a line of chords.
 struct Cluster {
     TextView text;
     std::size_t column;
@@ -34,6 +35,22 @@ std::vector<Cluster> clustersOf(TextView line) {
             clusters.back().text = {clusters.back().text.data(),
                                     clusters.back().text.size() + character.length};
         inside = !blank;
+    }
+    return clusters;
+}
+
+// The same for a row: "C(add G#)" and "x 4" have a blank within.
+std::vector<Cluster> clustersOfRow(TextView line, const ChordReading& reading) {
+    std::vector<Cluster> clusters;
+    std::size_t end = 0;  // of the last one
+    for (const RowItem& item : readRow(line, 0, 0, reading)) {
+        if (!clusters.empty() && item.index == end) {
+            const TextView text = clusters.back().text;
+            clusters.back().text = {text.data(), text.size() + item.length};
+        } else {
+            clusters.push_back({line.substr(item.index, item.length), item.column});
+        }
+        end = item.index + item.length;
     }
     return clusters;
 }
@@ -62,7 +79,7 @@ Text withBrackets(const std::vector<Cluster>& chords, TextView words, const Song
 }
 
 Text withBrackets(TextView chords, TextView words, const SongChordNames& names) {
-    return withBrackets(clustersOf(chords), words, names);
+    return withBrackets(clustersOfRow(chords, names.reading()), words, names);
 }
 
 // What a line of marks has in it: "*let ring" is one.
@@ -113,7 +130,8 @@ Text withWordsJoined(TextView line) {
 
 class Exporter {
   public:
-    Exporter(TextView chart, ChordNames names) : song_(importSong(chart)), names_(chart, names) {}
+    Exporter(TextView chart, const std::function<SongChordNames(const SongImport&)>& names)
+        : song_(importSong(chart)), names_(names(song_)) {}
     Text run();
 
   private:
@@ -137,7 +155,7 @@ class Exporter {
     SongImport song_;
     // What comes back is told by the letters: a line alone does not tell by which names it is
     // written.
-    const SongChordNames asWritten_{{}, ChordNames::House};
+    const SongChordNames asWritten_{{}, song_, ChordNames::House};
     SongChordNames names_;
     Text result_;
     std::size_t number_ = 0;  // of the line that is next
@@ -173,6 +191,25 @@ bool isSame(const SongImport& a, const SongImport& b) {
                       });
 }
 
+// The same chords, and the same letters of words.
+bool isAlike(const SongImport& a, const SongImport& b) {
+    const auto lettersOf = [](const SongImport& song) {
+        Text letters;
+        for (const ImportedLine& line : song.lines) {
+            for (const char16_t c : line.text) {
+                if (!line.isChords && !isAnyBlank(c) && c != u'-')
+                    letters += c;
+            }
+        }
+        return letters;
+    };
+    return lettersOf(a) == lettersOf(b) &&
+           std::equal(a.chords.begin(), a.chords.end(), b.chords.begin(), b.chords.end(),
+                      [](const ImportedChord& x, const ImportedChord& y) {
+                          return x.chord == y.chord && x.isRead == y.isRead;
+                      });
+}
+
 // Whether an import makes these lines of the line, or what it makes of them anyway; also where the
 // rest of the song makes every bracket a chord.
 bool Exporter::comesBack(TextView exported, const std::vector<TextView>& lines,
@@ -196,7 +233,8 @@ bool Exporter::comesBack(TextView exported, const std::vector<TextView>& lines,
     Text whole;
     for (const TextView line : lines)
         whole.append(whole.empty() ? u"" : u"\n").append(line);
-    return isSame(back, importSong(whole));
+    const SongImport own = importSong(whole);
+    return isSame(back, own) || (own.chart() != whole && isAlike(back, own));
 }
 
 // The chords of the line, with the words below them where there are any.
@@ -238,7 +276,7 @@ bool Exporter::putMarks() {
         lines.push_back(song_.source[number_ + lines.size()].text);
     std::vector<Cluster> clusters = marksOf(marks);
     if (isRow) {
-        const std::vector<Cluster> chords = clustersOf(below.text);
+        const std::vector<Cluster> chords = clustersOfRow(below.text, names_.reading());
         clusters.insert(clusters.end(), chords.begin(), chords.end());
         std::stable_sort(clusters.begin(), clusters.end(),
                          [](const Cluster& a, const Cluster& b) { return a.column < b.column; });
@@ -263,30 +301,21 @@ bool Exporter::putMarks() {
 // Chords in brackets are what they are already.
 bool Exporter::putBrackets() {
     const SourceLine& line = song_.source[number_];
-    if (line.verdict != LineVerdict::Lyrics || line.text.starts_with(u'#') ||
-        line.text.find(u'[') == TextView::npos || line.text.find_first_of(u"{}") != TextView::npos)
+    const bool mayHave = line.verdict == LineVerdict::Lyrics || line.verdict == LineVerdict::Chords;
+    if (!mayHave || line.text.starts_with(u'#') || line.text.find(u'[') == TextView::npos ||
+        line.text.find_first_of(u"{}") != TextView::npos)
         return false;
-    Text named;
-    std::size_t copied = 0;
-    const auto first =
-        std::lower_bound(song_.chords.begin(), song_.chords.end(), number_,
-                         [](const ImportedChord& c, std::size_t n) { return c.sourceLine < n; });
-    for (auto chord = first; chord != song_.chords.end() && chord->sourceLine == number_; ++chord) {
-        named.append(line.text.substr(copied, chord->sourceIndex - copied))
-            .append(names_(chord->written));
-        copied = chord->sourceIndex + chord->written.size();
-    }
-    if (copied == 0)
+    const auto named = withNamedBrackets(song_, number_, names_);
+    if (!named)
         return false;
-    putLine(named.append(line.text.substr(copied)), line.end);
+    putLine(*named, line.end);
     return true;
 }
 
 // Text that would be read as something else is a comment.
 void Exporter::put(TextView text, const SourceLine& line) {
     const bool blank = trimmed(text).empty();
-    const bool isRemark = isHashRemark(text) && text.find_first_of(u"[]{}") == TextView::npos;
-    const bool plain = (isRemark || !text.starts_with(u'#')) &&
+    const bool plain = (isHashRemark(text) || !text.starts_with(u'#')) &&
                        line.verdict == LineVerdict::Lyrics && comesBack(text, {text});
     const Text comment = Text(u"{comment: ").append(trimmedRight(text)).append(u"}");
     const auto directive = plain || blank ? std::nullopt : readDirective(comment);
@@ -392,7 +421,11 @@ void Exporter::putNext() {
         endSection(line.end);
     enterTablature(tablature && !inKept_, line.end);
     if (line.verdict == LineVerdict::Chords) {
-        if (!putMarks())
+        const bool isBracketed =
+            line.chartLines == 1 && song_.lines[line.firstChartLine].text != line.text;
+        if (isBracketed && putBrackets())
+            ++number_;
+        else if (!putMarks())
             putChords();
         return;
     }
@@ -432,12 +465,47 @@ Text Exporter::run() {
 
 }  // namespace
 
-Text pairInBrackets(TextView chords, TextView words) {
-    return withWordsJoined(withBrackets(chords, words, SongChordNames({}, ChordNames::House)));
+Text pairInBrackets(TextView chords, TextView words, const ChordReading& reading) {
+    SongImport asItIs;
+    asItIs.notation.reading = reading;
+    return withWordsJoined(
+        withBrackets(chords, words, SongChordNames({}, asItIs, ChordNames::House)));
+}
+
+std::optional<Text> withNamedBrackets(const SongImport& song, std::size_t number,
+                                      const SongChordNames& names) {
+    const TextView line = song.source[number].text;
+    Text named;
+    std::size_t copied = 0;
+    const auto first =
+        std::lower_bound(song.chords.begin(), song.chords.end(), number,
+                         [](const ImportedChord& c, std::size_t n) { return c.sourceLine < n; });
+    for (auto chord = first; chord != song.chords.end() && chord->sourceLine == number; ++chord) {
+        if (chord->sourceIndex < copied)
+            return std::nullopt;
+        named.append(line.substr(copied, chord->sourceIndex - copied))
+            .append(names(chord->written));
+        copied = chord->sourceIndex + chord->written.size();
+    }
+    return copied == 0 ? std::nullopt : std::optional(named.append(line.substr(copied)));
 }
 
 Text exportChordPro(TextView chart, ChordNames names) {
-    return Exporter(chart, names).run();
+    Text exported = Exporter(chart, [&](const SongImport& song) {
+                        return SongChordNames(chart, song, names);
+                    }).run();
+    if (namesComeBack(chart, exported, names))
+        return exported;
+    const Naming naming = names == ChordNames::German ? Naming::German : Naming::Solfege;
+    const std::size_t end = std::min(exported.find_first_of(u"\r\n"), exported.size());
+    const TextView lineEnd = TextView(exported).substr(end).starts_with(u"\r\n") ? u"\r\n"
+                             : TextView(exported).substr(end).starts_with(u'\r') ? u"\r"
+                                                                                 : u"\n";
+    return namingDirective(naming).value_or(Text()).append(lineEnd).append(exported);
+}
+
+Text exportChordPro(TextView chart, const SongChordNames& names) {
+    return Exporter(chart, [&](const SongImport&) { return names; }).run();
 }
 
 }  // namespace melvorin

@@ -39,6 +39,29 @@ bool isStart(const std::optional<Directive>& directive) {
     return directive && directive->name.starts_with(u"start_of_");
 }
 
+// The line that ends the section of line `number`, or begins another one.
+struct SectionStop {
+    std::size_t line = 0;
+    bool isEnd = false;
+};
+
+SectionStop sectionStop(const std::vector<SourceLine>& source, std::size_t number,
+                        TextView section) {
+    for (std::size_t i = number + 1; i < source.size(); ++i) {
+        const bool isLabel = source[i].verdict == LineVerdict::Section;
+        if (isLabel && sectionOfLabel(trimmedRight(source[i].text)))
+            return {i, false};
+        const auto directive = directiveOf(source[i]);
+        if (!directive)
+            continue;
+        if (directive->name.starts_with(kEnd) && directive->name.substr(kEnd.size()) == section)
+            return {i, true};
+        if (isStart(directive) && sectionOfDirective(*directive))
+            return {i, false};
+    }
+    return {source.size(), false};
+}
+
 class Reader {
   public:
     explicit Reader(const std::vector<SourceLine>& source)
@@ -63,8 +86,9 @@ class Reader {
     std::vector<DirectiveLine> lines_;
     std::set<Text> keptStarts_;  // environments whose start is kept, and not their end yet
     std::vector<bool> isDone_ = std::vector<bool>(source_.size());
-    bool isHead_ = true;          // facts of the song stand above its chords
-    bool mayTitle_ = true;        // nothing but facts and kept lines so far
+    bool isHead_ = true;    // facts of the song stand above its chords
+    bool mayTitle_ = true;  // nothing but facts and kept lines so far
+    SectionStop repeatStop_;
     std::size_t titleEnd_ = 0;    // behind the title
     std::size_t sectionEnd_ = 0;  // in front of it another section would end the one that is open
 };
@@ -100,7 +124,8 @@ bool Reader::endsSection(std::size_t i) const {
 
 void Reader::readTitle(std::size_t i, const Directive& directive) {
     const bool isSubtitle = directive.name == u"subtitle";
-    const bool fits = isSubtitle ? titleEnd_ > 0 && titleEnd_ == i : mayTitle_;
+    const bool fits =
+        isSubtitle ? titleEnd_ > 0 && titleEnd_ == i : mayTitle_ && i + 1 < source_.size();
     if (!fits || !mayBeTitle(directive.value))
         return keep(i);
     // Right below it the export would take chords for the title's, and a line for a subtitle.
@@ -152,7 +177,10 @@ void Reader::readStart(std::size_t i, TextView section, const Directive& directi
 
 void Reader::readRepeat(std::size_t i, const Directive& directive) {
     auto label = shownSection(directive);
-    if (!label || i < sectionEnd_ || explicitSectionEnd(source_, i, u"chorus"))
+    // One look serves all repeats up to what it finds.
+    if (i >= repeatStop_.line)
+        repeatStop_ = sectionStop(source_, i, u"chorus");
+    if (!label || i < sectionEnd_ || repeatStop_.isEnd)
         return keep(i);
     const bool isTab = i + 1 < source_.size() &&
                        (source_[i + 1].verdict == LineVerdict::Tablature || isTabStart(i + 1));
@@ -176,8 +204,9 @@ void Reader::readTab(std::size_t i) {
 // One that would be chords in a chart has no line there.
 void Reader::readHashRemark(std::size_t i) {
     Text line(trimmedRight(source_[i].text));
-    if (!isHashRemark(line))
+    if (line.size() > 1 && line[1] != u' ')
         line.insert(1, u" ");
+    mayTitle_ = mayTitle_ && isHashRemark(line);
     if (judgeLine(line) == LineVerdict::Lyrics && !readBrackets(line))
         lines_[i].text = std::move(line);
 }
@@ -211,6 +240,9 @@ std::vector<DirectiveLine> Reader::read() {
     for (std::size_t i = 0; i < source_.size(); ++i) {
         const SourceLine& line = source_[i];
         if (line.verdict == LineVerdict::Directive) {
+            // The chart has letters.
+            if (statedNaming(line.text))
+                continue;
             if (const auto directive = readDirective(line.text); directive && !isDone_[i])
                 readDirectiveAt(i, *directive);
             else if (!directive && line.text.starts_with(u'#'))
@@ -246,24 +278,14 @@ bool mayHaveChords(const SourceLine& line) {
 }
 
 bool isHashRemark(TextView line) {
-    return line == u"#" || line.starts_with(u"# ");
+    return (line == u"#" || line.starts_with(u"# ")) &&
+           line.find_first_of(u"[]{}") == TextView::npos;
 }
 
 std::optional<std::size_t> explicitSectionEnd(const std::vector<SourceLine>& source,
                                               std::size_t number, TextView section) {
-    for (std::size_t i = number + 1; i < source.size(); ++i) {
-        const bool isLabel = source[i].verdict == LineVerdict::Section;
-        if (isLabel && sectionOfLabel(trimmedRight(source[i].text)))
-            return std::nullopt;
-        const auto directive = directiveOf(source[i]);
-        if (!directive)
-            continue;
-        if (directive->name.starts_with(kEnd) && directive->name.substr(kEnd.size()) == section)
-            return i;
-        if (isStart(directive) && sectionOfDirective(*directive))
-            return std::nullopt;
-    }
-    return std::nullopt;
+    const SectionStop stop = sectionStop(source, number, section);
+    return stop.isEnd ? std::optional(stop.line) : std::nullopt;
 }
 
 std::vector<DirectiveLine> directiveLines(const std::vector<SourceLine>& source) {

@@ -25,6 +25,9 @@ constexpr SectionName kSectionNames[] = {
     {u"bridge", u"middle eight"}, {u"chorus", u"ritornello"}};
 constexpr std::pair<TextView, TextView> kUsualLabels[] = {
     {u"chorus", u"Chorus"}, {u"verse", u"Verse"}, {u"bridge", u"Bridge"}};
+constexpr TextView kNamesDirective = u"x_melvorin_names";
+constexpr std::pair<Naming, TextView> kNamings[] = {{Naming::German, u"german"},
+                                                    {Naming::Solfege, u"solfege"}};
 constexpr TextView kStart = u"start_of_";
 
 struct Fact {
@@ -229,6 +232,27 @@ Text sectionDirective(TextView section, TextView label, bool isRepeated) {
     const bool isCalled = label.starts_with(called) && label.size() > called.size() &&
                           sectionOfLabel(label.substr(called.size())) != section;
     return directive.append(u": ").append(label.substr(isCalled ? called.size() : 0)).append(u"}");
+}
+
+std::optional<Text> namingDirective(Naming naming) {
+    for (const auto& [value, name] : kNamings) {
+        if (value == naming)
+            return Text(u"{").append(kNamesDirective).append(u": ").append(name).append(u"}");
+    }
+    return std::nullopt;
+}
+
+std::optional<Naming> statedNaming(TextView line) {
+    if (line.find(kNamesDirective) == TextView::npos)
+        return std::nullopt;
+    const auto directive = readDirective(line);
+    if (!directive || directive->name != kNamesDirective)
+        return std::nullopt;
+    for (const auto& [value, name] : kNamings) {
+        if (asciiLowerCase(directive->value) == name)
+            return value;
+    }
+    return std::nullopt;
 }
 
 bool isAlwaysKept(const Directive& directive) {

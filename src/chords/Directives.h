@@ -37,6 +37,11 @@ std::optional<Text> shownSection(const Directive& directive);
 // The directive that begins such a section, or repeats it, and shows as its label.
 Text sectionDirective(TextView section, TextView label, bool isRepeated = false);
 
+// A directive of our own, which other programs pass over, for songs whose names of notes do not
+// tell by themselves what they are: "{x_melvorin_names: german}" or "solfege". Nothing for letters.
+std::optional<Text> namingDirective(Naming naming);
+std::optional<Naming> statedNaming(TextView line);
+
 // True for a name that a chart never shows otherwise than as it stands: "new_page", "define".
 bool isAlwaysKept(const Directive& directive);
 

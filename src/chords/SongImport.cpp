@@ -149,7 +149,12 @@ void Importer::judgeBrackets() {
 void Importer::readNotation() {
     NotationReader reader;
     for (const SourceLine& line : song_.source) {
-        if (line.verdict == LineVerdict::Tablature || line.verdict == LineVerdict::Directive)
+        if (line.verdict == LineVerdict::Directive) {
+            if (const auto naming = statedNaming(line.text))
+                reader.state(*naming);
+            continue;
+        }
+        if (line.verdict == LineVerdict::Tablature)
             continue;
         const std::size_t label = line.verdict == LineVerdict::Section
                                       ? sectionLabelLength(line.text, reading(), memory())

@@ -52,8 +52,12 @@ std::optional<std::size_t> titleLine(const SongImport& song) {
                               factDirective(line.text, true);
         if (isBefore)
             continue;
-        const bool isTitle = line.verdict == LineVerdict::Lyrics && mayBeTitle(line.text) &&
-                             !isLineOfMarks(song, i) && !hasChordsAt(song, i + 1);
+        // Blanks behind the last line end do not come back.
+        const SourceLine& next = song.source[i + 1];
+        const bool isLast = next.end.empty() && trimmed(next.text).empty();
+        const bool isTitle = !isLast && line.verdict == LineVerdict::Lyrics &&
+                             mayBeTitle(line.text) && !isLineOfMarks(song, i) &&
+                             !hasChordsAt(song, i + 1);
         return isTitle ? std::optional(i) : std::nullopt;
     }
     return std::nullopt;
