@@ -315,8 +315,8 @@ bool Exporter::putBrackets() {
 // Text that would be read as something else is a comment.
 void Exporter::put(TextView text, const SourceLine& line) {
     const bool blank = trimmed(text).empty();
-    const bool plain = (isHashRemark(text) || !text.starts_with(u'#')) &&
-                       line.verdict == LineVerdict::Lyrics && comesBack(text, {text});
+    const bool plain =
+        !text.starts_with(u'#') && line.verdict == LineVerdict::Lyrics && comesBack(text, {text});
     const Text comment = Text(u"{comment: ").append(trimmedRight(text)).append(u"}");
     const auto directive = plain || blank ? std::nullopt : readDirective(comment);
     // What would come back behind a mark is something else only in this song, which comes back too.
@@ -395,7 +395,8 @@ bool Exporter::putDirective() {
     }
     if (starts || ends)
         inKept_ = name == u"start_of_tab" || name == u"start_of_grid";
-    putLine(trimmed(line.text), line.end);
+    const auto remark = hasPairs_ ? hashRemark(*directive) : std::nullopt;
+    putLine(remark ? TextView(*remark) : trimmed(line.text), line.end);
     return true;
 }
 

@@ -74,7 +74,6 @@ class Reader {
     void readStart(std::size_t i, TextView section, const Directive& directive);
     void readRepeat(std::size_t i, const Directive& directive);
     void readTab(std::size_t i);
-    void readHashRemark(std::size_t i);
     void readEnd(std::size_t i, TextView environment);
     void keep(std::size_t i);
     void endSection(std::size_t begin, std::size_t end);
@@ -201,16 +200,6 @@ void Reader::readTab(std::size_t i) {
     isDone_[end] = closing && closing->name == u"end_of_tab";
 }
 
-// One that would be chords in a chart has no line there.
-void Reader::readHashRemark(std::size_t i) {
-    Text line(trimmedRight(source_[i].text));
-    if (line.size() > 1 && line[1] != u' ')
-        line.insert(1, u" ");
-    mayTitle_ = mayTitle_ && isHashRemark(line);
-    if (judgeLine(line) == LineVerdict::Lyrics && !readBrackets(line))
-        lines_[i].text = std::move(line);
-}
-
 void Reader::readDirectiveAt(std::size_t i, const Directive& directive) {
     const TextView name = directive.name;
     if (name == u"title" || name == u"subtitle")
@@ -246,7 +235,7 @@ std::vector<DirectiveLine> Reader::read() {
             if (const auto directive = readDirective(line.text); directive && !isDone_[i])
                 readDirectiveAt(i, *directive);
             else if (!directive && line.text.starts_with(u'#'))
-                readHashRemark(i);
+                lines_[i].text = shownHashRemark(line.text);
             continue;
         }
         mayTitle_ = mayTitle_ && isBlank(line);
@@ -275,11 +264,6 @@ bool mayHaveChords(const SourceLine& line) {
         default:
             return false;
     }
-}
-
-bool isHashRemark(TextView line) {
-    return (line == u"#" || line.starts_with(u"# ")) &&
-           line.find_first_of(u"[]{}") == TextView::npos;
 }
 
 std::optional<std::size_t> explicitSectionEnd(const std::vector<SourceLine>& source,

@@ -27,7 +27,4 @@ std::optional<std::size_t> explicitSectionEnd(const std::vector<SourceLine>& sou
 // Whether the line ends the head of a song: it has chords, or brackets that may be some.
 bool mayHaveChords(const SourceLine& line);
 
-// "# remark", as a chart has that of a ChordPro song; one with brackets is not sure to be one.
-bool isHashRemark(TextView line);
-
 }  // namespace melvorin

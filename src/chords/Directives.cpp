@@ -96,8 +96,7 @@ bool isOrdinaryText(TextView text) {
 // Where the text is nothing but itself to an import. For all other lines an export has only
 // comments.
 bool standsAsWords(TextView text) {
-    if (text.find_first_of(u"[]{}") != TextView::npos ||
-        (text.starts_with(u'#') && !text.starts_with(u"# ")))
+    if (text.find_first_of(u"[]{}") != TextView::npos || text.starts_with(u'#'))
         return false;
     const SongImport song = importSong(text);
     return song.source.size() == 1 && song.source[0].verdict == LineVerdict::Lyrics &&
@@ -177,6 +176,17 @@ std::optional<Text> remarkDirective(TextView line) {
             return Text(u"{").append(mark.name).append(u": ").append(text).append(u"}");
     }
     return std::nullopt;
+}
+
+Text shownHashRemark(TextView line) {
+    const TextView text = trimmed(line.substr(1));
+    return Text(text.empty() ? u"{#" : u"{# ").append(text).append(u"}");
+}
+
+std::optional<Text> hashRemark(const Directive& directive) {
+    if (directive.name != u"#")
+        return std::nullopt;
+    return Text(directive.value.empty() ? u"#" : u"# ").append(directive.value);
 }
 
 std::optional<TextView> sectionOfLabel(TextView label) {
@@ -272,7 +282,7 @@ bool isAlwaysKept(const Directive& directive) {
 std::optional<Text> wordsOfDirective(TextView line) {
     const auto directive = readDirective(line);
     if (!directive)
-        return Text(line);
+        return line.starts_with(u'#') ? std::nullopt : std::optional(Text(line));
     const TextView name = directive->name;
     if (auto fact = shownFact(*directive, true))
         return fact;

@@ -26,6 +26,11 @@ std::optional<Text> shownRemark(const Directive& directive);
 // The directive for a line behind a mark: "{comment: slower}" for "* slower".
 std::optional<Text> remarkDirective(TextView line);
 
+// "{# typed by hand}" for "# typed by hand", which is for those who edit a ChordPro song, and the
+// way back; nothing for other directives.
+Text shownHashRemark(TextView line);
+std::optional<Text> hashRemark(const Directive& directive);
+
 // "chorus", "verse" or "bridge" for a label that begins with that word, or one that means the same:
 // "Verse 2:", "Refrain".
 std::optional<TextView> sectionOfLabel(TextView label);

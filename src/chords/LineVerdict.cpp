@@ -224,7 +224,7 @@ std::optional<Directive> readDirective(TextView line) {
 bool isKnownDirective(const Directive& directive) {
     const auto isName = [&](TextView name) { return directive.name == name; };
     return directive.name.starts_with(u"start_of_") || directive.name.starts_with(u"end_of_") ||
-           directive.name.starts_with(u"x_") ||
+           directive.name.starts_with(u"x_") || directive.name == u"#" ||
            std::any_of(std::begin(kKnownNames), std::end(kKnownNames), isName) ||
            std::any_of(std::begin(kShortNames), std::end(kShortNames),
                        [&](const auto& names) { return isName(names.second); });

@@ -144,6 +144,10 @@ void Importer::judgeBrackets() {
         if (hasLooseBracket(line.text))
             line.remarks |= HasLooseBracket;
     }
+    for (SourceLine& line : song_.source) {
+        if (line.verdict == LineVerdict::Lyrics && line.text.starts_with(u"# "))
+            line.verdict = LineVerdict::Directive;
+    }
 }
 
 void Importer::readNotation() {

@@ -18,8 +18,7 @@ bool isPlainText(const SourceLine& line, bool isHead = false) {
         return shownRemark(*directive) == directive->value &&
                judgeLine(directive->value) == LineVerdict::Lyrics;
     return line.verdict == LineVerdict::Lyrics && !trimmed(line.text).empty() &&
-           !isHashRemark(line.text) && !factDirective(line.text, isHead) &&
-           !remarkDirective(line.text);
+           !factDirective(line.text, isHead) && !remarkDirective(line.text);
 }
 
 // "*softly": a remark in a row, as the import shows "[*softly]".
@@ -48,7 +47,7 @@ std::optional<std::size_t> titleLine(const SongImport& song) {
     for (std::size_t i = 0; i + 1 < song.source.size(); ++i) {
         const SourceLine& line = song.source[i];
         const bool isBefore = trimmed(line.text).empty() ||
-                              line.verdict == LineVerdict::Directive || isHashRemark(line.text) ||
+                              line.verdict == LineVerdict::Directive ||
                               factDirective(line.text, true);
         if (isBefore)
             continue;

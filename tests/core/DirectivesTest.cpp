@@ -63,8 +63,10 @@ TEST(Directives, HaveLinesInTheChart) {
         {"for programs",
          u"# by hand\n{title: Row}\n{columns: 2}\n{define: Am7 base-fret 1 frets x 0 2 0 1 0}\n\n"
          u"[G]Row, row\n{new_page}\n[C]Row\n",
-         u"# by hand\nRow\n{columns: 2}\n{define: Am7 base-fret 1 frets x 0 2 0 1 0}\n\n"
+         u"{# by hand}\nRow\n{columns: 2}\n{define: Am7 base-fret 1 frets x 0 2 0 1 0}\n\n"
          u"G\nRow, row\n{new_page}\nC\nRow\n"},
+        {"a heading with a number sign", u"[G]Row\n{comment: # Verse 1}\n[C]Row\n",
+         u"G\nRow\n# Verse 1\nC\nRow\n"},
         {"facts below chords", u"[G]Row, [C]row\n{key: D}\n[D]Row\n{copyright: me}\n",
          u"G    C\nRow, row\nKey: D\nD\nRow\n{copyright: me}\n"},
     };
@@ -79,10 +81,11 @@ TEST(Directives, HaveLinesInTheChart) {
 
 TEST(Directives, ArePagesWithoutThoseForPrograms) {
     const Text page = exportHtml(
-        u"# by hand\nRow\n{columns: 2}\n\nG\nRow, row\n{new_page}\n{comment: Am G}\n* softly\n",
+        u"{# by hand}\nRow\n{columns: 2}\n\nG\nRow, row\n{new_page}\n{comment: Am G}\n* softly\n",
         ChordNames::House, u"x");
     EXPECT_NE(page.find(u"<h1>Row</h1>"), Text::npos);
     EXPECT_EQ(page.find(u"columns"), Text::npos);
+    EXPECT_EQ(page.find(u"by hand"), Text::npos);
     EXPECT_EQ(page.find(u"new_page"), Text::npos);
     EXPECT_NE(page.find(u"Am "), Text::npos);
     EXPECT_NE(page.find(u"softly"), Text::npos);
@@ -204,7 +207,9 @@ Text withNarrowGaps(TextView line) {
 std::vector<std::string> contentOf(TextView song) {
     std::vector<std::string> content;
     for (const TextView line : splitLines(song)) {
-        const TextView text = trimmedRight(line);
+        // In a song without words below chords a remark stays in its braces.
+        const Text text = line.starts_with(u"# ") ? Text(u"{").append(line).append(u"}")
+                                                  : Text(trimmedRight(line));
         const auto directive = readDirective(text);
         if (directive)
             content.push_back(toUtf8(directive->name) + ": " + toUtf8(directive->value));
