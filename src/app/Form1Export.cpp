@@ -104,7 +104,8 @@ void Form1::fileExport() {
     const CursorScope hourglass(IDC_WAIT);
     left = 0;
     const Text title = songName(fileNamePart(*target));
-    const std::string bytes = toUtf8(exported(song, *choice, title, left));
+    const Text text = exported(song, *choice, title, left);
+    const std::string bytes = toUtf8(text);
     if (const Result<Done> written = services_.files.replace(*target, bytes); !written)
         return reportFailure(services_.messages, u"The song cannot be exported to " +
                                                      quoted(*target) + u". " + written.cause);
@@ -112,6 +113,10 @@ void Form1::fileExport() {
     if (left > 0)
         said += u", without " + decimal(static_cast<std::int64_t>(left)) +
                 (left == 1 ? u" diagram" : u" diagrams");
+    std::size_t none = 0;
+    if (choice->format == SongFormat::PlainText &&
+        !namesComeBack(withoutDiagrams(song.text, none), text, choice->names))
+        said += u". Nothing in it tells other programs how its notes are called";
     status_.say({{said, {}}});
 }
 

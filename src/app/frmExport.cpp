@@ -27,6 +27,7 @@ TextView firstLines(TextView chart) {
 
 std::optional<ExportChoice> frmExport::ask(HWND owner, TextView chart, ExportChoice choice) {
     taken_.reset();
+    whole_ = chart;
     chart_ = firstLines(chart);
     if (!createWindow(owner))
         return std::nullopt;
@@ -92,11 +93,18 @@ ExportChoice frmExport::marked() const {
     return {static_cast<SongFormat>(chosen(kFormats)), static_cast<ChordNames>(chosen(kNames))};
 }
 
-// A page shows the chart as a text does.
+// A page shows the chart as a text does. The whole song tells what its names are, and its key.
 void frmExport::showPreview() {
     const ExportChoice choice = marked();
-    const Text shown = choice.format == SongFormat::ChordPro ? exportChordPro(chart_, choice.names)
-                                                             : exportText(chart_, choice.names);
+    const bool isChordPro = choice.format == SongFormat::ChordPro;
+    Text shown;
+    if (chart_.size() == whole_.size() || choice.names == ChordNames::House) {
+        shown =
+            isChordPro ? exportChordPro(chart_, choice.names) : exportText(chart_, choice.names);
+    } else {
+        const SongChordNames names(whole_, choice.names);
+        shown = isChordPro ? exportChordPro(chart_, names) : exportText(chart_, names);
+    }
     ::SetWindowTextW(item(kPreview), wide(toCrLf(shown).chars));
 }
 

@@ -49,7 +49,9 @@ class frmExport : public Form {
     TarnelButton export_;
     TarnelButton cancel_;
     UniqueFont previewFont_;
-    TextView chart_;  // its first lines, while the window is open
+    // While the window is open: the chart, and its first lines.
+    TextView whole_;
+    TextView chart_;
     std::optional<ExportChoice> taken_;
 };
 

@@ -110,13 +110,16 @@ std::optional<std::size_t> BracketReader::blankInFront() const {
 void BracketReader::place(std::vector<RowItem> row, std::size_t end) {
     makeRoom(end);
     const std::size_t first = row.front().column;
+    std::vector<RowItem> inLine;
     for (RowItem& item : row) {
         const bool isMark = item.kind == RowItemKind::Sign || item.kind == RowItemKind::Repeat;
         const bool standsAbove = isMark && item.column > first;
-        item.column += column_ - first;
+        item.column -= first;
         if (!standsAbove)
-            roomEnd_ = std::max(roomEnd_, item.column) + cellsOf(item.shown) + 1;
+            inLine.push_back(item);
+        item.column += column_;
     }
+    roomEnd_ = std::max(roomEnd_, column_) + cellsOf(writeRow(inLine)) + 1;
     result_.chords.insert(result_.chords.end(), std::make_move_iterator(row.begin()),
                           std::make_move_iterator(row.end()));
 }
@@ -150,7 +153,7 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     return true;
 }
 
-// "[*slowly]" is "slowly" to its readers; other brackets tell that they could not be read.
+// "[*slowly]" is "*slowly" to its readers; other brackets tell that they could not be read.
 void BracketReader::addRemark(TextView bracket, std::size_t at) {
     RowItem item;
     const bool isRemark = bracket[1] == u'*';
@@ -158,9 +161,10 @@ void BracketReader::addRemark(TextView bracket, std::size_t at) {
     item.index = index_ + at + 1;
     item.length = bracket.size() - 2;
     item.column = column_;
-    const TextView shown = isRemark ? bracket.substr(2, bracket.size() - 3) : bracket;
-    item.shown = withOrdinaryBlanks(shown);
-    if (trimmed(item.shown).empty())
+    const TextView remark = trimmed(bracket.substr(isRemark ? 2 : 1, item.length - 1));
+    item.shown =
+        isRemark ? withOrdinaryBlanks(Text(u"*").append(remark)) : withOrdinaryBlanks(bracket);
+    if (isRemark && remark.empty())
         return;
     result_.chords.push_back(std::move(item));
 }

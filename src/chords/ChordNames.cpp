@@ -1,7 +1,10 @@
 #include "chords/ChordNames.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
+#include "chords/ChordRow.h"
 #include "chords/ChordSpelling.h"
 #include "chords/InternationalName.h"
 #include "chords/KeySpelling.h"
@@ -85,20 +88,75 @@ Text chordByNames(TextView chord, ChordNames names, Key key, Spelling side) {
     return name;
 }
 
-SongChordNames::SongChordNames(TextView song, ChordNames names) : names_(names) {
-    if (names != ChordNames::House)
-        reading_ = importSong(song).notation.reading;
+SongChordNames::SongChordNames(TextView song, ChordNames names)
+    : SongChordNames(song, importSong(song), names) {}
+
+SongChordNames::SongChordNames(TextView song, const SongImport& read, ChordNames names)
+    : names_(names), reading_(read.notation.reading) {
+    if (names == ChordNames::International)
+        findNinths(read);
     if (names != ChordNames::Nashville)
         return;
     key_ = findKey(song).first.value_or(Key());
     side_ = sideOf(song);
 }
 
+// "Em9" is E minor with a seventh where the names of the song say so.
+void SongChordNames::findNinths(const SongImport& read) {
+    NotationReader reader;
+    for (const ImportedChord& chord : read.chords)
+        reader.addRow(chord.isRead ? internationalName(chord.chord) : Text(chord.written));
+    plainNinths_ = reader.result().reading.ninthsHaveSevenths;
+}
+
+std::optional<Text> SongChordNames::nameOfChord(TextView written) const {
+    const auto house = written.empty() ? std::nullopt : houseSpelling(written, reading_);
+    if (!house)
+        return std::nullopt;
+    return names_ == ChordNames::International ? internationalName(*house, plainNinths_)
+                                               : chordByNames(*house, names_, key_, side_);
+}
+
 Text SongChordNames::operator()(TextView written) const {
     if (names_ == ChordNames::House)
         return Text(written);
-    const auto house = houseSpelling(written, reading_);
-    return house ? chordByNames(*house, names_, key_, side_) : Text(written);
+    if (auto name = nameOfChord(written))
+        return std::move(*name);
+    Text text;
+    std::size_t copied = 0;
+    for (const RowItem& item : readRow(written, 0, 0, reading_)) {
+        if (item.kind != RowItemKind::Chord)
+            continue;
+        // "(Am7", "G)"
+        TextView chord = written.substr(item.index, item.length);
+        std::size_t at = item.index;
+        auto name = nameOfChord(chord);
+        if (!name && chord.starts_with(u'(')) {
+            chord.remove_prefix(1);
+            ++at;
+            name = nameOfChord(chord);
+        }
+        if (!name && chord.ends_with(u')')) {
+            chord.remove_suffix(1);
+            name = nameOfChord(chord);
+        }
+        if (!name)
+            continue;
+        text.append(written.substr(copied, at - copied)).append(*name);
+        copied = at + chord.size();
+    }
+    return text.append(written.substr(copied));
+}
+
+bool namesComeBack(TextView song, TextView exported, ChordNames names) {
+    if (names != ChordNames::German && names != ChordNames::Solfege)
+        return true;
+    const SongImport before = importSong(song);
+    const SongImport after = importSong(exported);
+    return std::equal(before.chords.begin(), before.chords.end(), after.chords.begin(),
+                      after.chords.end(), [](const ImportedChord& x, const ImportedChord& y) {
+                          return x.isRead == y.isRead && x.chord == y.chord;
+                      });
 }
 
 }  // namespace melvorin

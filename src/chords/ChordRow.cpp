@@ -289,7 +289,7 @@ bool RowReader::addPair(const Run& run, std::size_t at, bool slash) {
 }
 
 // A chord with a mark behind it: an exclamation mark or apostrophe, beats ("G//"), how often it is
-// played ("Gx2"); or with another chord.
+// played ("Gx2", "G(x2)"); or with another chord.
 bool RowReader::addMarked(const Run& run) {
     const TextView text = textOf(run);
     if (const std::size_t at = text.find_last_not_of(u"!'");
@@ -319,6 +319,10 @@ bool RowReader::addMarked(const Run& run) {
         return true;
     }
     const std::size_t open = text.find(u'(', 1);
+    if (open != TextView::npos && isRepeat(text.substr(open)) && addChord(part(run, 0, open))) {
+        add(RowItemKind::Repeat, part(run, open, text.size()), Text(text.substr(open)));
+        return true;
+    }
     if (open != TextView::npos && text.back() == u')' && addPair(run, open, false))
         return true;
     const std::size_t slash = text.find(u'/', 1);

@@ -10,7 +10,8 @@ namespace {
 
 class Writer {
   public:
-    Writer(TextView root, const ChordSuffix& suffix) : name_(root), suffix_(suffix) {}
+    Writer(TextView root, const ChordSuffix& suffix, bool plainNinths)
+        : name_(root), suffix_(suffix), plainNinths_(plainNinths) {}
 
     Text write();
 
@@ -29,8 +30,10 @@ class Writer {
 
     Text name_;
     ChordSuffix suffix_;
+    bool plainNinths_;
     TextView suspension_;
     bool noThird_ = false;
+    bool isNinthApart_ = false;  // "7(9)"
 };
 
 // What stands in the place of the third.
@@ -79,7 +82,8 @@ void Writer::putNumber() {
     if (isMajor || has(Degree::Seventh)) {
         drop(Degree::Seventh);
         TextView number = u"7";
-        if (has(Degree::Ninth) && suspension_ != u"sus2" && !suffix_.diminished) {
+        isNinthApart_ = !isMajor && !plainNinths_;
+        if (has(Degree::Ninth) && suspension_ != u"sus2" && !suffix_.diminished && !isNinthApart_) {
             number = u"9";
             drop(Degree::Ninth);
         }
@@ -138,7 +142,12 @@ void Writer::putAdded(TextView number, Degree degree) {
         return;
     drop(degree);
     const bool isPlain = name_.back() != u')' && (name_.back() < u'0' || name_.back() > u'9');
-    name_.append(isPlain ? u"add" : u"(add").append(number).append(isPlain ? u"" : u")");
+    const bool isNinth = isNinthApart_ && degree == Degree::Ninth;
+    name_.append(isPlain   ? u"add"
+                 : isNinth ? u"("
+                           : u"(add")
+        .append(number)
+        .append(isPlain ? u"" : u")");
 }
 
 Text Writer::write() {
@@ -172,7 +181,7 @@ Text Writer::write() {
 
 }  // namespace
 
-Text internationalName(TextView chord) {
+Text internationalName(TextView chord, bool plainNinths) {
     const bool isOpen = chord.starts_with(u'(');
     TextView inside = chord.substr(isOpen ? 1 : 0);
     const bool isClosed = inside.ends_with(u')') && inside.find(u'(') == TextView::npos;
@@ -184,7 +193,7 @@ Text internationalName(TextView chord) {
     if (!suffix)
         return Text(chord);
     return Text(isOpen ? u"(" : u"")
-        .append(Writer(inside.substr(0, root->length), *suffix).write())
+        .append(Writer(inside.substr(0, root->length), *suffix, plainNinths).write())
         .append(isClosed ? u")" : u"");
 }
 

@@ -10,6 +10,7 @@ namespace melvorin {
 // tones, and `houseSpelling` makes the same chord of it where a plain ninth has its seventh. Root
 // and bass stay as they are. Text that is no chord comes back unchanged; parentheses at either end
 // stay.
-Text internationalName(TextView chord);
+// Without `plainNinths` it says "Em7(9)", which is the same in any song.
+Text internationalName(TextView chord, bool plainNinths = true);
 
 }  // namespace melvorin

@@ -139,8 +139,9 @@ std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& 
     const std::size_t end = close + (line.substr(close + 1).starts_with(u':') ? 2 : 1);
     if (closer == u')' || isSectionName(inside))
         return isSectionName(inside) ? end : 0;
-    const bool mayBe = !reading.everyBracket || (end == line.size() && inside[0] != u'*');
-    return !inside.empty() && mayBe && hasWords(inside, reading, memory) ? end : 0;
+    const bool mayBe =
+        !inside.empty() && inside[0] != u'*' && (!reading.everyBracket || end == line.size());
+    return mayBe && hasWords(inside, reading, memory) ? end : 0;
 }
 
 // At least two chords that are no words, and nothing else.
@@ -223,7 +224,7 @@ std::optional<Directive> readDirective(TextView line) {
 bool isKnownDirective(const Directive& directive) {
     const auto isName = [&](TextView name) { return directive.name == name; };
     return directive.name.starts_with(u"start_of_") || directive.name.starts_with(u"end_of_") ||
-           directive.name.starts_with(u"x_") ||
+           directive.name.starts_with(u"x_") || directive.name == u"#" ||
            std::any_of(std::begin(kKnownNames), std::end(kKnownNames), isName) ||
            std::any_of(std::begin(kShortNames), std::end(kShortNames),
                        [&](const auto& names) { return isName(names.second); });

@@ -27,7 +27,7 @@ struct Directive {
 
 // Nothing where the line is no directive in braces. The name need not be a known one.
 std::optional<Directive> readDirective(TextView line);
-// True for a name that ChordPro defines.
+// True for a name that ChordPro defines, and for "#", as a chart has its remarks.
 bool isKnownDirective(const Directive& directive);
 
 // How many UTF-16 units at the start of the line are the label of a section ("Intro:",

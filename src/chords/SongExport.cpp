@@ -1,13 +1,16 @@
 #include "chords/SongExport.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "chords/BracketedLine.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordProExport.h"
+#include "chords/Directives.h"
 #include "chords/SongDiagrams.h"
 #include "chords/SongImport.h"
+#include "chords/SongParts.h"
 
 namespace melvorin {
 namespace {
@@ -18,50 +21,85 @@ using Kind = ChartBlock::Kind;
 
 class Renamer {
   public:
-    Renamer(TextView chart, ChordNames names)
-        : isSame_(names == ChordNames::House), names_(chart, names) {}
+    Renamer(const SongImport& song, const SongChordNames& names) : song_(song), names_(names) {}
 
-    void rename(ChartBlock& block) const;
+    // The block stands at line `number` of the song.
+    void rename(ChartBlock& block, std::size_t number) const;
 
   private:
     Text row(TextView line) const;
+    Text label(TextView line) const;
+    void renamePair(ChartBlock& block) const;
+    std::optional<BracketedLine> placed(TextView chords, TextView words) const {
+        return placeBrackets(pairInBrackets(chords, words, names_.reading()),
+                             [this](TextView chord) { return names_(chord); });
+    }
 
-    bool isSame_;
-    SongChordNames names_;
+    const SongImport& song_;
+    const SongChordNames& names_;
 };
+
+bool hasBracket(TextView line) {
+    return line.find_first_of(u"[]") != TextView::npos;
+}
 
 // A line of chords alone: what needs more room moves what is behind it.
 Text Renamer::row(TextView line) const {
-    const auto placed =
-        placeBrackets(pairInBrackets(line, u""), [this](TextView chord) { return names_(chord); });
+    const auto placed = this->placed(line, u"");
     return placed ? writeRow(placed->chords) : Text(line);
 }
 
-void Renamer::rename(ChartBlock& block) const {
-    if (isSame_ || block.chords.empty())
-        return;
-    const auto hasBracket = [](TextView line) {
-        return line.find_first_of(u"[]") != TextView::npos;
-    };
-    if (hasBracket(block.chords))
-        return;
-    if (block.kind == Kind::Chords || hasBracket(block.words)) {
-        block.chords = row(block.chords);
-        return;
-    }
-    const auto placed = placeBrackets(pairInBrackets(block.chords, block.words),
-                                      [this](TextView chord) { return names_(chord); });
-    if (!placed)
-        return;
-    block.chords = writeRow(placed->chords);
-    block.words = placed->lyrics;
+// "Intro: Am  G"
+Text Renamer::label(TextView line) const {
+    const std::size_t length = sectionLabelLength(line, names_.reading());
+    const TextView behind = line.substr(length);
+    const bool isRow = length > 0 && isRowOfChords(readRow(behind, 0, 0, names_.reading()));
+    return Text(line.substr(0, length)).append(isRow ? row(behind) : Text(behind));
 }
 
-Kind kindOf(const SongImport& song, std::size_t number) {
+// Brackets of the words are letters meanwhile.
+void Renamer::renamePair(ChartBlock& block) const {
+    constexpr TextView brackets = u"[]";
+    constexpr TextView standIns = u"\uFDD0\uFDD1";
+    const auto exchange = [](Text& text, TextView from, TextView to) {
+        for (char16_t& c : text) {
+            if (const std::size_t at = from.find(c); at != TextView::npos)
+                c = to[at];
+        }
+    };
+    Text words = block.words;
+    exchange(words, brackets, standIns);
+    auto placed = this->placed(block.chords, words);
+    if (!placed)
+        return;
+    exchange(placed->lyrics, standIns, brackets);
+    block.chords = writeRow(placed->chords);
+    block.words = std::move(placed->lyrics);
+}
+
+void Renamer::rename(ChartBlock& block, std::size_t number) const {
+    if (names_.names() == ChordNames::House)
+        return;
+    const bool isText = block.kind == Kind::Words || block.kind == Kind::Label;
+    const TextView line = isText ? block.words : block.chords;
+    if (hasBracket(line)) {
+        if (auto named = withNamedBrackets(song_, number, names_))
+            (isText ? block.words : block.chords) = std::move(*named);
+        return;
+    }
+    if (block.kind == Kind::Pair)
+        renamePair(block);
+    else if (block.kind == Kind::Chords)
+        block.chords = row(block.chords);
+    else if (block.kind == Kind::Label)
+        block.words = label(block.words);
+}
+
+Kind kindOf(const SongImport& song, std::size_t number, std::optional<std::size_t> title) {
     const SourceLine& line = song.source[number];
     if (trimmed(line.text).empty())
         return Kind::Blank;
-    if (number == 0 && namesSong(song))
+    if (title == number)
         return Kind::Title;
     switch (line.verdict) {
         case LineVerdict::Chords:
@@ -70,6 +108,8 @@ Kind kindOf(const SongImport& song, std::size_t number) {
             return Kind::Label;
         case LineVerdict::Tablature:
             return Kind::Tablature;
+        case LineVerdict::Directive:
+            return Kind::Directive;
         default:
             return Kind::Words;
     }
@@ -102,6 +142,7 @@ class Page {
     void open(bool inTablature);
     void close();
     void addPair(const ChartBlock& block);
+    void addDirective(TextView line);
     void addPlain(TextView text);
 
     const DrawDiagram& draw_;
@@ -210,10 +251,22 @@ void Page::addPair(const ChartBlock& block) {
     body_ += u"</p>\n";
 }
 
+void Page::addDirective(TextView line) {
+    const auto words = wordsOfDirective(line);
+    if (!words)
+        return;
+    ChartBlock block;
+    block.kind = Kind::Words;
+    block.words = *words;
+    add(block);
+}
+
 void Page::add(const ChartBlock& block) {
     switch (block.kind) {
         case Kind::Blank:
             return close();
+        case Kind::Directive:
+            return addDirective(block.words);
         case Kind::Title:
             close();
             body_ += u"<h1>";
@@ -238,13 +291,21 @@ void Page::add(const ChartBlock& block) {
     }
 }
 
+// A title has no pictures.
+Text withoutDiagrams(TextView title) {
+    Text plain;
+    std::copy_if(title.begin(), title.end(), std::back_inserter(plain),
+                 [](char16_t c) { return !isDiagramToken(c); });
+    return Text(trimmed(plain));
+}
+
 Text Page::finished(TextView title) {
     close();
     const Text body = std::exchange(body_, {});
     body_ =
         u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n"
         u"<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>";
-    addPlain(title);
+    addPlain(withoutDiagrams(title));
     return body_.append(u"</title>\n<style>\n")
         .append(kStyle)
         .append(u"</style>\n</head>\n<body>\n")
@@ -252,21 +313,20 @@ Text Page::finished(TextView title) {
         .append(u"</body>\n</html>\n");
 }
 
-}  // namespace
-
-std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names) {
-    const SongImport song = importSong(chart);
-    const Renamer renamer(chart, names);
+std::vector<ChartBlock> blocksOf(const SongImport& song, const SongChordNames& names) {
+    const Renamer renamer(song, names);
+    const std::optional<std::size_t> title = titleLine(song);
     std::vector<ChartBlock> blocks;
     blocks.reserve(song.source.size());
     for (std::size_t number = 0; number < song.source.size(); ++number) {
         const SourceLine& line = song.source[number];
+        const std::size_t first = number;
         ChartBlock block;
-        block.kind = kindOf(song, number);
+        block.kind = kindOf(song, number, title);
         block.end = line.end;
         if (block.kind == Kind::Chords) {
             block.chords = line.text;
-            if (number + 1 < song.source.size() && kindOf(song, number + 1) == Kind::Words) {
+            if (areWordsBelow(song, number + 1)) {
                 block.kind = Kind::Pair;
                 block.chordsEnd = line.end;
                 block.words = song.source[++number].text;
@@ -275,17 +335,32 @@ std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names) {
         } else {
             block.words = line.text;
         }
-        renamer.rename(block);
+        renamer.rename(block, first);
         blocks.push_back(std::move(block));
     }
     return blocks;
 }
 
-Text exportText(TextView chart, ChordNames names) {
+Text textOf(const std::vector<ChartBlock>& blocks) {
     Text text;
-    for (const ChartBlock& block : chartBlocks(chart, names))
+    for (const ChartBlock& block : blocks)
         text.append(block.chords).append(block.chordsEnd).append(block.words).append(block.end);
     return text;
+}
+
+}  // namespace
+
+std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names) {
+    const SongImport song = importSong(chart);
+    return blocksOf(song, SongChordNames(chart, song, names));
+}
+
+Text exportText(TextView chart, ChordNames names) {
+    return textOf(chartBlocks(chart, names));
+}
+
+Text exportText(TextView part, const SongChordNames& names) {
+    return textOf(blocksOf(importSong(part), names));
 }
 
 Text exportHtml(TextView chart, ChordNames names, TextView title, const DrawDiagram& draw) {

@@ -14,7 +14,7 @@ enum class SongFormat { ChordPro, PlainText, Html };
 
 // A line of a chart, or two of them: chords and the words below.
 struct ChartBlock {
-    enum class Kind { Blank, Title, Label, Words, Chords, Pair, Tablature };
+    enum class Kind { Blank, Title, Label, Words, Chords, Pair, Tablature, Directive };
 
     Kind kind = Kind::Blank;
     Text chords;
@@ -30,6 +30,8 @@ std::vector<ChartBlock> chartBlocks(TextView chart, ChordNames names);
 
 // The chart as text. By the house's names it is the chart.
 Text exportText(TextView chart, ChordNames names);
+// The same for a part of a song whose names are known.
+Text exportText(TextView part, const SongChordNames& names);
 
 // What shows a diagram in a page: an element of it, for a token of `SongDiagrams`. Nothing where it
 // cannot be drawn.

@@ -6,6 +6,7 @@
 
 #include "chords/CellWidth.h"
 #include "chords/ChordLine.h"
+#include "chords/DirectiveLines.h"
 #include "chords/Directives.h"
 #include "chords/Note.h"
 #include "chords/Proportional.h"
@@ -73,7 +74,8 @@ class Importer {
     const ChosenVerdicts& chosen_;
     const ImportOptions& options_;
     SongImport song_;
-    RowMemory memory_;  // of the reading
+    std::vector<DirectiveLine> directives_;  // one for each line of the source
+    RowMemory memory_;                       // of the reading
     bool isChordPro_ = false;
     bool isProportional_ = false;
 };
@@ -101,7 +103,7 @@ void Importer::judgeByDirectives() {
         if (line.verdict == LineVerdict::Directive) {
             const auto directive = readDirective(line.text);
             const bool known = isKnownDirective(*directive);
-            isChordPro_ = isChordPro_ || known;
+            isChordPro_ = isChordPro_ || (known && !isAlwaysKept(*directive));
             const bool ends = directive->name.starts_with(u"end_of_");
             const bool starts = directive->name.starts_with(u"start_of_");
             if (!known || (isEnvironment && !ends && !starts))
@@ -144,12 +146,21 @@ void Importer::judgeBrackets() {
         if (hasLooseBracket(line.text))
             line.remarks |= HasLooseBracket;
     }
+    for (SourceLine& line : song_.source) {
+        if (line.verdict == LineVerdict::Lyrics && line.text.starts_with(u"# "))
+            line.verdict = LineVerdict::Directive;
+    }
 }
 
 void Importer::readNotation() {
     NotationReader reader;
     for (const SourceLine& line : song_.source) {
-        if (line.verdict == LineVerdict::Tablature || line.verdict == LineVerdict::Directive)
+        if (line.verdict == LineVerdict::Directive) {
+            if (const auto naming = statedNaming(line.text))
+                reader.state(*naming);
+            continue;
+        }
+        if (line.verdict == LineVerdict::Tablature)
             continue;
         const std::size_t label = line.verdict == LineVerdict::Section
                                       ? sectionLabelLength(line.text, reading(), memory())
@@ -258,6 +269,10 @@ void Importer::judge() {
     if (reading().smallMinors)
         judgeSmallRows();
     judgeLoneWords();
+    for (SourceLine& line : song_.source) {
+        if (line.verdict == LineVerdict::Chords && remarkDirective(line.text))
+            line.verdict = LineVerdict::Lyrics;
+    }
     for (const auto& [number, verdict] : chosen_) {
         if (number < song_.source.size()) {
             song_.source[number].verdict = verdict;
@@ -279,6 +294,7 @@ void Importer::findProportionalRows() {
 SongImport Importer::run() {
     judge();
     findProportionalRows();
+    directives_ = directiveLines(song_.source);
     for (std::size_t number = 0; number < song_.source.size(); ++number) {
         SourceLine& line = song_.source[number];
         line.firstChartLine = song_.lines.size();
@@ -345,14 +361,13 @@ void Importer::writeSection(std::size_t number) {
 }
 
 void Importer::writeDirective(std::size_t number) {
-    const auto directive = readDirective(song_.source[number].text);
-    if (!directive) {
+    const DirectiveLine& line = directives_[number];
+    if (line.text)
+        writeText(number, *line.text);
+    if (line.hasBlankBelow)
+        writeText(number, u"");
+    if (!line.text && !line.hasBlankBelow)
         song_.source[number].remarks |= LeftOut;
-        return;
-    }
-    if (const auto shown = shownDirective(*directive))
-        return writeText(number, *shown);
-    song_.source[number].remarks |= LeftOut;
 }
 
 bool Importer::writeBrackets(std::size_t number, TextView text, std::size_t column,

@@ -44,6 +44,29 @@ void forEachRun(TextView text, Use use) {
     }
 }
 
+// "Am(maj7)": parentheses within a chord part no runs. Calls `use` with what the runs of the text
+// mean as chords.
+template <class Use>
+void forEachChordRun(TextView text, Use use) {
+    const auto parts = [](char16_t c) {
+        return isAnyBlank(c) || c == u'|' || c == u'[' || c == u']';
+    };
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at;
+        while (end < text.size() && !parts(text[end]))
+            ++end;
+        const TextView run = text.substr(at, end - at);
+        at = end + 1;
+        const std::size_t open = run.find(u'(', 1);
+        const bool isWhole = open != TextView::npos && run.find(u')', open) != TextView::npos &&
+                             run[0] >= u'A' && run[0] <= u'H' && houseSpelling(run);
+        if (isWhole)
+            use(run);
+        else
+            forEachRun(run, use);
+    }
+}
+
 // Calls `use` with what stands in each bracket.
 template <class Use>
 void forEachBracket(TextView line, Use use) {
@@ -65,7 +88,8 @@ bool isPlainNinth(TextView suffix) {
 bool isAmerican(TextView suffix) {
     const std::size_t seventh = suffix.find(u"M7");
     return contains(suffix, u"maj") || contains(suffix, u"Maj") || contains(suffix, u"sus") ||
-           contains(suffix, u"add") || seventh != TextView::npos;
+           contains(suffix, u"add") || seventh != TextView::npos || contains(suffix, u"m7b5") ||
+           contains(suffix, u"aug") || suffix.starts_with(u"69") || suffix.starts_with(u"m69");
 }
 
 bool isOfTheHouse(TextView suffix) {
@@ -208,7 +232,7 @@ void NotationReader::addRow(TextView row) {
     // "A" may be a word of a song in syllables.
     const TextView text = trimmed(row);
     letterRows_ += text == u"A" || text == u"E" ? 0U : 1U;
-    forEachRun(row, [this](TextView run) { addChord(run); });
+    forEachChordRun(row, [this](TextView run) { addChord(run); });
     addItems(row, {});
     if (mayBeSmallRow(row))
         addSmall(row);
@@ -216,7 +240,7 @@ void NotationReader::addRow(TextView row) {
 
 void NotationReader::addBrackets(TextView line) {
     forEachBracket(line, [this](TextView inside) {
-        forEachRun(inside, [this](TextView run) { addChord(run); });
+        forEachChordRun(inside, [this](TextView run) { addChord(run); });
         addItems(inside, isSmall(inside) ? kSmallReading : ChordReading());
         if (mayBeSyllableRow(inside))
             addSyllables(inside, true);
@@ -234,11 +258,22 @@ void NotationReader::addWords(TextView line) {
     const std::size_t former = mixedRows_;
     addSmall(line);
     if (mixedRows_ > former)
-        forEachRun(line, [this](TextView run) { addChord(run); });
+        forEachChordRun(line, [this](TextView run) { addChord(run); });
 }
 
 SongNotation NotationReader::result(PlainB b, PlainNinth ninth) const {
     SongNotation notation;
+    if (stated_ == Naming::Solfege || (stated_ == Naming::German && b == PlainB::Auto)) {
+        notation.hasPlainNinths = hasPlainNinths_;
+        notation.reading.naming = stated_;
+        notation.reading.ninthsHaveSevenths =
+            ninth == PlainNinth::HasSeventh ||
+            (ninth == PlainNinth::Auto && americanSigns_ > houseSigns_);
+        notation.hasGermanNames = stated_ == Naming::German;
+        notation.signs = notation.hasGermanNames ? GermanSigns::Endings : GermanSigns::None;
+        notation.solfege = notation.hasGermanNames ? Solfege::None : Solfege::Plain;
+        return notation;
+    }
     const bool isMixed =
         longMixedRows_ > 0 || mixedRows_ > 1 || (smallBrackets_ > 1 && capitalBrackets_ > 1);
     const bool isSmall = isMixed && !hasCapitalMinors_;

@@ -41,11 +41,14 @@ class NotationReader {
     // ones, or syllables are notes.
     void addWords(TextView line);
 
+    // The song says so itself: German names or syllables, whatever its signs.
+    void state(Naming naming) { stated_ = naming; }
+
     // German naming where a chord has a name of it. Small letters are minor chords where they stand
     // beside capital ones, in two rows at least or in one of three chords, and no capital chord is
-    // a minor one. A plain ninth has its seventh where the song writes "add", "maj7" and "sus" more
-    // often than "7+", "7M" and a 4. Syllables where more lines are made of them than of letters;
-    // words like "La" and "Mi" side by side are no such line.
+    // a minor one. A plain ninth has its seventh where the song writes "add", "maj7", "sus",
+    // "m7b5", "aug" and "69" more often than "7+", "7M" and a 4. Syllables where more lines are
+    // made of them than of letters; words like "La" and "Mi" side by side are no such line.
     SongNotation result(PlainB b = PlainB::Auto, PlainNinth ninth = PlainNinth::Auto) const;
     // True where some line is syllables if it stands in a song of such.
     bool maySyllables() const { return hasSyllables_; }
@@ -57,6 +60,7 @@ class NotationReader {
     void addSyllables(TextView text, bool inBrackets);
     void addItems(TextView line, const ChordReading& reading);
 
+    Naming stated_ = Naming::Letters;
     std::size_t americanSigns_ = 0;
     std::size_t houseSigns_ = 0;
     std::size_t mixedRows_ = 0;      // of small and capital chords

@@ -332,7 +332,14 @@ bool Run::exportSong() {
     if (request_.format == SongFormat::ChordPro)
         return rewriteSong([=](TextView chart) { return exportChordPro(chart, names); });
     if (request_.format == SongFormat::PlainText)
-        return rewriteSong([=](TextView chart) { return exportText(chart, names); });
+        return rewriteSong([this, names](TextView chart) {
+            Text text = exportText(chart, names);
+            if (!namesComeBack(chart, text, names))
+                ports_.writeError(
+                    Text(name_) +
+                    u": nothing in it tells other programs how its notes are called\n");
+            return text;
+        });
     // A page says that it is in UTF-8, whatever the song is in.
     return rewriteAll([&](std::string_view bytes) -> Result<std::string> {
         const Result<Text> song = textOfBytes(bytes, ansi_, named());

@@ -9,6 +9,7 @@
 #include "base/LetterCase.h"
 #include "base/TabExpansion.h"
 #include "chords/CellWidth.h"
+#include "chords/Directives.h"
 #include "chords/DocumentKey.h"
 #include "chords/KeyReading.h"
 #include "chords/KeySpelling.h"
@@ -96,6 +97,26 @@ bool isTitle(const PaperSong& song) {
     return !isChords && (headings == 1 || (headings <= mostHeadings && !song.chords.empty()));
 }
 
+// Paper has of a directive what there is to read, and no line for others.
+void leaveDirectivesOut(PaperSong& song, const SongImport& read) {
+    std::vector<PaperLine> lines;
+    lines.reserve(song.lines.size());
+    for (std::size_t i = 0; i < song.lines.size(); ++i) {
+        PaperLine& line = song.lines[i];
+        const bool isDirective =
+            i < read.source.size() && read.source[i].verdict == LineVerdict::Directive;
+        const auto words = isDirective ? wordsOfDirective(line.text) : std::nullopt;
+        if (isDirective && !words)
+            continue;
+        if (words) {
+            line.text = *words;
+            line.looks.resize(line.text.size(), line.endLook);
+        }
+        lines.push_back(std::move(line));
+    }
+    song.lines = std::move(lines);
+}
+
 // Everything that follows from the lines: their kinds, title, key and chords.
 void readSong(PaperSong& song, TextView name) {
     const Text text = readable(song);
@@ -113,6 +134,7 @@ void readSong(PaperSong& song, TextView name) {
         if (song.capo.empty())
             song.capo = capoOf(line.text);
     }
+    leaveDirectivesOut(song, read);
     song.titleIsFirstLine = isTitle(song);
     song.title = song.titleIsFirstLine ? Text(trimmed(song.lines[0].text)) : Text(name);
     const FoundKey key = findKey(text);

@@ -291,6 +291,9 @@ TEST(InternationalName, IsTheOneThatBooksHave) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(toUtf8(internationalName(c.house)), toUtf8(c.elsewhere));
+    EXPECT_EQ(toUtf8(internationalName(u"Em7/9", false)), "Em7(9)");
+    EXPECT_EQ(toUtf8(internationalName(u"Bb4/7/9", false)), "Bb7sus4(9)");
+    EXPECT_EQ(toUtf8(internationalName(u"C7+/9", false)), "Cmaj9");
 }
 
 // ---- What a song means --------------------------------------------------------------------------
@@ -327,6 +330,11 @@ TEST(SongNotation, IsToldByTheSong) {
         {"a single small one", u"a  G\nla la\n", u"a  G\nla la\n"},
         {"words of small letters", u"C  G\na bad cafe\na e\n", u"C  G\na bad cafe\na e\n"},
         {"lone among chords", u"Emi  C\nla la\nAmi\nla la\n", u"Em   C\nla la\nAm\nla la\n"},
+        {"ninths beside m7b5", u"Bm7b5  C9\nla     la\n", u"Bm5b/7 C7/9\nla     la\n"},
+        {"ninths beside (maj7)", u"Am(maj7)  C9\nla  la\n", u"Am7+      C7/9\nla  la\n"},
+        {"ninths beside aug", u"Caug  C9\nla  la\n", u"C5#   C7/9\nla  la\n"},
+        {"ninths beside 69", u"C69  D9\nla  la\n", u"C6/9 D7/9\nla  la\n"},
+        {"ninths alone", u"Em7(9)  C9\nla  la\n", u"Em7/9   C9\nla  la\n"},
         {"lone below chords", u"G  C\nGo\nD  G\nla\n", u"G  C\nGo\nD  G\nla\n"},
         {"lone far off", u"Emi  C\nla\nla\nla\nAmi\nla\nla\n",
          u"Em   C\nla\nla\nla\nAmi\nla\nla\n"},

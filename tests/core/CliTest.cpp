@@ -435,11 +435,24 @@ TEST_F(Cli, ImportsAndExportsSongs) {
     ports.input = chart;
     EXPECT_EQ(run({u"export-chordpro"}), 0);
     EXPECT_EQ(ports.output,
-              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n            [N.C.]\r\n[G]Row, "
-              "{row}\xB0 row\r\n");
+              "{comment: Intro:}\r\n       [Am]    [C7+]\r\n"
+              "[G]Row, {row}\xB0 [N.C.]row\r\n");
     ports.input = "F7+  C\nla   la\n";
     EXPECT_EQ(run({u"export", u"--format", u"text", u"--international"}), 0);
     EXPECT_EQ(ports.output, "Fmaj7 C\nla    la\n");
+    // Without an H in it B may be either; ChordPro says so, of a text the user is told.
+    const Text note = u"nothing in it tells other programs how its notes are called\n";
+    ports.input = "Bb  F\nla  la\n";
+    EXPECT_EQ(run({u"export", u"--format", u"text", u"--names", u"german"}), 0);
+    EXPECT_EQ(ports.output, "B   F\nla  la\n");
+    EXPECT_TRUE(ports.errors.ends_with(note));
+    ports.errors.clear();
+    EXPECT_EQ(run({u"export-chordpro", u"--names", u"german"}), 0);
+    EXPECT_EQ(ports.output, "{x_melvorin_names: german}\n[B]la  [F]la\n");
+    ports.input = "Bb  F  B7\nla  la la\n";
+    EXPECT_EQ(run({u"export", u"--format", u"text", u"--names", u"german"}), 0);
+    EXPECT_EQ(ports.errors, u"");
+    ports.input = "F7+  C\nla   la\n";
     EXPECT_EQ(run({u"export", u"--format=html"}), 0);
     EXPECT_NE(ports.output.find("<title>Song</title>"), std::string::npos);
     EXPECT_EQ(run({u"export"}), 2);

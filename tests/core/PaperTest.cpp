@@ -425,6 +425,16 @@ TEST(Paper, SaysTitleKeyCapoAndPage) {
     EXPECT_TRUE(fonts.trueType(runs.at(7).font).isBold()) << toUtf8(runs[7].text);
 }
 
+TEST(Paper, HasNoDirectivesForPrograms) {
+    const PaperSong song = paperSong(
+        u"{title: Row}\n{columns: 2}\n\n[G]Row\n{new_page}\n{comment: Am G}\n", {}, u"name");
+    std::string lines;
+    for (const PaperLine& line : song.lines)
+        lines += toUtf8(line.text) + "/";
+    EXPECT_EQ(lines, "Row//G/Row/Am G/");
+    EXPECT_TRUE(song.titleIsFirstLine);
+}
+
 TEST(TrueType, KnowsWidthsAndRefusesWhatIsDamaged) {
     FontShelf fonts = shelf();
     // As fontTools reads them.

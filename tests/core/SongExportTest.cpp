@@ -1,6 +1,12 @@
 // Songs on their way to other programs.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "base/TextCodec.h"
 #include "chords/ChordProExport.h"
 #include "chords/DiagramSvg.h"
@@ -49,6 +55,103 @@ TEST(SongExport, RenamesChordsOverTheirSyllables) {
               "[Fmaj7]Row, [C7sus4]row & [B]row\n");
 }
 
+TEST(SongExport, RenamesWhatHasMarksLabelsAndBrackets) {
+    const struct {
+        TextView chart;
+        std::string text, chordPro;
+    } cases[] = {
+        {u"|C7+ |F4/7 |G |\nla la la la la la\n", "|Cmaj7 |F7sus4 |G |\nla la   la la   la la\n",
+         "[|Cmaj7]la la[|F7sus4] la la[|G] la[|] la\n"},
+        {u"C7+(x2)\nla la\n", "Cmaj7(x2)\nla la\n", "[Cmaj7(x2)]la la\n"},
+        {u"F4/7*\nla\n", "F7sus4*\nla\n", "[F7sus4*]la\n"},
+        {u"(C7+ F4/7)\nla la la\n", "(Cmaj7 F7sus4)\nla la   la\n", "[(Cmaj7]la la[F7sus4)] la\n"},
+        {u"Intro: C7+ F4/7  G\n", "Intro: Cmaj7 F7sus4 G\n",
+         "{comment: Intro:}\n [Cmaj7]    [F7sus4]      [G]\n"},
+        {u"[C7+]la [F4/7]la\n[C7+] [F4/7]\n", "[Cmaj7]la [F7sus4]la\n[Cmaj7] [F7sus4]\n",
+         "[Cmaj7]la [F7sus4]la\n[Cmaj7] [F7sus4]\n"},
+        {u"C7+ G\nl[a] la\n", "Cmaj7 G\nl[a]   la\n", "[Cmaj7]    [G]\n{comment: l[a] la}\n"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(toUtf8(exportText(c.chart, ChordNames::International)), c.text);
+        EXPECT_EQ(toUtf8(exportChordPro(c.chart, ChordNames::International)), c.chordPro);
+    }
+    const Text page = exportHtml(u"Intro: C7+\n[C7+]la\n", ChordNames::International, u"x");
+    EXPECT_EQ(page.find(u"C7+"), Text::npos);
+}
+
+// ---- Songs that are read again -----------------------------------------------------------------
+
+using Random = std::mt19937;
+
+// A small song in the house's spelling: a few chords, each more than once, in front of words.
+Text smallSong(Random& random) {
+    static constexpr TextView roots[] = {u"C", u"D", u"Eb", u"F#", u"G", u"A", u"Bb", u"B"};
+    static constexpr TextView suffixes[] = {
+        u"",    u"m",  u"7",    u"m7",    u"7+",   u"4/7",    u"m7/9", u"7/9",
+        u"9",   u"m9", u"6/9",  u"m5b/7", u"5#",   u"\u00B0", u"m7+",  u"7/9b",
+        u"5/9", u"4",  u"7/13", u"m6",    u"7+/9", u"5",      u"7/5#", u"m7/11"};
+    std::vector<Text> chords;
+    for (auto count = 1 + random() % 4; count > 0; --count) {
+        Text chord(roots[random() % std::size(roots)]);
+        chord.append(random() % 2 == 0 ? u"" : suffixes[random() % std::size(suffixes)]);
+        if (random() % 8 == 0)
+            chord.append(u"/").append(roots[random() % std::size(roots)]);
+        chords.push_back(std::move(chord));
+    }
+    Text song = u"Hills\n\n";
+    for (auto lines = 1 + random() % 3; lines > 0; --lines) {
+        Text row;
+        Text words;
+        for (auto count = 1 + random() % 4; count > 0; --count) {
+            row.append(chords[random() % chords.size()]).append(u"  ");
+            words.append(u"over ");
+            words.resize(std::max(words.size(), row.size()), u' ');
+            row.resize(words.size(), u' ');
+        }
+        song.append(row).append(u"\n").append(words).append(u"\n");
+    }
+    return importSong(song).chart();
+}
+
+std::vector<Text> chordsOf(TextView song) {
+    std::vector<Text> chords;
+    for (const ImportedChord& chord : importSong(song).chords)
+        chords.push_back(chord.isRead ? chord.chord : u"?");
+    return chords;
+}
+
+TEST(SongExportProperty, InternationalNamesAreReadAgain) {
+    Random random(5);
+    for (int round = 0; round < 500; ++round) {
+        const Text song = smallSong(random);
+        const std::vector<Text> chords = chordsOf(song);
+        for (const Text& exported : {exportChordPro(song, ChordNames::International),
+                                     exportText(song, ChordNames::International)}) {
+            SCOPED_TRACE(toUtf8(song) + toUtf8(exported));
+            ASSERT_EQ(chordsOf(exported), chords);
+        }
+    }
+}
+
+// ChordPro says what the names are where they do not; of a text it is known that they do not.
+TEST(SongExportProperty, GermanNamesAndSyllablesAreReadAgain) {
+    Random random(6);
+    int unclear = 0;
+    for (int round = 0; round < 300; ++round) {
+        const Text song = smallSong(random);
+        const std::vector<Text> chords = chordsOf(song);
+        for (const ChordNames names : {ChordNames::German, ChordNames::Solfege}) {
+            const Text chordPro = exportChordPro(song, names);
+            const Text text = exportText(song, names);
+            SCOPED_TRACE(toUtf8(song) + toUtf8(chordPro));
+            ASSERT_EQ(chordsOf(chordPro), chords);
+            ASSERT_EQ(chordsOf(text) == chords, namesComeBack(song, text, names));
+            unclear += namesComeBack(song, text, names) ? 0 : 1;
+        }
+    }
+    EXPECT_GT(unclear, 0);
+}
+
 // What a browser shows of a page, without its head: tags gone, a line for each paragraph, chords
 // in parentheses.
 std::string read(TextView page) {
@@ -89,6 +192,10 @@ TEST(SongExport, AsAPageWrapsBetweenWordsAlone) {
     const Text drawn = exportHtml(u"C \uE000\nla\n", ChordNames::House, u"",
                                   [](char16_t) { return std::optional<Text>(u"<svg/>"); });
     EXPECT_NE(drawn.find(u"<svg/>"), Text::npos);
+    const Text titled = exportHtml(u"Row \uE000\n\nla\n", ChordNames::House, u"",
+                                   [](char16_t) { return std::optional<Text>(u"<svg/>"); });
+    EXPECT_NE(titled.find(u"<title>Row</title>"), Text::npos);
+    EXPECT_NE(titled.find(u"<h1>Row <svg/></h1>"), Text::npos);
     EXPECT_EQ(drawn.find(u'\uE000'), Text::npos);
 }
 

@@ -296,7 +296,8 @@ TEST(ChordNames, AreThoseThatReadersKnow) {
     }
     const Text chart = u"Hills\n\nG  C7+\nover the hills\nBb D7\n";
     EXPECT_EQ(toUtf8(exportChordPro(chart, ChordNames::German)),
-              "{title: Hills}\n\n[G]ove[C7+]r the hills\n[B]   [D7]\n");
+              "{x_melvorin_names: german}\n{title: Hills}\n\n[G]ove[C7+]r the hills\n"
+              "[B]   [D7]\n");
     // With an H among its chords a song tells that it is German.
     const Text whole = u"Hills\n\nG  C7+ B7\nover the hills\nBb D7/F#\n";
     for (const ChordNames names : {ChordNames::German, ChordNames::Solfege}) {

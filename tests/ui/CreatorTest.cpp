@@ -231,7 +231,7 @@ TEST(Creator, OpensFilesAndTellsWhatIsNone) {
     creatorRun(program, [&](Creator& creator) {
         for (int i = 0; i < 4; ++i) {
             press(creator, Creator::kOpenFile);
-            EXPECT_EQ(shown(creator.rtb2().text().chars), "Caf\xC3\xA9\r        G");
+            EXPECT_EQ(shown(creator.rtb2().text().chars), "Caf\xC3\xA9\r\r        G");
         }
         EXPECT_EQ(program.messages.boxes.size(), 2U);
         press(creator, IDCANCEL);
