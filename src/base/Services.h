@@ -156,6 +156,8 @@ class Screen {
     virtual ScreenSize workArea() = 0;
     // The monitor that most of a window's area is on, or the nearest one.
     virtual Monitor monitorOf(const Area& window) = 0;
+    // The one after it, in the order in which the system counts them; the only one is its own.
+    virtual Monitor monitorAfter(const Area& window) = 0;
     // On: the screen neither goes dark nor to its saver, until it is switched off again.
     virtual void keepOn(bool on) = 0;
 };

@@ -396,6 +396,30 @@ ScreenSize Win32Screen::workArea() {
     return {area.right - area.left, area.bottom - area.top};
 }
 
+namespace {
+
+BOOL CALLBACK addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM list) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (::GetMonitorInfoW(monitor, &info))
+        reinterpret_cast<std::vector<Monitor>*>(list)->push_back(
+            {areaOf(info.rcMonitor), areaOf(info.rcWork)});
+    return TRUE;
+}
+
+}  // namespace
+
+Monitor Win32Screen::monitorAfter(const Area& window) {
+    const Monitor now = monitorOf(window);
+    std::vector<Monitor> all;
+    ::EnumDisplayMonitors(nullptr, nullptr, addMonitor, lparamOf(&all));
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (all[i].whole == now.whole)
+            return all[(i + 1) % all.size()];
+    }
+    return now;
+}
+
 Monitor Win32Screen::monitorOf(const Area& window) {
     const RECT rectangle = rectOf(window);
     MONITORINFO info{};

@@ -100,6 +100,7 @@ class Win32Screen : public Screen {
     ScreenSize size() override;
     ScreenSize workArea() override;
     Monitor monitorOf(const Area& window) override;
+    Monitor monitorAfter(const Area& window) override;
     void keepOn(bool on) override;
 };
 

@@ -1,4 +1,4 @@
-// Elapsed whole seconds since a reset.
+// Elapsed time since a reset, in whole seconds as a run counts them.
 #pragma once
 
 #include "base/Services.h"
@@ -11,7 +11,8 @@ class ClsElapsed {
     explicit ClsElapsed(Clock& clock) : clock_(clock) { reset(); }
 
     void reset() { start_ = clock_.nowMs(); }
-    std::int64_t elapsed() const { return (clock_.nowMs() - start_) / 1000; }
+    std::int64_t elapsed() const { return elapsedMs() / 1000; }
+    std::int64_t elapsedMs() const { return clock_.nowMs() - start_; }
 
   private:
     Clock& clock_;

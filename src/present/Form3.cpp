@@ -32,7 +32,12 @@ bool Form3::open(HWND owner, const Area& screen) {
 bool Form3::createWindow(HWND owner) {
     if (!createForm(L"MelvorinForm3", L"0:00", owner))
         return false;
-    layOut(rowOf({button(Cmd_, Cmd, kPause), button(Cmd2_, Cmd2, u"Return")}), owner);
+    const Cell note =
+        label(L"then line 9999, the longest label", SS_NOPREFIX | SS_ENDELLIPSIS, kNote);
+    layOut(columnOf({rowOf({button(Cmd_, Cmd, kPause), button(Cmd2_, Cmd2, u"Return")}), note})
+               .close(),
+           owner);
+    showNote({});
     return true;
 }
 
@@ -42,6 +47,11 @@ void moveBar(HWND bar, const Area& screen) {
         return;
     const Area place = placeBar(screen, areaOf(own).width, areaOf(own).height);
     moveTopLeft(bar, place.left, place.top);
+}
+
+void Form3::showNote(TextView note) {
+    if (isOpen())
+        ::SetWindowTextW(item(kNote), wide(Text(note)));
 }
 
 void Form3::showPaused(bool paused) {

@@ -13,7 +13,7 @@ namespace melvorin {
 
 class Form3 : public Form {
   public:
-    enum ControlId { Cmd = 101, Cmd2 = IDCANCEL };
+    enum ControlId { Cmd = 101, Cmd2 = IDCANCEL, kNote = 102 };
 
     struct Callbacks {
         std::function<void()> pauseOrResume;
@@ -29,6 +29,8 @@ class Form3 : public Form {
 
     // Shows the bar on a screen, the run going. False when Windows refuses.
     bool open(HWND owner, const Area& screen);
+    // A line below the buttons, for what comes next.
+    void showNote(TextView note);
     // What `Cmd` offers.
     void showPaused(bool paused);
 

@@ -6,7 +6,18 @@
 
 namespace melvorin {
 
-enum class ViewKey { Larger, Smaller, AsItWas, Undo, Redo, HalfStepDown, HalfStepUp };
+enum class ViewKey {
+    Larger,
+    Smaller,
+    AsItWas,
+    FitWidth,
+    Dark,
+    NextMonitor,
+    Undo,
+    Redo,
+    HalfStepDown,
+    HalfStepUp
+};
 
 // Shift does not count: on some keyboards Plus needs it.
 inline constexpr KeyRow<ViewKey> kViewKeys[] = {
@@ -15,6 +26,7 @@ inline constexpr KeyRow<ViewKey> kViewKeys[] = {
     {ViewKey::Smaller, ctrl(keys::kMinus)},
     {ViewKey::Smaller, ctrl(keys::kPadMinus)},
     {ViewKey::AsItWas, ctrl(u'0')},
+    {ViewKey::FitWidth, ctrl(u'9')},
     {ViewKey::Undo, ctrl(u'Z')},
     {ViewKey::Redo, ctrl(u'Y')},
     {ViewKey::HalfStepDown, plainKey(keys::kF7)},
@@ -32,7 +44,13 @@ inline constexpr KeyRow<RunKey> kRunKeys[] = {
     {RunKey::TenLines, plainKey(keys::kF4)},
 };
 
-// What pedals send: it moves the view and leaves the run where it is.
+// Those that are not to be reached by a slip.
+inline constexpr KeyRow<ViewKey> kShiftedViewKeys[] = {
+    {ViewKey::Dark, {u'D', true, false, true}},
+    {ViewKey::NextMonitor, {u'M', true, false, true}},
+};
+
+// What pedals send: it moves the view, and a run along with it.
 enum class PedalKey { PageForward, PageBack, LineForward, LineBack };
 
 inline constexpr KeyRow<PedalKey> kPedalKeys[] = {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "present/RunPlan.h"
+
 namespace melvorin {
 namespace {
 
@@ -17,49 +19,92 @@ int linesOf(RunKey key) {
 
 // A key pressed so near the end ends the run.
 constexpr int kNearEnd = 10;
+// From so many lines on the bar says where a jump leads.
+constexpr int kSoon = 5;
 
 }  // namespace
 
 bool StageRun::start(const RunSettings& settings, int linesInText) {
     if (linesInText < 2)
         return false;
-    settings_ = settings;
+    lines_ = linesInText;
+    path_.begin(settings);
     LB_.clear();
     pass_ = 0;
-    L2_ = settings_.passes;
-    LzR_ = settings_.repeats ? settings_.passes - 1 : 0;
-    LC_ = 1;
-    loadJumps();
-    caption_.clear();
-    resume();
+    L2_ = settings.passes;
+    begin(settings);
     return true;
+}
+
+bool StageRun::startAt(int line, const RunSettings& settings, int linesInText) {
+    const bool isSame = left_ && leftSettings_.rows == settings.rows &&
+                        leftSettings_.repeats == settings.repeats &&
+                        leftSettings_.passes == settings.passes;
+    if (!isSame) {
+        if (!start(settings, linesInText))
+            return false;
+        path_.moveTo(line);
+        tellNote();
+        return true;
+    }
+    if (linesInText < 2)
+        return false;
+    lines_ = linesInText;
+    path_.beginAt(settings, {line, left_->passesToCome, left_->jumpsLeft});
+    begin(settings);
+    return true;
+}
+
+void StageRun::begin(const RunSettings& settings) {
+    left_.reset();
+    countIn_ = settings.countIn;
+    wholeSteps_ = settings.wholeMs > 0 ? planRun(settings, lines_).steps : 1;
+    pausedMs_ = 0;
+    stepsDone_ = 0;
+    caption_.clear();
+    note_ = {-1, {}};
+    resume();
+    tellNote();
 }
 
 void StageRun::pause() {
     Timer1_ = false;
     paused_ = true;
+    pausedMs_ = elapsed_.elapsedMs() - baseMs_;
     elapsed_.reset();
     showCaption(kPausedCaption);
 }
 
 void StageRun::resume() {
-    lblElapsed2_ = settings_.secondsPerLine;
+    lblElapsed2_ = path_.settings().secondsPerLine;
     L7_ = 0;
     paused_ = false;
     Timer1_ = true;
+    // By duration a pause costs nothing of the time.
+    baseMs_ = -pausedMs_;
     elapsed_.reset();
 }
 
-void StageRun::showPanel(const RunSettings& settings) {
-    settings_ = settings;
-    loadJumps();
-    Timer1_ = false;
-    paused_ = false;
+void StageRun::turnTo(int line) {
+    if (!Timer1_ && !paused_)
+        return;
+    countIn_ = 0;
+    path_.moveTo(line);
+    stepsDone_ = 0;
+    pausedMs_ = 0;
+    baseMs_ = Timer1_ ? elapsed_.elapsedMs() : 0;
+    lblElapsed2_ = elapsed_.elapsed() + path_.settings().secondsPerLine;
+    tellNote();
 }
 
-void StageRun::loadJumps() {
-    std::transform(settings_.rows.begin(), settings_.rows.end(), LX_.begin(),
-                   [](const JumpRow& row) { return row.times; });
+void StageRun::showPanel(const RunSettings& settings) {
+    if (Timer1_ || paused_) {
+        left_ = path_.place();
+        leftSettings_ = path_.settings();
+    }
+    path_.reload(settings);
+    Timer1_ = false;
+    paused_ = false;
 }
 
 void StageRun::tick() {
@@ -67,11 +112,24 @@ void StageRun::tick() {
         return;
     const std::int64_t seconds = elapsed_.elapsed();
     showClock(seconds);
+    if (path_.settings().wholeMs > 0)
+        return tickByDuration();
     // kept: due-second
     if (seconds != lblElapsed2_)
         return;
     step();
-    lblElapsed2_ += settings_.secondsPerLine;
+    lblElapsed2_ += path_.settings().secondsPerLine;
+}
+
+void StageRun::tickByDuration() {
+    // From the beginning each time, so that nothing adds up.
+    const auto dueMs = [this] {
+        return baseMs_ + (stepsDone_ + 1) * path_.settings().wholeMs / wholeSteps_;
+    };
+    while (Timer1_ && elapsed_.elapsedMs() >= dueMs()) {
+        ++stepsDone_;
+        step();
+    }
 }
 
 // kept: stuck-minute
@@ -97,42 +155,42 @@ void StageRun::showCaption(TextView caption) {
 // ---- The step ---------------------------------------------------------------------------------
 
 void StageRun::step() {
-    countPass();
-    takeJumps();
-    if (LC_ >= L3_ && LzR_ == 0)
+    if (countIn_ > 0) {
+        --countIn_;
+        return tellNote();
+    }
+    if (LB_.empty())
+        countPass();
+    const RunPath::Step step = path_.step();
+    const int line = path_.line();
+    if (step == RunPath::Step::NewPass) {
+        countPass();
+        --L2_;
+    } else if (step == RunPath::Step::Ended) {
         endRun();
-    ++LC_;
-    surface_.showLine(LC_);
+    }
+    surface_.showLine(line);
+    tellNote();
 }
 
 void StageRun::countPass() {
-    const auto count = [&] { LB_ = decimal(++pass_) + u"x"; };
-    if (LB_.empty())
-        count();
-    if (LC_ < L3_ || LzR_ == 0)
-        return;
-    count();
-    --L2_;
-    --LzR_;
-    loadJumps();
-    LC_ = 0;  // the step goes on to line 1
+    LB_ = decimal(++pass_) + u"x";
 }
 
-// One row after the other, so a row may take up where a former one has led.
-void StageRun::takeJumps() {
-    for (std::size_t i = 0; i < kJumpRows; ++i) {
-        const JumpRow& row = settings_.rows[i];
-        if (!row.on || LX_[i] <= 0 || LC_ != row.from)
-            continue;
-        // kept: jump-plus-one
-        LC_ = row.to;
-        --LX_[i];
-    }
+void StageRun::tellNote() {
+    RunNote note{countIn_, {}};
+    if (countIn_ == 0 && (Timer1_ || paused_))
+        note.next = nextJump(path_.settings(), lines_, path_.place(), kSoon);
+    if (note == note_)
+        return;
+    note_ = note;
+    surface_.showNote(note_);
 }
 
 void StageRun::endRun() {
     Timer1_ = false;
     paused_ = false;
+    left_.reset();
     showCaption(kEndCaption);
     surface_.runEnded();
 }
@@ -140,14 +198,16 @@ void StageRun::endRun() {
 void StageRun::press(RunKey key) {
     if (!Timer1_)
         return;
+    countIn_ = 0;
     const int lines = linesOf(key);
+    const int line = path_.line();
     // kept: key-at-end
-    if (L3_ + 1 <= LC_ + kNearEnd)
+    if (lastLine() + 1 <= line + kNearEnd)
         endRun();
     // kept: key-bounds
-    if (LC_ + 1 >= L3_ + lines)
+    if (line + 1 >= lastLine() + lines)
         return;
-    LC_ += lines;
+    path_.moveTo(line + lines);
     step();
 }
 

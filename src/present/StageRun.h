@@ -4,30 +4,21 @@
 // Lines count from 1. The names in capitals are the panel's own words for what they hold.
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <optional>
 
 #include "present/ClsElapsed.h"
+#include "present/RunPath.h"
 #include "present/StageKeys.h"
 
 namespace melvorin {
 
-inline constexpr std::size_t kJumpRows = 5;
+// What the bar says besides the clock.
+struct RunNote {
+    int countIn = 0;               // steps until the first line goes; 0: it goes
+    std::optional<int> next = {};  // the line that a jump or a new pass soon leads to
 
-// One programmed jump. The step's own move follows it: a jump to line 3 shows line 4.
-struct JumpRow {
-    bool on = false;  // CK
-    int from = 0;
-    int to = 0;
-    int times = 1;
-};
-
-// What the panel's lists and boxes say.
-struct RunSettings {
-    int secondsPerLine = 1;
-    int passes = 1;
-    bool repeats = false;  // Check1: without it there is one pass, whatever `passes` says
-    std::array<JumpRow, kJumpRows> rows{};
+    friend bool operator==(const RunNote&, const RunNote&) = default;
 };
 
 // The windows around a run.
@@ -38,6 +29,8 @@ class StageSurface {
     virtual void showLine(int line) = 0;
     // The caption of the floating bar; called when it changes.
     virtual void showCaption(TextView caption) = 0;
+    // Called when it changes.
+    virtual void showNote(const RunNote& note) = 0;
     // The run is over: the bar goes and the panel comes back.
     virtual void runEnded() = 0;
 };
@@ -47,59 +40,75 @@ class StageRun {
     // What is given outlives the run.
     StageRun(Clock& clock, StageSurface& surface) : elapsed_(clock), surface_(surface) {}
 
-    // Takes over how many lines the text has. The run goes on one line beyond them, so that the
-    // last line stands as long as every other.
-    // kept: one-line-beyond
-    void setLineCount(int lines) { L3_ = lines + 1; }
+    void setLineCount(int lines) { path_.setLineCount(lines); }
 
     // Begins at line 1. False, and nothing happens, for a text of less than two lines.
     bool start(const RunSettings& settings, int linesInText);
+    // Begins at any line, the rows with the counts that they had when a run of the same rows was
+    // left, or else with all.
+    bool startAt(int line, const RunSettings& settings, int linesInText);
     void pause();
     // A whole line interval begins anew, and so do the minutes.
     void resume();
     // The panel is shown: the clock stops and the jumps have all their times again.
     void showPanel(const RunSettings& settings);
     // The clock's tick, as often as the machine likes. A line is due in a certain second of the
-    // clock, and moves when a tick sees that second; so ticks have to come in every second.
+    // clock, and moves when a tick sees that second; so ticks have to come in every second. By
+    // duration every step has a moment of its own, and one that is late makes no later one so.
     void tick();
+    // No run was left that could be gone on with.
+    void forget() { left_.reset(); }
+    // Somebody has turned to another line, the run going or paused: it goes on from there, with a
+    // whole line interval.
+    void turnTo(int line);
     // Moves 1, 5 or 10 lines and one more. Where ten lines or less are left, the run ends first.
     // Nothing happens unless the clock runs.
     void press(RunKey key);
 
     bool isRunning() const { return Timer1_; }
     bool isPaused() const { return paused_; }
-    int currentLine() const { return LC_; }
-    int lastLine() const { return L3_; }
+    int currentLine() const { return path_.line(); }
+    int lastLine() const { return path_.lastLine(); }
     int passesLeft() const { return L2_; }
-    int passesToCome() const { return LzR_; }
-    int jumpsLeft(std::size_t row) const { return LX_[row]; }
+    int passesToCome() const { return path_.passesToCome(); }
+    int jumpsLeft(std::size_t row) const { return path_.jumpsLeft(row); }
     std::int64_t dueSecond() const { return lblElapsed2_; }
     const Text& passText() const { return LB_; }
     const Text& caption() const { return caption_; }
+    const RunNote& note() const { return note_; }
 
   private:
+    void begin(const RunSettings& settings);
+    void tickByDuration();
     void step();
     void countPass();
-    void takeJumps();
     void endRun();
-    void loadJumps();
+    void tellNote();
     void showClock(std::int64_t seconds);
     void showCaption(TextView caption);
 
     ClsElapsed elapsed_;
     StageSurface& surface_;
-    RunSettings settings_;
+    RunPath path_;
     bool Timer1_ = false;  // the clock runs
     bool paused_ = false;
-    std::int64_t lblElapsed2_ = 0;     // the second in which the next step is due
-    std::int64_t L7_ = 0;              // minutes
-    int LC_ = 0;                       // the line at the top
-    int L2_ = 0;                       // passes, this one included
-    int L3_ = 0;                       // one more than the text has lines
-    int LzR_ = 0;                      // passes still to come
-    int pass_ = 0;                     // the number in LB
-    std::array<int, kJumpRows> LX_{};  // jumps still to be made
-    Text LB_;                          // "1x", "2x", ...; empty before the first step
+    std::int64_t lblElapsed2_ = 0;  // the second in which the next step is due
+    std::int64_t L7_ = 0;           // minutes
+    int L2_ = 0;                    // passes, this one included
+    int pass_ = 0;                  // the number in LB
+    int countIn_ = 0;               // steps until the first line goes
+    int lines_ = 0;                 // of the text
+    // By duration: steps that the whole run takes, those made since the moment `baseMs_` of the
+    // clock, and how far it was when it was paused.
+    std::int64_t wholeSteps_ = 1;
+    std::int64_t stepsDone_ = 0;
+    std::int64_t baseMs_ = 0;
+    std::int64_t pausedMs_ = 0;
+    // Where a run was left, and its settings.
+    std::optional<RunPath::Place> left_;
+    RunSettings leftSettings_;
+    RunNote note_;
+    Text LB_;  // "1x", "2x", ...; empty before the first step
     Text caption_;
 };
 

@@ -1,11 +1,16 @@
 #include "present/frmFScreen.h"
 
 #include <windowsx.h>
+
+#include <algorithm>
 #include <exception>
+#include <functional>
 
 #include "base/DiagramFont.h"
 #include "base/ProgramSettings.h"
 #include "base/TabExpansion.h"
+#include "chords/CellWidth.h"
+#include "chords/LineVerdict.h"
 #include "dictionary/RichEditDiagrams.h"
 #include "platform/HeldKeys.h"
 #include "rtf/EditCommands.h"
@@ -130,11 +135,25 @@ bool frmFScreen::load() {
     FSRTB2_.show(false);
     takeBackground();
     placeTexts();
-    return FSRTB_.loadRtf(rtftext_.rtf());
+    if (!show(FSRTB_, rtftext_.rtf()))
+        return false;
+    if (fitsWidth_)
+        fitWidth();
+    return true;
+}
+
+// The song in the colours of the view.
+bool frmFScreen::show(RichEdit& text, std::string_view rtf) {
+    return text.loadRtf(isDark_ ? dark_.darkened(rtf) : std::string(rtf));
+}
+
+// What a text of the view has, in the song's own colours.
+std::string frmFScreen::songOf(const RichEdit& text) const {
+    return isDark_ ? dark_.restored(text.rtf()) : text.rtf();
 }
 
 void frmFScreen::takeBackground() {
-    const auto colour = rtftext_.background();
+    const auto colour = isDark_ ? std::optional(DarkColours::kBackground) : rtftext_.background();
     FSRTB_.setBackground(colour);
     FSRTB2_.setBackground(colour);
     const Rgb paper = FSRTB_.paper();
@@ -174,6 +193,19 @@ void frmFScreen::cover(const Area& screen) {
     ::SetWindowPos(handle(), nullptr, screen.left, screen.top, screen.width, screen.height,
                    SWP_NOZORDER | SWP_NOACTIVATE);
     panel_.arrange();
+}
+
+// A monitor that was pulled out, or one that has turned: the song is on the nearest one, and who
+// plays it has something else to do.
+void frmFScreen::onDisplayChange() {
+    RECT own{};
+    ::GetWindowRect(handle(), &own);
+    const Area screen = services_.screen.monitorOf(areaOf(own)).whole;
+    if (screen != areaOf(own))
+        panel_.pause();
+    cover(screen);
+    if (fitsWidth_)
+        fitWidth();
 }
 
 void frmFScreen::placeTexts() {
@@ -217,12 +249,14 @@ LRESULT frmFScreen::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_TIMER:
             writeBack();
             return 0;
-        case WM_DISPLAYCHANGE: {
-            RECT own{};
-            ::GetWindowRect(handle(), &own);
-            cover(services_.screen.monitorOf(areaOf(own)).whole);
+        case WM_DISPLAYCHANGE:
+            onDisplayChange();
             return 0;
-        }
+        case WM_POWERBROADCAST:
+            // Asleep nobody plays.
+            if (wParam == PBT_APMSUSPEND || wParam == PBT_APMRESUMEAUTOMATIC)
+                panel_.pause();
+            return TRUE;
         case WM_SYSCOMMAND:
             return panel_.refuses(wParam) ? 0 : passOn(message, wParam, lParam);
         case WM_CLOSE:
@@ -271,7 +305,7 @@ bool frmFScreen::onViewKey(const MSG& message) {
     if (message.message == WM_MOUSEWHEEL) {
         const bool zooms = (GET_KEYSTATE_WPARAM(message.wParam) & MK_CONTROL) != 0;
         if (zooms)
-            setZoom(zoomed(FSRTB_.zoom(), GET_WHEEL_DELTA_WPARAM(message.wParam) > 0));
+            run(GET_WHEEL_DELTA_WPARAM(message.wParam) > 0 ? ViewKey::Larger : ViewKey::Smaller);
         else if (!inView && !panel_.isShown())
             ::SendMessageW(shownText().handle(), message.message, message.wParam, message.lParam);
         else
@@ -280,8 +314,17 @@ bool frmFScreen::onViewKey(const MSG& message) {
     }
     if (message.message != WM_KEYDOWN)
         return false;
-    if (const auto command = runWithoutShift(kViewKeys, strokeOf(message.wParam))) {
+    const KeyStroke stroke = strokeOf(message.wParam);
+    auto command = runBy(kShiftedViewKeys, stroke);
+    if (!command)
+        command = runWithoutShift(kViewKeys, stroke);
+    if (command) {
+        const std::int64_t start = services_.clock.nowMs();
         run(*command);
+        // Of what takes so long the clock of a run would not see the second in which a line is due.
+        constexpr std::int64_t longMs = 500;
+        if (services_.clock.nowMs() - start >= longMs)
+            panel_.heldUp();
         return true;
     }
     if (!inView || message.wParam != VK_ESCAPE)
@@ -294,9 +337,18 @@ void frmFScreen::run(ViewKey command) {
     switch (command) {
         case ViewKey::Larger:
         case ViewKey::Smaller:
+            fitsWidth_ = false;
             return setZoom(zoomed(FSRTB_.zoom(), command == ViewKey::Larger));
         case ViewKey::AsItWas:
+            fitsWidth_ = false;
             return setZoom(100);
+        case ViewKey::FitWidth:
+            fitsWidth_ = true;
+            return fitWidth();
+        case ViewKey::Dark:
+            return switchDark();
+        case ViewKey::NextMonitor:
+            return toNextMonitor();
         case ViewKey::Undo:
         case ViewKey::Redo:
             // A running song is not changed.
@@ -315,12 +367,151 @@ bool frmFScreen::takesKey(WPARAM key) {
     const auto command = runWithoutShift(kPedalKeys, strokeOf(key));
     if (!command)
         return false;
-    const WPARAM how = *command == PedalKey::PageForward   ? SB_PAGEDOWN
-                       : *command == PedalKey::PageBack    ? SB_PAGEUP
-                       : *command == PedalKey::LineForward ? SB_LINEDOWN
-                                                           : SB_LINEUP;
-    ::SendMessageW(shownText().handle(), WM_VSCROLL, how, 0);
+    const bool isPage = *command == PedalKey::PageForward || *command == PedalKey::PageBack;
+    const bool isForward = *command == PedalKey::PageForward || *command == PedalKey::LineForward;
+    if (isPage)
+        turnPage(isForward);
+    else
+        turnLine(isForward);
     return true;
+}
+
+// ---- Places and sizes -------------------------------------------------------------------------
+
+int frmFScreen::topLine() const {
+    const RichEdit& text = reduced_ ? FSRTB2_ : FSRTB_;
+    return static_cast<int>(text.firstVisibleLine()) + 1;
+}
+
+int frmFScreen::caretLine() const {
+    const RichEdit& text = reduced_ ? FSRTB2_ : FSRTB_;
+    return static_cast<int>(text.lineOf(text.selection().begin)) + 1;
+}
+
+SectionLabels frmFScreen::sections() const {
+    return sectionLabels(FSRTB_.text().chars);
+}
+
+// A page keeps two lines in sight, and begins with chords rather than with the words under them.
+void frmFScreen::turnPage(bool forward) {
+    RichEdit& text = shownText();
+    RECT client{};
+    ::GetClientRect(text.handle(), &client);
+    const auto isInSight = [&](std::int32_t top, std::int32_t line) {
+        const LONG height =
+            text.pointOf(text.firstOfLine(line + 1)).y - text.pointOf(text.firstOfLine(top)).y;
+        return height <= client.bottom;
+    };
+    const std::int32_t lines = text.lineCount();
+    const std::int32_t top = text.firstVisibleLine();
+    const auto isChords = [&](std::int32_t line) {
+        const std::int32_t first = text.firstOfLine(line);
+        return judgeLine(text.textBetween({first, first + text.lengthOfLine(line)})) ==
+               LineVerdict::Chords;
+    };
+    constexpr std::int32_t overlap = 2;
+    std::int32_t goal = top;
+    if (forward) {
+        std::int32_t last = top;
+        while (last + 1 < lines && isInSight(top, last + 1))
+            ++last;
+        goal = std::max(top + 1, last + 1 - overlap);
+    } else {
+        // As far up as leaves the first two lines in sight at the foot.
+        while (goal > 0 && isInSight(goal - 1, std::min(top + overlap - 1, lines - 1)))
+            --goal;
+        goal = std::min(goal, std::max(top - 1, 0));
+    }
+    if (goal > top + 1 && isChords(goal - 1))
+        --goal;
+    turnTo(goal);
+}
+
+void frmFScreen::turnLine(bool forward) {
+    turnTo(shownText().firstVisibleLine() + (forward ? 1 : -1));
+}
+
+// Without a run the caret stays where somebody has put it.
+void frmFScreen::turnTo(std::int32_t line) {
+    RichEdit& text = shownText();
+    const bool runs = panel_.run().isRunning() || panel_.run().isPaused();
+    const EditorWork work(text);
+    const Selection selection = text.selection();
+    text.bringToTop(std::clamp(line, 0, std::max(text.lineCount() - 1, 0)));
+    if (runs)
+        return;
+    const ScrollPosition page = text.scrollPosition();
+    text.select(selection);
+    text.scrollTo(page);
+}
+
+// Of the lines with most cells, in pixels at the present size: the others are hardly wider.
+int frmFScreen::widestLine() const {
+    constexpr std::size_t looked = 12;
+    const Text song = FSRTB_.text().chars;
+    std::vector<std::pair<std::size_t, std::int32_t>> longest;
+    std::int32_t number = 0;
+    for (const TextView line : splitLines(song))
+        longest.emplace_back(cellsOf(line), number++);
+    const std::size_t count = std::min(looked, longest.size());
+    std::partial_sort(longest.begin(), longest.begin() + static_cast<std::ptrdiff_t>(count),
+                      longest.end(), std::greater<>());
+    int widest = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::int32_t first = FSRTB_.firstOfLine(longest[i].second);
+        const std::int32_t end = first + FSRTB_.lengthOfLine(longest[i].second);
+        widest =
+            std::max(widest, static_cast<int>(FSRTB_.pointOf(end).x - FSRTB_.pointOf(first).x));
+    }
+    return widest;
+}
+
+// The longest line is as wide as the screen, as far as that can be read and is no poster.
+void frmFScreen::fitWidth() {
+    constexpr int least = 60;
+    constexpr int most = 400;
+    RECT client{};
+    ::GetClientRect(FSRTB_.handle(), &client);
+    const int room = static_cast<int>(client.right) - scaled(8);
+    // Widths go in steps of whole pixels, so the first size is only near.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const int width = widestLine();
+        if (width <= 0)
+            return;
+        const int percent = std::clamp(FSRTB_.zoom() * room / width, least, most);
+        const bool isThere = percent == FSRTB_.zoom() || (attempt > 0 && width <= room);
+        if (isThere)
+            return;
+        setZoom(percent);
+    }
+}
+
+void frmFScreen::switchDark() {
+    finishEdits();
+    if (unwritten_)
+        return;  // it was told
+    isDark_ = !isDark_;
+    takeBackground();
+    RichEdit& text = shownText();
+    const EditorWork work(text);
+    const ScrollPosition page = text.scrollPosition();
+    const Selection selection = text.selection();
+    if (!show(text, rtftext_.rtf())) {
+        reportFailure(services_.messages, u"The song cannot be shown in these colors.");
+        close();
+        return;
+    }
+    text.select(selection);
+    text.scrollTo(page);
+    reducedEdited_ = reduced_;
+}
+
+void frmFScreen::toNextMonitor() {
+    RECT own{};
+    ::GetWindowRect(handle(), &own);
+    cover(services_.screen.monitorAfter(areaOf(own)).whole);
+    if (fitsWidth_)
+        fitWidth();
 }
 
 void frmFScreen::setZoom(int percent) {
@@ -338,7 +529,7 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
         return false;
     // A click into the text and a pedal that sends Enter must not write into the song.
     if (panel_.run().isRunning())
-        return edits(message, wParam);
+        return (message == WM_KEYDOWN && panel_.turnsRun(wParam)) || edits(message, wParam);
     if (message == WM_SYSKEYDOWN)
         return shownFollower().onKeyDown(strokeOf(wParam));
     if (message == WM_KEYDOWN)
@@ -452,7 +643,7 @@ bool frmFScreen::writeBack() {
     bool written = false;
     {
         const EditorWork work(rtftext_);
-        written = rtftext_.loadRtf(shownText().rtf());
+        written = rtftext_.loadRtf(songOf(shownText()));
         if (written)
             rtftext_.select(shownText().selection());
     }
@@ -481,7 +672,7 @@ void frmFScreen::restore(const std::function<bool()>& step, Shown shown) {
     const EditorWork work(text);
     const ScrollPosition page = text.scrollPosition();
     const Text before = text.text().chars;
-    if (!text.loadRtf(rtftext_.rtf())) {
+    if (!show(text, rtftext_.rtf())) {
         // What it shows is no longer the song.
         reportFailure(services_.messages, u"This step cannot be shown here.");
         close();

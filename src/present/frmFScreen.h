@@ -9,6 +9,7 @@
 #include "platform/RichEdit.h"
 #include "present/StageKeys.h"
 #include "present/frmFScreenB.h"
+#include "rtf/DarkColours.h"
 
 namespace melvorin {
 
@@ -72,6 +73,7 @@ class frmFScreen : public Window, private StageView {
     bool takeOver(RichEdit& to, const RichEdit& from);
     void takeBackground();
     void cover(const Area& screen);
+    void onDisplayChange();
     void placeTexts();
     RichEdit& shownText() { return reduced_ ? FSRTB2_ : FSRTB_; }
     bool isOurs(HWND window) const;
@@ -84,11 +86,23 @@ class frmFScreen : public Window, private StageView {
     void restore(const std::function<bool()>& step, Shown shown = Shown::Change);
     void paste();
     void setZoom(int percent);
+    void fitWidth();
+    int widestLine() const;
+    void turnPage(bool forward);
+    void turnLine(bool forward);
+    void turnTo(std::int32_t line);
+    void toNextMonitor();
+    void switchDark();
+    bool show(RichEdit& text, std::string_view rtf);
+    std::string songOf(const RichEdit& text) const;
 
     HWND window() const override { return handle(); }
     int lineCount() const override { return static_cast<int>(FSRTB_.lineCount()); }
     void caretToEnd() override;
     void bringToTop(int line) override;
+    int topLine() const override;
+    int caretLine() const override;
+    SectionLabels sections() const override;
     bool reduce() override;
     bool enlarge() override;
     void finishEdits() override;
@@ -105,6 +119,9 @@ class frmFScreen : public Window, private StageView {
     frmFScreenB panel_;
     UniqueBrush background_;
     HWND owner_ = nullptr;
+    bool fitsWidth_ = false;  // for the next songs of this run of the program too
+    bool isDark_ = false;     // likewise
+    DarkColours dark_;
     bool reduced_ = false;        // FSRTB2 is the text that is shown
     bool reducedEdited_ = false;  // and FSRTB does not have what it has
     bool waits_ = false;          // a window of its own is at work

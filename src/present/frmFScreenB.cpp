@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "present/RunPlan.h"
+
 namespace melvorin {
 namespace {
 
@@ -12,6 +14,7 @@ constexpr UINT kTimerMs = 1;
 
 constexpr int kLongestPace = 60;  // seconds
 constexpr int kMostTimes = 99;
+constexpr int kMostCountIn = 8;
 
 // Pixels at 96 dpi.
 constexpr int kNumberList = 56;
@@ -44,17 +47,20 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
     : Form(services),
       view_(view),
       run_(services_.clock, *this),
-      bar_(services_, {[this] { pauseOrResume(); }, [this] { showPanel(); },
-                       [this](RunKey key) { run_.press(key); },
-                       [this](WPARAM key) { return view_.takesKey(key); },
-                       [this](WPARAM command) { return refuses(command); }}),
+      bar_(services_,
+           {[this] { pauseOrResume(); }, [this] { showPanel(); },
+            [this](RunKey key) { run_.press(key); }, [this](WPARAM key) { return turnsRun(key); },
+            [this](WPARAM command) { return refuses(command); }}),
       smallBar_(services_,
                 {[this] { showPanel(); }, [this](WPARAM key) { return view_.takesKey(key); }}),
       sounds_(services_),
       Command4_(sounds_),
       Command6_(sounds_),
       Command7_(sounds_),
-      Command8_(sounds_) {}
+      Command8_(sounds_),
+      startHere_(sounds_),
+      rowFromHere_(sounds_),
+      rowToHere_(sounds_) {}
 
 // ---- The window -------------------------------------------------------------------------------
 
@@ -72,6 +78,9 @@ bool frmFScreenB::createWindow() {
         return false;
     prepared_ = false;
     listed_ = 0;
+    lastRow_ = 0;
+    sections_.clear();
+    run_.forget();  // it was another song, or was edited since
     createControls();
     ::SetTimer(handle(), kTimer3, kTimerMs, nullptr);
     return true;
@@ -86,8 +95,14 @@ void frmFScreenB::createControls() {
                    label(L"segund(s)"),
                    //
                    check(L"Repeat the whole text", Check1),
-                   numberList(Seconds3, kMostTimes).least(kNumberList), label(L"time(s)")});
+                   numberList(Seconds3, kMostTimes).least(kNumberList), label(L"time(s)"),
+                   //
+                   check(L"or the whole text in", kByDuration), edit(kDuration).least(kNumberList),
+                   label(L"m:ss"),
+                   //
+                   label(L"Count in before the first line"), countInList(), label(L"step(s)")});
     ::EnableWindow(item(Seconds3), FALSE);
+    ::EnableWindow(item(kDuration), FALSE);
     Cell jumps = gridOf(6, {});
     for (std::size_t row = 1; row <= kJumpRows; ++row) {
         const Cell cells[] = {check(L"Jump from the line", idAt(CK, row)),
@@ -98,6 +113,12 @@ void frmFScreenB::createControls() {
                               label(L"time(s)")};
         jumps.cells.insert(jumps.cells.end(), std::begin(cells), std::end(cells));
     }
+    const Cell here = rowOf({label(L"The row takes the cursor's line:"),
+                             button(rowFromHere_, kRowFromHere, u"from here"),
+                             button(rowToHere_, kRowToHere, u"to here")});
+    const Cell plan =
+        label(L"1-15, 35-44, 16-25, 35-44, 26-34; 4:30\r\nRows 1, 2, 3, 4 and 5 never jump.",
+              SS_NOPREFIX, kPlan);
     const Cell cursor =
         rowOf({label(L"The cursor is in the line number:"),
                control(L"EDIT", L"", ES_READONLY, Text1, WS_EX_CLIENTEDGE).least(kNumberList),
@@ -106,7 +127,7 @@ void frmFScreenB::createControls() {
     const Cell keys = columnOf({label(L"Press (F1) to go up (1) one line"),
                                 label(L"Press (F2) to go up (5) five lines"),
                                 label(L"Press (F3) to go up (10) ten lines")});
-    layOut(columnOf({columnOf({pace, jumps, cursor}), keys.close(), buttons()}).apart(),
+    layOut(columnOf({columnOf({pace, jumps, here, plan, cursor}), keys.close(), buttons()}).apart(),
            view_.window());
 }
 
@@ -116,6 +137,13 @@ Cell frmFScreenB::numberList(int id, int count) {
     addNumbers(windowOf(list), 1, count);
     ::SendMessageW(windowOf(list), CB_SETCURSEL, 0, 0);
     return list;
+}
+
+Cell frmFScreenB::countInList() {
+    Cell list = dropDown(kCountIn, CBS_DROPDOWNLIST);
+    addNumbers(windowOf(list), 0, kMostCountIn);
+    ::SendMessageW(windowOf(list), CB_SETCURSEL, 0, 0);
+    return list.least(kNumberList);
 }
 
 // Two by two, each with its meaning beside it.
@@ -129,6 +157,7 @@ Cell frmFScreenB::buttons() {
     };
     const Entry entries[] = {
         {Command4_, Command4, u"Start", LB2, L"moves the text up from the first line on"},
+        {startHere_, kStartHere, u"From Here", -1, L"goes on from the line on top (Ctrl+Enter)"},
         {Command6_, Command6, u"Update", LB3, L"counts the lines anew after the text was edited"},
         {Command8_, Command8, u"Reduce", -1, L"leaves the screen to the text and a small bar"},
         {Command7_, Command7, u"Exit", -1, L"goes back to the editor"},
@@ -202,6 +231,10 @@ void frmFScreenB::onClose() {
 // Where a list has the focus, it takes the keys of a pedal; and Enter there means the number, which
 // is chosen already, not the start of a run.
 bool frmFScreenB::onKeyDown(WPARAM key) {
+    if (key == VK_RETURN && ::GetKeyState(VK_CONTROL) < 0) {
+        startHere();
+        return true;
+    }
     if (key == VK_RETURN && isClosedList(::GetFocus()))
         return true;
     const bool isPaging = key == VK_PRIOR || key == VK_NEXT;
@@ -217,6 +250,23 @@ void frmFScreenB::onCommand(int control, int code) {
             break;
         case Check1:
             ::EnableWindow(item(Seconds3), ::IsDlgButtonChecked(handle(), Check1) == BST_CHECKED);
+            tellPlan();
+            break;
+        case kByDuration: {
+            const bool on = ::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED;
+            ::EnableWindow(item(kDuration), on);
+            ::EnableWindow(item(Seconds), !on);
+            if (on)
+                ::SetFocus(item(kDuration));
+            tellPlan();
+            break;
+        }
+        case kRowFromHere:
+        case kRowToHere:
+            takeCaret(control == kRowToHere);
+            break;
+        case kStartHere:
+            startHere();
             break;
         case LB2:
         case Command4:
@@ -230,7 +280,15 @@ void frmFScreenB::onCommand(int control, int code) {
             reduce();
             break;
         default:
-            Form::onCommand(control, code);
+            if (control > CB && control <= CB + 10)
+                lastRow_ = static_cast<std::size_t>(control - CB + 1) / 2;
+            else if (control > CK && control <= CK + static_cast<int>(kJumpRows))
+                lastRow_ = static_cast<std::size_t>(control - CK);
+            // Whatever is chosen or typed changes the run.
+            if (code == CBN_SELCHANGE || code == EN_CHANGE || (control > CK && control < LK))
+                tellPlan();
+            else
+                Form::onCommand(control, code);
             break;
     }
 }
@@ -256,6 +314,8 @@ void frmFScreenB::prepare() {
     prepared_ = true;
     view_.caretToEnd();
     fillLineLists();
+    tellSections();
+    tellPlan();
 }
 
 // kept: short-line-lists
@@ -293,6 +353,9 @@ RunSettings frmFScreenB::settings() const {
         settings.rows[row - 1] = {::IsDlgButtonChecked(handle(), idAt(CK, row)) == BST_CHECKED,
                                   chosen(idAt(CB, 2 * row - 1)), chosen(idAt(CB, 2 * row)),
                                   chosen(idAt(CB, 10 + row))};
+    settings.countIn = chosen(kCountIn) - 1;
+    if (::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED)
+        settings.wholeMs = duration().value_or(0);
     return settings;
 }
 
@@ -303,24 +366,97 @@ void frmFScreenB::showCursorLine(int line) {
 
 // ---- Commands ---------------------------------------------------------------------------------
 
-void frmFScreenB::start() {
+// From line 1, or from another one.
+void frmFScreenB::startAt(std::optional<int> line) {
     prepare();
     view_.finishEdits();
-    if (!run_.start(settings(), view_.lineCount()))
+    if (::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED && !duration()) {
+        ::SetFocus(item(kDuration));
+        ::SendMessageW(item(kDuration), EM_SETSEL, 0, -1);
         return;
-    view_.bringToTop(1);
+    }
+    const bool started = line ? run_.startAt(*line, settings(), view_.lineCount())
+                              : run_.start(settings(), view_.lineCount());
+    if (!started)
+        return;
+    view_.bringToTop(run_.currentLine());
     if (!bar_.open(handle(), monitor().whole)) {
         run_.showPanel(settings());
         return;
     }
+    bar_.showNote(noteInWords(run_.note(), sections_));
     ::ShowWindow(handle(), SW_HIDE);
     services_.screen.keepOn(true);
     runClock(true);
 }
 
+// A key that moves the view; a run goes on from the line that is then on top.
+bool frmFScreenB::turnsRun(WPARAM key) {
+    const int before = view_.topLine();
+    if (!view_.takesKey(key))
+        return false;
+    // At the end of the text the view goes no farther, and the run as it would.
+    if (view_.topLine() != before)
+        run_.turnTo(view_.topLine());
+    return true;
+}
+
+// The row that somebody was at last, or else the first that is off.
+std::size_t frmFScreenB::rowAtHand() const {
+    if (lastRow_ > 0)
+        return lastRow_;
+    for (std::size_t row = 1; row < kJumpRows; ++row) {
+        if (::IsDlgButtonChecked(handle(), idAt(CK, row)) != BST_CHECKED)
+            return row;
+    }
+    return kJumpRows;
+}
+
+void frmFScreenB::takeCaret(bool asTarget) {
+    prepare();
+    const std::size_t row = rowAtHand();
+    lastRow_ = row;
+    const int line = std::clamp(view_.caretLine(), 1, std::max(1, listed_));
+    ::SendMessageW(item(idAt(CB, asTarget ? 2 * row : 2 * row - 1)), CB_SETCURSEL,
+                   static_cast<WPARAM>(line - 1), 0);
+    ::CheckDlgButton(handle(), idAt(CK, row), BST_CHECKED);
+    tellPlan();
+}
+
+std::optional<std::int64_t> frmFScreenB::duration() const {
+    return readMinutes(windowText(item(kDuration)));
+}
+
+void frmFScreenB::tellPlan() {
+    if (!prepared_)
+        return;
+    Text text;
+    if (::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED && !duration()) {
+        text = u"The time is minutes and seconds, as in 4:30; at most ten hours.";
+    } else if (view_.lineCount() >= 2) {
+        const RunSettings chosen = settings();
+        const RunPlan plan = planRun(chosen, view_.lineCount());
+        text = planInWords(plan, chosen, view_.lineCount());
+        if (const Text idle = idleRowsInWords(plan, chosen); !idle.empty())
+            text += u"\r\n" + idle;
+    }
+    ::SetWindowTextW(item(kPlan), wide(text));
+}
+
+// Beside the line numbers of the lists, as their tips.
+void frmFScreenB::tellSections() {
+    sections_ = view_.sections();
+    const Text tip = labelsInWords(sections_);
+    addTip(item(Seconds2), tip);
+    for (std::size_t number = 1; number <= 2 * kJumpRows; ++number)
+        addTip(item(idAt(CB, number)), tip);
+}
+
 void frmFScreenB::update() {
     prepare();
     fillLineLists();
+    tellSections();
+    tellPlan();
 }
 
 void frmFScreenB::reduce() {
@@ -342,6 +478,11 @@ void frmFScreenB::pauseOrResume() {
         run_.resume();
     bar_.showPaused(run_.isPaused());
     runClock(run_.isRunning());
+}
+
+void frmFScreenB::pause() {
+    if (run_.isRunning())
+        pauseOrResume();
 }
 
 void frmFScreenB::showPanel() {
@@ -377,6 +518,10 @@ void frmFScreenB::showLine(int line) {
 void frmFScreenB::showCaption(TextView caption) {
     if (bar_.isOpen())
         bar_.setCaption(caption);
+}
+
+void frmFScreenB::showNote(const RunNote& note) {
+    bar_.showNote(noteInWords(note, sections_));
 }
 
 void frmFScreenB::runEnded() {

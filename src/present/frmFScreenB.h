@@ -10,6 +10,7 @@
 #include "platform/Form.h"
 #include "present/Form3.h"
 #include "present/Form3b.h"
+#include "present/SongSections.h"
 #include "present/StageLayout.h"
 #include "present/StageRun.h"
 #include "widgets/TarnelButton.h"
@@ -25,6 +26,10 @@ class StageView {
     // The caret to the end of the text, which stays where it is on the screen.
     virtual void caretToEnd() = 0;
     virtual void bringToTop(int line) = 0;
+    // The line at the top of what is seen, and the caret's.
+    virtual int topLine() const = 0;
+    virtual int caretLine() const = 0;
+    virtual SectionLabels sections() const = 0;
     // The text alone, in the second control; and back. False where that fails: the view then stays
     // as it is.
     virtual bool reduce() = 0;
@@ -51,6 +56,13 @@ class frmFScreenB : public Form, private StageSurface {
         Command6,
         Command8,
         Command7 = IDCANCEL,
+        kByDuration = 120,
+        kDuration,
+        kCountIn,
+        kRowFromHere,
+        kRowToHere,
+        kPlan,
+        kStartHere,
         CB = 200,  // 1 to 10: from and to of row 1, of row 2 and so on; 11 to 15: the times
         CK = 300,  // 1 to 5
         LK = 400,  // 1 to 5
@@ -75,6 +87,15 @@ class frmFScreenB : public Form, private StageSurface {
     void enableAll(bool enabled);
     // The display has changed.
     void arrange();
+    // A key that moves the view, and a run along with it; false for any other.
+    bool turnsRun(WPARAM key);
+    // The run pauses, where it goes.
+    void pause();
+    // Something has kept the clock from being looked at: the line at hand begins anew.
+    void heldUp() {
+        if (run_.isRunning())
+            run_.turnTo(run_.currentLine());
+    }
     // A system command would darken the screen while a run goes.
     bool refuses(WPARAM systemCommand) const;
 
@@ -92,6 +113,7 @@ class frmFScreenB : public Form, private StageSurface {
     bool createWindow();
     void createControls();
     Cell numberList(int id, int count);
+    Cell countInList();
     Cell buttons();
     int chosen(int list) const;
     Monitor monitor() const;
@@ -99,7 +121,14 @@ class frmFScreenB : public Form, private StageSurface {
 
     void prepare();
     void fillLineLists();
-    void start();
+    void start() { startAt(std::nullopt); }
+    void startHere() { startAt(view_.topLine()); }
+    void startAt(std::optional<int> line);
+    void takeCaret(bool asTarget);
+    std::size_t rowAtHand() const;
+    std::optional<std::int64_t> duration() const;
+    void tellPlan();
+    void tellSections();
     void update();
     void reduce();
     void pauseOrResume();
@@ -110,6 +139,7 @@ class frmFScreenB : public Form, private StageSurface {
 
     void showLine(int line) override;
     void showCaption(TextView caption) override;
+    void showNote(const RunNote& note) override;
     void runEnded() override;
 
     StageView& view_;
@@ -121,6 +151,11 @@ class frmFScreenB : public Form, private StageSurface {
     TarnelButton Command6_;
     TarnelButton Command7_;
     TarnelButton Command8_;
+    TarnelButton startHere_;
+    TarnelButton rowFromHere_;
+    TarnelButton rowToHere_;
+    SectionLabels sections_;
+    std::size_t lastRow_ = 0;  // the jump row that had the focus last, from 1; 0: none
     PointerRest rest_;
     bool pointerHidden_ = false;
     bool prepared_ = false;

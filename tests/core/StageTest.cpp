@@ -16,6 +16,7 @@ class LoggedStage : public StageSurface {
   public:
     void showLine(int line) override { shown.push_back(line); }
     void showCaption(TextView text) override { caption = toUtf8(text); }
+    void showNote(const RunNote&) override {}
     void runEnded() override { ++ends; }
 
     std::vector<int> shown;

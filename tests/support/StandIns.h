@@ -237,6 +237,14 @@ class ScriptedScreen : public Screen {
         }
         return {{0, 0, screen.width, screen.height}, {0, 0, work.width, work.height}};
     }
+    Monitor monitorAfter(const Area& window) override {
+        const Monitor now = monitorOf(window);
+        for (std::size_t i = 0; i < monitors.size(); ++i) {
+            if (monitors[i].whole == now.whole)
+                return monitors[(i + 1) % monitors.size()];
+        }
+        return now;
+    }
     void keepOn(bool on) override { isKeptOn = on; }
 
     ScreenSize screen{1280, 1024};

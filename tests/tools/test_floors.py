@@ -16,11 +16,13 @@ FLOORS = [
      "tablature"],
     ["app"],
 ]
-# The dictionary spells chords as the engine does, and the stage takes hold of diagrams. What keys do
+# The dictionary spells chords as the engine does, and the stage takes hold of diagrams and
+# keeps chords with their words. What keys do
 # in a song is the same in the editor and on stage.
 SIDEWAYS = {
-    ("dictionary", "chords"), ("find", "chords"), ("paper", "chords"), ("present", "dictionary"),
-    ("editing", "chords"), ("editing", "tablature"), ("present", "editing"),
+    ("dictionary", "chords"), ("find", "chords"), ("paper", "chords"), ("editing", "chords"),
+    ("editing", "tablature"), ("present", "chords"), ("present", "dictionary"),
+    ("present", "editing"),
 }
 # The batch tool stands beside the house and uses the core of some rooms; its entry alone knows the
 # system that it runs on.
