@@ -77,6 +77,7 @@ bool frmFScreen::open(HWND owner) {
 
 // A view that could not be opened leaves the program as it was.
 void frmFScreen::giveUp() {
+    panel_.rest(owner_);
     destroy();
     ::ShowOwnedPopups(owner_, TRUE);
 }
@@ -176,6 +177,7 @@ bool frmFScreen::close() {
     unwritten_ = false;
     // First, else another program's window would come up.
     ::EnableWindow(owner_, TRUE);
+    panel_.rest(owner_);
     destroy();
     ::SetActiveWindow(owner_);
     ::SetFocus(rtftext_.handle());

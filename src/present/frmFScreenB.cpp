@@ -65,8 +65,11 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
 // ---- The window -------------------------------------------------------------------------------
 
 bool frmFScreenB::open() {
-    if (!isOpen() && !createWindow())
+    if (isOpen())
+        ::SetWindowLongPtrW(handle(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(view_.window()));
+    else if (!createWindow())
         return false;
+    begin();
     moveToCorner();
     bringForward();
     ::SetFocus(Command4_.handle());
@@ -76,14 +79,51 @@ bool frmFScreenB::open() {
 bool frmFScreenB::createWindow() {
     if (!createForm(L"MelvorinfrmFScreenB", L"Full Screen", view_.window()))
         return false;
-    prepared_ = false;
     listed_ = 0;
+    createControls();
+    return true;
+}
+
+// The first entries, and nothing of the song that was here before.
+void frmFScreenB::begin() {
+    prepared_ = false;
     lastRow_ = 0;
     sections_.clear();
-    run_.forget();  // it was another song, or was edited since
-    createControls();
+    run_.forget();
+    const auto first = [this](int id) { ::SendMessageW(item(id), CB_SETCURSEL, 0, 0); };
+    for (const ControlId id : {Seconds, Seconds2, Seconds3, kCountIn})
+        first(id);
+    for (std::size_t number = 1; number <= 3 * kJumpRows; ++number)
+        first(idAt(CB, number));
+    for (std::size_t row = 1; row <= kJumpRows; ++row)
+        ::CheckDlgButton(handle(), idAt(CK, row), BST_UNCHECKED);
+    for (const ControlId id : {Check1, kByDuration})
+        ::CheckDlgButton(handle(), id, BST_UNCHECKED);
+    ::EnableWindow(item(Seconds), TRUE);
+    for (const ControlId id : {Seconds3, kDuration})
+        ::EnableWindow(item(id), FALSE);
+    for (const ControlId id : {kDuration, kPlan})
+        ::SetWindowTextW(item(id), L"");
     ::SetTimer(handle(), kTimer3, kTimerMs, nullptr);
-    return true;
+}
+
+// Its many lists take longer to make than all the rest of the view, so they stay.
+void frmFScreenB::rest(HWND owner) {
+    if (!isOpen())
+        return;
+    for (const UINT_PTR timer : {kTimer2, kTimer3})
+        ::KillTimer(handle(), timer);
+    stop();
+    bar_.hide();
+    smallBar_.hide();
+    hide();
+    ::SetWindowLongPtrW(handle(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));
+}
+
+void frmFScreenB::stop() {
+    run_.showPanel({});
+    runClock(false);
+    services_.screen.keepOn(false);
 }
 
 // In the order in which Tab walks them.
@@ -94,15 +134,13 @@ void frmFScreenB::createControls() {
                    // kept: segunds
                    label(L"segund(s)"),
                    //
-                   check(L"Repeat the whole text", Check1),
-                   numberList(Seconds3, kMostTimes).least(kNumberList), label(L"time(s)"),
-                   //
                    check(L"or the whole text in", kByDuration), edit(kDuration).least(kNumberList),
                    label(L"m:ss"),
                    //
+                   check(L"Repeat the whole text", Check1),
+                   numberList(Seconds3, kMostTimes).least(kNumberList), label(L"time(s)"),
+                   //
                    label(L"Count in before the first line"), countInList(), label(L"step(s)")});
-    ::EnableWindow(item(Seconds3), FALSE);
-    ::EnableWindow(item(kDuration), FALSE);
     Cell jumps = gridOf(6, {});
     for (std::size_t row = 1; row <= kJumpRows; ++row) {
         const Cell cells[] = {check(L"Jump from the line", idAt(CK, row)),
@@ -215,9 +253,7 @@ LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return MAKELRESULT(Command4, DC_HASDEFID);
         case WM_DESTROY:
             // Here, because the panel also goes with the windows that own it.
-            run_.showPanel({});
-            runClock(false);
-            services_.screen.keepOn(false);
+            stop();
             return 0;
         default:
             return Form::onMessage(message, wParam, lParam);

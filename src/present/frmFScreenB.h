@@ -74,6 +74,8 @@ class frmFScreenB : public Form, private StageSurface {
     // Shows the panel for the view that is open; its lists fill once it is there. False when
     // Windows refuses.
     bool open();
+    // The view goes; the panel stays out of sight, owned by `owner`, for the next one.
+    void rest(HWND owner);
     // The bars are part of it.
     bool translate(MSG& message);
     // The panel comes back and the clock stops.
@@ -112,6 +114,8 @@ class frmFScreenB : public Form, private StageSurface {
 
     bool createWindow();
     void createControls();
+    void begin();
+    void stop();
     Cell numberList(int id, int count);
     Cell countInList();
     Cell buttons();

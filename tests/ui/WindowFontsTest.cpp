@@ -273,6 +273,8 @@ void lookAtMeasured(Program& program, ScratchFolder& folder, const std::string& 
             [&](HWND window) { expectSound(window, "page setup" + font); });
     inModal(program, L"MelvorinfrmPreview", Command::mnuPreview, [&](HWND window) {
         expectSound(window, "preview" + font);
+        // It opens larger than it must be.
+        ::SetWindowPos(window, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
         expectToFollow(window, "preview" + font, {160, 120});
     });
     inModal(program, L"MelvorinfrmExport", Command::mnuFileExport, [&](HWND window) {
