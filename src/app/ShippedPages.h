@@ -58,9 +58,9 @@ inline constexpr WindowPage kWindowPages[] = {
     {u"MelvorinFrmTab", u"tablature.html"},    {u"MelvorinFrmSong", u"tuner.html"},
     {u"MelvorinfrmFScreen", u"on-stage.html"}, {u"MelvorinfrmFScreenB", u"on-stage.html"},
     {u"MelvorinForm3b", u"on-stage.html"},     {u"MelvorinfrmCodePage", u"documents.html"},
-    {u"MelvorinfrmPreview", u"paper.html"}, {u"MelvorinfrmPageSetup", u"paper.html"},
-    {u"MelvorinfrmPrinting", u"paper.html"},
-    {u"MelvorinfrmExport", u"documents.html"}, {u"MelvorinFrmToKey", u"key-change.html"},
+    {u"MelvorinfrmPreview", u"paper.html"},    {u"MelvorinfrmPageSetup", u"paper.html"},
+    {u"MelvorinfrmPrinting", u"paper.html"},   {u"MelvorinfrmExport", u"documents.html"},
+    {u"MelvorinFrmToKey", u"key-change.html"},
 };
 
 // Empty for a window without a page of its own.

@@ -101,6 +101,8 @@ class RichEdit : public Editor {
     bool atWork() const { return work_ > 0; }
 
     Text textBetween(Selection range) const;
+    // The selection as a document of its own.
+    std::string selectionRtf() const { return streamOut(SF_RTF | SFF_SELECTION); }
     std::int32_t length() const;
 
     // A stretch of the text, all of it in one format, or a picture.

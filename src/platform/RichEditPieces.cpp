@@ -87,7 +87,7 @@ std::vector<RichEdit::Piece> RichEdit::piecesOf(Selection range) {
             continue;
         }
         if (hasPicture)
-            piece.picture = streamOut(SF_RTF | SFF_SELECTION);
+            piece.picture = selectionRtf();
         pieces.push_back(std::move(piece));
     }
     return pieces;
@@ -116,7 +116,7 @@ std::optional<std::vector<RichEdit::FaceRun>> RichEdit::writtenFaceRuns(Selectio
     const Look look(*this);
     select(range);
     const Text text = textBetween(range);
-    const auto map = RtfMap::matching(streamOut(SF_RTF | SFF_SELECTION), text);
+    const auto map = RtfMap::matching(selectionRtf(), text);
     if (!map)
         return std::nullopt;
     std::vector<FaceRun> runs;

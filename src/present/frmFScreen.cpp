@@ -118,6 +118,7 @@ bool frmFScreen::createWindow(HWND owner) {
         });
     }
     reduced_ = reducedEdited_ = unwritten_ = waits_ = writeFailed_ = false;
+    songLines_ = 0;
     writeMs_ = 0;
     if (!load()) {
         reportFailure(services_.messages,
@@ -498,7 +499,7 @@ void frmFScreen::switchDark() {
     const EditorWork work(text);
     const ScrollPosition page = text.scrollPosition();
     const Selection selection = text.selection();
-    if (!show(text, rtftext_.rtf())) {
+    if (!reload(text)) {
         reportFailure(services_.messages, u"The song cannot be shown in these colors.");
         close();
         return;
@@ -506,6 +507,84 @@ void frmFScreen::switchDark() {
     text.select(selection);
     text.scrollTo(page);
     reducedEdited_ = reduced_;
+}
+
+// The song anew, or what is written out of it.
+bool frmFScreen::reload(RichEdit& text) {
+    if (songLines_ == 0)
+        return show(text, rtftext_.rtf());
+    if (!unroll(parts_))
+        return false;
+    return &text == &FSRTB_ || text.loadRtf(FSRTB_.rtf());
+}
+
+// ---- Written out ------------------------------------------------------------------------------
+
+// The second text has the song meanwhile, in the colours of the view.
+bool frmFScreen::unroll(const std::vector<RunPart>& parts) {
+    constexpr std::int64_t most = 20'000;
+    finishEdits();
+    std::int64_t lines = 0;
+    for (const RunPart& part : parts)
+        lines += part.last - part.first + 1;
+    if (lines > most || parts.size() >= RunPlan::kMostParts) {
+        services_.messages.show(u"Written out, the song would have more than 20,000 lines.",
+                                kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+        return false;
+    }
+    const EditorWork work(FSRTB_);
+    const EditorWork other(FSRTB2_);
+    if (unwritten_ || !show(FSRTB2_, rtftext_.rtf()) ||
+        !FSRTB_.loadPlain({}, textFont().face, textFont().points))
+        return false;
+    parts_ = parts;
+    songLines_ = static_cast<int>(FSRTB2_.lineCount());
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (!appendLines(parts[i], i + 1 < parts.size()))
+            return false;
+    }
+    FSRTB_.select({0, 0});
+    FSRTB_.scrollCaretIntoView();
+    return true;
+}
+
+bool frmFScreen::appendLines(const RunPart& part, bool goesOn) {
+    const int last = std::min(part.last, songLines_);
+    if (part.first > last)
+        return true;
+    const std::int32_t begin = FSRTB2_.firstOfLine(part.first - 1);
+    const std::int32_t lastLine = FSRTB2_.firstOfLine(last - 1);
+    const std::int32_t end = lastLine + FSRTB2_.lengthOfLine(last - 1);
+    FSRTB2_.select({begin, end});
+    const auto toEnd = [this] {
+        const std::int32_t length = FSRTB_.length();
+        FSRTB_.select({length, length});
+    };
+    if (begin < end) {
+        const std::string lines = FSRTB2_.selectionRtf();
+        toEnd();
+        if (!FSRTB_.replaceSelectionRtf(lines))
+            return false;
+    }
+    toEnd();
+    if (goesOn)
+        FSRTB_.replaceSelection(u"\r");
+    return true;
+}
+
+bool frmFScreen::rollUp() {
+    if (songLines_ == 0)
+        return true;
+    songLines_ = 0;
+    const EditorWork work(FSRTB_);
+    const bool shown = show(FSRTB_, rtftext_.rtf());
+    if (!shown) {
+        reportFailure(services_.messages, u"The song cannot be shown again here.");
+        close();
+    }
+    FSRTB_.select({0, 0});
+    FSRTB_.scrollCaretIntoView();
+    return shown;
 }
 
 void frmFScreen::toNextMonitor() {
@@ -530,6 +609,8 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
     if (message == WM_MOUSEWHEEL)
         return false;
     // A click into the text and a pedal that sends Enter must not write into the song.
+    if (songLines_ > 0 && !panel_.run().isRunning())
+        return edits(message, wParam);
     if (panel_.run().isRunning())
         return (message == WM_KEYDOWN && panel_.turnsRun(wParam)) || edits(message, wParam);
     if (message == WM_SYSKEYDOWN)
@@ -627,6 +708,8 @@ void frmFScreen::paste() {
 }
 
 void frmFScreen::textChanged() {
+    if (songLines_ > 0)
+        return;  // it is no song
     unwritten_ = true;
     reducedEdited_ = reduced_;
     if (writeMs_ <= kQuickMs)
@@ -674,7 +757,7 @@ void frmFScreen::restore(const std::function<bool()>& step, Shown shown) {
     const EditorWork work(text);
     const ScrollPosition page = text.scrollPosition();
     const Text before = text.text().chars;
-    if (!show(text, rtftext_.rtf())) {
+    if (!reload(text)) {
         // What it shows is no longer the song.
         reportFailure(services_.messages, u"This step cannot be shown here.");
         close();

@@ -93,11 +93,16 @@ class frmFScreen : public Window, private StageView {
     void turnTo(std::int32_t line);
     void toNextMonitor();
     void switchDark();
+    bool reload(RichEdit& text);
+    bool appendLines(const RunPart& part, bool goesOn);
     bool show(RichEdit& text, std::string_view rtf);
     std::string songOf(const RichEdit& text) const;
 
     HWND window() const override { return handle(); }
     int lineCount() const override { return static_cast<int>(FSRTB_.lineCount()); }
+    int songLines() const override { return songLines_ > 0 ? songLines_ : lineCount(); }
+    bool unroll(const std::vector<RunPart>& parts) override;
+    bool rollUp() override;
     void caretToEnd() override;
     void bringToTop(int line) override;
     int topLine() const override;
@@ -119,6 +124,9 @@ class frmFScreen : public Window, private StageView {
     frmFScreenB panel_;
     UniqueBrush background_;
     HWND owner_ = nullptr;
+    // Of the song while it is written out in the order of a run; 0: it is not.
+    int songLines_ = 0;
+    std::vector<RunPart> parts_;
     bool fitsWidth_ = false;  // for the next songs of this run of the program too
     bool isDark_ = false;     // likewise
     DarkColours dark_;

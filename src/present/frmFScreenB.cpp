@@ -97,7 +97,8 @@ void frmFScreenB::begin() {
         first(idAt(CB, number));
     for (std::size_t row = 1; row <= kJumpRows; ++row)
         ::CheckDlgButton(handle(), idAt(CK, row), BST_UNCHECKED);
-    for (const ControlId id : {Check1, kByDuration})
+    unrolled_.clear();
+    for (const ControlId id : {Check1, kByDuration, kUnrolled})
         ::CheckDlgButton(handle(), id, BST_UNCHECKED);
     ::EnableWindow(item(Seconds), TRUE);
     for (const ControlId id : {Seconds3, kDuration})
@@ -151,6 +152,8 @@ void frmFScreenB::createControls() {
                               label(L"time(s)")};
         jumps.cells.insert(jumps.cells.end(), std::begin(cells), std::end(cells));
     }
+    const Cell written =
+        check(L"&Unrolled: all written out in the order in which it is played", kUnrolled);
     const Cell here = rowOf({label(L"The row takes the cursor's line:"),
                              button(rowFromHere_, kRowFromHere, u"from here"),
                              button(rowToHere_, kRowToHere, u"to here")});
@@ -165,7 +168,8 @@ void frmFScreenB::createControls() {
     const Cell keys = columnOf({label(L"Press (F1) to go up (1) one line"),
                                 label(L"Press (F2) to go up (5) five lines"),
                                 label(L"Press (F3) to go up (10) ten lines")});
-    layOut(columnOf({columnOf({pace, jumps, here, plan, cursor}), keys.close(), buttons()}).apart(),
+    layOut(columnOf({columnOf({pace, jumps, here, plan, written, cursor}), keys.close(), buttons()})
+               .apart(),
            view_.window());
 }
 
@@ -297,6 +301,9 @@ void frmFScreenB::onCommand(int control, int code) {
             tellPlan();
             break;
         }
+        case kUnrolled:
+            unroll();
+            break;
         case kRowFromHere:
         case kRowToHere:
             takeCaret(control == kRowToHere);
@@ -321,7 +328,8 @@ void frmFScreenB::onCommand(int control, int code) {
             else if (control > CK && control <= CK + static_cast<int>(kJumpRows))
                 lastRow_ = static_cast<std::size_t>(control - CK);
             // Whatever is chosen or typed changes the run.
-            if (code == CBN_SELCHANGE || code == EN_CHANGE || (control > CK && control < LK))
+            if (code == CBN_SELCHANGE || (code == EN_CHANGE && control == kDuration) ||
+                (control > CK && control < LK))
                 tellPlan();
             else
                 Form::onCommand(control, code);
@@ -349,6 +357,7 @@ void frmFScreenB::prepare() {
         return;
     prepared_ = true;
     view_.caretToEnd();
+    run_.setLineCount(view_.lineCount());
     fillLineLists();
     tellSections();
     tellPlan();
@@ -357,9 +366,8 @@ void frmFScreenB::prepare() {
 // kept: short-line-lists
 // One line short of the last: from there no jump would be seen.
 void frmFScreenB::fillLineLists() {
-    const int lines = view_.lineCount();
+    const int lines = view_.songLines();
     const int wanted = std::max(0, lines - 1);
-    run_.setLineCount(lines);
     const auto fill = [&](int id) {
         const HWND list = item(id);
         const int former = chosen(id);
@@ -380,7 +388,41 @@ int frmFScreenB::chosen(int list) const {
     return static_cast<int>(::SendMessageW(item(list), CB_GETCURSEL, 0, 0)) + 1;
 }
 
+// What is written out needs no jumps and no passes.
 RunSettings frmFScreenB::settings() const {
+    RunSettings settings = rowSettings();
+    if (isUnrolled()) {
+        settings.repeats = false;
+        settings.rows = {};
+    }
+    return settings;
+}
+
+bool frmFScreenB::isUnrolled() const {
+    return ::IsDlgButtonChecked(handle(), kUnrolled) == BST_CHECKED;
+}
+
+// The view follows the check box, and the rows while it is on.
+void frmFScreenB::unroll() {
+    prepare();
+    bool done = true;
+    if (isUnrolled()) {
+        RunPlan plan = planRun(rowSettings(), view_.songLines());
+        unrolled_ = std::move(plan.parts);
+        done = view_.unroll(unrolled_);
+    }
+    if (!isUnrolled() || !done) {
+        ::CheckDlgButton(handle(), kUnrolled, BST_UNCHECKED);
+        unrolled_.clear();
+        view_.rollUp();
+    }
+    run_.forget();
+    run_.setLineCount(view_.lineCount());
+    tellSections();
+    tellPlan();
+}
+
+RunSettings frmFScreenB::rowSettings() const {
     RunSettings settings;
     settings.secondsPerLine = chosen(Seconds);
     settings.passes = chosen(Seconds3);
@@ -406,6 +448,7 @@ void frmFScreenB::showCursorLine(int line) {
 void frmFScreenB::startAt(std::optional<int> line) {
     prepare();
     view_.finishEdits();
+    run_.setLineCount(view_.lineCount());
     if (::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED && !duration()) {
         ::SetFocus(item(kDuration));
         ::SendMessageW(item(kDuration), EM_SETSEL, 0, -1);
@@ -469,10 +512,12 @@ void frmFScreenB::tellPlan() {
     Text text;
     if (::IsDlgButtonChecked(handle(), kByDuration) == BST_CHECKED && !duration()) {
         text = u"The time is minutes and seconds, as in 4:30; at most ten hours.";
-    } else if (view_.lineCount() >= 2) {
-        const RunSettings chosen = settings();
-        const RunPlan plan = planRun(chosen, view_.lineCount());
-        text = planInWords(plan, chosen, view_.lineCount());
+    } else if (view_.songLines() >= 2) {
+        const RunSettings chosen = rowSettings();
+        const RunPlan plan = planRun(chosen, view_.songLines());
+        if (isUnrolled() && plan.parts != unrolled_)
+            return unroll();
+        text = planInWords(plan, chosen, view_.songLines());
         if (const Text idle = idleRowsInWords(plan, chosen); !idle.empty())
             text += u"\r\n" + idle;
     }
@@ -490,6 +535,7 @@ void frmFScreenB::tellSections() {
 
 void frmFScreenB::update() {
     prepare();
+    run_.setLineCount(view_.lineCount());
     fillLineLists();
     tellSections();
     tellPlan();

@@ -10,6 +10,7 @@
 #include "platform/Form.h"
 #include "present/Form3.h"
 #include "present/Form3b.h"
+#include "present/RunPlan.h"
 #include "present/SongSections.h"
 #include "present/StageLayout.h"
 #include "present/StageRun.h"
@@ -22,7 +23,13 @@ class StageView {
   public:
     virtual ~StageView() = default;
     virtual HWND window() const = 0;
+    // Of what is shown, and of the song itself.
     virtual int lineCount() const = 0;
+    virtual int songLines() const = 0;
+    // Shows these lines one after the other, to be read only; and the song again. False, and the
+    // user knows, where that fails.
+    virtual bool unroll(const std::vector<RunPart>& parts) = 0;
+    virtual bool rollUp() = 0;
     // The caret to the end of the text, which stays where it is on the screen.
     virtual void caretToEnd() = 0;
     virtual void bringToTop(int line) = 0;
@@ -63,6 +70,7 @@ class frmFScreenB : public Form, private StageSurface {
         kRowToHere,
         kPlan,
         kStartHere,
+        kUnrolled,
         CB = 200,  // 1 to 10: from and to of row 1, of row 2 and so on; 11 to 15: the times
         CK = 300,  // 1 to 5
         LK = 400,  // 1 to 5
@@ -132,6 +140,10 @@ class frmFScreenB : public Form, private StageSurface {
     std::size_t rowAtHand() const;
     std::optional<std::int64_t> duration() const;
     void tellPlan();
+    bool isUnrolled() const;
+    void unroll();
+    // What the rows say, whether or not they are written out.
+    RunSettings rowSettings() const;
     void tellSections();
     void update();
     void reduce();
@@ -159,7 +171,8 @@ class frmFScreenB : public Form, private StageSurface {
     TarnelButton rowFromHere_;
     TarnelButton rowToHere_;
     SectionLabels sections_;
-    std::size_t lastRow_ = 0;  // the jump row that had the focus last, from 1; 0: none
+    std::vector<RunPart> unrolled_;  // that are written out
+    std::size_t lastRow_ = 0;        // the jump row that had the focus last, from 1; 0: none
     PointerRest rest_;
     bool pointerHidden_ = false;
     bool prepared_ = false;

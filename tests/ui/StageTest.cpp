@@ -710,5 +710,52 @@ TEST_F(OnStage, MovesToTheNextMonitor) {
     EXPECT_EQ(placeOf(view().handle()), (Area{0, 0, 800, 600}));
 }
 
+TEST_F(OnStage, WritesTheSongOutInTheOrderOfTheRun) {
+    constexpr char song[] =
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}"
+        "{\\colortbl ;\\red200\\green0\\blue0;}\\pard\\f0\\fs20 "
+        "\\cf1 C   G\\cf0\\par la lo\\par \\par \\b [Chorus]\\b0\\par \\cf1 F\\cf0\\par hey\\par "
+        "end}";
+    ASSERT_TRUE(program.editor().loadRtf(song));
+    const Text before = program.editor().text().chars;
+    open();
+    // After line 6 once more from line 1 on.
+    setJump(1, 6, 1, 1);
+    choose(frmFScreenB::CB + 2, 1);
+    click(item(frmFScreenB::kUnrolled));
+    EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-6, 2-7; 0:13");
+    EXPECT_EQ(shown(text().text().chars),
+              "C   G\rla lo\r\r[Chorus]\rF\rhey\rla lo\r\r[Chorus]\rF\rhey\rend");
+    const auto colours = coloursOf(text());
+    ASSERT_EQ(colours.size(), text().text().chars.size());
+    EXPECT_EQ(colours[0], (Rgb{200, 0, 0}));
+    EXPECT_FALSE(colours[7].has_value());
+    // It is to be read only, and the song is as it was.
+    ::SetFocus(text().handle());
+    ::SendMessageW(text().handle(), WM_CHAR, u'x', 1);
+    program.pump();
+    EXPECT_EQ(text().text().chars.find(u'x'), Text::npos);
+    EXPECT_EQ(program.editor().text().chars, before);
+    // The lists keep the numbers of the song; other rows, another order.
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 1), CB_GETCOUNT, 0, 0), 6);
+    ::SendMessageW(item(frmFScreenB::CB + 11), CB_SETCURSEL, 1, 0);
+    notify(item(frmFScreenB::CB + 11), CBN_SELCHANGE);
+    EXPECT_EQ(text().lineCount(), 17);
+    // The run plays it from top to bottom.
+    click(item(frmFScreenB::Command4));
+    for (int second = 0; second < 10; ++second)
+        nextSecond();
+    EXPECT_EQ(panel().run().currentLine(), 11);
+    EXPECT_EQ(captionOf(onBar(Form3::kNote)), "");
+    click(onBar(Form3::Cmd2));
+    click(item(frmFScreenB::kUnrolled));
+    EXPECT_EQ(text().text().chars, before);
+    ::SetFocus(text().handle());
+    text().select({5, 5});
+    ::SendMessageW(text().handle(), WM_CHAR, u'7', 1);
+    program.pump();
+    EXPECT_EQ(shown(program.editor().text().chars).substr(0, 6), "C   G7");
+}
+
 }  // namespace
 }  // namespace melvorin::testing
