@@ -406,6 +406,69 @@ TEST(Paper, ReadsTheFormatsOfADocument) {
     EXPECT_EQ(laid.unwritable, (std::set<std::pair<char32_t, std::size_t>>{{U'a', 2}}));
 }
 
+// Its runs by their texts, on a page between whose margins so many points are.
+std::map<std::string, PlacedRun> runsOfRtf(const std::string& body, double width,
+                                           bool colours = true) {
+    FontShelf fonts = shelf();
+    PageSetup setup;
+    setup.colours = colours;
+    setup.header = false;
+    setup.paper.width = width + 2 * setup.margin;
+    const PaperSong song = paperSongOfRtf(
+        "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 DejaVu Sans Mono;}{\\f1\\fcharset0 DejaVu Sans;}}"
+        "\\f0\\fs20 " +
+            body + "}",
+        {}, u"name");
+    std::map<std::string, PlacedRun> runs;
+    for (const PaperPage& page : layOutSong(song, setup, fonts).pages) {
+        for (const PlacedRun& run : page.runs)
+            runs.emplace(toUtf8(run.text), run);
+    }
+    return runs;
+}
+
+// An em of DejaVu Sans Mono is 1233 / 2048 wide.
+constexpr double kCell = 10 * 1233 / 2048.0;
+
+TEST(Paper, WrapsAChordOfSeveralLooksAsOne) {
+    // The row ends in front of "three", and the chord over "two" reaches over that place.
+    auto runs = runsOfRtf("C        F#m{\\b 7M}\\par one  two wo three four\\par", 16.5 * kCell);
+    EXPECT_LT(runs["F#m"].y, runs["one"].y);
+    EXPECT_EQ(runs["7M"].y, runs["F#m"].y);
+    EXPECT_NEAR(runs["7M"].x, runs["F#m"].x + runs["F#m"].width, 0.01);
+    EXPECT_GT(runs["three"].y, runs["one"].y);
+}
+
+TEST(Paper, KeepsChordsOverCentredWordsThatItWraps) {
+    // Both lines stand around one middle: 28 and 8 columns, so the first chord is over column 10.
+    auto runs = runsOfRtf("\\qc G     Am\\par wizk wo wizwizk kwaa wok woz\\par", 20 * kCell);
+    EXPECT_NEAR(runs["G"].x - runs["wizwizk"].x, 2 * kCell, 0.01);
+    EXPECT_NEAR(runs["Am"].x - runs["kwaa"].x, 0, 0.01);
+    EXPECT_GT(runs["wok"].y, runs["wizk"].y);
+    // Each row is in the middle again.
+    const double middle = 15 * kPointsPerMm + 10 * kCell;
+    EXPECT_NEAR((runs["wizk"].x + runs["kwaa"].x + runs["kwaa"].width) / 2, middle, 0.01);
+    EXPECT_NEAR((runs["wok"].x + runs["woz"].x + runs["woz"].width) / 2, middle, 0.01);
+}
+
+TEST(Paper, KeepsCentredChordsInTheirPlacesWhereTheyAreBold) {
+    const std::string song = "\\f1\\qc Am7    Gm\\par wizk wo wizwizk kwaa\\par";
+    auto plain = runsOfRtf(song, 300);
+    auto bold = runsOfRtf(song, 300, false);
+    EXPECT_NE(plain["Gm"].font, bold["Gm"].font);
+    EXPECT_NEAR(plain["Am7"].x, bold["Am7"].x, 0.01);
+    EXPECT_NEAR(plain["Gm"].x, bold["Gm"].x, 0.01);
+}
+
+TEST(Paper, TakesNoLetterOfTheNextWordAlong) {
+    // The chord over the gap does not end before the column does, and the first word is too long to
+    // go elsewhere.
+    auto runs = runsOfRtf("C         E\\par wizkwizkwi kwaa\\par", 10.5 * kCell);
+    EXPECT_NEAR(runs["wizkwizkwi"].size, 10, 0.01);
+    EXPECT_GT(runs["E"].y, runs["wizkwizkwi"].y);
+    EXPECT_NEAR(runs["kwaa"].x, runs["E"].x + kCell, 0.01);
+}
+
 TEST(Paper, SaysTitleKeyCapoAndPage) {
     FontShelf fonts = shelf();
     PageSetup setup;
