@@ -374,6 +374,44 @@ TEST(Paper, WritesWhateverComes) {
     }
 }
 
+TEST(Paper, LeavesNothingBelowThePage) {
+    FontShelf fonts = shelf();
+    Text chords;
+    for (const TextView root : {u"C", u"C#", u"D", u"Eb", u"E", u"F", u"F#", u"G", u"Ab", u"A"}) {
+        for (const TextView kind : {u"", u"m", u"7", u"m7", u"6", u"9", u"m6", u"7/9", u"4", u"m9"})
+            chords.append(root).append(kind).append(u"\nwizkwa\n");
+    }
+    const Text letters(4000, u'w');
+    const struct {
+        Text song;
+        char16_t counted;
+        std::size_t count;  // at least
+    } cases[] = {
+        {letters, u'w', 4000},  // no title, but a text
+        {u"{title: " + letters + u"}\nwords\n", u'w', 4000},
+        {u"head\n\n" + chords, u'@', 90},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(toUtf8(test.song.substr(0, 20)));
+        const PaperSong song =
+            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = 10}, u"name");
+        PageSetup setup;
+        setup.diagrams = true;
+        const LaidSong laid = layOutSong(song, setup, fonts, [](TextView) {
+            return DiagramOfChord{u"DejaVu Sans", u"@"};
+        });
+        std::size_t count = 0;
+        for (const PaperPage& page : laid.pages) {
+            for (const PlacedRun& run : page.runs) {
+                ASSERT_LE(run.y, setup.paper.height - setup.margin) << toUtf8(run.text);
+                count += static_cast<std::size_t>(
+                    std::count(run.text.begin(), run.text.end(), test.counted));
+            }
+        }
+        EXPECT_GE(count, test.count);
+    }
+}
+
 TEST(Paper, KeepsChordsBehindWhatItCannotWrite) {
     FontShelf fonts = shelf();
     std::map<std::string, double> x;
