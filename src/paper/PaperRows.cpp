@@ -30,6 +30,12 @@ class Wrapping {
     // The words of a line that are not in a row yet.
     using Part = std::span<const PaperWord>;
 
+    struct Height {
+        double ascent = 0;
+        double descent = 0;
+    };
+
+    Height heightOf(const Part& part, const MeasuredLine& line) const;
     bool fits(double limit) const;
     // A chord in several looks is several words, but one chord.
     bool isPartOfChord(std::size_t line, const PaperWord& word) const {
@@ -168,6 +174,17 @@ double Wrapping::wordCut(double limit) {
     return at + 1 < words.size() ? words[at + 1].x : words[at].end() + kNear;
 }
 
+// Of a part of a line: one diagram does not set all rows apart.
+Wrapping::Height Wrapping::heightOf(const Part& part, const MeasuredLine& line) const {
+    Height height;
+    for (const PaperWord& word : part) {
+        const PaperFont& font = fonts_.font(word.font);
+        height.ascent = std::max(height.ascent, font.ascent() * word.size);
+        height.descent = std::max(height.descent, font.descent() * word.size);
+    }
+    return {std::min(height.ascent, line.ascent), std::min(height.descent, line.descent)};
+}
+
 PaperRow Wrapping::takeRow(double cut) {
     PaperRow row;
     double extent = 0;
@@ -184,9 +201,12 @@ PaperRow Wrapping::takeRow(double cut) {
         if (taken.empty())
             continue;
         extent = std::max(extent, taken.back().end() - start_ + indent_);
+        const bool isWhole = start_ == 0 && part.empty();
+        const Height height =
+            isWhole ? Height{lines_[i].ascent, lines_[i].descent} : heightOf(taken, lines_[i]);
         row.lines.push_back(
-            {taken, indent_ - start_, row.height + lines_[i].ascent, lines_[i].number});
-        row.height += lines_[i].height();
+            {taken, indent_ - start_, row.height + height.ascent, lines_[i].number});
+        row.height += height.ascent + height.descent;
     }
     if (extent > room_.width + kNear)
         row.factor = room_.width / extent;
@@ -246,6 +266,12 @@ std::vector<PaperRow> Wrapping::rows() {
     while (!fits(start_ + room_.width - indent_)) {
         const double limit = start_ + room_.width - indent_;
         const std::optional<double> blank = blankCut(limit);
+        // Room in front of a row is worth less than words below its chords.
+        if (firstX() > start_ + kNear && blank && !parts_.back().empty() &&
+            parts_.back().front().x >= *blank - kNear) {
+            start_ = firstX();
+            continue;
+        }
         const double cut = blank ? *blank : wordCut(limit);
         rows.push_back(takeRow(cut));
         start_ = cut;

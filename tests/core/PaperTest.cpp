@@ -489,6 +489,18 @@ TEST(Paper, KeepsChordsOverCentredWordsThatItWraps) {
     EXPECT_NEAR((runs["wok"].x + runs["woz"].x + runs["woz"].width) / 2, middle, 0.01);
 }
 
+TEST(Paper, PutsAChordBesideTheWordBehindItRatherThanAlone) {
+    auto runs = runsOfRtf("        E\\par           kwaaw wiz wo\\par", 10 * kCell);
+    EXPECT_NEAR(runs["E"].x, runs["kwaaw"].x - 2 * kCell, 0.01);
+    EXPECT_LT(runs["E"].y, runs["kwaaw"].y);
+}
+
+TEST(Paper, MakesARowAsHighAsWhatItHas) {
+    auto runs = runsOfRtf("C\\par one two {\\fs50 Big}\\par", 10 * kCell);
+    EXPECT_NEAR(runs["one"].y - runs["C"].y, 10 * (1901 + 483) / 2048.0, 0.01);
+    EXPECT_NEAR(runs["Big"].y - runs["one"].y, (10 * 483 + 25 * 1901) / 2048.0, 0.01);
+}
+
 TEST(Paper, KeepsCentredChordsInTheirPlacesWhereTheyAreBold) {
     const std::string song = "\\f1\\qc Am7    Gm\\par wizk wo wizwizk kwaa\\par";
     auto plain = runsOfRtf(song, 300);
