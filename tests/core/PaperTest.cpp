@@ -344,8 +344,10 @@ TEST(Paper, WritesWhateverComes) {
     const struct {
         Text song;
         std::set<std::pair<char32_t, std::size_t>> unwritable;
+        double points = 40;
     } cases[] = {
         {u"", {}},
+        {u"D\nBig i", {}, 2000},
         {u"\n\n \n", {}},
         {Text(10000, u'w'), {}},
         {Text(10000, u'C') + u"\n" + Text(10000, u'w'), {}},
@@ -358,9 +360,9 @@ TEST(Paper, WritesWhateverComes) {
     for (const auto& test : cases) {
         SCOPED_TRACE(toUtf8(test.song.substr(0, 20)));
         const PaperSong song =
-            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = 40}, u"name");
+            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = test.points}, u"name");
         PageSetup setup;
-        setup.columns = 4;
+        setup.columns = test.points > 40 ? 1 : 4;
         LaidSong laid = layOutSong(song, setup, fonts);
         EXPECT_EQ(laid.unwritable, test.unwritable);
         for (const PaperPage& page : laid.pages) {
