@@ -260,7 +260,7 @@ void Wrapping::alignWrapped(PaperRow& row) const {
 std::vector<PaperRow> Wrapping::rows() {
     if (fits(room_.width))
         return {alignedRow()};
-    set_.isWrapped = true;
+    ++set_.wrapped;
     alignToEachOther();
     std::vector<PaperRow> rows;
     while (!fits(start_ + room_.width - indent_)) {

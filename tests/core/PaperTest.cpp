@@ -309,6 +309,8 @@ TEST(Paper, FitsASongOnAPage) {
         {repeated(verse, 60), 10.25, 10.25, 2, 1},
         {repeated(Text(80, u'w') + u"\n", 40), 10.25, 10.5, 1, 1},
         {repeated(Text(80, u'w') + u"\n", 80), 10.25, 10.5, 1, 2},
+        // What wraps in every size has no say about the lines that need not.
+        {repeated(Text(80, u'w') + u"\n", 20) + repeated(u"words ", 50), 10.25, 10.5, 1, 1},
         {repeated(verse, 1000), 9, 9, 2, 15},
     };
     for (const auto& test : cases) {

@@ -59,6 +59,7 @@ class Row:
     page: int = 0
     column: int = 0
     base: float = 0
+    factor: float = 1  # of the page, and of the row where it is set smaller
     is_first: bool = True  # of what was wrapped
 
 
@@ -74,6 +75,7 @@ class SongCheck:
         self.settle_row_factors()
         self.rows = self.find_rows()
         self.columns = self.find_columns()
+        self.check_smaller_rows()
 
     def heights(self, row):
         """Above and below its base line: those of what stands in it."""
@@ -151,21 +153,46 @@ class SongCheck:
         rows = []
         for piece in self.placed.pieces:
             line = self.lines[piece.line]
-            token = self.token(piece)
-            look = token.looks[piece.begin]
-            points = look.points * self.factor_of(line)
-            piece.base = pages.base_line(piece.word, look, points)
+            look = self.token(piece).looks[piece.begin]
+            factor = self.measured_factor(piece, line)
+            piece.base = pages.base_line(piece.word, look, look.points * factor)
             last = rows[-1] if rows else None
             goes_on = (last is not None and last.line == piece.line and
                        last.page == piece.word.page and abs(piece.base - last.base) < 1 and
                        piece.word.left >= last.pieces[-1].word.left)
             if goes_on:
                 last.pieces.append(piece)
+                last.factor = max(last.factor, factor)
             else:
                 goes_on = last is not None and self.lines[last.line].unit == line.unit
                 is_first = not goes_on or (last.is_first and last.line < piece.line)
-                rows.append(Row(piece.line, [piece], piece.word.page, 0, piece.base, is_first))
+                rows.append(Row(piece.line, [piece], piece.word.page, 0, piece.base, factor,
+                                is_first))
         return rows
+
+    def measured_factor(self, piece, line):
+        """A row that is wider than a column, as it cannot be wrapped, is set smaller: that is seen
+        by the heights of its letters."""
+        usual = self.factor_of(line)
+        look = self.token(piece).looks[piece.begin]
+        metrics = faces.metrics(look)
+        high = (metrics.ascent + metrics.descent) * look.points
+        measured = (piece.word.bottom - piece.word.top) / high
+        return measured if measured < 0.995 * usual else usual
+
+    def check_smaller_rows(self):
+        """They are as wide as their column, or what stands above or below them is."""
+        by_unit = collections.defaultdict(list)
+        for row in self.rows:
+            line = self.lines[row.line]
+            if "tab" not in line.kind and row.factor < 0.995 * self.factor:
+                by_unit[line.unit, round(row.factor, 3)].append(row)
+        width = self.setup.width(self.columns)
+        for rows in by_unit.values():
+            right = max(piece.word.right for row in rows for piece in row.pieces)
+            end = MARGIN + (width + GAP) * rows[0].column + width
+            self.report.measure("smaller row ends with its column", right - end,
+                                lambda: self.where(rows[0]))
 
     def find_columns(self):
         """With "fit" the number is not known: the least that all left ends of rows agree with."""
@@ -176,7 +203,7 @@ class SongCheck:
         for row in self.rows:
             line = self.lines[row.line]
             if row.is_first and not (line.centred and line.unit in wrapped):
-                x = (self.screen(row.pieces[0]) + line.origin) * self.factor_of(line)
+                x = (self.screen(row.pieces[0]) + line.origin) * row.factor
                 starts.append((row.pieces[0].x - x - MARGIN, line.centred))
         for columns in range(least, most + 1):
             width = self.setup.width(columns)
@@ -225,9 +252,9 @@ class SongCheck:
                        for piece in row.pieces)
             self.report.measure("beyond its column", max(over, 0), lambda: self.where(row))
             ascent, descent = self.heights(row)
-            low = row.base + descent * self.factor_of(line) - (PAPER[1] - MARGIN)
+            low = row.base + descent * row.factor - (PAPER[1] - MARGIN)
             self.report.measure("below the page", max(low, 0), lambda: self.where(row))
-            high = self.head_bottom(row.page) - (row.base - ascent * self.factor_of(line))
+            high = self.head_bottom(row.page) - (row.base - ascent * row.factor)
             self.report.measure("over the head", max(high, 0), lambda: self.where(row))
 
     def head_bottom(self, page):
@@ -239,7 +266,7 @@ class SongCheck:
         wrapped = {self.lines[row.line].unit for row in self.rows if not row.is_first}
         for row in self.rows:
             line = self.lines[row.line]
-            factor = self.factor_of(line)
+            factor = row.factor
             if not line.centred or line.unit not in wrapped:
                 middle = self.setup.width(self.columns) / 2 if line.centred else 0
                 origin = MARGIN + step * row.column + middle + line.origin * factor
@@ -278,7 +305,7 @@ class SongCheck:
         x = token.x + line.origin - words.origin  # as the words count
         end = token.end + line.origin - words.origin
         syllable, is_over = self.syllable(words, x, end)
-        factor = self.factor_of(line)
+        factor = row.factor
         same = self.parts_below(row, below, words, syllable)
         is_behind = x >= words.width - 0.01
         if not is_over and not self.has_words(row, rows):
@@ -342,11 +369,10 @@ class SongCheck:
         between = [r for r in rows if row.line < r.line < other.line
                    and (r.page, r.column) == (row.page, row.column)
                    and row.base < r.base < other.base]
-        line = self.lines[row.line]
         high = self.heights(row)[1] + self.heights(other)[0] + sum(
             sum(self.heights(between_row)) for between_row in between)
         self.report.measure("words right below", other.base - row.base -
-                            high * self.factor_of(line), lambda: self.where(row, self.token(piece)))
+                            high * row.factor, lambda: self.where(row, self.token(piece)))
 
     def sections(self):
         """None is split that some column had room for."""
@@ -354,15 +380,14 @@ class SongCheck:
         for row in self.rows:
             if row.column == 0:
                 line = self.lines[row.line]
-                top = row.base - self.heights(row)[0] * self.factor_of(line)
+                top = row.base - self.heights(row)[0] * row.factor
                 tops[row.page] = min(top, tops.get(row.page, top))
         room = max(PAPER[1] - MARGIN - top for top in tops.values())
         by_section = collections.defaultdict(list)
         for row in self.rows:
             by_section[self.lines[row.line].section].append(row)
         for section, rows in by_section.items():
-            height = sum(sum(self.heights(row)) * self.factor_of(self.lines[row.line])
-                         for row in rows)
+            height = sum(sum(self.heights(row)) * row.factor for row in rows)
             places = {(row.page, row.column) for row in rows}
             if height <= room - NEAR:
                 self.report.expect("section in one column", len(places) == 1,
