@@ -182,17 +182,18 @@ class SongCheck:
 
     def check_smaller_rows(self):
         """They are as wide as their column, or what stands above or below them is."""
-        by_unit = collections.defaultdict(list)
-        for row in self.rows:
-            line = self.lines[row.line]
-            if "tab" not in line.kind and row.factor < 0.995 * self.factor:
-                by_unit[line.unit, round(row.factor, 3)].append(row)
         width = self.setup.width(self.columns)
-        for rows in by_unit.values():
-            right = max(piece.word.right for row in rows for piece in row.pieces)
-            end = MARGIN + (width + GAP) * rows[0].column + width
+        smaller = [row for row in self.rows if "tab" not in self.lines[row.line].kind
+                   and row.factor < 0.995 * self.factor]
+        for row in smaller:
+            unit = self.lines[row.line].unit
+            beside = [other for other in smaller if self.lines[other.line].unit == unit
+                      and (other.page, other.column) == (row.page, row.column)
+                      and abs(other.factor - row.factor) < 0.003]
+            right = max(piece.word.right for other in beside for piece in other.pieces)
+            end = MARGIN + (width + GAP) * row.column + width
             self.report.measure("smaller row ends with its column", right - end,
-                                lambda: self.where(rows[0]))
+                                lambda: self.where(row))
 
     def find_columns(self):
         """With "fit" the number is not known: the least that all left ends of rows agree with."""
