@@ -1,5 +1,5 @@
 # The four things people do. Each sets up what it needs by itself; see CONTRIBUTING.md.
-.PHONY: run test bench fuzz faults rtf-corpus soak package test-x86 setup native native-asan win-x64 win-x86 lint clean
+.PHONY: run test bench fuzz faults rtf-corpus soak paper package test-x86 setup native native-asan win-x64 win-x86 lint clean
 
 SHELL := /bin/bash
 # By the environment, so that quotes and blanks in the name stay what they are.
@@ -40,6 +40,10 @@ soak: export MELVORIN_SOAK_SECONDS ?= 3600
 soak: win-x64
 	@cmake --build --preset win-x64 --target ui_tests
 	@tools/endure.sh 'Endurance.Hours*'
+
+# MELVORIN_SONGS invented songs as PDF, read back by other programs and measured against the fonts.
+paper: native
+	@tests/paper/run.py build/native
 
 # The installer and the zip of the 32-bit program, in build/package.
 package: win-x86

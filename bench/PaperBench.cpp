@@ -96,7 +96,7 @@ int main(int count, char** arguments) {
     std::ostringstream bytes;
     bytes << file.rdbuf();
     FontShelf fonts;
-    if (const Result<Done> added = fonts.add(bytes.str()); !added) {
+    if (const Result<FontNumber> added = fonts.add(bytes.str()); !added) {
         std::fprintf(stderr, "paper_bench: %s\n", toUtf8(added.cause).c_str());
         return 1;
     }

@@ -1,5 +1,6 @@
 #include "cli/PdfArguments.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/LetterCase.h"
@@ -104,6 +105,10 @@ Result<PdfRequest> Parser::parse() {
         return Failure{u"pdf needs songs"};
     if (!request_.help && request_.output.empty())
         return Failure{u"pdf needs -o and the file to write"};
+    if (std::find(request_.songs.begin(), request_.songs.end(), request_.output) !=
+        request_.songs.end())
+        return Failure{quoted(request_.output) +
+                       u" is one of the songs, which the PDF would replace"};
     return Result<PdfRequest>::success(std::move(request_));
 }
 

@@ -13,6 +13,8 @@ constexpr double kGap = 18;      // between title and facts
 constexpr double kBelow = 8;     // below the head
 constexpr double kDiagram = 38;  // size of the diagrams' font, in points
 constexpr double kApart = 10;    // between diagrams
+// What is smaller than this part of it shows no fingers.
+constexpr double kLeastScale = 0.3;
 
 double endOf(const std::vector<PaperWord>& words) {
     return words.empty() ? 0 : words.back().end();
@@ -99,8 +101,31 @@ void PageHead::layOutTitle() {
     firstHeight_ = y - setup_.margin + kBelow;
 }
 
+// As large as half of the page has room for all of them.
 void PageHead::addDiagrams(const std::vector<Text>& chords, const FindDiagram& find) {
+    const double most = setup_.paper.height / 2;
+    double below = 0;
+    std::vector<PlacedRun> runs;
+    for (double scale = 1; scale > kLeastScale && (scale == 1 || below > most); scale *= 0.9) {
+        runs.clear();
+        below = diagramRows(chords, find, scale, runs);
+    }
+    if (runs.empty())
+        return;
+    if (below > most) {
+        std::erase_if(runs, [most](const PlacedRun& run) { return run.y > most; });
+        below = most;
+    }
+    first_.insert(first_.end(), runs.begin(), runs.end());
+    firstHeight_ = below - setup_.margin + kBelow;
+}
+
+// Returns where they end.
+double PageHead::diagramRows(const std::vector<Text>& chords, const FindDiagram& find, double scale,
+                             std::vector<PlacedRun>& runs) {
     const double right = setup_.paper.width - setup_.margin;
+    const double nameSize = kFactPoints * scale;
+    const double shapeSize = kDiagram * scale;
     double x = setup_.margin;
     double top = setup_.margin + firstHeight_;
     double below = top;
@@ -109,28 +134,27 @@ void PageHead::addDiagrams(const std::vector<Text>& chords, const FindDiagram& f
         if (!diagram || !fonts_.hasFace(diagram->face))
             continue;
         const std::vector<PaperWord> name =
-            measureText(chord, {face_, true, false}, kFactPoints, fonts_);
+            measureText(chord, {face_, true, false}, nameSize, fonts_);
         const std::vector<PaperWord> shape =
-            measureText(diagram->character, {diagram->face, false, false}, kDiagram, fonts_);
+            measureText(diagram->character, {diagram->face, false, false}, shapeSize, fonts_);
         if (name.empty() || shape.empty())
             continue;
         const double width = std::max(endOf(name), endOf(shape));
         if (x + width > right && x > setup_.margin) {
             x = setup_.margin;
-            top = below + kApart / 2;
+            top = below + kApart * scale / 2;
         }
         const PaperFont& nameFont = fonts_.font(name[0].font);
         const PaperFont& font = fonts_.font(shape[0].font);
-        const double nameBase = top + nameFont.ascent() * kFactPoints;
+        const double nameBase = top + nameFont.ascent() * nameSize;
         const double shapeBase =
-            nameBase + nameFont.descent() * kFactPoints + font.ascent() * kDiagram;
-        place(first_, name, x + (width - endOf(name)) / 2, nameBase);
-        place(first_, shape, x + (width - endOf(shape)) / 2, shapeBase);
-        below = std::max(below, shapeBase + font.descent() * kDiagram);
-        x += width + kApart;
+            nameBase + nameFont.descent() * nameSize + font.ascent() * shapeSize;
+        place(runs, name, x + (width - endOf(name)) / 2, nameBase);
+        place(runs, shape, x + (width - endOf(shape)) / 2, shapeBase);
+        below = std::max(below, shapeBase + font.descent() * shapeSize);
+        x += width + kApart * scale;
     }
-    if (below > top)
-        firstHeight_ = below - setup_.margin + kBelow;
+    return below;
 }
 
 std::vector<PlacedRun> PageHead::runs(std::size_t number, std::size_t count) {

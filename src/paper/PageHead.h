@@ -23,6 +23,8 @@ class PageHead {
 
   private:
     void layOutTitle();
+    double diagramRows(const std::vector<Text>& chords, const FindDiagram& find, double scale,
+                       std::vector<PlacedRun>& runs);
     void place(std::vector<PlacedRun>& runs, const std::vector<PaperWord>& words, double x,
                double baseLine) const;
     void placeRight(std::vector<PlacedRun>& runs, TextView text, double baseLine);

@@ -29,9 +29,9 @@ struct Trial {
     std::vector<PlacedRow> rows;
 
     std::size_t pages() const { return rows.empty() ? 1 : rows.back().page + 1; }
-    // The lower the better: what can be read, on one page, or two, without wrapped lines.
+    // The lower the better: what can be read, on one page, or two, with few wrapped lines.
     auto rank() const {
-        return std::tuple(set.isTiny, std::max<std::size_t>(pages(), 1), set.isWrapped);
+        return std::tuple(set.isTiny, std::max<std::size_t>(pages(), 1), set.wrapped);
     }
 };
 
@@ -165,7 +165,7 @@ LaidSong SongLayout::run() {
     laid.pages.resize(trial.pages());
     laid.points = measured_.points * trial.scale;
     laid.columns = trial.columns;
-    laid.isWrapped = trial.set.isWrapped;
+    laid.isWrapped = trial.set.wrapped > 0;
     laid.unwritable = measured_.unwritable;
     for (std::size_t i = 0; i < laid.pages.size(); ++i)
         laid.pages[i].runs = head_.runs(i, laid.pages.size());

@@ -185,8 +185,6 @@ void LineMeasure::makeBold(MeasuredLine& line) {
         if (words[i].width > room + 0.01)
             return;
     }
-    if (!words.empty())
-        line.width = std::max(line.width, words.back().end());
     line.words = std::move(words);
 }
 

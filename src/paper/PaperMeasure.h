@@ -30,7 +30,7 @@ struct PaperWord {
 
 struct MeasuredLine {
     std::vector<PaperWord> words = {};  // from left to right
-    double width = 0;
+    double width = 0;                   // on the screen; bold chords may reach farther
     double ascent = 0;
     double descent = 0;
     PaperLineKind kind = PaperLineKind::Blank;

@@ -30,7 +30,20 @@ class Wrapping {
     // The words of a line that are not in a row yet.
     using Part = std::span<const PaperWord>;
 
+    struct Height {
+        double ascent = 0;
+        double descent = 0;
+    };
+
+    Height heightOf(const Part& part, const MeasuredLine& line) const;
     bool fits(double limit) const;
+    // A chord in several looks is several words, but one chord.
+    bool isPartOfChord(std::size_t line, const PaperWord& word) const {
+        return word.isJoined && line + 1 < parts_.size();
+    }
+    double chordEnd(std::size_t line, const PaperWord& word) const;
+    void alignToEachOther();
+    void alignWrapped(PaperRow& row) const;
     PaperRow takeRow(double cut);
     PaperRow alignedRow();
     std::optional<double> blankCut(double limit) const;
@@ -54,6 +67,16 @@ bool Wrapping::fits(double limit) const {
     });
 }
 
+// Where a word ends, of a chord the whole chord.
+double Wrapping::chordEnd(std::size_t line, const PaperWord& word) const {
+    const Part& part = parts_[line];
+    double end = word.end();
+    for (auto i = static_cast<std::size_t>(&word - part.data()) + 1;
+         i < part.size() && isPartOfChord(line, part[i]); ++i)
+        end = std::max(end, part[i].end());
+    return end;
+}
+
 double Wrapping::firstX() const {
     double first = 1e300;
     for (const Part& part : parts_) {
@@ -65,11 +88,11 @@ double Wrapping::firstX() const {
 
 // Whether everything that begins before a place ends before the limit.
 bool Wrapping::mayEndAt(double cut, double limit) const {
-    for (const Part& part : parts_) {
-        for (const PaperWord& word : part) {
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        for (const PaperWord& word : parts_[i]) {
             if (word.x >= cut - kNear)
                 break;
-            if (word.end() > limit + kNear)
+            if (!isPartOfChord(i, word) && chordEnd(i, word) > limit + kNear)
                 return false;
         }
     }
@@ -90,7 +113,8 @@ double Wrapping::withItsChords(double cut) const {
         for (const PaperWord& word : parts_[i]) {
             if (word.x >= cut)
                 break;
-            const bool isOver = word.x >= gap - kNear && word.x < cut && word.end() > cut + kNear;
+            const bool isOver = word.x >= gap - kNear && word.x < cut && !word.isJoined &&
+                                chordEnd(i, word) > cut + kNear;
             if (isOver && i + 1 < parts_.size())
                 cut = std::min(cut, word.x);
         }
@@ -125,7 +149,8 @@ double Wrapping::wordCut(double limit) {
     double wanted = limit;
     for (std::size_t i = 0; i + 1 < parts_.size(); ++i) {
         for (const PaperWord& word : parts_[i]) {
-            if (word.x > firstX() + kNear && word.x <= limit && word.end() > limit + kNear)
+            if (!word.isJoined && word.x > firstX() + kNear && word.x <= limit &&
+                chordEnd(i, word) > limit + kNear)
                 wanted = std::min(wanted, word.x);
         }
     }
@@ -133,9 +158,9 @@ double Wrapping::wordCut(double limit) {
     const auto crossing = std::find_if(last.begin(), last.end(), [wanted](const PaperWord& word) {
         return word.end() > wanted + kNear;
     });
-    if (crossing == last.end())
+    if (crossing == last.end() || crossing->x > wanted + kNear)
         return wanted;
-    if (crossing->x > firstX() + kNear && crossing->x <= wanted + kNear && crossing->isDiagram)
+    if (crossing->x > firstX() + kNear && crossing->isDiagram)
         return crossing->x;
     std::vector<PaperWord>& words = set_.cut.emplace_back(last.begin(), last.end());
     const auto at = static_cast<std::size_t>(crossing - last.begin());
@@ -149,23 +174,39 @@ double Wrapping::wordCut(double limit) {
     return at + 1 < words.size() ? words[at + 1].x : words[at].end() + kNear;
 }
 
+// Of a part of a line: one diagram does not set all rows apart.
+Wrapping::Height Wrapping::heightOf(const Part& part, const MeasuredLine& line) const {
+    Height height;
+    for (const PaperWord& word : part) {
+        const PaperFont& font = fonts_.font(word.font);
+        height.ascent = std::max(height.ascent, font.ascent() * word.size);
+        height.descent = std::max(height.descent, font.descent() * word.size);
+    }
+    return {std::min(height.ascent, line.ascent), std::min(height.descent, line.descent)};
+}
+
 PaperRow Wrapping::takeRow(double cut) {
     PaperRow row;
     double extent = 0;
     for (std::size_t i = 0; i < parts_.size(); ++i) {
         Part& part = parts_[i];
-        const auto count = static_cast<std::size_t>(
-            std::find_if(part.begin(), part.end(),
-                         [cut](const PaperWord& word) { return word.x >= cut - kNear; }) -
-            part.begin());
+        const auto count = static_cast<std::size_t>(std::find_if(part.begin(), part.end(),
+                                                                 [&](const PaperWord& word) {
+                                                                     return word.x >= cut - kNear &&
+                                                                            !isPartOfChord(i, word);
+                                                                 }) -
+                                                    part.begin());
         const Part taken = part.first(count);
         part = part.subspan(count);
         if (taken.empty())
             continue;
         extent = std::max(extent, taken.back().end() - start_ + indent_);
+        const bool isWhole = start_ == 0 && part.empty();
+        const Height height =
+            isWhole ? Height{lines_[i].ascent, lines_[i].descent} : heightOf(taken, lines_[i]);
         row.lines.push_back(
-            {taken, indent_ - start_, row.height + lines_[i].ascent, lines_[i].number});
-        row.height += lines_[i].height();
+            {taken, indent_ - start_, row.height + height.ascent, lines_[i].number});
+        row.height += height.ascent + height.descent;
     }
     if (extent > room_.width + kNear)
         row.factor = room_.width / extent;
@@ -176,30 +217,73 @@ PaperRow Wrapping::alignedRow() {
     PaperRow row = takeRow(1e300);
     for (RowLine& line : row.lines) {
         const MeasuredLine& whole = lines_[line.line - lines_[0].number];
-        const double room = room_.width - whole.words.back().end();
+        const double room = room_.width - whole.width;
+        // Bold chords may reach farther than what they are aligned by.
+        const double most = room_.width - whole.words.back().end();
         if (whole.alignment != Alignment::Left)
-            line.shift = whole.alignment == Alignment::Right ? room : room / 2;
+            line.shift = std::min(most, whole.alignment == Alignment::Right ? room : room / 2);
     }
     return row;
+}
+
+// Centred lines keep their places above each other when they are wrapped.
+void Wrapping::alignToEachOther() {
+    double most = 0;
+    for (const MeasuredLine& line : lines_)
+        most = std::max(most, line.width);
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        const double room = most - lines_[i].width;
+        if (lines_[i].alignment == Alignment::Left || room < kNear)
+            continue;
+        std::vector<PaperWord>& words = set_.cut.emplace_back(parts_[i].begin(), parts_[i].end());
+        for (PaperWord& word : words)
+            word.x += lines_[i].alignment == Alignment::Right ? room : room / 2;
+        parts_[i] = words;
+    }
+}
+
+void Wrapping::alignWrapped(PaperRow& row) const {
+    const Alignment alignment = lines_.back().alignment;
+    if (alignment == Alignment::Left || row.factor < 1)
+        return;
+    double begin = 1e300;
+    double end = 0;
+    for (const RowLine& line : row.lines) {
+        begin = std::min(begin, line.words.front().x + line.shift);
+        end = std::max(end, line.words.back().end() + line.shift);
+    }
+    const double room = room_.width - (end - begin);
+    for (RowLine& line : row.lines)
+        line.shift += (alignment == Alignment::Right ? room : room / 2) - begin;
 }
 
 std::vector<PaperRow> Wrapping::rows() {
     if (fits(room_.width))
         return {alignedRow()};
-    set_.isWrapped = true;
+    ++set_.wrapped;
+    alignToEachOther();
     std::vector<PaperRow> rows;
     while (!fits(start_ + room_.width - indent_)) {
         const double limit = start_ + room_.width - indent_;
         const std::optional<double> blank = blankCut(limit);
+        // Room in front of a row is worth less than words below its chords.
+        if (firstX() > start_ + kNear && blank && !parts_.back().empty() &&
+            parts_.back().front().x >= *blank - kNear) {
+            start_ = firstX();
+            continue;
+        }
         const double cut = blank ? *blank : wordCut(limit);
         rows.push_back(takeRow(cut));
         start_ = cut;
-        indent_ = std::min(kIndent * lines_.back().ascent, room_.width * kMostIndent);
+        if (lines_.back().alignment == Alignment::Left)
+            indent_ = std::min(kIndent * lines_.back().ascent, room_.width * kMostIndent);
         if (rows.back().lines.empty())
             rows.pop_back();
     }
     if (firstX() < 1e300)
         rows.push_back(takeRow(1e300));
+    for (PaperRow& row : rows)
+        alignWrapped(row);
     return rows;
 }
 

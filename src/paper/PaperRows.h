@@ -46,9 +46,9 @@ struct PaperSection {
 
 struct SetSong {
     std::vector<PaperSection> sections;
-    // What is not as it was on the screen: lines that were wrapped, or tablature and the like that
-    // is set smaller than can be read well.
-    bool isWrapped = false;
+    // What is not as it was on the screen: how many lines were wrapped, and whether tablature and
+    // the like is set smaller than can be read well.
+    std::size_t wrapped = 0;
     bool isTiny = false;
     std::deque<std::vector<PaperWord>> cut;  // words that rows show parts of
 };

@@ -25,6 +25,8 @@ namespace melvorin {
 namespace {
 
 constexpr std::size_t kMostLooks = 0xFFFF;
+// Of a title. What is longer is a text without line ends, and would fill the page as its head.
+constexpr std::size_t kMostTitle = 200;
 
 PaperLineKind kindOf(const PaperSong& song, const PaperLine& line, LineVerdict verdict) {
     const TextView writing = trimmed(line.text);
@@ -86,7 +88,8 @@ bool isTitle(const PaperSong& song) {
     const PaperLine& first = song.lines[0];
     const bool hasDiagram = std::any_of(first.looks.begin(), first.looks.end(),
                                         [&](auto look) { return song.looks[look].isDiagram; });
-    if (hasDiagram || readStatedKey(first.text) || !capoOf(first.text).empty())
+    if (hasDiagram || first.text.size() > kMostTitle || readStatedKey(first.text) ||
+        !capoOf(first.text).empty())
         return false;
     constexpr std::ptrdiff_t mostHeadings = 4;
     const auto end = std::find_if(song.lines.begin(), song.lines.end(), [](const PaperLine& line) {
@@ -117,6 +120,17 @@ void leaveDirectivesOut(PaperSong& song, const SongImport& read) {
     song.lines = std::move(lines);
 }
 
+// A title in its full length, or as much as a head has room for.
+Text headTitle(TextView title) {
+    if (title.size() <= kMostTitle)
+        return Text(title);
+    Text head(title.substr(0, kMostTitle));
+    const bool endsInHalf = (head.back() & 0xFC00U) == 0xD800U;
+    if (endsInHalf)
+        head.pop_back();
+    return head + u"\u2026";
+}
+
 // Everything that follows from the lines: their kinds, title, key and chords.
 void readSong(PaperSong& song, TextView name) {
     const Text text = readable(song);
@@ -136,7 +150,7 @@ void readSong(PaperSong& song, TextView name) {
     }
     leaveDirectivesOut(song, read);
     song.titleIsFirstLine = isTitle(song);
-    song.title = song.titleIsFirstLine ? Text(trimmed(song.lines[0].text)) : Text(name);
+    song.title = song.titleIsFirstLine ? Text(trimmed(song.lines[0].text)) : headTitle(name);
     const FoundKey key = findKey(text);
     if (key.key)
         song.key = keyName(*key.key, sideOf(text));
@@ -240,8 +254,8 @@ PaperSong paperSong(TextView text, const PaperLook& look, TextView name) {
     song.chordColour = kChordColour;
     readSong(song, name);
     if (title && !title->empty()) {
-        song.title = *title;
-        song.titleIsFirstLine = !song.lines.empty() && song.lines[0].text == *title;
+        song.title = headTitle(*title);
+        song.titleIsFirstLine = !song.lines.empty() && song.lines[0].text == song.title;
     }
     return song;
 }

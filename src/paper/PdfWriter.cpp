@@ -5,6 +5,7 @@
 #include <hpdf_fontdef.h>
 #include <hpdf_streams.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 
@@ -12,6 +13,8 @@ namespace melvorin {
 namespace {
 
 constexpr const char* kEncoding = "UTF-8";
+// The library takes no larger font.
+constexpr double kMostSize = HPDF_MAX_FONTSIZE;
 // Of an underline, in em.
 constexpr double kLineBelow = 0.12;
 constexpr double kLineWidth = 0.06;
@@ -96,7 +99,7 @@ void Writer::addTexts(HPDF_Page page, const PaperPage& content) {
         if (used == nullptr)
             return;
         if (run.font != number || run.size != size)
-            HPDF_Page_SetFontAndSize(page, used, real(run.size));
+            HPDF_Page_SetFontAndSize(page, used, real(std::min(run.size, kMostSize)));
         if (run.colour != colour) {
             constexpr double most = 255;
             HPDF_Page_SetRGBFill(page, real(run.colour.red / most), real(run.colour.green / most),
@@ -127,6 +130,8 @@ void Writer::addUnderlines(HPDF_Page page, const PaperPage& content) {
 
 void Writer::addPage(const PaperPage& content) {
     HPDF_Page page = HPDF_AddPage(pdf_.get());
+    if (page == nullptr)  // behind an error
+        return;
     pages_.push_back(page);
     HPDF_Page_SetWidth(page, real(document_.paper.width));
     HPDF_Page_SetHeight(page, real(document_.paper.height));

@@ -309,6 +309,8 @@ TEST(Paper, FitsASongOnAPage) {
         {repeated(verse, 60), 10.25, 10.25, 2, 1},
         {repeated(Text(80, u'w') + u"\n", 40), 10.25, 10.5, 1, 1},
         {repeated(Text(80, u'w') + u"\n", 80), 10.25, 10.5, 1, 2},
+        // What wraps in every size has no say about the lines that need not.
+        {repeated(Text(80, u'w') + u"\n", 20) + repeated(u"words ", 50), 10.25, 10.5, 1, 1},
         {repeated(verse, 1000), 9, 9, 2, 15},
     };
     for (const auto& test : cases) {
@@ -344,8 +346,10 @@ TEST(Paper, WritesWhateverComes) {
     const struct {
         Text song;
         std::set<std::pair<char32_t, std::size_t>> unwritable;
+        double points = 40;
     } cases[] = {
         {u"", {}},
+        {u"D\nBig i", {}, 2000},
         {u"\n\n \n", {}},
         {Text(10000, u'w'), {}},
         {Text(10000, u'C') + u"\n" + Text(10000, u'w'), {}},
@@ -358,9 +362,9 @@ TEST(Paper, WritesWhateverComes) {
     for (const auto& test : cases) {
         SCOPED_TRACE(toUtf8(test.song.substr(0, 20)));
         const PaperSong song =
-            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = 40}, u"name");
+            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = test.points}, u"name");
         PageSetup setup;
-        setup.columns = 4;
+        setup.columns = test.points > 40 ? 1 : 4;
         LaidSong laid = layOutSong(song, setup, fonts);
         EXPECT_EQ(laid.unwritable, test.unwritable);
         for (const PaperPage& page : laid.pages) {
@@ -371,6 +375,44 @@ TEST(Paper, WritesWhateverComes) {
         const Result<std::string> bytes = writePdf(document, fonts);
         ASSERT_TRUE(bytes) << toUtf8(bytes.cause);
         EXPECT_EQ(*bytes.value, *writePdf(document, fonts).value);
+    }
+}
+
+TEST(Paper, LeavesNothingBelowThePage) {
+    FontShelf fonts = shelf();
+    Text chords;
+    for (const TextView root : {u"C", u"C#", u"D", u"Eb", u"E", u"F", u"F#", u"G", u"Ab", u"A"}) {
+        for (const TextView kind : {u"", u"m", u"7", u"m7", u"6", u"9", u"m6", u"7/9", u"4", u"m9"})
+            chords.append(root).append(kind).append(u"\nwizkwa\n");
+    }
+    const Text letters(4000, u'w');
+    const struct {
+        Text song;
+        char16_t counted;
+        std::size_t count;  // at least
+    } cases[] = {
+        {letters, u'w', 4000},  // no title, but a text
+        {u"{title: " + letters + u"}\nwords\n", u'w', 4000},
+        {u"head\n\n" + chords, u'@', 90},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(toUtf8(test.song.substr(0, 20)));
+        const PaperSong song =
+            paperSong(test.song, {.face = u"DejaVu Sans Mono", .points = 10}, u"name");
+        PageSetup setup;
+        setup.diagrams = true;
+        const LaidSong laid = layOutSong(song, setup, fonts, [](TextView) {
+            return DiagramOfChord{u"DejaVu Sans", u"@"};
+        });
+        std::size_t count = 0;
+        for (const PaperPage& page : laid.pages) {
+            for (const PlacedRun& run : page.runs) {
+                ASSERT_LE(run.y, setup.paper.height - setup.margin) << toUtf8(run.text);
+                count += static_cast<std::size_t>(
+                    std::count(run.text.begin(), run.text.end(), test.counted));
+            }
+        }
+        EXPECT_GE(count, test.count);
     }
 }
 
@@ -404,6 +446,81 @@ TEST(Paper, ReadsTheFormatsOfADocument) {
     EXPECT_EQ(runs["light"].colour, Rgb());
     // The diagram's font is not there, and another font's letter is no diagram.
     EXPECT_EQ(laid.unwritable, (std::set<std::pair<char32_t, std::size_t>>{{U'a', 2}}));
+}
+
+// Its runs by their texts, on a page between whose margins so many points are.
+std::map<std::string, PlacedRun> runsOfRtf(const std::string& body, double width,
+                                           bool colours = true) {
+    FontShelf fonts = shelf();
+    PageSetup setup;
+    setup.colours = colours;
+    setup.header = false;
+    setup.paper.width = width + 2 * setup.margin;
+    const PaperSong song = paperSongOfRtf(
+        "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 DejaVu Sans Mono;}{\\f1\\fcharset0 DejaVu Sans;}}"
+        "\\f0\\fs20 " +
+            body + "}",
+        {}, u"name");
+    std::map<std::string, PlacedRun> runs;
+    for (const PaperPage& page : layOutSong(song, setup, fonts).pages) {
+        for (const PlacedRun& run : page.runs)
+            runs.emplace(toUtf8(run.text), run);
+    }
+    return runs;
+}
+
+// An em of DejaVu Sans Mono is 1233 / 2048 wide.
+constexpr double kCell = 10 * 1233 / 2048.0;
+
+TEST(Paper, WrapsAChordOfSeveralLooksAsOne) {
+    // The row ends in front of "three", and the chord over "two" reaches over that place.
+    auto runs = runsOfRtf("C        F#m{\\b 7M}\\par one  two wo three four\\par", 16.5 * kCell);
+    EXPECT_LT(runs["F#m"].y, runs["one"].y);
+    EXPECT_EQ(runs["7M"].y, runs["F#m"].y);
+    EXPECT_NEAR(runs["7M"].x, runs["F#m"].x + runs["F#m"].width, 0.01);
+    EXPECT_GT(runs["three"].y, runs["one"].y);
+}
+
+TEST(Paper, KeepsChordsOverCentredWordsThatItWraps) {
+    // Both lines stand around one middle: 28 and 8 columns, so the first chord is over column 10.
+    auto runs = runsOfRtf("\\qc G     Am\\par wizk wo wizwizk kwaa wok woz\\par", 20 * kCell);
+    EXPECT_NEAR(runs["G"].x - runs["wizwizk"].x, 2 * kCell, 0.01);
+    EXPECT_NEAR(runs["Am"].x - runs["kwaa"].x, 0, 0.01);
+    EXPECT_GT(runs["wok"].y, runs["wizk"].y);
+    // Each row is in the middle again.
+    const double middle = 15 * kPointsPerMm + 10 * kCell;
+    EXPECT_NEAR((runs["wizk"].x + runs["kwaa"].x + runs["kwaa"].width) / 2, middle, 0.01);
+    EXPECT_NEAR((runs["wok"].x + runs["woz"].x + runs["woz"].width) / 2, middle, 0.01);
+}
+
+TEST(Paper, PutsAChordBesideTheWordBehindItRatherThanAlone) {
+    auto runs = runsOfRtf("        E\\par           kwaaw wiz wo\\par", 10 * kCell);
+    EXPECT_NEAR(runs["E"].x, runs["kwaaw"].x - 2 * kCell, 0.01);
+    EXPECT_LT(runs["E"].y, runs["kwaaw"].y);
+}
+
+TEST(Paper, MakesARowAsHighAsWhatItHas) {
+    auto runs = runsOfRtf("C\\par one two {\\fs50 Big}\\par", 10 * kCell);
+    EXPECT_NEAR(runs["one"].y - runs["C"].y, 10 * (1901 + 483) / 2048.0, 0.01);
+    EXPECT_NEAR(runs["Big"].y - runs["one"].y, (10 * 483 + 25 * 1901) / 2048.0, 0.01);
+}
+
+TEST(Paper, KeepsCentredChordsInTheirPlacesWhereTheyAreBold) {
+    const std::string song = "\\f1\\qc Am7    Gm\\par wizk wo wizwizk kwaa\\par";
+    auto plain = runsOfRtf(song, 300);
+    auto bold = runsOfRtf(song, 300, false);
+    EXPECT_NE(plain["Gm"].font, bold["Gm"].font);
+    EXPECT_NEAR(plain["Am7"].x, bold["Am7"].x, 0.01);
+    EXPECT_NEAR(plain["Gm"].x, bold["Gm"].x, 0.01);
+}
+
+TEST(Paper, TakesNoLetterOfTheNextWordAlong) {
+    // The chord over the gap does not end before the column does, and the first word is too long to
+    // go elsewhere.
+    auto runs = runsOfRtf("C         E\\par wizkwizkwi kwaa\\par", 10.5 * kCell);
+    EXPECT_NEAR(runs["wizkwizkwi"].size, 10, 0.01);
+    EXPECT_GT(runs["E"].y, runs["wizkwizkwi"].y);
+    EXPECT_NEAR(runs["kwaa"].x, runs["E"].x + kCell, 0.01);
 }
 
 TEST(Paper, SaysTitleKeyCapoAndPage) {

@@ -134,6 +134,7 @@ class Cli(unittest.TestCase):
             (("-o", "x.pdf"), 2, "needs songs"),
             (("b.txt",), 2, "needs -o"),
             (("--columns", "5", "-o", "x.pdf", "b.txt"), 2, '"5"'),
+            (("-o", "b.txt", "r.rtf", "b.txt"), 2, "one of the songs"),
             (("-o", "x.pdf", "none.txt"), 1, "none.txt"),
             (("--font", "b.txt", "-o", "x.pdf", "b.txt"), 1, "not a TrueType font"),
             (("-o", "none/x.pdf", "b.txt"), 1, "none/x.pdf"),
