@@ -212,6 +212,7 @@ def windows_of_song(album, song):
         ("font", "Font and Colors", "Fonte"),
         ("tablature", "Insert Tablature", "Insert Tablature", "click", "103"),
         ("to-key", "To Another Key...", "To Another Key"),
+        ("preview", "Print Preview", "Print Preview"),
         ("tuner", "Melvorin Guitar Tuner", "Melvorin Guitar Tuner"),
         ("about", "About Melvorin", "About Melvorin"),
     ):

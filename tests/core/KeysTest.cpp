@@ -170,7 +170,9 @@ TEST(Keys, TheHelpTellsThemAll) {
     for (const auto& [name, row] : byName)
         ADD_FAILURE() << "the help does not tell of \"" << name << '"';
 
-    EXPECT_EQ(byPlace["full screen"], keysOf(kViewKeys));
+    Names inView = keysOf(kViewKeys);
+    inView.merge(keysOf(kShiftedViewKeys));
+    EXPECT_EQ(byPlace["full screen"], inView);
     Names onTheBar = keysOf(kRunKeys);
     onTheBar.merge(keysOf(kPedalKeys));
     EXPECT_EQ(byPlace["bar of a run"], onTheBar);

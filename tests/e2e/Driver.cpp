@@ -167,8 +167,13 @@ bool choose(TextView idAndEntry) {
     const auto isThere = [&] {
         return ::SendMessageW(list, CB_GETCOUNT, 0, 0) >= static_cast<LRESULT>(entry);
     };
-    return waitFor(isThere) &&
-           ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) == static_cast<LRESULT>(entry - 1);
+    if (!waitFor(isThere) ||
+        ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) != static_cast<LRESULT>(entry - 1))
+        return false;
+    // What the list says of itself when somebody has chosen.
+    ::SendMessageW(::GetParent(list), WM_COMMAND,
+                   MAKEWPARAM(::GetDlgCtrlID(list), CBN_SELCHANGE), lparamOf(list));
+    return true;
 }
 
 bool film() {
