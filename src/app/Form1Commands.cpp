@@ -1,6 +1,8 @@
 // The main window's commands on text, and the keys of its editor.
 #include <windowsx.h>
 
+#include <utility>
+
 #include "app/Form1.h"
 #include "app/ShippedPages.h"
 #include "app/frmAbout.h"
@@ -334,6 +336,35 @@ void Form1::edit(const std::function<bool()>& change) {
     } catch (const std::exception& error) {
         onException(error);
     }
+}
+
+// A path that the list cannot hold is told once: the next song from that folder would bring the
+// same message.
+void Form1::remember(TextView path) {
+    if (recent_.add(path) || std::exchange(longPathTold_, true))
+        return;
+    services_.messages.show(
+        u"This path is too long for the list of recent files, so it is not listed "
+        u"there:\r\n\r\n" +
+            Text(path),
+        kMessageTitle, MessageIcon::Information, MessageButtons::Ok);
+}
+
+void Form1::showRecent(const RecentMenu& menu) {
+    menuBar_.show(Command::mnuRecentFile0, menu.empty);
+    auto item = static_cast<std::uint16_t>(Command::mnuRecentFile1);
+    for (const RecentMenu::Entry& entry : menu.entries) {
+        const auto command = static_cast<Command>(item++);
+        menuBar_.show(command, entry.visible);
+        // An ampersand in a path is no access key.
+        Text caption;
+        for (const char16_t c : entry.caption)
+            caption.append(c == u'&' ? 2 : 1, c);
+        if (entry.visible)
+            menuBar_.setCaption(command, caption);
+    }
+    menuBar_.show(Command::mnuLn, menu.clean);
+    menuBar_.show(Command::mnuReset, menu.clean);
 }
 
 void Form1::cleanRecent() {

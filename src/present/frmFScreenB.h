@@ -120,6 +120,9 @@ class frmFScreenB : public Form, private StageSurface {
     void onClose() override;
     void onTimer(UINT_PTR timer);
 
+    // The control of a row or of a number in an array of controls, from 1.
+    static int idAt(int base, std::size_t number);
+    static void addNumbers(HWND list, int first, int last);
     bool createWindow();
     void createControls();
     void begin();

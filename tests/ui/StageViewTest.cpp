@@ -1,0 +1,247 @@
+// How the full-screen view shows a song, and runs that are told, timed, turned and written out.
+#include "OnStage.h"
+#include "base/Contrast.h"
+#include "rtf/RtfMap.h"
+
+namespace melvorin::testing {
+namespace {
+
+// ---- In the dark, in width, by duration -------------------------------------------------------
+
+// The colours of the characters of a document, nothing for the automatic one.
+std::vector<std::optional<Rgb>> coloursOf(const RichEdit& text) {
+    const auto map = RtfMap::parse(text.rtf());
+    std::vector<std::optional<Rgb>> colours;
+    for (std::size_t i = 0; map && i < map->text().size(); ++i)
+        colours.push_back(map->colourAt(i));
+    return colours;
+}
+
+TEST_F(OnStage, DarkIsAViewOnly) {
+    constexpr char song[] =
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}"
+        "{\\colortbl ;\\red200\\green0\\blue0;\\red0\\green0\\blue160;}\\pard\\f0\\fs20 "
+        "\\cf1 C   G\\cf0\\par la \\cf2 blue\\cf0  lo\\par end\\par}";
+    ASSERT_TRUE(program.editor().loadRtf(song));
+    const auto before = coloursOf(program.editor());
+    ASSERT_EQ(before.size(), program.editor().text().chars.size());
+    open();
+    click(item(frmFScreenB::Command8));  // reduced, so that the text has the focus
+    ::SetFocus(view().FSRTB2().handle());
+    pressWithCtrl(u'D');
+    EXPECT_NE(view().FSRTB2().background(), DarkColours::kBackground) << "not without Shift";
+    testing::press(program, ::GetFocus(), u'D', {VK_CONTROL, VK_SHIFT});
+    RichEdit& shownText = view().FSRTB2();
+    EXPECT_EQ(shownText.background(), DarkColours::kBackground);
+    for (const auto& colour : coloursOf(shownText))
+        EXPECT_TRUE(colour && contrast(*colour, DarkColours::kBackground) >= 4.5);
+    EXPECT_EQ(coloursOf(program.editor()), before) << "nothing was written";
+
+    // Typed among the red ones, and among those without a colour; deleted; pasted.
+    shownText.select({1, 1});
+    ::SendMessageW(shownText.handle(), WM_CHAR, u'7', 1);
+    shownText.select({7, 8});
+    ::SendMessageW(shownText.handle(), WM_CHAR, u'i', 1);
+    program.pump();
+    EXPECT_EQ(shown(program.editor().text().chars), "C7  G\rli blue lo\rend");
+    const auto after = coloursOf(program.editor());
+    ASSERT_GE(after.size(), 19U);
+    constexpr Rgb red{200, 0, 0};
+    EXPECT_EQ(after[0], red);
+    EXPECT_EQ(after[1], red);
+    for (const std::size_t at : {6U, 7U, 14U, 18U})
+        EXPECT_FALSE(after[at].has_value()) << at;
+    EXPECT_EQ(after[10], (Rgb{0, 0, 160}));
+    // Undo shows the dark view too, and the light one comes back.
+    pressWithCtrl(u'Z');
+    EXPECT_EQ(shownText.background(), DarkColours::kBackground);
+    for (const auto& colour : coloursOf(shownText))
+        EXPECT_TRUE(colour && contrast(*colour, DarkColours::kBackground) >= 4.5);
+    testing::press(program, ::GetFocus(), u'D', {VK_CONTROL, VK_SHIFT});
+    EXPECT_EQ(coloursOf(shownText), coloursOf(program.editor()));
+}
+
+TEST_F(OnStage, TheLongestLineIsAsWideAsTheScreen) {
+    program.screen.screen = {900, 500};
+    const auto widest = [this] {
+        int width = 0;
+        for (std::int32_t line = 0; line < text().lineCount(); ++line) {
+            const std::int32_t first = text().firstOfLine(line);
+            width = std::max(width,
+                             static_cast<int>(text().pointOf(first + text().lengthOfLine(line)).x -
+                                              text().pointOf(first).x));
+        }
+        return width;
+    };
+    open(songOf(30, 30) + u"\r" + Text(60, u'w'));
+    pressWithCtrl(u'9');
+    EXPECT_LE(widest(), 900);
+    EXPECT_GE(widest(), 820) << "sizes go in whole pixels";
+    const int zoom = text().zoom();
+    EXPECT_GT(zoom, 100);
+    // For the next song too, until another size is chosen.
+    view().close();
+    open(songOf(30, 30) + u"\r" + Text(90, u'w'));
+    EXPECT_LE(widest(), 900);
+    EXPECT_GE(widest(), 820) << "sizes go in whole pixels";
+    EXPECT_LT(text().zoom(), zoom);
+    pressWithCtrl(u'0');
+    EXPECT_EQ(text().zoom(), 100);
+    view().close();
+    open(songOf(30, 30));
+    EXPECT_EQ(text().zoom(), 100);
+    // A line of a few letters makes no poster, and an empty song nothing.
+    view().close();
+    open(u"a\rb");
+    pressWithCtrl(u'9');
+    EXPECT_EQ(text().zoom(), 400);
+    view().close();
+    open(u"");
+    pressWithCtrl(u'9');
+    EXPECT_TRUE(view().isOpen());
+}
+
+TEST_F(OnStage, ARunGoesAlongWithThePages) {
+    program.screen.screen = {600, 300};
+    Text song;
+    for (int i = 0; i < 30; ++i)
+        song += u"C  G\rwords of it\r\r";
+    open(song);
+    choose(frmFScreenB::Seconds, 30);
+    click(item(frmFScreenB::Command4));
+    const HWND bar = panel().bar().handle();
+    ASSERT_TRUE(isShown(bar));
+    ::SetFocus(onBar(Form3::Cmd));
+    const int page = topLine();
+    press(VK_NEXT);
+    const int next = topLine();
+    EXPECT_GT(next, page + 3);
+    EXPECT_EQ(panel().run().currentLine(), next);
+    EXPECT_NE(next % 3, 2) << "words are not parted from their chords";
+    press(VK_DOWN);
+    EXPECT_EQ(panel().run().currentLine(), next + 1);
+    press(VK_PRIOR);
+    EXPECT_EQ(panel().run().currentLine(), topLine());
+    EXPECT_LT(topLine(), next);
+    // It goes on from there after a whole interval, and does not snap back.
+    const int here = topLine();
+    for (int second = 0; second < 29; ++second)
+        nextSecond();
+    EXPECT_EQ(topLine(), here);
+    // The bar is left; "From Here" goes on at the line on top.
+    click(onBar(Form3::Cmd2));
+    EXPECT_TRUE(isShown(panel().handle()));
+    text().bringToTop(12);
+    click(item(frmFScreenB::kStartHere));
+    EXPECT_EQ(panel().run().currentLine(), 13);
+    EXPECT_TRUE(isShown(bar));
+    // A monitor that goes, and a machine that falls asleep, pause it.
+    ::SendMessageW(view().handle(), WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
+    EXPECT_TRUE(panel().run().isPaused());
+    click(onBar(Form3::Cmd));
+    EXPECT_TRUE(panel().run().isRunning());
+    program.screen.screen = {500, 400};
+    ::SendMessageW(view().handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(500, 400));
+    EXPECT_TRUE(panel().run().isPaused());
+    EXPECT_EQ(placeOf(view().handle()), (Area{0, 0, 500, 400}));
+}
+
+TEST_F(OnStage, ThePanelTellsTheRunBeforeItIsPlayed) {
+    open(u"[Verse]\rC\rla\rla\rla\r[Chorus]\rF\rlo\rlo\rend");
+    const auto plan = [this] { return captionOf(item(frmFScreenB::kPlan)); };
+    EXPECT_EQ(plan(), "1-10; 0:11");
+    // The row at hand takes the cursor's line.
+    text().select({text().firstOfLine(8), text().firstOfLine(8)});
+    click(item(frmFScreenB::kRowFromHere));
+    text().select({0, 0});
+    click(item(frmFScreenB::kRowToHere));
+    EXPECT_EQ(plan(), "1-9, 2-10; 0:19");
+    choose(frmFScreenB::CB + 3, 9);
+    ::CheckDlgButton(panel().handle(), frmFScreenB::CK + 2, BST_CHECKED);
+    notify(item(frmFScreenB::CB + 3), CBN_SELCHANGE);
+    click(item(frmFScreenB::CK + 1));
+    EXPECT_EQ(plan(), "1-9, 2-10; 0:19");
+    ::SetWindowTextW(item(frmFScreenB::kDuration), L"2:x");
+    click(item(frmFScreenB::kByDuration));
+    EXPECT_NE(plan().find("4:30"), std::string::npos) << "tells how a time is written";
+    click(item(frmFScreenB::Command4));
+    EXPECT_TRUE(isShown(panel().handle())) << "no run without a time";
+    ::SetWindowTextW(item(frmFScreenB::kDuration), L"0:19");
+    EXPECT_EQ(plan(), "1-9, 2-10; 0:19");
+    ::SendMessageW(item(frmFScreenB::kCountIn), CB_SETCURSEL, 2, 0);
+    click(item(frmFScreenB::Command4));
+    const auto note = [this] { return captionOf(onBar(Form3::kNote)); };
+    EXPECT_EQ(note(), "Count-in 2");
+    program.clock.ms += 2000;
+    program.waitUntil([&] { return note().empty(); });
+    program.clock.ms += 4000;
+    program.waitUntil([&] { return note() == "then line 2, Verse"; });
+    program.clock.ms += 30'000;
+    program.waitUntil([&] { return isShown(panel().handle()); });
+    EXPECT_FALSE(panel().run().isRunning());
+}
+
+TEST_F(OnStage, MovesToTheNextMonitor) {
+    program.screen.monitors = {{{0, 0, 800, 600}, {0, 0, 800, 570}},
+                               {{800, 0, 640, 480}, {800, 0, 640, 480}}};
+    open(songOf(20));
+    const auto toNext = [this] {
+        testing::press(program, panel().handle(), u'M', {VK_CONTROL, VK_SHIFT});
+    };
+    EXPECT_EQ(placeOf(view().handle()), (Area{0, 0, 800, 600}));
+    toNext();
+    EXPECT_EQ(placeOf(view().handle()), (Area{800, 0, 640, 480}));
+    EXPECT_GE(placeOf(panel().handle()).left, 700);
+    toNext();
+    EXPECT_EQ(placeOf(view().handle()), (Area{0, 0, 800, 600}));
+}
+
+TEST_F(OnStage, WritesTheSongOutInTheOrderOfTheRun) {
+    constexpr char song[] =
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}"
+        "{\\colortbl ;\\red200\\green0\\blue0;}\\pard\\f0\\fs20 "
+        "\\cf1 C   G\\cf0\\par la lo\\par \\par \\b [Chorus]\\b0\\par \\cf1 F\\cf0\\par hey\\par "
+        "end}";
+    ASSERT_TRUE(program.editor().loadRtf(song));
+    const Text before = program.editor().text().chars;
+    open();
+    // After line 6 once more from line 1 on.
+    setJump(1, 6, 1, 1);
+    choose(frmFScreenB::CB + 2, 1);
+    click(item(frmFScreenB::kUnrolled));
+    EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-6, 2-7; 0:13");
+    EXPECT_EQ(shown(text().text().chars),
+              "C   G\rla lo\r\r[Chorus]\rF\rhey\rla lo\r\r[Chorus]\rF\rhey\rend");
+    const auto colours = coloursOf(text());
+    ASSERT_EQ(colours.size(), text().text().chars.size());
+    EXPECT_EQ(colours[0], (Rgb{200, 0, 0}));
+    EXPECT_FALSE(colours[7].has_value());
+    // It is to be read only, and the song is as it was.
+    ::SetFocus(text().handle());
+    ::SendMessageW(text().handle(), WM_CHAR, u'x', 1);
+    program.pump();
+    EXPECT_EQ(text().text().chars.find(u'x'), Text::npos);
+    EXPECT_EQ(program.editor().text().chars, before);
+    // The lists keep the numbers of the song; other rows, another order.
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 1), CB_GETCOUNT, 0, 0), 6);
+    ::SendMessageW(item(frmFScreenB::CB + 11), CB_SETCURSEL, 1, 0);
+    notify(item(frmFScreenB::CB + 11), CBN_SELCHANGE);
+    EXPECT_EQ(text().lineCount(), 17);
+    // The run plays it from top to bottom.
+    click(item(frmFScreenB::Command4));
+    for (int second = 0; second < 10; ++second)
+        nextSecond();
+    EXPECT_EQ(panel().run().currentLine(), 11);
+    EXPECT_EQ(captionOf(onBar(Form3::kNote)), "");
+    click(onBar(Form3::Cmd2));
+    click(item(frmFScreenB::kUnrolled));
+    EXPECT_EQ(text().text().chars, before);
+    ::SetFocus(text().handle());
+    text().select({5, 5});
+    ::SendMessageW(text().handle(), WM_CHAR, u'7', 1);
+    program.pump();
+    EXPECT_EQ(shown(program.editor().text().chars).substr(0, 6), "C   G7");
+}
+
+}  // namespace
+}  // namespace melvorin::testing
