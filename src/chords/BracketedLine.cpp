@@ -129,6 +129,9 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     if (shown_ != nullptr) {
         RowItem item;
         item.kind = RowItemKind::Chord;
+        // Neighbours that touch would be one chord.
+        item.index = index_ + at + 1;
+        item.length = inside.size();
         item.shown = (*shown_)(inside);
         place({std::move(item)}, at + inside.size() + 2);
         return true;
