@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "chords/CellWidth.h"
+#include "chords/RowMarks.h"
 
 namespace melvorin {
 namespace {
@@ -156,17 +157,20 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     return true;
 }
 
-// "[*slowly]" is "*slowly" to its readers; other brackets tell that they could not be read.
+// "[*slowly]" is "*slowly" to its readers, "[Fine]" is "Fine"; other brackets tell that they could
+// not be read.
 void BracketReader::addRemark(TextView bracket, std::size_t at) {
     RowItem item;
     const bool isRemark = bracket[1] == u'*';
-    item.kind = isRemark ? RowItemKind::Remark : RowItemKind::Unread;
+    const bool isMark = isGoal(trimmed(bracket.substr(1, bracket.size() - 2)));
+    item.kind = isRemark || isMark ? RowItemKind::Remark : RowItemKind::Unread;
     item.index = index_ + at + 1;
     item.length = bracket.size() - 2;
     item.column = column_;
     const TextView remark = trimmed(bracket.substr(isRemark ? 2 : 1, item.length - 1));
-    item.shown =
-        isRemark ? withOrdinaryBlanks(Text(u"*").append(remark)) : withOrdinaryBlanks(bracket);
+    item.shown = isRemark ? withOrdinaryBlanks(Text(u"*").append(remark))
+                 : isMark ? Text(trimmed(bracket.substr(1, item.length)))
+                          : withOrdinaryBlanks(bracket);
     if (isRemark && remark.empty())
         return;
     result_.chords.push_back(std::move(item));

@@ -84,6 +84,8 @@ Text withBrackets(TextView chords, TextView words, const SongChordNames& names) 
 
 // What a line of marks has in it: "*let ring" is one.
 std::vector<Cluster> marksOf(TextView line) {
+    if (line.find(u'*') == TextView::npos)
+        return clustersOfRow(line, {});
     std::vector<Cluster> marks;
     for (const Cluster& cluster : clustersOf(line)) {
         const bool goesOn = !marks.empty() && marks.back().text.starts_with(u'*') &&

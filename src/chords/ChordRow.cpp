@@ -221,6 +221,8 @@ bool isCut(char16_t c) {
 std::size_t RowReader::chainPartEnd(TextView text, std::size_t begin) const {
     const bool cut = isCut(text[begin]);
     const bool link = isLink(text[begin]);
+    if (isDirection(text.substr(begin, 4)))
+        return begin + 4;
     std::size_t end = begin + 1;
     while (end < text.size() && isCut(text[end]) == cut && (!cut || isLink(text[end]) == link))
         ++end;
@@ -384,7 +386,10 @@ RowCount countOf(const std::vector<RowItem>& row) {
     RowCount count;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const RowItemKind kind = row[i].kind;
-        count.chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
+        // "Washington / D.C."
+        const bool isRest = kind == RowItemKind::NoChord && isNoChord(row[i].shown) &&
+                            !isDirection(withoutParentheses(row[i].shown));
+        count.chords += kind == RowItemKind::Chord || isRest ? 1U : 0U;
         count.unknown += kind == RowItemKind::Unknown ? 1U : 0U;
         count.words += kind == RowItemKind::Word ? 1U : 0U;
         count.remarks += kind == RowItemKind::Remark ? 1U : 0U;

@@ -78,9 +78,10 @@ constexpr TextView kSectionWords[] = {u"intro",        u"introduction",  u"verse
                                       u"couplet",      u"pont",          u"vers",
                                       u"strofa",       u"ritornello",    u"fine"};
 // Labels whose note or number tells of the song and is no chord of it.
-constexpr TextView kFactWords[] = {u"key",   u"capo", u"tuning", u"tempo",   u"time", u"tom",
-                                   u"tone",  u"by",   u"words",  u"music",   u"bpm",  u"artist",
-                                   u"title", u"tune", u"album",  u"composer"};
+constexpr TextView kFactWords[] = {
+    u"key",   u"capo",  u"tuning", u"tempo", u"time", u"tom",   u"tone",     u"by",    u"words",
+    u"music", u"bpm",   u"artist", u"title", u"tune", u"album", u"composer", u"musik", u"text",
+    u"texte", u"worte", u"satz",   u"arr",   u"arr.", u"foto",  u"photo"};
 
 // "2", "II", "A", "(x2)", "2x": what may follow the word of a section.
 bool isLabelSuffix(TextView text) {
@@ -179,6 +180,17 @@ std::size_t labelOfRow(TextView line, std::size_t begin, const ChordReading& rea
     return isLabel ? dash + 1 : 0;
 }
 
+// The letter of a part: "A:", and "A)" alone on a line.
+bool isPartLetter(TextView text) {
+    return text.size() == 1 && text[0] >= u'A' && text[0] <= u'H';
+}
+
+bool isLonePartLetter(TextView text) {
+    text = trimmedRight(text);
+    return text.size() == 2 && (text[1] == u':' || text[1] == u')') &&
+           isPartLetter(text.substr(0, 1));
+}
+
 }  // namespace
 
 TextView nameOf(LineVerdict verdict) {
@@ -236,7 +248,7 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
         return 0;
     if (line[begin] == u'[' || line[begin] == u'(' || line[begin] == u'\u3010')
         return enclosedLabel(line, begin, reading, memory);
-    if (isSectionName(line.substr(begin)))
+    if (isSectionName(line.substr(begin)) || isLonePartLetter(line.substr(begin)))
         return trimmedRight(line).size();
     const std::size_t colon =
         line.substr(0, begin + kLongestLabel).find_first_of(u":\uFF1A", begin);
@@ -249,9 +261,32 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
         return colon + 1;
     // Any word may be a label where nothing but chords follows.
     const TextView behind = line.substr(colon + 1);
-    const bool label = !isClearlyWords(behind, reading) && hasWords(name, reading, memory) &&
+    const bool isPart = isPartLetter(name) && !behind.empty() && isAnyBlank(behind[0]);
+    const bool label = !isClearlyWords(behind, reading) &&
+                       (isPart || hasWords(name, reading, memory)) &&
                        isRowOfChords(readRow(behind, 0, 0, reading, memory));
     return label ? colon + 1 : 0;
+}
+
+bool isDoubtfulLabel(TextView line, std::size_t label, const ChordReading& reading,
+                     RowMemory* memory) {
+    TextView name = trimmed(line.substr(0, label));
+    if (name.empty() || name.front() == u'[' || name.front() == u'(' || name.front() == u'\u3010')
+        return false;
+    const bool isPart = name.size() == 2 && isPartLetter(name.substr(0, 1));
+    name = name.substr(0, name.find_last_not_of(u" :-\uFF1A\u2013\u2014") + 1);
+    if (isSectionName(name))
+        return false;
+    const std::vector<RowItem> row = readRow(line.substr(label), 0, 0, reading, memory);
+    const auto isSign = [](const RowItem& item) {
+        return item.kind == RowItemKind::Separator ||
+               (item.kind == RowItemKind::Chord && item.shown.size() == 1);
+    };
+    const bool isList = std::all_of(row.begin(), row.end(), isSign);
+    const bool isSpaced = std::none_of(row.begin(), row.end(), [](const RowItem& item) {
+        return item.kind == RowItemKind::Separator;
+    });
+    return !row.empty() && isList && !(isPart && isSpaced && row.size() > 1);
 }
 
 bool statesFact(TextView line) {

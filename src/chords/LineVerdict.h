@@ -36,6 +36,11 @@ bool isKnownDirective(const Directive& directive);
 std::size_t sectionLabelLength(TextView line, const ChordReading& reading = {},
                                RowMemory* memory = nullptr);
 
+// True where the label of so many units is one only in a song that has chords elsewhere: behind a
+// word that names no section there are lone letters, as in "Vitamins: A, D, E".
+bool isDoubtfulLabel(TextView line, std::size_t label, const ChordReading& reading = {},
+                     RowMemory* memory = nullptr);
+
 // "Tuning: standard", "Words: me": what stands in front of the colon is no section.
 bool statesFact(TextView line);
 

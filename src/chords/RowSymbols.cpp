@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "chords/ChordSpelling.h"
 #include "chords/RowMarks.h"
@@ -52,6 +53,7 @@ class SymbolSettler {
     void refuseLetters();
     void keepRefused();
     void countDots();
+    bool joinInitials();
     bool touches(std::size_t at) const;
 
     std::vector<RowItem>& items_;
@@ -133,6 +135,27 @@ void SymbolSettler::countDots() {
     }
 }
 
+// "G. H.", "E.G.": nothing but lone letters, each with its dot, are somebody's name.
+bool SymbolSettler::joinInitials() {
+    std::vector<RowItem> joined;
+    joined.reserve(items_.size() / 2);
+    for (std::size_t i = 0; i < items_.size(); i += 2) {
+        RowItem letter = items_[i];
+        if (i + 1 == items_.size() || letter.kind != RowItemKind::Chord || letter.length != 1 ||
+            items_[i + 1].kind != RowItemKind::Separator || textOf(items_[i + 1]) != u"." ||
+            !touches(i))
+            return false;
+        letter.length = 2;
+        letter.cells += items_[i + 1].cells;
+        letter.kind = RowItemKind::Word;
+        letter.wordToo = WordToo::No;
+        letter.shown = textOf(letter);
+        joined.push_back(std::move(letter));
+    }
+    items_ = std::move(joined);
+    return true;
+}
+
 void SymbolSettler::settle() {
     bool hasWord = false;
     bool hasDot = false;
@@ -140,6 +163,8 @@ void SymbolSettler::settle() {
         hasWord = hasWord || item.kind == RowItemKind::Word;
         hasDot = hasDot || (item.kind == RowItemKind::Separator && item.length == 1);
     }
+    if (hasDot && !hasWord && joinInitials())
+        return;
     if (reading_.naming == Naming::Solfege)
         refuseLetters();
     if (hasWord)

@@ -40,6 +40,7 @@ class Importer {
     void split(TextView source);
     void judge();
     void judgeByDirectives();
+    void judgeLabels();
     void judgeBrackets();
     void readNotation();
     void judgeSmallRows();
@@ -120,6 +121,27 @@ void Importer::judgeByDirectives() {
         if (isChordPro_ && line.verdict == LineVerdict::Lyrics && line.text.starts_with(u'#'))
             line.verdict = LineVerdict::Directive;
     }
+}
+
+// "Gate: B" has a chord only where there are others.
+void Importer::judgeLabels() {
+    std::vector<SourceLine*> doubtful;
+    for (SourceLine& line : song_.source) {
+        if (line.verdict == LineVerdict::Chords)
+            return;
+        if (line.verdict == LineVerdict::Lyrics && brackets(line.text))
+            return;
+        if (line.verdict != LineVerdict::Section)
+            continue;
+        const std::size_t label = sectionLabelLength(line.text, reading(), memory());
+        if (isDoubtfulLabel(line.text, label, reading(), memory()))
+            doubtful.push_back(&line);
+        else if (const TextView behind = line.text.substr(label);
+                 isRowOfChords(row(behind)) || brackets(behind))
+            return;
+    }
+    for (SourceLine* const line : doubtful)
+        line->verdict = LineVerdict::Lyrics;
 }
 
 // In a ChordPro song whatever stands in brackets is a chord or a remark. It is one where it has a
@@ -262,6 +284,8 @@ void Importer::judgeLoneWords() {
 
 void Importer::judge() {
     judgeByDirectives();
+    if (!options_.isLoneLine)
+        judgeLabels();
     readNotation();
     if (reading().naming == Naming::Solfege)
         judgeByDirectives();

@@ -114,6 +114,9 @@ TEST(ImportRows, AreWrittenLikeThis) {
         {"raised signs", u"C\u2077 G\u1D50\u2077 F\u266F\u2077 E\u02E2\u1D58\u02E2\u2074 A\u1D52",
          u"C7 Gm7 F#7 E4    A\u00B0"},
         {"raised parentheses", u"Dm\u2076 B\u2077\u207D\u1D47\u2079\u207E", u"Dm6 B7/9b"},
+        {"where the song goes on", u"C  G  D.C. al Fine", u"      D.C. al Fine\nC  G"},
+        {"the same behind a bar", u"|G |D.S.|", u"    D.S.\n/ G /   /"},
+        {"where it ends", u"Am G7  To Coda", u"       To Coda\nAm G7"},
         {"sunken numbers", u"C\u2087 F\u2086", u"C7 F6"},
     };
     for (const auto& c : cases) {
@@ -128,15 +131,49 @@ TEST(ImportRows, AreWrittenLikeThis) {
 
 // Words, a label or a list although some of it could be a chord.
 TEST(ImportRows, WhatIsRefusedMakesNoChords) {
-    static constexpr TextView lines[] = {u"A? B? C.",   u"G C7? Cmaj7 then home",
-                                         u"C7? A",      u"Bad? G",
-                                         u"A/B/C",      u"Door G Dad",
-                                         u"(A1) B",     u"His Es",
-                                         u"Eis, bitte", u"His",
-                                         u"Hes",        u"Fes",
-                                         u"C7, A? a"};
+    static constexpr TextView lines[] = {u"A? B? C.",     u"G C7? Cmaj7 then home",
+                                         u"C7? A",        u"Bad? G",
+                                         u"A/B/C",        u"Door G Dad",
+                                         u"(A1) B",       u"His Es",
+                                         u"Eis, bitte",   u"His",
+                                         u"Hes",          u"Fes",
+                                         u"C7, A? a",     u"G. H.",
+                                         u"C.B.",         u"D.C.",
+                                         u"D.C. al Fine", u"A Fine"};
     for (const TextView line : lines)
         EXPECT_TRUE(importSong(line).chords.empty()) << toUtf8(line);
+}
+
+// Letters behind a colon may be somebody's initials, or a list where no other line has chords.
+TEST(ImportRows, LabelsHaveChordsBehindThem) {
+    const struct {
+        const char* name;
+        TextView song, chart;
+    } cases[] = {
+        {"initials in a song",
+         u"Little Song\nMusik: G. H.\nG        B7\nThe river runs away\nEm     B\ntomorrow and\n",
+         u"Little Song\nMusik: G. H.\nG        B7\nThe river runs away\nEm     B\ntomorrow and\n"},
+        {"who plays", u"Klavier: C. B.\nText: E. G.\nFoto: A. B.\nAm  G\nla  la\n",
+         u"Klavier: C. B.\nText: E. G.\nFoto: A. B.\nAm  G\nla  la\n"},
+        {"lists without chords", u"Vitamins: A, D, E\nGate: B\nGrade: A\nSeat: C\nBlutgruppe: B\n",
+         u"Vitamins: A, D, E\nGate: B\nGrade: A\nSeat: C\nBlutgruppe: B\n"},
+        {"the same letters in a song", u"Theme: A D E\nAm  G\nla  la\n",
+         u"Theme:\n       A D E\nAm  G\nla  la\n"},
+        {"one that is more than a letter", u"Theme: A D E7\n", u"Theme:\n       A D E7\n"},
+        {"parts", u"A:\nC G\nla la\nB)\nG C\n", u"A:\nC G\nla la\nB)\nG C\n"},
+        {"a part in one line", u"A: G C D\n", u"A:\n   G C D\n"},
+        {"marks in brackets", u"{title: Row}\n[C]la [Fine]la [G]la [D.C. al Fine]\n",
+         u"Row\n\n   Fine  D.C. al Fine\nC     G\nla la la\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Text chart = importSong(c.song).chart();
+        EXPECT_EQ(toUtf8(chart), toUtf8(c.chart));
+        EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(c.chart));
+    }
+    // The letter of a part is no chord.
+    EXPECT_EQ(chordsOf(importSong(u"A:\nC G\nB)\nG C\n")),
+              (std::vector<std::string>{"C", "G", "G", "C"}));
 }
 
 // Notes by the steps of their letters, counted by hand.

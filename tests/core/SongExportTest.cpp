@@ -143,16 +143,17 @@ std::size_t runsOf(TextView line) {
 // Names are longer by other spellings, and chords may be one blank apart: none becomes a part of
 // its neighbour.
 TEST(SongExportProperty, NoNamesOfCloseChordsGrowTogether) {
-    static constexpr TextView chords[] = {u"F7+", u"G",   u"Am",  u"C4/7",    u"Dm7/9",
-                                          u"Bb",  u"B7",  u"F#m", u"Em5b/7",  u"G/B",
-                                          u"C\u00B0",  u"D5/9", u"Eb", u"A7/9b"};
+    static constexpr TextView chords[] = {u"F7+",     u"G",    u"Am",  u"C4/7",   u"Dm7/9",
+                                          u"Bb",      u"B7",   u"F#m", u"Em5b/7", u"G/B",
+                                          u"C\u00B0", u"D5/9", u"Eb",  u"A7/9b"};
     static constexpr TextView words[] = {u"love", u"a river", u"oh", u"well-known ways", u"no!"};
     Random random(7);
     for (int round = 0; round < 500; ++round) {
         Text song = u"Hills\n\n";
         for (auto lines = 1 + random() % 3; lines > 0; --lines) {
             for (auto count = 1 + random() % 6; count > 0; --count)
-                song.append(random() % 3, u' ').append(chords[random() % std::size(chords)]) += u' ';
+                song.append(random() % 3, u' ').append(chords[random() % std::size(chords)]) +=
+                    u' ';
             song.append(u"\n").append(words[random() % std::size(words)]).append(u"\n");
         }
         const std::vector<ChartBlock> house = chartBlocks(song, ChordNames::House);
