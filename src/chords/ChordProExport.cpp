@@ -55,9 +55,21 @@ std::vector<Cluster> clustersOfRow(TextView line, const ChordReading& reading) {
     return clusters;
 }
 
+// "le- [F]lu": whether the blanks that the words end with only make room for the chord at this
+// column, behind the former one.
+bool isRoomBehindHyphen(TextView line, const Cluster& former, std::size_t column, char16_t next) {
+    const std::size_t end = line.find_last_not_of(u' ') + 1;
+    return end < line.size() && end > 1 && line[end - 1] == u'-' && isStretchable(line[end - 2]) &&
+           isStretchable(next) && former.column + cellsOf(former.text) + 1 == column;
+}
+
+enum class Syllables { AsTheyStand, Joined };
+
 // The words with the chords in brackets at their columns, behind the end of the words too.
-Text withBrackets(const std::vector<Cluster>& chords, TextView words, const SongChordNames& names) {
+Text withBrackets(const std::vector<Cluster>& chords, TextView words, const SongChordNames& names,
+                  Syllables syllables = Syllables::AsTheyStand) {
     Text line;
+    const Cluster* former = nullptr;
     CellReader reader(words);
     CellCharacter character;
     std::size_t cells = 0;
@@ -73,6 +85,10 @@ Text withBrackets(const std::vector<Cluster>& chords, TextView words, const Song
             line.append(cluster.column - cells, u' ');
             cells = cluster.column;
         }
+        if (syllables == Syllables::Joined && former != nullptr && more &&
+            isRoomBehindHyphen(line, *former, cluster.column, words[character.index]))
+            line.resize(line.find_last_not_of(u' ') + 1);
+        former = &cluster;
         line.append(u"[").append(names(cluster.text)).append(u"]");
     }
     return more ? line.append(words.substr(character.index)) : line;
@@ -128,6 +144,37 @@ Text withWordsJoined(TextView line) {
         at = end;
     }
     return joined;
+}
+
+// The same without what the chart has put between syllables to make room.
+Text withBracketsJoined(const std::vector<Cluster>& chords, TextView words,
+                        const SongChordNames& names) {
+    return withWordsJoined(withBrackets(chords, words, names, Syllables::Joined));
+}
+
+// Brackets of the chart, which held no chord, and the marks between them.
+std::vector<Cluster> unreadOf(TextView line) {
+    std::vector<Cluster> marks;
+    CellReader reader(line);
+    CellCharacter character;
+    bool inBracket = false;
+    bool inMark = false;
+    while (reader.next(character)) {
+        const TextView rest = line.substr(character.index);
+        const bool opens = !inBracket && rest[0] == u'[';
+        const bool closes = inBracket && rest[0] == u']';
+        const bool isMark = !inBracket && !opens && !isAnyBlank(rest[0]);
+        if (opens || (isMark && !inMark))
+            marks.push_back({rest.substr(opens ? 1 : 0, 0), character.column});
+        else if ((inBracket && !closes) || isMark)
+            marks.back().text = {marks.back().text.data(),
+                                 marks.back().text.size() + character.length};
+        if (isMark && !inMark)
+            marks.back().text = rest.substr(0, character.length);
+        inBracket = opens || (inBracket && !closes);
+        inMark = isMark;
+    }
+    return marks;
 }
 
 class Exporter {
@@ -244,15 +291,17 @@ void Exporter::putChords() {
     const SourceLine& line = song_.source[number_++];
     if (areWords(number_)) {
         const TextView words = song_.source[number_].text;
-        const Text both = withBrackets(line.text, words, asWritten_);
-        const Text joined = withWordsJoined(both);
+        const std::vector<Cluster> clusters = clustersOfRow(line.text, names_.reading());
+        const Text both = withBrackets(clusters, words, asWritten_);
+        const Text joined = withBracketsJoined(clusters, words, asWritten_);
         const auto fits = [&](const Text& exported) {
             return !exported.starts_with(u'#') && comesBack(exported, {line.text, words});
         };
         const bool isJoined = joined != both && fits(joined);
         if (isJoined || fits(both)) {
-            const Text named = withBrackets(line.text, words, names_);
-            putLine(isJoined ? withWordsJoined(named) : named, song_.source[number_++].end);
+            putLine(isJoined ? withBracketsJoined(clusters, words, names_)
+                             : withBrackets(clusters, words, names_),
+                    song_.source[number_++].end);
             return;
         }
     }
@@ -266,7 +315,8 @@ void Exporter::putChords() {
 // Remarks and repeat marks above chords or words stand in brackets among them.
 bool Exporter::putMarks() {
     const TextView marks = song_.source[number_].text;
-    if (!isLineOfMarks(song_, number_))
+    const bool isUnread = isLineOfUnread(song_, number_);
+    if (!isUnread && !isLineOfMarks(song_, number_))
         return false;
     const SourceLine& below = song_.source[number_ + 1];
     const bool isRow = below.verdict == LineVerdict::Chords;
@@ -276,7 +326,7 @@ bool Exporter::putMarks() {
         lines.push_back(below.text);
     if (hasWords)
         lines.push_back(song_.source[number_ + lines.size()].text);
-    std::vector<Cluster> clusters = marksOf(marks);
+    std::vector<Cluster> clusters = isUnread ? unreadOf(marks) : marksOf(marks);
     if (isRow) {
         const std::vector<Cluster> chords = clustersOfRow(below.text, names_.reading());
         clusters.insert(clusters.end(), chords.begin(), chords.end());
@@ -285,7 +335,7 @@ bool Exporter::putMarks() {
     }
     const TextView words = hasWords ? lines.back() : TextView();
     const Text both = withBrackets(clusters, words, asWritten_);
-    const Text joined = withWordsJoined(both);
+    const Text joined = withBracketsJoined(clusters, words, asWritten_);
     const auto fits = [&](const Text& exported) {
         return exported.starts_with(u'[') == both.starts_with(u'[') &&
                !exported.starts_with(u'#') &&
@@ -294,9 +344,10 @@ bool Exporter::putMarks() {
     const bool isJoined = joined != both && fits(joined);
     if (!isJoined && !fits(both))
         return false;
-    const Text named = withBrackets(clusters, words, names_);
     number_ += lines.size();
-    putLine(isJoined ? withWordsJoined(named) : named, song_.source[number_ - 1].end);
+    putLine(isJoined ? withBracketsJoined(clusters, words, names_)
+                     : withBrackets(clusters, words, names_),
+            song_.source[number_ - 1].end);
     return true;
 }
 
@@ -361,7 +412,8 @@ void Exporter::putLabel() {
     const SourceLine* const next =
         number_ + 1 < song_.source.size() ? &song_.source[number_ + 1] : nullptr;
     const bool isEnd =
-        next == nullptr || trimmed(next->text).empty() || next->verdict == LineVerdict::Section;
+        next == nullptr || trimmed(next->text).empty() ||
+        (next->verdict == LineVerdict::Section && !isLineOfUnread(song_, number_ + 1));
     const bool isKept = explicitSectionEnd(song_.source, number_, *section).has_value();
     const bool isRepeat = !isKept && isEnd && *section == u"chorus";
     const bool isOther =
@@ -418,7 +470,8 @@ bool Exporter::putHead() {
 void Exporter::putNext() {
     const SourceLine& line = song_.source[number_];
     const bool tablature = line.verdict == LineVerdict::Tablature;
-    const bool isLabel = line.verdict == LineVerdict::Section;
+    const bool isUnread = isLineOfUnread(song_, number_);
+    const bool isLabel = line.verdict == LineVerdict::Section && !isUnread;
     isHead_ = isHead_ && !mayHaveChords(line);
     if (tablature || isLabel || trimmed(line.text).empty())
         endSection(line.end);
@@ -433,17 +486,20 @@ void Exporter::putNext() {
         return;
     }
     const bool isWords = line.verdict == LineVerdict::Lyrics;
-    if (isWords && putMarks())
+    if ((isWords || isUnread) && putMarks())
         return;
     const auto fact = isWords ? factDirective(line.text, isHead_) : std::nullopt;
     const auto remark = isWords ? remarkDirective(line.text) : std::nullopt;
-    if (tablature)
+    const bool isAsItStands = (isWords || isUnread) && hasPairs_ && isRowOfUnread(line.text) &&
+                              comesBack(trimmedRight(line.text), {line.text}, true);
+    if (tablature || isAsItStands)
         putLine(line.text, line.end);
     else if (fact || remark)
         putLine(fact ? *fact : *remark, line.end);
     else if (isLabel && !putLabelledChords())
         putLabel();
-    else if (!isLabel && !putDirective() && !putHead() && !putBrackets())
+
+    else if (!isLabel && (isUnread || (!putDirective() && !putHead() && !putBrackets())))
         put(line.text, line);
     ++number_;
 }
@@ -471,8 +527,8 @@ Text Exporter::run() {
 Text pairInBrackets(TextView chords, TextView words, const ChordReading& reading) {
     SongImport asItIs;
     asItIs.notation.reading = reading;
-    return withWordsJoined(
-        withBrackets(chords, words, SongChordNames({}, asItIs, ChordNames::House)));
+    return withBracketsJoined(clustersOfRow(chords, reading), words,
+                              SongChordNames({}, asItIs, ChordNames::House));
 }
 
 std::optional<Text> withNamedBrackets(const SongImport& song, std::size_t number,

@@ -7,6 +7,7 @@
 #include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/RowSymbols.h"
 
 namespace melvorin {
 namespace {
@@ -126,6 +127,13 @@ bool hasWords(TextView text, const ChordReading& reading, RowMemory* memory) {
     });
 }
 
+// What may be a remark among words as well as the label of a section.
+bool isShortPart(TextView text) {
+    const Text name = unicodeLowerCase(trimmed(text));
+    return name == u"riff" || name == u"coda" || name == u"fine" || name == u"hook" ||
+           name == u"tag";
+}
+
 // "[Verse 1]" or "(Chorus)" with the colon that may follow. Where every bracket of the song is a
 // chord, words in front of others are none.
 std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& reading,
@@ -138,10 +146,15 @@ std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& 
         return 0;
     const TextView inside = line.substr(begin + 1, close - begin - 1);
     const std::size_t end = close + (line.substr(close + 1).starts_with(u':') ? 2 : 1);
+    // "[riff]la" is a remark over its syllable.
+    const bool isOverSyllable = reading.everyBracket && end < line.size() &&
+                                line[end - 1] != u':' && !isAnyBlank(line[end]) &&
+                                isShortPart(inside);
     if (closer == u')' || isSectionName(inside))
-        return isSectionName(inside) ? end : 0;
+        return isSectionName(inside) && !isOverSyllable ? end : 0;
     const bool mayBe =
-        !inside.empty() && inside[0] != u'*' && (!reading.everyBracket || end == line.size());
+        !inside.empty() && inside[0] != u'*' &&
+        (!reading.everyBracket || (end == line.size() && !mayBeRefused(trimmed(inside), reading)));
     return mayBe && hasWords(inside, reading, memory) ? end : 0;
 }
 

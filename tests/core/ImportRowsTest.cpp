@@ -102,6 +102,7 @@ TEST(ImportRows, AreWrittenLikeThis) {
         {"minuses of minor chords", u"C- Bb-7 F#-", u"Cm Bbm7 F#m"},
         {"dashes between chords", u"C-G - Am7-D7- Em- F", u"C G   Am7 D7  Em  F"},
         {"longer dashes", u"C \u2014 G7\u2014 F \u2014", u"C   G7  F"},
+        {"small basses", u"C    G/h  Am   Am/g", u"C    G/B  Am   Am/G"},
         {"a question", u"G C7? Cmaj7", u"G C7? C7+"},
         {"two basses", u"C/Eb/G  Am G7", u"C/Eb/G  Am G7"},
         {"a mode", u"C Clyd G7 Am", u"C Clyd G7 Am"},
@@ -161,6 +162,8 @@ TEST(ImportRows, LabelsHaveChordsBehindThem) {
          u"Theme:\n       A D E\nAm  G\nla  la\n"},
         {"one that is more than a letter", u"Theme: A D E7\n", u"Theme:\n       A D E7\n"},
         {"parts", u"A:\nC G\nla la\nB)\nG C\n", u"A:\nC G\nla la\nB)\nG C\n"},
+        {"a small bass that is a German sign", u"C    G/h\nla   la\nB7\nla\n",
+         u"C    G/B\nla   la\nBb7\nla\n"},
         {"a part in one line", u"A: G C D\n", u"A:\n   G C D\n"},
         {"marks in brackets", u"{title: Row}\n[C]la [Fine]la [G]la [D.C. al Fine]\n",
          u"Row\n\n   Fine  D.C. al Fine\nC     G\nla la la\n"},
@@ -241,6 +244,8 @@ TEST(ImportRows, BracketsStandOverTheirSyllables) {
         {u"\u65E5[Am7]\u672C[G]\u8A9E", u"  Am7 G\n\u65E5\u672C  \u8A9E"},
         {u"[C]\u65E5[G]\u672C", u"C G\n\u65E5\u672C"},
         {u"[C|G]la [Am|]la", u"C / G Am /\nla    la"},
+        {u"[C]Hal-[Gm7]le-[Am7]lu-[F]jah, [C]ev-[Em7]er-[Am7]more",
+         u"C   Gm7 Am7 F    C  Em7 Am7\nHal-le- lu- jah, ev-er- more"},
         {u"[C . .]la [G!]la [F(x2)]la", u"       !  (x2)\nC / / G  F\nla    la la"},
     };
     for (const auto& c : cases) {
