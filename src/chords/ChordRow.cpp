@@ -187,9 +187,14 @@ bool RowReader::addWhole(const Run& run) {
     return true;
 }
 
-// Chords in parentheses, also over several runs: "(Am7", "G)".
+// Chords in parentheses, also over several runs: "(Am7", "G)". The chart has such for braces too.
 bool RowReader::addEnclosed(const Run& run) {
-    const TextView text = textOf(run);
+    Text shown(textOf(run));
+    if (shown.front() == u'{')
+        shown.front() = u'(';
+    if (shown.back() == u'}')
+        shown.back() = u')';
+    const TextView text = shown;
     const std::size_t begin = text.front() == u'(' ? 1 : 0;
     const std::size_t end = text.size() - (text.back() == u')' ? 1 : 0);
     for (const auto& [from, to] :
@@ -242,6 +247,7 @@ bool RowReader::addChain(const Run& run) {
     bool chord = false;
     bool mark = false;
     bool bar = false;
+    const bool hasBar = text.find_first_of(kBars) != TextView::npos;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = chainPartEnd(text, begin);
         const bool cut = isCut(text[begin]);
@@ -252,11 +258,13 @@ bool RowReader::addChain(const Run& run) {
         if (colon)
             add(RowItemKind::Separator, piece, Text());
         else if (!addWhole(piece) && !addEnclosed(piece)) {
-            if (!resemblesChord(withoutParentheses(sign), reading_)) {
+            const bool isRefused = hasBar && mayBeRefused(sign, reading_);
+            if (!isRefused && !resemblesChord(withoutParentheses(sign), reading_)) {
                 items_.resize(former);
                 return false;
             }
             add(RowItemKind::Unknown, piece, Text(sign));
+            mark = mark || isRefused;
         }
         const RowItemKind kind = items_.back().kind;
         chord = chord || kind == RowItemKind::Chord;

@@ -7,6 +7,7 @@
 #include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/RowMarks.h"
 #include "chords/RowSymbols.h"
 
 namespace melvorin {
@@ -274,7 +275,9 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
         return colon + 1;
     // Any word may be a label where nothing but chords follows.
     const TextView behind = line.substr(colon + 1);
-    const bool isPart = isPartLetter(name) && !behind.empty() && isAnyBlank(behind[0]);
+    // "x2: G C"
+    const bool isPart =
+        (isPartLetter(name) || isRepeat(name)) && !behind.empty() && isAnyBlank(behind[0]);
     const bool label = !isClearlyWords(behind, reading) &&
                        (isPart || hasWords(name, reading, memory)) &&
                        isRowOfChords(readRow(behind, 0, 0, reading, memory));
@@ -286,7 +289,8 @@ bool isDoubtfulLabel(TextView line, std::size_t label, const ChordReading& readi
     TextView name = trimmed(line.substr(0, label));
     if (name.empty() || name.front() == u'[' || name.front() == u'(' || name.front() == u'\u3010')
         return false;
-    const bool isPart = name.size() == 2 && isPartLetter(name.substr(0, 1));
+    const bool isPart =
+        isPartLetter(name.substr(0, name.size() - 1)) || isRepeat(name.substr(0, name.size() - 1));
     name = name.substr(0, name.find_last_not_of(u" :-\uFF1A\u2013\u2014") + 1);
     if (isSectionName(name))
         return false;
@@ -307,16 +311,43 @@ bool statesFact(TextView line) {
     return colon != TextView::npos && isFactName(line.substr(0, colon));
 }
 
+namespace {
+
+// Strings of a tablature may be drawn with dashes of any length, strokes or equals signs.
+constexpr TextView kStrokes =
+    u"-=\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501\u2504\u2505\u2508\u2509\u254C"
+    u"\u254D\u2550";
+constexpr TextView kTabBars =
+    u"|\u00A6\u2016\u2502\u2503\u2506\u2507\u250A\u250B\u251C\u2520\u2523\u2524\u2528\u252B"
+    u"\u253C\u2542\u254B\u254E\u254F\u2551\u255E\u255F\u2560\u2561\u2562\u2563\u256A\u256B"
+    u"\u256C";
+constexpr TextView kFretSigns = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
+
+// "E", "Eb", "d#": what a string may be tuned to.
+bool isStringName(TextView name) {
+    const bool hasSign = name.size() == 2 && (name[1] == u'#' || name[1] == u'b');
+    return (name.size() == 1 || hasSign) &&
+           TextView(u"ABCDEFGHabcdefgh").find(name[0]) != TextView::npos;
+}
+
+}  // namespace
+
+// Frets close by each other, and strokes between them.
+bool mayBeDenseString(TextView line) {
+    line = trimmed(line);
+    std::size_t dashes = 0;
+    bool hasFret = false;
+    for (const char16_t c : line) {
+        const bool isStroke = isOneOf(kStrokes, c);
+        if (isAnyBlank(c) || (!isStroke && !isOneOf(kTabBars, c) && !isOneOf(kFretSigns, c)))
+            return false;
+        dashes += isStroke ? 1U : 0U;
+        hasFret = hasFret || isDigit(c);
+    }
+    return hasFret && dashes > 2 && (isOneOf(kStrokes, line[0]) || isOneOf(kTabBars, line[0]));
+}
+
 bool isTablature(TextView line) {
-    // Its strings may be drawn with dashes of any length, strokes or equals signs.
-    constexpr TextView strokes =
-        u"-=\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501\u2504\u2505\u2508\u2509\u254C"
-        u"\u254D\u2550";
-    constexpr TextView bars =
-        u"|\u00A6\u2016\u2502\u2503\u2506\u2507\u250A\u250B\u251C\u2520\u2523\u2524\u2528\u252B"
-        u"\u253C\u2542\u254B\u254E\u254F\u2551\u255E\u255F\u2560\u2561\u2562\u2563\u256A\u256B"
-        u"\u256C";
-    constexpr TextView signs = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
     constexpr std::size_t kLongestName = 3;
     const auto isIn = [](TextView set) {
         return [set](char16_t c) { return set.find(c) != TextView::npos; };
@@ -324,11 +355,14 @@ bool isTablature(TextView line) {
     line = trimmed(line);
     // The name of the string, and what may part it from the string.
     std::size_t first = 0;
-    while (first < line.size() && first <= kLongestName && !isIn(strokes)(line[first]) &&
-           !isIn(bars)(line[first]))
+    while (first < line.size() && first <= kLongestName && !isIn(kStrokes)(line[first]) &&
+           !isIn(kTabBars)(line[first]))
         ++first;
     if (first > kLongestName || first == line.size())
         return false;
+    if (isIn(kTabBars)(line[first]) && isStringName(line.substr(0, first)) &&
+        mayBeDenseString(line.substr(first)))
+        return true;
     // The frets and signs of a string; the last words of a line may be a remark.
     std::size_t end = first;
     std::size_t dashes = 0;
@@ -339,9 +373,9 @@ bool isTablature(TextView line) {
     std::size_t barsSoFar = 0;
     for (; end < line.size(); ++end) {
         const char16_t c = line[end];
-        const bool stroke = isIn(strokes)(c);
-        const bool bar = isIn(bars)(c);
-        if (!stroke && !bar && !isIn(signs)(c))
+        const bool stroke = isIn(kStrokes)(c);
+        const bool bar = isIn(kTabBars)(c);
+        if (!stroke && !bar && !isIn(kFretSigns)(c))
             break;
         barsSoFar += bar ? 1U : 0U;
         hasPair = hasPair || (stroke && lastStroke + 1 == end && end > first);
@@ -350,7 +384,7 @@ bool isTablature(TextView line) {
         dashes += stroke ? 1U : 0U;
         length = isAnyBlank(c) ? length : end + 1 - first - barsSoFar;
     }
-    const bool isRuled = isDrawn && line.find_first_of(bars) == TextView::npos &&
+    const bool isRuled = isDrawn && line.find_first_of(kTabBars) == TextView::npos &&
                          std::none_of(line.begin(), line.end(), isDigit);
     return hasPair && dashes * 2 >= length && dashes >= 4 && !isRuled &&
            (end == line.size() || end > 16);

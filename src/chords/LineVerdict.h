@@ -48,6 +48,10 @@ bool statesFact(TextView line);
 // its name.
 bool isTablature(TextView line);
 
+// True for frets and strokes alone, so close by each other that only a tablature beside the line,
+// or the name of its string in front, makes it one: "|-12-15-12-|".
+bool mayBeDenseString(TextView line);
+
 // The verdict on a line by itself.
 LineVerdict judgeLine(TextView line, const ChordReading& reading = {}, RowMemory* memory = nullptr);
 

@@ -82,19 +82,27 @@ void SymbolSettler::refuseLetters() {
 }
 
 // As many chords that are no words, two of them or one that is more than a letter, and nothing that
-// is a word.
+// is a word. "Am" counts where it stands beside a figure ("C7? Am"), and "C/Eb/G" is no list.
 void SymbolSettler::keepRefused() {
     std::size_t words = 0;
     std::size_t firm = 0;
+    std::size_t minors = 0;
     bool isMarked = false;
+    bool haveFigures = true;
     for (const RowItem& item : items_) {
         const bool isWord = item.kind == RowItemKind::Word;
+        const bool isPlain = item.kind == RowItemKind::Chord && item.wordToo == WordToo::No;
+        const bool hasFigure = isWord && !textOf(item).starts_with(u'(') &&
+                               (resemblesChord(withoutMarks(textOf(item)), reading_) ||
+                                (textOf(item).find_first_of(u"b#") != TextView::npos &&
+                                 isStackOfNotes(textOf(item), reading_)));
         words += isWord ? 1U : 0U;
         firm += isFirm(item) ? 1U : 0U;
-        isMarked = isMarked || (isFirm(item) && item.shown.size() > 1) ||
-                   (isWord && !textOf(item).starts_with(u'(') &&
-                    resemblesChord(withoutMarks(textOf(item)), reading_));
+        minors += isPlain && !isFirm(item) && item.shown.size() > 1 ? 1U : 0U;
+        isMarked = isMarked || (isFirm(item) && item.shown.size() > 1) || hasFigure;
+        haveFigures = haveFigures && (!isWord || hasFigure);
     }
+    firm += haveFigures ? minors : 0;
     if (words == 0 || firm < words || (firm < 2 && !isMarked))
         return;
     const auto isOther = [&](const RowItem& item) {

@@ -40,6 +40,7 @@ class Importer {
     void split(TextView source);
     void judge();
     void judgeByDirectives();
+    void judgeDenseStrings();
     void judgeLabels();
     void judgeBrackets();
     void readNotation();
@@ -116,11 +117,26 @@ void Importer::judgeByDirectives() {
             line.verdict = LineVerdict::Tablature;
         }
     }
+    judgeDenseStrings();
     // "# remark" is no line of a ChordPro song.
     for (SourceLine& line : song_.source) {
         if (isChordPro_ && line.verdict == LineVerdict::Lyrics && line.text.starts_with(u'#'))
             line.verdict = LineVerdict::Directive;
     }
+}
+
+// Frets beside a tablature are a string of it.
+void Importer::judgeDenseStrings() {
+    auto& lines = song_.source;
+    const auto follow = [&](std::size_t number, std::size_t neighbour) {
+        if (lines[neighbour].verdict == LineVerdict::Tablature &&
+            lines[number].verdict == LineVerdict::Lyrics && mayBeDenseString(lines[number].text))
+            lines[number].verdict = LineVerdict::Tablature;
+    };
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        follow(i, i - 1);
+    for (std::size_t i = lines.size(); i > 1; --i)
+        follow(i - 2, i - 1);
 }
 
 // "Gate: B" has a chord only where there are others.

@@ -8,6 +8,7 @@
 
 #include "base/TextCodec.h"
 #include "chords/ChordLine.h"
+#include "chords/ChordProExport.h"
 #include "chords/LineVerdict.h"
 #include "chords/SongImport.h"
 
@@ -105,6 +106,11 @@ TEST(ImportRows, AreWrittenLikeThis) {
         {"small basses", u"C    G/h  Am   Am/g", u"C    G/B  Am   Am/G"},
         {"a question", u"G C7? Cmaj7", u"G C7? C7+"},
         {"two basses", u"C/Eb/G  Am G7", u"C/Eb/G  Am G7"},
+        {"two basses and few others", u"C/Eb/G G Am", u"C/Eb/G G Am"},
+        {"a question before a minor chord", u"C7? Am", u"C7? Am"},
+        {"a question between bars", u"C |G? |Am", u"C / G? / Am"},
+        {"times in front", u"x2: G C", u"x2:\n    G C"},
+        {"braces", u"{G  C} x2", u"       x2\n(G  C)"},
         {"a mode", u"C Clyd G7 Am", u"C Clyd G7 Am"},
         {"an alteration in parentheses", u"G7 (C7alt) D", u"G7 (C7alt) D"},
         {"beats", u"C . . G7 . .", u"C / / G7 / /"},
@@ -222,14 +228,31 @@ TEST(ImportRows, StringsMayBeDrawnInManyWays) {
         u"e|\u254C\u254C\u254C3\u254C\u254C5\u254C|",
         u"B\u2507\u2505\u2505\u25053\u2505\u2505\u2507",
         u"G\u2551\u2550\u2550\u255010\u2550\u2550\u2560",
-        u"D|\u2504\u2504\u25043\u2508\u2508|"};
+        u"D|\u2504\u2504\u25043\u2508\u2508|",
+        u"e|-12-15-12-14-12-|",
+        u"B|-0h2p0-3b5r3-0-|",
+        u"Eb|---h5p7/9\\5~~-x-(7)-|"};
     for (const TextView string : strings)
         EXPECT_TRUE(isTablature(string)) << toUtf8(string);
     static constexpr TextView others[] = {u"\u2550\u2550\u2550\u2550\u2550\u2550",
-                                          u"\u254C\u254C\u254C\u254C\u254C", u"||: C | G :||",
-                                          u"|| well -- no ||", u"C||G||Am"};
+                                          u"\u254C\u254C\u254C\u254C\u254C",
+                                          u"||: C | G :||",
+                                          u"|| well -- no ||",
+                                          u"C||G||Am",
+                                          u"B|-Am-|-G-|",
+                                          u"E|-G7-|-A7-|-B7-|",
+                                          u"|-12-15-12-|",
+                                          u"A|-|-|-|",
+                                          u"B|-7 -9 -4"};
     for (const TextView other : others)
         EXPECT_FALSE(isTablature(other)) << toUtf8(other);
+    // Beside one of these, frets without a name are its strings.
+    const TextView song = u"|-12-15-12-14-|\ne|--0--2--|\n|-3-5-7-|\n\n|-3-5-7-|\n";
+    const SongImport read = importSong(song);
+    EXPECT_EQ(read.source[0].verdict, LineVerdict::Tablature);
+    EXPECT_EQ(read.source[2].verdict, LineVerdict::Tablature);
+    EXPECT_EQ(read.source[4].verdict, LineVerdict::Lyrics);
+    EXPECT_EQ(toUtf8(importSong(exportChordPro(song)).chart()), toUtf8(song));
 }
 
 // Each chord stands over the cell that its syllable begins in.
