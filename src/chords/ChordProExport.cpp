@@ -116,10 +116,22 @@ std::vector<Cluster> marksOf(TextView line) {
     return marks;
 }
 
+// Whether the cluster stands where the former one ends, so that hyphens in front of it may be room
+// for that; two are the fewest.
+std::vector<bool> arePushed(const std::vector<Cluster>& clusters) {
+    std::vector<bool> pushed(clusters.size());
+    for (std::size_t i = 1; i < clusters.size(); ++i) {
+        const std::size_t free = clusters[i - 1].column + cellsOf(clusters[i - 1].text) + 1;
+        pushed[i] = clusters[i].column == free || clusters[i].column == free + 1;
+    }
+    return pushed;
+}
+
 // A line in brackets without the hyphens that stretch a word up to the next chord: "ri--[G]ver" is
-// "ri[G]ver".
-Text withWordsJoined(TextView line) {
+// "ri[G]ver". `pushed` tells of each bracket whether it may be so; empty where all may.
+Text withWordsJoined(TextView line, const std::vector<bool>& pushed) {
     Text joined;
+    std::size_t bracket = 0;  // how many there have been
     for (std::size_t at = 0; at < line.size();) {
         // Hyphens and brackets between two letters, the last of them a bracket.
         std::size_t end = at;
@@ -134,9 +146,12 @@ Text withWordsJoined(TextView line) {
                 ++hyphens;
             else
                 brackets += line.substr(end, close + 1 - end);
+            bracket += close == end ? 0U : 1U;
             end = close + 1;
         }
-        const bool isStretch = hyphens > 1 && at > 0 && end < line.size() &&
+        const bool mayStretch =
+            pushed.empty() || (bracket > 0 && bracket <= pushed.size() && pushed[bracket - 1]);
+        const bool isStretch = hyphens > 1 && at > 0 && end < line.size() && mayStretch &&
                                line[end - 1] == u']' && isStretchable(line[at - 1]) &&
                                isStretchable(line[end]);
         end = std::max(end, at + 1);
@@ -149,7 +164,9 @@ Text withWordsJoined(TextView line) {
 // The same without what the chart has put between syllables to make room.
 Text withBracketsJoined(const std::vector<Cluster>& chords, TextView words,
                         const SongChordNames& names) {
-    return withWordsJoined(withBrackets(chords, words, names, Syllables::Joined));
+    const bool hasOwn = words.find(u'[') != TextView::npos;
+    return withWordsJoined(withBrackets(chords, words, names, Syllables::Joined),
+                           hasOwn ? std::vector<bool>() : arePushed(chords));
 }
 
 // Brackets of the chart, which held no chord, and the marks between them.

@@ -12,6 +12,7 @@
 #include "chords/Proportional.h"
 #include "chords/RowMarks.h"
 #include "chords/SongDiagrams.h"
+#include "chords/StretchedWords.h"
 
 namespace melvorin {
 namespace {
@@ -50,6 +51,7 @@ class Importer {
     void findProportionalRows();
     void write(std::size_t number);
     void writeChords(std::size_t number);
+    void joinWords(std::size_t number, std::vector<RowItem>& items);
     void writeSection(std::size_t number);
     void writeDirective(std::size_t number);
     void writeText(std::size_t number, TextView text);
@@ -78,6 +80,7 @@ class Importer {
     SongImport song_;
     std::vector<DirectiveLine> directives_;  // one for each line of the source
     RowMemory memory_;                       // of the reading
+    std::optional<Text> joinedWords_;        // of the line below the chords
     bool isChordPro_ = false;
     bool isProportional_ = false;
 };
@@ -352,7 +355,9 @@ void Importer::write(std::size_t number) {
             writeChords(number);
             break;
         case LineVerdict::Lyrics:
-            if (!writeBrackets(number, text, 0, 0))
+            if (joinedWords_)
+                writeText(number, *std::exchange(joinedWords_, std::nullopt));
+            else if (!writeBrackets(number, text, 0, 0))
                 writeText(number, text);
             break;
         case LineVerdict::Section:
@@ -376,8 +381,22 @@ void Importer::writeChords(std::size_t number) {
     if (isProportional_ && hasWords && !song_.source[number].chosen) {
         moveToSyllables(items, text, song_.source[number + 1].text);
         song_.source[number].remarks |= MovedToSyllables;
+    } else if (hasWords) {
+        joinWords(number + 1, items);
     }
     writeRowItems(number, std::move(items));
+}
+
+// The row stands above line `number`.
+void Importer::joinWords(std::size_t number, std::vector<RowItem>& items) {
+    const SourceLine& line = song_.source[number];
+    if (line.text.find(u"--") == TextView::npos || line.text.find(u'\t') != TextView::npos ||
+        line.chosen || brackets(line.text))
+        return;
+    Text words(line.text);
+    joinStretchedWords(items, words);
+    if (words != line.text)
+        joinedWords_ = std::move(words);
 }
 
 // A label and the chords behind it go to lines of their own: the key change knows only lines of

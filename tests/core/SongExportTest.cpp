@@ -170,6 +170,20 @@ TEST(SongExportProperty, NoNamesOfCloseChordsGrowTogether) {
     }
 }
 
+// What longer names put between syllables is gone with them; hyphens of the words stay.
+TEST(SongExport, StretchedWordsComeBack) {
+    static constexpr TextView charts[] = {u"F7+ G\nri--ver\n", u"C7+ G\ngolden\n",
+                                          u"C7+ F7+   G\ngolden oh ly\n", u"C     G\nwell--known\n",
+                                          u"F7+   G     C7+\nriver  well--known\n"};
+    for (const TextView chart : charts) {
+        const Text named = exportText(chart, ChordNames::International);
+        EXPECT_EQ(toUtf8(importSong(named).chart()), toUtf8(chart)) << toUtf8(named);
+        EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(chart));
+    }
+    EXPECT_EQ(toUtf8(importSong(u"Cmaj7     G\nwell-----known\n").chart()),
+              "C7+       G\nwell-----known\n");
+}
+
 // ChordPro says what the names are where they do not; of a text it is known that they do not.
 TEST(SongExportProperty, GermanNamesAndSyllablesAreReadAgain) {
     Random random(6);
