@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "chords/CellWidth.h"
+#include "chords/RowMarks.h"
+#include "chords/RowSymbols.h"
 
 namespace melvorin {
 namespace {
@@ -27,7 +29,7 @@ class BracketReader {
     void addRemark(TextView bracket, std::size_t at);
     void place(std::vector<RowItem> row, std::size_t end);
     void addText(TextView text);
-    void makeRoom(std::size_t end);
+    void makeRoom(std::size_t end, std::size_t roomEnd);
     char16_t textBehind(std::size_t at);
     std::optional<std::size_t> blankInFront() const;
 
@@ -38,6 +40,7 @@ class BracketReader {
     RowMemory* memory_;
     const std::function<Text(TextView)>* shown_;
     std::size_t roomEnd_ = 0;       // first cell behind the last chord and a blank
+    std::size_t markRoomEnd_ = 0;   // the same for what could not be read, on its own line
     std::size_t behind_ = 0;        // the end of the brackets looked at last
     std::size_t stretchedEnd_ = 0;  // of the lyrics, where they end in hyphens of ours
     BracketedLine result_;
@@ -63,12 +66,12 @@ char16_t BracketReader::textBehind(std::size_t at) {
 
 // Lyrics stretch where a blank is, on either side; a word with hyphens, which nobody takes for a
 // part of it.
-void BracketReader::makeRoom(std::size_t end) {
-    if (column_ >= roomEnd_)
+void BracketReader::makeRoom(std::size_t end, std::size_t roomEnd) {
+    if (column_ >= roomEnd)
         return;
     const char16_t before = result_.lyrics.empty() ? u' ' : result_.lyrics.back();
     const char16_t behind = textBehind(end);
-    std::size_t room = roomEnd_ - column_;
+    std::size_t room = roomEnd - column_;
     char16_t filler = u' ';
     const bool isStretched = stretchedEnd_ > 0 && stretchedEnd_ == result_.lyrics.size();
     if (isStretchable(behind) && (isStretchable(before) || isStretched)) {
@@ -80,8 +83,12 @@ void BracketReader::makeRoom(std::size_t end) {
     // Wide letters are words of their own, or parts of words that nobody would stretch otherwise.
     const bool isBetweenWide =
         cellsOf(TextView(&before, 1)) > 1 && cellsOf(TextView(&behind, 1)) > 1;
-    if (filler == u' ' && !isAnyBlank(before) && (behind == 0 || !isAnyBlank(behind)) &&
-        !isBetweenWide) {
+    // Syllables with hyphens of their own come apart behind them: "le- lu-jah".
+    const TextView lyrics = result_.lyrics;
+    const bool isSyllable = before == u'-' && lyrics.size() > 1 &&
+                            isStretchable(lyrics[lyrics.size() - 2]) && isStretchable(behind);
+    if (filler == u' ' && !isSyllable && !isAnyBlank(before) &&
+        (behind == 0 || !isAnyBlank(behind)) && !isBetweenWide) {
         const auto blank = blankInFront();
         if (!blank)
             return;
@@ -108,18 +115,22 @@ std::optional<std::size_t> BracketReader::blankInFront() const {
 }
 
 void BracketReader::place(std::vector<RowItem> row, std::size_t end) {
-    makeRoom(end);
+    const RowItemKind kind = row.front().kind;
+    const bool isMark = kind == RowItemKind::Repeat || kind == RowItemKind::NoChord;
+    makeRoom(end, isMark ? std::max(roomEnd_, markRoomEnd_) : roomEnd_);
     const std::size_t first = row.front().column;
     std::vector<RowItem> inLine;
     for (RowItem& item : row) {
-        const bool isMark = item.kind == RowItemKind::Sign || item.kind == RowItemKind::Repeat;
-        const bool standsAbove = isMark && item.column > first;
+        const bool mayAbove = item.kind == RowItemKind::Sign || item.kind == RowItemKind::Repeat;
+        const bool standsAbove = mayAbove && item.column > first;
         item.column -= first;
         if (!standsAbove)
             inLine.push_back(item);
         item.column += column_;
     }
     roomEnd_ = std::max(roomEnd_, column_) + cellsOf(writeRow(inLine)) + 1;
+    if (isMark)
+        markRoomEnd_ = std::max(markRoomEnd_, roomEnd_);
     result_.chords.insert(result_.chords.end(), std::make_move_iterator(row.begin()),
                           std::make_move_iterator(row.end()));
 }
@@ -129,6 +140,9 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     if (shown_ != nullptr) {
         RowItem item;
         item.kind = RowItemKind::Chord;
+        // Neighbours that touch would be one chord.
+        item.index = index_ + at + 1;
+        item.length = inside.size();
         item.shown = (*shown_)(inside);
         place({std::move(item)}, at + inside.size() + 2);
         return true;
@@ -153,19 +167,31 @@ bool BracketReader::addChords(TextView inside, std::size_t at) {
     return true;
 }
 
-// "[*slowly]" is "*slowly" to its readers; other brackets tell that they could not be read.
+// "[*slowly]" is "*slowly" to its readers, "[Fine]" is "Fine"; other brackets tell that they could
+// not be read.
 void BracketReader::addRemark(TextView bracket, std::size_t at) {
     RowItem item;
     const bool isRemark = bracket[1] == u'*';
-    item.kind = isRemark ? RowItemKind::Remark : RowItemKind::Unread;
+    const bool isMark = isGoal(trimmed(bracket.substr(1, bracket.size() - 2)));
+    item.kind = isRemark || isMark ? RowItemKind::Remark : RowItemKind::Unread;
     item.index = index_ + at + 1;
     item.length = bracket.size() - 2;
     item.column = column_;
-    const TextView remark = trimmed(bracket.substr(isRemark ? 2 : 1, item.length - 1));
-    item.shown =
-        isRemark ? withOrdinaryBlanks(Text(u"*").append(remark)) : withOrdinaryBlanks(bracket);
+    const TextView remark =
+        trimmed(bracket.substr(isRemark ? 2 : 1, item.length - (isRemark ? 1 : 0)));
+    item.shown = isRemark ? withOrdinaryBlanks(Text(u"*").append(remark))
+                 : isMark ? Text(remark)
+                          : withOrdinaryBlanks(bracket);
     if (isRemark && remark.empty())
         return;
+    if (item.kind == RowItemKind::Unread) {
+        // At the start of a line of the chart it would be a label.
+        if (column_ == 0 && result_.chords.empty() && !mayBeRefused(remark, reading_))
+            addText(u" ");
+        makeRoom(at + bracket.size(), markRoomEnd_);
+        item.column = column_;
+        markRoomEnd_ = column_ + cellsOf(item.shown) + 1;
+    }
     result_.chords.push_back(std::move(item));
 }
 

@@ -55,9 +55,21 @@ std::vector<Cluster> clustersOfRow(TextView line, const ChordReading& reading) {
     return clusters;
 }
 
+// "le- [F]lu": whether the blanks that the words end with only make room for the chord at this
+// column, behind the former one.
+bool isRoomBehindHyphen(TextView line, const Cluster& former, std::size_t column, char16_t next) {
+    const std::size_t end = line.find_last_not_of(u' ') + 1;
+    return end < line.size() && end > 1 && line[end - 1] == u'-' && isStretchable(line[end - 2]) &&
+           isStretchable(next) && former.column + cellsOf(former.text) + 1 == column;
+}
+
+enum class Syllables { AsTheyStand, Joined };
+
 // The words with the chords in brackets at their columns, behind the end of the words too.
-Text withBrackets(const std::vector<Cluster>& chords, TextView words, const SongChordNames& names) {
+Text withBrackets(const std::vector<Cluster>& chords, TextView words, const SongChordNames& names,
+                  Syllables syllables = Syllables::AsTheyStand) {
     Text line;
+    const Cluster* former = nullptr;
     CellReader reader(words);
     CellCharacter character;
     std::size_t cells = 0;
@@ -73,6 +85,10 @@ Text withBrackets(const std::vector<Cluster>& chords, TextView words, const Song
             line.append(cluster.column - cells, u' ');
             cells = cluster.column;
         }
+        if (syllables == Syllables::Joined && former != nullptr && more &&
+            isRoomBehindHyphen(line, *former, cluster.column, words[character.index]))
+            line.resize(line.find_last_not_of(u' ') + 1);
+        former = &cluster;
         line.append(u"[").append(names(cluster.text)).append(u"]");
     }
     return more ? line.append(words.substr(character.index)) : line;
@@ -84,6 +100,8 @@ Text withBrackets(TextView chords, TextView words, const SongChordNames& names) 
 
 // What a line of marks has in it: "*let ring" is one.
 std::vector<Cluster> marksOf(TextView line) {
+    if (line.find(u'*') == TextView::npos)
+        return clustersOfRow(line, {});
     std::vector<Cluster> marks;
     for (const Cluster& cluster : clustersOf(line)) {
         const bool goesOn = !marks.empty() && marks.back().text.starts_with(u'*') &&
@@ -98,10 +116,22 @@ std::vector<Cluster> marksOf(TextView line) {
     return marks;
 }
 
+// Whether the cluster stands where the former one ends, so that hyphens in front of it may be room
+// for that; two are the fewest.
+std::vector<bool> arePushed(const std::vector<Cluster>& clusters) {
+    std::vector<bool> pushed(clusters.size());
+    for (std::size_t i = 1; i < clusters.size(); ++i) {
+        const std::size_t free = clusters[i - 1].column + cellsOf(clusters[i - 1].text) + 1;
+        pushed[i] = clusters[i].column == free || clusters[i].column == free + 1;
+    }
+    return pushed;
+}
+
 // A line in brackets without the hyphens that stretch a word up to the next chord: "ri--[G]ver" is
-// "ri[G]ver".
-Text withWordsJoined(TextView line) {
+// "ri[G]ver". `pushed` tells of each bracket whether it may be so; empty where all may.
+Text withWordsJoined(TextView line, const std::vector<bool>& pushed) {
     Text joined;
+    std::size_t bracket = 0;  // how many there have been
     for (std::size_t at = 0; at < line.size();) {
         // Hyphens and brackets between two letters, the last of them a bracket.
         std::size_t end = at;
@@ -116,9 +146,12 @@ Text withWordsJoined(TextView line) {
                 ++hyphens;
             else
                 brackets += line.substr(end, close + 1 - end);
+            bracket += close == end ? 0U : 1U;
             end = close + 1;
         }
-        const bool isStretch = hyphens > 1 && at > 0 && end < line.size() &&
+        const bool mayStretch =
+            pushed.empty() || (bracket > 0 && bracket <= pushed.size() && pushed[bracket - 1]);
+        const bool isStretch = hyphens > 1 && at > 0 && end < line.size() && mayStretch &&
                                line[end - 1] == u']' && isStretchable(line[at - 1]) &&
                                isStretchable(line[end]);
         end = std::max(end, at + 1);
@@ -126,6 +159,39 @@ Text withWordsJoined(TextView line) {
         at = end;
     }
     return joined;
+}
+
+// The same without what the chart has put between syllables to make room.
+Text withBracketsJoined(const std::vector<Cluster>& chords, TextView words,
+                        const SongChordNames& names) {
+    const bool hasOwn = words.find(u'[') != TextView::npos;
+    return withWordsJoined(withBrackets(chords, words, names, Syllables::Joined),
+                           hasOwn ? std::vector<bool>() : arePushed(chords));
+}
+
+// Brackets of the chart, which held no chord, and the marks between them.
+std::vector<Cluster> unreadOf(TextView line) {
+    std::vector<Cluster> marks;
+    CellReader reader(line);
+    CellCharacter character;
+    bool inBracket = false;
+    bool inMark = false;
+    while (reader.next(character)) {
+        const TextView rest = line.substr(character.index);
+        const bool opens = !inBracket && rest[0] == u'[';
+        const bool closes = inBracket && rest[0] == u']';
+        const bool isMark = !inBracket && !opens && !isAnyBlank(rest[0]);
+        if (opens || (isMark && !inMark))
+            marks.push_back({rest.substr(opens ? 1 : 0, 0), character.column});
+        else if ((inBracket && !closes) || isMark)
+            marks.back().text = {marks.back().text.data(),
+                                 marks.back().text.size() + character.length};
+        if (isMark && !inMark)
+            marks.back().text = rest.substr(0, character.length);
+        inBracket = opens || (inBracket && !closes);
+        inMark = isMark;
+    }
+    return marks;
 }
 
 class Exporter {
@@ -242,15 +308,17 @@ void Exporter::putChords() {
     const SourceLine& line = song_.source[number_++];
     if (areWords(number_)) {
         const TextView words = song_.source[number_].text;
-        const Text both = withBrackets(line.text, words, asWritten_);
-        const Text joined = withWordsJoined(both);
+        const std::vector<Cluster> clusters = clustersOfRow(line.text, names_.reading());
+        const Text both = withBrackets(clusters, words, asWritten_);
+        const Text joined = withBracketsJoined(clusters, words, asWritten_);
         const auto fits = [&](const Text& exported) {
             return !exported.starts_with(u'#') && comesBack(exported, {line.text, words});
         };
         const bool isJoined = joined != both && fits(joined);
         if (isJoined || fits(both)) {
-            const Text named = withBrackets(line.text, words, names_);
-            putLine(isJoined ? withWordsJoined(named) : named, song_.source[number_++].end);
+            putLine(isJoined ? withBracketsJoined(clusters, words, names_)
+                             : withBrackets(clusters, words, names_),
+                    song_.source[number_++].end);
             return;
         }
     }
@@ -264,7 +332,8 @@ void Exporter::putChords() {
 // Remarks and repeat marks above chords or words stand in brackets among them.
 bool Exporter::putMarks() {
     const TextView marks = song_.source[number_].text;
-    if (!isLineOfMarks(song_, number_))
+    const bool isUnread = isLineOfUnread(song_, number_);
+    if (!isUnread && !isLineOfMarks(song_, number_))
         return false;
     const SourceLine& below = song_.source[number_ + 1];
     const bool isRow = below.verdict == LineVerdict::Chords;
@@ -274,7 +343,7 @@ bool Exporter::putMarks() {
         lines.push_back(below.text);
     if (hasWords)
         lines.push_back(song_.source[number_ + lines.size()].text);
-    std::vector<Cluster> clusters = marksOf(marks);
+    std::vector<Cluster> clusters = isUnread ? unreadOf(marks) : marksOf(marks);
     if (isRow) {
         const std::vector<Cluster> chords = clustersOfRow(below.text, names_.reading());
         clusters.insert(clusters.end(), chords.begin(), chords.end());
@@ -283,7 +352,7 @@ bool Exporter::putMarks() {
     }
     const TextView words = hasWords ? lines.back() : TextView();
     const Text both = withBrackets(clusters, words, asWritten_);
-    const Text joined = withWordsJoined(both);
+    const Text joined = withBracketsJoined(clusters, words, asWritten_);
     const auto fits = [&](const Text& exported) {
         return exported.starts_with(u'[') == both.starts_with(u'[') &&
                !exported.starts_with(u'#') &&
@@ -292,9 +361,10 @@ bool Exporter::putMarks() {
     const bool isJoined = joined != both && fits(joined);
     if (!isJoined && !fits(both))
         return false;
-    const Text named = withBrackets(clusters, words, names_);
     number_ += lines.size();
-    putLine(isJoined ? withWordsJoined(named) : named, song_.source[number_ - 1].end);
+    putLine(isJoined ? withBracketsJoined(clusters, words, names_)
+                     : withBrackets(clusters, words, names_),
+            song_.source[number_ - 1].end);
     return true;
 }
 
@@ -359,7 +429,8 @@ void Exporter::putLabel() {
     const SourceLine* const next =
         number_ + 1 < song_.source.size() ? &song_.source[number_ + 1] : nullptr;
     const bool isEnd =
-        next == nullptr || trimmed(next->text).empty() || next->verdict == LineVerdict::Section;
+        next == nullptr || trimmed(next->text).empty() ||
+        (next->verdict == LineVerdict::Section && !isLineOfUnread(song_, number_ + 1));
     const bool isKept = explicitSectionEnd(song_.source, number_, *section).has_value();
     const bool isRepeat = !isKept && isEnd && *section == u"chorus";
     const bool isOther =
@@ -416,7 +487,8 @@ bool Exporter::putHead() {
 void Exporter::putNext() {
     const SourceLine& line = song_.source[number_];
     const bool tablature = line.verdict == LineVerdict::Tablature;
-    const bool isLabel = line.verdict == LineVerdict::Section;
+    const bool isUnread = isLineOfUnread(song_, number_);
+    const bool isLabel = line.verdict == LineVerdict::Section && !isUnread;
     isHead_ = isHead_ && !mayHaveChords(line);
     if (tablature || isLabel || trimmed(line.text).empty())
         endSection(line.end);
@@ -431,17 +503,20 @@ void Exporter::putNext() {
         return;
     }
     const bool isWords = line.verdict == LineVerdict::Lyrics;
-    if (isWords && putMarks())
+    if ((isWords || isUnread) && putMarks())
         return;
     const auto fact = isWords ? factDirective(line.text, isHead_) : std::nullopt;
     const auto remark = isWords ? remarkDirective(line.text) : std::nullopt;
-    if (tablature)
+    const bool isAsItStands = (isWords || isUnread) && hasPairs_ && isRowOfUnread(line.text) &&
+                              comesBack(trimmedRight(line.text), {line.text}, true);
+    if (tablature || isAsItStands)
         putLine(line.text, line.end);
     else if (fact || remark)
         putLine(fact ? *fact : *remark, line.end);
     else if (isLabel && !putLabelledChords())
         putLabel();
-    else if (!isLabel && !putDirective() && !putHead() && !putBrackets())
+
+    else if (!isLabel && (isUnread || (!putDirective() && !putHead() && !putBrackets())))
         put(line.text, line);
     ++number_;
 }
@@ -469,8 +544,8 @@ Text Exporter::run() {
 Text pairInBrackets(TextView chords, TextView words, const ChordReading& reading) {
     SongImport asItIs;
     asItIs.notation.reading = reading;
-    return withWordsJoined(
-        withBrackets(chords, words, SongChordNames({}, asItIs, ChordNames::House)));
+    return withBracketsJoined(clustersOfRow(chords, reading), words,
+                              SongChordNames({}, asItIs, ChordNames::House));
 }
 
 std::optional<Text> withNamedBrackets(const SongImport& song, std::size_t number,

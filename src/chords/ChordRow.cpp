@@ -187,9 +187,14 @@ bool RowReader::addWhole(const Run& run) {
     return true;
 }
 
-// Chords in parentheses, also over several runs: "(Am7", "G)".
+// Chords in parentheses, also over several runs: "(Am7", "G)". The chart has such for braces too.
 bool RowReader::addEnclosed(const Run& run) {
-    const TextView text = textOf(run);
+    Text shown(textOf(run));
+    if (shown.front() == u'{')
+        shown.front() = u'(';
+    if (shown.back() == u'}')
+        shown.back() = u')';
+    const TextView text = shown;
     const std::size_t begin = text.front() == u'(' ? 1 : 0;
     const std::size_t end = text.size() - (text.back() == u')' ? 1 : 0);
     for (const auto& [from, to] :
@@ -221,6 +226,8 @@ bool isCut(char16_t c) {
 std::size_t RowReader::chainPartEnd(TextView text, std::size_t begin) const {
     const bool cut = isCut(text[begin]);
     const bool link = isLink(text[begin]);
+    if (isDirection(text.substr(begin, 4)))
+        return begin + 4;
     std::size_t end = begin + 1;
     while (end < text.size() && isCut(text[end]) == cut && (!cut || isLink(text[end]) == link))
         ++end;
@@ -240,6 +247,7 @@ bool RowReader::addChain(const Run& run) {
     bool chord = false;
     bool mark = false;
     bool bar = false;
+    const bool hasBar = text.find_first_of(kBars) != TextView::npos;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = chainPartEnd(text, begin);
         const bool cut = isCut(text[begin]);
@@ -250,11 +258,13 @@ bool RowReader::addChain(const Run& run) {
         if (colon)
             add(RowItemKind::Separator, piece, Text());
         else if (!addWhole(piece) && !addEnclosed(piece)) {
-            if (!resemblesChord(withoutParentheses(sign), reading_)) {
+            const bool isRefused = hasBar && mayBeRefused(sign, reading_);
+            if (!isRefused && !resemblesChord(withoutParentheses(sign), reading_)) {
                 items_.resize(former);
                 return false;
             }
             add(RowItemKind::Unknown, piece, Text(sign));
+            mark = mark || isRefused;
         }
         const RowItemKind kind = items_.back().kind;
         chord = chord || kind == RowItemKind::Chord;
@@ -384,7 +394,10 @@ RowCount countOf(const std::vector<RowItem>& row) {
     RowCount count;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const RowItemKind kind = row[i].kind;
-        count.chords += kind == RowItemKind::Chord || kind == RowItemKind::NoChord ? 1U : 0U;
+        // "Washington / D.C."
+        const bool isRest = kind == RowItemKind::NoChord && isNoChord(row[i].shown) &&
+                            !isDirection(withoutParentheses(row[i].shown));
+        count.chords += kind == RowItemKind::Chord || isRest ? 1U : 0U;
         count.unknown += kind == RowItemKind::Unknown ? 1U : 0U;
         count.words += kind == RowItemKind::Word ? 1U : 0U;
         count.remarks += kind == RowItemKind::Remark ? 1U : 0U;

@@ -16,7 +16,7 @@ enum class RowItemKind {
     Word,
     Bar,        // "|", "|:"
     Beat,       // "/", "(", ")": signs that chord lines may have; "." between chords
-    NoChord,    // "N.C."
+    NoChord,    // "N.C.", "D.C. al Fine"
     Repeat,     // "x2", "x 2", "} 2"
     Meter,      // "3/4"
     Remark,     // "(let ring)", "[Lick 1]", "2 times"

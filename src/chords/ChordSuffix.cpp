@@ -315,7 +315,7 @@ bool SuffixReader::takeDiminished() {
         takeOwnSeventh();
         return true;
     }
-    if (takeAny({u"\u00F8"})) {
+    if (takeAny({u"\u00F8", u"halfdim", u"half-dim"})) {
         suffix_.halfDiminished = true;
         takeOwnSeventh();
         return true;
@@ -420,6 +420,9 @@ bool SuffixReader::takeSlash() {
 // ---- The whole -------------------------------------------------------------------------------
 
 bool SuffixReader::takePart() {
+    // "Cdom7" is C7.
+    if (!numbers_ && !isThirdKnown() && rest_.starts_with(u"dom7"))
+        rest_.remove_prefix(3);
     return takeMajor() || takeSuspension() || takeAdded() || takeSign() || takeSlash() ||
            takeDiminished() || (takeAny({u"aug", u"Aug", u"AUG"}) && add(5, u'#')) || takeMinor() ||
            takeAccidental() || takePlus() || takeMinus() || takeNumber(u' ');

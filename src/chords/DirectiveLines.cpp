@@ -99,10 +99,15 @@ bool Reader::isTabStart(std::size_t i) const {
         (i > 0 && source_[i - 1].verdict == LineVerdict::Tablature))
         return false;
     std::size_t end = i + 1;
-    while (end < source_.size() && source_[end].verdict == LineVerdict::Tablature &&
-           isTablature(source_[end].text))
+    bool isClear = false;
+    while (end < source_.size() && source_[end].verdict == LineVerdict::Tablature) {
+        const bool isString = isTablature(source_[end].text);
+        if (!isString && !mayBeDenseString(source_[end].text))
+            break;
+        isClear = isClear || isString;
         ++end;
-    if (end == i + 1)
+    }
+    if (!isClear)
         return false;
     // An end that is missing is clear.
     const auto closing = end < source_.size() ? directiveOf(source_[end]) : std::nullopt;

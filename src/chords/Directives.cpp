@@ -103,6 +103,13 @@ bool standsAsWords(TextView text) {
            song.lines.size() == 1 && trimmedRight(song.lines[0].text) == trimmedRight(text);
 }
 
+bool holdsChords(TextView text) {
+    const SongImport song = importSong(text);
+    return !song.chords.empty() ||
+           std::any_of(song.source.begin(), song.source.end(),
+                       [](const SourceLine& line) { return line.verdict == LineVerdict::Chords; });
+}
+
 bool isRowInSomeSong(TextView text) {
     constexpr ChordReading small{Naming::Letters, true, false, false};
     constexpr ChordReading syllables{Naming::Solfege, false, false, false};
@@ -147,13 +154,8 @@ std::optional<Text> shownRemark(const Directive& directive) {
         return std::nullopt;
     const bool isComment = mark == std::begin(kMarks);
     if (isComment && !standsAsWords(text)) {
-        // A row of nothing but chords would be played.
-        const std::vector<RowItem> row = readRow(text);
-        const bool isPlayed =
-            judgeLine(text) == LineVerdict::Chords &&
-            std::all_of(row.begin(), row.end(), [](const RowItem& item) {
-                return item.kind == RowItemKind::Chord || item.kind == RowItemKind::Unknown;
-            });
+        // Chords would be played, and go back as such.
+        const bool isPlayed = !text.starts_with(u'#') && holdsChords(text);
         return isPlayed ? std::nullopt : std::optional(Text(text));
     }
     // Between bars there are chords, in some song.

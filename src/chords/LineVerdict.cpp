@@ -7,6 +7,8 @@
 #include "base/LetterCase.h"
 #include "chords/CellWidth.h"
 #include "chords/ChordSpelling.h"
+#include "chords/RowMarks.h"
+#include "chords/RowSymbols.h"
 
 namespace melvorin {
 namespace {
@@ -78,9 +80,10 @@ constexpr TextView kSectionWords[] = {u"intro",        u"introduction",  u"verse
                                       u"couplet",      u"pont",          u"vers",
                                       u"strofa",       u"ritornello",    u"fine"};
 // Labels whose note or number tells of the song and is no chord of it.
-constexpr TextView kFactWords[] = {u"key",   u"capo", u"tuning", u"tempo",   u"time", u"tom",
-                                   u"tone",  u"by",   u"words",  u"music",   u"bpm",  u"artist",
-                                   u"title", u"tune", u"album",  u"composer"};
+constexpr TextView kFactWords[] = {
+    u"key",   u"capo",  u"tuning", u"tempo", u"time", u"tom",   u"tone",     u"by",    u"words",
+    u"music", u"bpm",   u"artist", u"title", u"tune", u"album", u"composer", u"musik", u"text",
+    u"texte", u"worte", u"satz",   u"arr",   u"arr.", u"foto",  u"photo"};
 
 // "2", "II", "A", "(x2)", "2x": what may follow the word of a section.
 bool isLabelSuffix(TextView text) {
@@ -125,6 +128,13 @@ bool hasWords(TextView text, const ChordReading& reading, RowMemory* memory) {
     });
 }
 
+// What may be a remark among words as well as the label of a section.
+bool isShortPart(TextView text) {
+    const Text name = unicodeLowerCase(trimmed(text));
+    return name == u"riff" || name == u"coda" || name == u"fine" || name == u"hook" ||
+           name == u"tag";
+}
+
 // "[Verse 1]" or "(Chorus)" with the colon that may follow. Where every bracket of the song is a
 // chord, words in front of others are none.
 std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& reading,
@@ -137,10 +147,15 @@ std::size_t enclosedLabel(TextView line, std::size_t begin, const ChordReading& 
         return 0;
     const TextView inside = line.substr(begin + 1, close - begin - 1);
     const std::size_t end = close + (line.substr(close + 1).starts_with(u':') ? 2 : 1);
+    // "[riff]la" is a remark over its syllable.
+    const bool isOverSyllable = reading.everyBracket && end < line.size() &&
+                                line[end - 1] != u':' && !isAnyBlank(line[end]) &&
+                                isShortPart(inside);
     if (closer == u')' || isSectionName(inside))
-        return isSectionName(inside) ? end : 0;
+        return isSectionName(inside) && !isOverSyllable ? end : 0;
     const bool mayBe =
-        !inside.empty() && inside[0] != u'*' && (!reading.everyBracket || end == line.size());
+        !inside.empty() && inside[0] != u'*' &&
+        (!reading.everyBracket || (end == line.size() && !mayBeRefused(trimmed(inside), reading)));
     return mayBe && hasWords(inside, reading, memory) ? end : 0;
 }
 
@@ -177,6 +192,17 @@ std::size_t labelOfRow(TextView line, std::size_t begin, const ChordReading& rea
     const bool isLabel = isApart && isSureRow(line.substr(dash + 1), reading, memory) &&
                          hasWords(line.substr(begin, dash - begin), reading, memory);
     return isLabel ? dash + 1 : 0;
+}
+
+// The letter of a part: "A:", and "A)" alone on a line.
+bool isPartLetter(TextView text) {
+    return text.size() == 1 && text[0] >= u'A' && text[0] <= u'H';
+}
+
+bool isLonePartLetter(TextView text) {
+    text = trimmedRight(text);
+    return text.size() == 2 && (text[1] == u':' || text[1] == u')') &&
+           isPartLetter(text.substr(0, 1));
 }
 
 }  // namespace
@@ -236,7 +262,7 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
         return 0;
     if (line[begin] == u'[' || line[begin] == u'(' || line[begin] == u'\u3010')
         return enclosedLabel(line, begin, reading, memory);
-    if (isSectionName(line.substr(begin)))
+    if (isSectionName(line.substr(begin)) || isLonePartLetter(line.substr(begin)))
         return trimmedRight(line).size();
     const std::size_t colon =
         line.substr(0, begin + kLongestLabel).find_first_of(u":\uFF1A", begin);
@@ -249,9 +275,35 @@ std::size_t sectionLabelLength(TextView line, const ChordReading& reading, RowMe
         return colon + 1;
     // Any word may be a label where nothing but chords follows.
     const TextView behind = line.substr(colon + 1);
-    const bool label = !isClearlyWords(behind, reading) && hasWords(name, reading, memory) &&
+    // "x2: G C"
+    const bool isPart =
+        (isPartLetter(name) || isRepeat(name)) && !behind.empty() && isAnyBlank(behind[0]);
+    const bool label = !isClearlyWords(behind, reading) &&
+                       (isPart || hasWords(name, reading, memory)) &&
                        isRowOfChords(readRow(behind, 0, 0, reading, memory));
     return label ? colon + 1 : 0;
+}
+
+bool isDoubtfulLabel(TextView line, std::size_t label, const ChordReading& reading,
+                     RowMemory* memory) {
+    TextView name = trimmed(line.substr(0, label));
+    if (name.empty() || name.front() == u'[' || name.front() == u'(' || name.front() == u'\u3010')
+        return false;
+    const bool isPart =
+        isPartLetter(name.substr(0, name.size() - 1)) || isRepeat(name.substr(0, name.size() - 1));
+    name = name.substr(0, name.find_last_not_of(u" :-\uFF1A\u2013\u2014") + 1);
+    if (isSectionName(name))
+        return false;
+    const std::vector<RowItem> row = readRow(line.substr(label), 0, 0, reading, memory);
+    const auto isSign = [](const RowItem& item) {
+        return item.kind == RowItemKind::Separator ||
+               (item.kind == RowItemKind::Chord && item.shown.size() == 1);
+    };
+    const bool isList = std::all_of(row.begin(), row.end(), isSign);
+    const bool isSpaced = std::none_of(row.begin(), row.end(), [](const RowItem& item) {
+        return item.kind == RowItemKind::Separator;
+    });
+    return !row.empty() && isList && !(isPart && isSpaced && row.size() > 1);
 }
 
 bool statesFact(TextView line) {
@@ -259,16 +311,43 @@ bool statesFact(TextView line) {
     return colon != TextView::npos && isFactName(line.substr(0, colon));
 }
 
+namespace {
+
+// Strings of a tablature may be drawn with dashes of any length, strokes or equals signs.
+constexpr TextView kStrokes =
+    u"-=\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501\u2504\u2505\u2508\u2509\u254C"
+    u"\u254D\u2550";
+constexpr TextView kTabBars =
+    u"|\u00A6\u2016\u2502\u2503\u2506\u2507\u250A\u250B\u251C\u2520\u2523\u2524\u2528\u252B"
+    u"\u253C\u2542\u254B\u254E\u254F\u2551\u255E\u255F\u2560\u2561\u2562\u2563\u256A\u256B"
+    u"\u256C";
+constexpr TextView kFretSigns = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
+
+// "E", "Eb", "d#": what a string may be tuned to.
+bool isStringName(TextView name) {
+    const bool hasSign = name.size() == 2 && (name[1] == u'#' || name[1] == u'b');
+    return (name.size() == 1 || hasSign) &&
+           TextView(u"ABCDEFGHabcdefgh").find(name[0]) != TextView::npos;
+}
+
+}  // namespace
+
+// Frets close by each other, and strokes between them.
+bool mayBeDenseString(TextView line) {
+    line = trimmed(line);
+    std::size_t dashes = 0;
+    bool hasFret = false;
+    for (const char16_t c : line) {
+        const bool isStroke = isOneOf(kStrokes, c);
+        if (isAnyBlank(c) || (!isStroke && !isOneOf(kTabBars, c) && !isOneOf(kFretSigns, c)))
+            return false;
+        dashes += isStroke ? 1U : 0U;
+        hasFret = hasFret || isDigit(c);
+    }
+    return hasFret && dashes > 2 && (isOneOf(kStrokes, line[0]) || isOneOf(kTabBars, line[0]));
+}
+
 bool isTablature(TextView line) {
-    // Its strings may be drawn with dashes of any length, strokes or equals signs.
-    constexpr TextView strokes =
-        u"-=\u2010\u2011\u2012\u2013\u2014\u2015\u2212\u2500\u2501\u2504\u2505\u2508\u2509\u254C"
-        u"\u254D\u2550";
-    constexpr TextView bars =
-        u"|\u00A6\u2016\u2502\u2503\u2506\u2507\u250A\u250B\u251C\u2520\u2523\u2524\u2528\u252B"
-        u"\u253C\u2542\u254B\u254E\u254F\u2551\u255E\u255F\u2560\u2561\u2562\u2563\u256A\u256B"
-        u"\u256C";
-    constexpr TextView signs = u"0123456789hpbrtvxsHPBRX/\\~()<>^*:.o ";
     constexpr std::size_t kLongestName = 3;
     const auto isIn = [](TextView set) {
         return [set](char16_t c) { return set.find(c) != TextView::npos; };
@@ -276,11 +355,14 @@ bool isTablature(TextView line) {
     line = trimmed(line);
     // The name of the string, and what may part it from the string.
     std::size_t first = 0;
-    while (first < line.size() && first <= kLongestName && !isIn(strokes)(line[first]) &&
-           !isIn(bars)(line[first]))
+    while (first < line.size() && first <= kLongestName && !isIn(kStrokes)(line[first]) &&
+           !isIn(kTabBars)(line[first]))
         ++first;
     if (first > kLongestName || first == line.size())
         return false;
+    if (isIn(kTabBars)(line[first]) && isStringName(line.substr(0, first)) &&
+        mayBeDenseString(line.substr(first)))
+        return true;
     // The frets and signs of a string; the last words of a line may be a remark.
     std::size_t end = first;
     std::size_t dashes = 0;
@@ -291,9 +373,9 @@ bool isTablature(TextView line) {
     std::size_t barsSoFar = 0;
     for (; end < line.size(); ++end) {
         const char16_t c = line[end];
-        const bool stroke = isIn(strokes)(c);
-        const bool bar = isIn(bars)(c);
-        if (!stroke && !bar && !isIn(signs)(c))
+        const bool stroke = isIn(kStrokes)(c);
+        const bool bar = isIn(kTabBars)(c);
+        if (!stroke && !bar && !isIn(kFretSigns)(c))
             break;
         barsSoFar += bar ? 1U : 0U;
         hasPair = hasPair || (stroke && lastStroke + 1 == end && end > first);
@@ -302,7 +384,7 @@ bool isTablature(TextView line) {
         dashes += stroke ? 1U : 0U;
         length = isAnyBlank(c) ? length : end + 1 - first - barsSoFar;
     }
-    const bool isRuled = isDrawn && line.find_first_of(bars) == TextView::npos &&
+    const bool isRuled = isDrawn && line.find_first_of(kTabBars) == TextView::npos &&
                          std::none_of(line.begin(), line.end(), isDigit);
     return hasPair && dashes * 2 >= length && dashes >= 4 && !isRuled &&
            (end == line.size() || end > 16);

@@ -36,12 +36,21 @@ bool isKnownDirective(const Directive& directive);
 std::size_t sectionLabelLength(TextView line, const ChordReading& reading = {},
                                RowMemory* memory = nullptr);
 
+// True where the label of so many units is one only in a song that has chords elsewhere: behind a
+// word that names no section there are lone letters, as in "Vitamins: A, D, E".
+bool isDoubtfulLabel(TextView line, std::size_t label, const ChordReading& reading = {},
+                     RowMemory* memory = nullptr);
+
 // "Tuning: standard", "Words: me": what stands in front of the colon is no section.
 bool statesFact(TextView line);
 
 // A line of a tablature: a string of dashes, strokes or equals signs, and frets, with or without
 // its name.
 bool isTablature(TextView line);
+
+// True for frets and strokes alone, so close by each other that only a tablature beside the line,
+// or the name of its string in front, makes it one: "|-12-15-12-|".
+bool mayBeDenseString(TextView line);
 
 // The verdict on a line by itself.
 LineVerdict judgeLine(TextView line, const ChordReading& reading = {}, RowMemory* memory = nullptr);

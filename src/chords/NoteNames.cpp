@@ -95,8 +95,9 @@ std::optional<NamedNote> readNoteName(TextView text, const ChordReading& reading
     }
     NamedNote note;
     note.isSmall = text[0] >= u'a' && text[0] <= u'h';
+    // Behind a chord and a slash a small letter can be nothing else: "Am/g".
     const bool maySmall =
-        reading.smallMinors || (place == NotePlace::Bass && reading.naming == Naming::German);
+        reading.smallMinors || (place == NotePlace::Bass && reading.naming != Naming::Solfege);
     if (note.isSmall && !maySmall)
         return std::nullopt;
     const auto letter = static_cast<char16_t>(note.isSmall ? text[0] - u'a' + u'A' : text[0]);

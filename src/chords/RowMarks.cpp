@@ -59,6 +59,7 @@ class MarkJoiner {
     }
     std::size_t enclosedFrom(std::size_t at) const;
     bool isTimes(std::size_t at) const;
+    std::size_t directionEnd(std::size_t at) const;
     void put(std::size_t first, std::size_t last, RowItemKind kind);
 
     std::vector<RowItem>& items_;
@@ -97,6 +98,24 @@ bool MarkJoiner::isTimes(std::size_t at) const {
     return begins && at + 1 < items_.size() && isNumber(textOf(items_[at + 1]));
 }
 
+// The last item of "D.C. al Fine" that begins with item `at`, or of "Fine", "To Coda" at the end of
+// a row of chords; behind the row where there is none.
+std::size_t MarkJoiner::directionEnd(std::size_t at) const {
+    const std::size_t left = items_.size() - at;
+    if (items_[at].kind == RowItemKind::NoChord) {
+        const bool isLong = isDirection(textOf(items_[at])) && left > 2 &&
+                            textOf(items_[at + 1]) == u"al" && isGoal(textOf(items_[at + 2]));
+        return isLong ? at + 2 : items_.size();
+    }
+    const TextView first = textOf(items_[at]);
+    const bool isTo = left == 2 && (first == u"To" || first == u"to" || first == u"al");
+    const bool isEnd = (left == 1 || isTo) && isGoal(textOf(items_.back()));
+    return isEnd && std::any_of(items_.begin(), items_.begin() + static_cast<std::ptrdiff_t>(kept_),
+                                isFirm)
+               ? items_.size() - 1
+               : items_.size();
+}
+
 void MarkJoiner::put(std::size_t first, std::size_t last, RowItemKind kind) {
     RowItem joined = std::move(items_[first]);
     const RowItem& end = items_[last];
@@ -117,9 +136,13 @@ void MarkJoiner::join() {
         const bool isCounted = isWord && at + 1 < items_.size() && isNumber(textOf(items_[at])) &&
                                std::find(std::begin(kTimesWords), std::end(kTimesWords),
                                          textOf(items_[at + 1])) != std::end(kTimesWords);
+        const std::size_t direction = directionEnd(at);
         if (end < items_.size()) {
             put(at, end, RowItemKind::Remark);
             at = end;
+        } else if (direction < items_.size()) {
+            put(at, direction, RowItemKind::NoChord);
+            at = direction;
         } else if (isWord && isTimes(at)) {
             put(at, at + 1, RowItemKind::Repeat);
             ++at;
@@ -158,7 +181,15 @@ Text shownBar(TextView bar) {
 bool isNoChord(TextView text) {
     text = withoutParentheses(text);
     return text == u"N.C." || text == u"N.C" || text == u"NC" || text == u"N/C" ||
-           text == u"n.c." || text == u"NC.";
+           text == u"n.c." || text == u"NC." || isDirection(text);
+}
+
+bool isDirection(TextView text) {
+    return text == u"D.C." || text == u"D.S." || text == u"D.C" || text == u"D.S";
+}
+
+bool isGoal(TextView text) {
+    return text == u"Fine" || text == u"Coda" || text == u"Segno";
 }
 
 bool isRepeat(TextView text) {

@@ -30,8 +30,12 @@ TextView withoutParentheses(TextView text);
 bool isBar(TextView text);
 Text shownBar(TextView bar);
 
-// "N.C.", "(NC)".
+// "N.C.", "(NC)", "D.C.": what stands among chords and tells to play none of its own.
 bool isNoChord(TextView text);
+// "D.C.", "D.S.": where the song goes on.
+bool isDirection(TextView text);
+// "Fine", "Coda", "Segno": where it goes to.
+bool isGoal(TextView text);
 
 // "x2", "2x", "(x2)", "bis".
 bool isRepeat(TextView text);
@@ -39,7 +43,8 @@ bool isRepeat(TextView text);
 // "3/4", "12/8": a time signature, if bars or more than one chord are beside it.
 bool isMeter(TextView text);
 
-// Makes one item of what was written with blanks: "x 4", "} 2", "2 times", "(let ring)",
+// Makes one item of what was written with blanks: "x 4", "} 2", "D.C. al Fine", "2 times", "(let
+// ring)",
 // "[Lick 1]". `line` is what the items were read from, `index` where it begins.
 void joinMarks(std::vector<RowItem>& items, TextView line, std::size_t index,
                const ChordReading& reading);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "chords/ChordSpelling.h"
 #include "chords/RowMarks.h"
@@ -52,6 +53,7 @@ class SymbolSettler {
     void refuseLetters();
     void keepRefused();
     void countDots();
+    bool joinInitials();
     bool touches(std::size_t at) const;
 
     std::vector<RowItem>& items_;
@@ -80,19 +82,27 @@ void SymbolSettler::refuseLetters() {
 }
 
 // As many chords that are no words, two of them or one that is more than a letter, and nothing that
-// is a word.
+// is a word. "Am" counts where it stands beside a figure ("C7? Am"), and "C/Eb/G" is no list.
 void SymbolSettler::keepRefused() {
     std::size_t words = 0;
     std::size_t firm = 0;
+    std::size_t minors = 0;
     bool isMarked = false;
+    bool haveFigures = true;
     for (const RowItem& item : items_) {
         const bool isWord = item.kind == RowItemKind::Word;
+        const bool isPlain = item.kind == RowItemKind::Chord && item.wordToo == WordToo::No;
+        const bool hasFigure = isWord && !textOf(item).starts_with(u'(') &&
+                               (resemblesChord(withoutMarks(textOf(item)), reading_) ||
+                                (textOf(item).find_first_of(u"b#") != TextView::npos &&
+                                 isStackOfNotes(textOf(item), reading_)));
         words += isWord ? 1U : 0U;
         firm += isFirm(item) ? 1U : 0U;
-        isMarked = isMarked || (isFirm(item) && item.shown.size() > 1) ||
-                   (isWord && !textOf(item).starts_with(u'(') &&
-                    resemblesChord(withoutMarks(textOf(item)), reading_));
+        minors += isPlain && !isFirm(item) && item.shown.size() > 1 ? 1U : 0U;
+        isMarked = isMarked || (isFirm(item) && item.shown.size() > 1) || hasFigure;
+        haveFigures = haveFigures && (!isWord || hasFigure);
     }
+    firm += haveFigures ? minors : 0;
     if (words == 0 || firm < words || (firm < 2 && !isMarked))
         return;
     const auto isOther = [&](const RowItem& item) {
@@ -133,6 +143,27 @@ void SymbolSettler::countDots() {
     }
 }
 
+// "G. H.", "E.G.": nothing but lone letters, each with its dot, are somebody's name.
+bool SymbolSettler::joinInitials() {
+    std::vector<RowItem> joined;
+    joined.reserve(items_.size() / 2);
+    for (std::size_t i = 0; i < items_.size(); i += 2) {
+        RowItem letter = items_[i];
+        if (i + 1 == items_.size() || letter.kind != RowItemKind::Chord || letter.length != 1 ||
+            items_[i + 1].kind != RowItemKind::Separator || textOf(items_[i + 1]) != u"." ||
+            !touches(i))
+            return false;
+        letter.length = 2;
+        letter.cells += items_[i + 1].cells;
+        letter.kind = RowItemKind::Word;
+        letter.wordToo = WordToo::No;
+        letter.shown = textOf(letter);
+        joined.push_back(std::move(letter));
+    }
+    items_ = std::move(joined);
+    return true;
+}
+
 void SymbolSettler::settle() {
     bool hasWord = false;
     bool hasDot = false;
@@ -140,6 +171,8 @@ void SymbolSettler::settle() {
         hasWord = hasWord || item.kind == RowItemKind::Word;
         hasDot = hasDot || (item.kind == RowItemKind::Separator && item.length == 1);
     }
+    if (hasDot && !hasWord && joinInitials())
+        return;
     if (reading_.naming == Naming::Solfege)
         refuseLetters();
     if (hasWord)

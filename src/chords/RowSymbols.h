@@ -17,7 +17,8 @@ bool mayBeRefused(TextView text, const ChordReading& reading);
 bool isFirm(const RowItem& item);
 
 // Settles items whose marks are joined. What cannot be read of a row of clear chords is one of them
-// and stays as it is ("G C7? Am7"); a dot is a beat; letters beside syllables are words. `line` is
+// and stays as it is ("G C7? Am7"); a dot is a beat; letters beside syllables are words, and
+// so are initials ("G. H."). `line` is
 // what the items were read from, `index` where it begins.
 void settleSymbols(std::vector<RowItem>& items, TextView line, std::size_t index,
                    const ChordReading& reading);

@@ -12,6 +12,7 @@
 #include "chords/Proportional.h"
 #include "chords/RowMarks.h"
 #include "chords/SongDiagrams.h"
+#include "chords/StretchedWords.h"
 
 namespace melvorin {
 namespace {
@@ -40,6 +41,8 @@ class Importer {
     void split(TextView source);
     void judge();
     void judgeByDirectives();
+    void judgeDenseStrings();
+    void judgeLabels();
     void judgeBrackets();
     void readNotation();
     void judgeSmallRows();
@@ -48,6 +51,7 @@ class Importer {
     void findProportionalRows();
     void write(std::size_t number);
     void writeChords(std::size_t number);
+    void joinWords(std::size_t number, std::vector<RowItem>& items);
     void writeSection(std::size_t number);
     void writeDirective(std::size_t number);
     void writeText(std::size_t number, TextView text);
@@ -76,6 +80,7 @@ class Importer {
     SongImport song_;
     std::vector<DirectiveLine> directives_;  // one for each line of the source
     RowMemory memory_;                       // of the reading
+    std::optional<Text> joinedWords_;        // of the line below the chords
     bool isChordPro_ = false;
     bool isProportional_ = false;
 };
@@ -115,11 +120,47 @@ void Importer::judgeByDirectives() {
             line.verdict = LineVerdict::Tablature;
         }
     }
+    judgeDenseStrings();
     // "# remark" is no line of a ChordPro song.
     for (SourceLine& line : song_.source) {
         if (isChordPro_ && line.verdict == LineVerdict::Lyrics && line.text.starts_with(u'#'))
             line.verdict = LineVerdict::Directive;
     }
+}
+
+// Frets beside a tablature are a string of it.
+void Importer::judgeDenseStrings() {
+    auto& lines = song_.source;
+    const auto follow = [&](std::size_t number, std::size_t neighbour) {
+        if (lines[neighbour].verdict == LineVerdict::Tablature &&
+            lines[number].verdict == LineVerdict::Lyrics && mayBeDenseString(lines[number].text))
+            lines[number].verdict = LineVerdict::Tablature;
+    };
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        follow(i, i - 1);
+    for (std::size_t i = lines.size(); i > 1; --i)
+        follow(i - 2, i - 1);
+}
+
+// "Gate: B" has a chord only where there are others.
+void Importer::judgeLabels() {
+    std::vector<SourceLine*> doubtful;
+    for (SourceLine& line : song_.source) {
+        if (line.verdict == LineVerdict::Chords)
+            return;
+        if (line.verdict == LineVerdict::Lyrics && brackets(line.text))
+            return;
+        if (line.verdict != LineVerdict::Section)
+            continue;
+        const std::size_t label = sectionLabelLength(line.text, reading(), memory());
+        if (isDoubtfulLabel(line.text, label, reading(), memory()))
+            doubtful.push_back(&line);
+        else if (const TextView behind = line.text.substr(label);
+                 isRowOfChords(row(behind)) || brackets(behind))
+            return;
+    }
+    for (SourceLine* const line : doubtful)
+        line->verdict = LineVerdict::Lyrics;
 }
 
 // In a ChordPro song whatever stands in brackets is a chord or a remark. It is one where it has a
@@ -262,6 +303,8 @@ void Importer::judgeLoneWords() {
 
 void Importer::judge() {
     judgeByDirectives();
+    if (!options_.isLoneLine)
+        judgeLabels();
     readNotation();
     if (reading().naming == Naming::Solfege)
         judgeByDirectives();
@@ -312,7 +355,9 @@ void Importer::write(std::size_t number) {
             writeChords(number);
             break;
         case LineVerdict::Lyrics:
-            if (!writeBrackets(number, text, 0, 0))
+            if (joinedWords_)
+                writeText(number, *std::exchange(joinedWords_, std::nullopt));
+            else if (!writeBrackets(number, text, 0, 0))
                 writeText(number, text);
             break;
         case LineVerdict::Section:
@@ -336,8 +381,22 @@ void Importer::writeChords(std::size_t number) {
     if (isProportional_ && hasWords && !song_.source[number].chosen) {
         moveToSyllables(items, text, song_.source[number + 1].text);
         song_.source[number].remarks |= MovedToSyllables;
+    } else if (hasWords) {
+        joinWords(number + 1, items);
     }
     writeRowItems(number, std::move(items));
+}
+
+// The row stands above line `number`.
+void Importer::joinWords(std::size_t number, std::vector<RowItem>& items) {
+    const SourceLine& line = song_.source[number];
+    if (line.text.find(u"--") == TextView::npos || line.text.find(u'\t') != TextView::npos ||
+        line.chosen || brackets(line.text))
+        return;
+    Text words(line.text);
+    joinStretchedWords(items, words);
+    if (words != line.text)
+        joinedWords_ = std::move(words);
 }
 
 // A label and the chords behind it go to lines of their own: the key change knows only lines of

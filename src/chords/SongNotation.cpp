@@ -105,7 +105,8 @@ bool isOfTheHouse(TextView suffix) {
 bool mayHaveGermanName(TextView line, bool small) {
     for (std::size_t i = 0; i < line.size(); ++i) {
         const char16_t c = line[i];
-        if (c == u'H' || (small && c == u'h') || c == 0xFF28 ||
+        const bool isBass = i > 0 && line[i - 1] == u'/';
+        if (c == u'H' || ((small || isBass) && c == u'h') || c == 0xFF28 ||
             (c == u's' && i > 0 && TextView(u"AEaeie").find(line[i - 1]) != TextView::npos))
             return true;
     }
@@ -158,12 +159,15 @@ void NotationReader::addItems(TextView line, const ChordReading& reading) {
             continue;
         const Text chord = usualNote(line.substr(item.index, item.length));
         for (const ColumnRange& range : notesOfChord(chord, reading)) {
-            const auto note = readNoteName(TextView(chord).substr(range.column), reading);
+            const NotePlace place = range.column > 1 ? NotePlace::Bass : NotePlace::Root;
+            const auto note = readNoteName(TextView(chord).substr(range.column), reading, place);
             if (!note || !note->isGerman)
                 continue;
-            (note->isSmall ? hasSmallGerman_ : hasGermanNames_) = true;
+            // "C/h" is no small chord.
+            const bool isSmallChord = note->isSmall && isSmall(chord);
+            (isSmallChord ? hasSmallGerman_ : hasGermanNames_) = true;
             if (note->length > 1)
-                (note->isSmall ? hasSmallEndings_ : hasEndings_) = true;
+                (isSmallChord ? hasSmallEndings_ : hasEndings_) = true;
         }
     }
 }

@@ -6,6 +6,7 @@
 #include "chords/ChordRow.h"
 #include "chords/DirectiveLines.h"
 #include "chords/Directives.h"
+#include "chords/RowSymbols.h"
 
 namespace melvorin {
 namespace {
@@ -41,6 +42,13 @@ bool hasChordsAt(const SongImport& song, std::size_t number) {
     return song.source[number].verdict == LineVerdict::Chords || isLineOfMarks(song, number);
 }
 
+// "{title: ...}" where it stands as it is, and what begins the song.
+bool endsHead(const SourceLine& line) {
+    const auto directive =
+        line.verdict == LineVerdict::Directive ? readDirective(line.text) : std::nullopt;
+    return directive && (directive->name == u"title" || sectionOfDirective(*directive));
+}
+
 }  // namespace
 
 std::optional<std::size_t> titleLine(const SongImport& song) {
@@ -49,6 +57,8 @@ std::optional<std::size_t> titleLine(const SongImport& song) {
         const bool isBefore = trimmed(line.text).empty() ||
                               line.verdict == LineVerdict::Directive ||
                               factDirective(line.text, true);
+        if (endsHead(line))
+            return std::nullopt;
         if (isBefore)
             continue;
         // Blanks behind the last line end do not come back.
@@ -86,6 +96,35 @@ bool isLineOfMarks(const SongImport& song, std::size_t number) {
     return below.verdict == LineVerdict::Chords && line.text.find(u'[') == TextView::npos &&
            line.verdict != LineVerdict::Tablature && line.verdict != LineVerdict::Directive &&
            isRowOfMarks(line.text);
+}
+
+bool isRowOfUnread(TextView line) {
+    const TextView text = trimmed(line);
+    if (text.find(u'[') == TextView::npos || readBrackets(line))
+        return false;
+    Text others;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t open = std::min(text.find(u'[', at), text.size());
+        others.append(text.substr(at, open - at));
+        if (open == text.size())
+            break;
+        const std::size_t close = text.substr(0, open + kLongestBracket).find(u']', open);
+        if (close == TextView::npos)
+            return false;
+        at = close + 1;
+    }
+    const std::size_t close = text.find(u']');
+    const bool isLabel = line.starts_with(u'[') && !mayBeRefused(line.substr(1, close - 1), {});
+    return !isLabel && (trimmed(others).empty() || isRowOfMarks(others));
+}
+
+bool isLineOfUnread(const SongImport& song, std::size_t number) {
+    if (number + 1 >= song.source.size())
+        return false;
+    const SourceLine& line = song.source[number];
+    const SourceLine& below = song.source[number + 1];
+    return (line.verdict == LineVerdict::Lyrics || line.verdict == LineVerdict::Section) &&
+           (below.verdict == LineVerdict::Chords || isPlainText(below)) && isRowOfUnread(line.text);
 }
 
 bool areWordsBelow(const SongImport& song, std::size_t number) {

@@ -24,5 +24,10 @@ bool areWordsBelow(const SongImport& song, std::size_t number);
 // Whether line `number` stands above chords and has nothing but repeat marks, rests and remarks
 // ("*softly"), or only such remarks above words: "N.C.", "x2".
 bool isLineOfMarks(const SongImport& song, std::size_t number);
+// True for brackets that held no chord, and marks between them: "   [Clyd]  [riff]". At the start
+// of a line a bracket with words in it is a label.
+bool isRowOfUnread(TextView line);
+// Whether line `number` is such a row above chords or words.
+bool isLineOfUnread(const SongImport& song, std::size_t number);
 
 }  // namespace melvorin

@@ -33,6 +33,15 @@ TEST(Directives, HaveLinesInTheChart) {
          u"[G]Row\n"},
         {"chords in a remark", u"{comment: Am G}\n[G]Row, row\n",
          u"{comment: Am G}\nG\nRow, row\n"},
+        {"chords between other things in remarks",
+         u"{title: Row}\n\n[G]Row\n{comment: Don't [Am] stop}\n{comment: | Am | G |}\n"
+         u"{c: Verse [Am] [G]}\n{comment: Intro: Am G}\n{comment: N.C.}\n[C]Row\n",
+         u"Row\n\nG\nRow\n{comment: Don't [Am] stop}\n{comment: | Am | G |}\n"
+         u"{c: Verse [Am] [G]}\n{comment: Intro: Am G}\n{comment: N.C.}\nC\nRow\n"},
+        {"a title that is kept", u"{title: Row [2]}\nGently down\n\n[G]Row\n",
+         u"{title: Row [2]}\nGently down\n\nG\nRow\n"},
+        {"a section without a title", u"{start_of_verse: [x]}\nGently down\n\n[G]Row\n",
+         u"{start_of_verse: [x]}\nGently down\n\nG\nRow\n"},
         {"labels as remarks", u"{comment: Intro}\n[G]  [C]\n\n[G]Row, row\n",
          u"Intro\nG C\n\nG\nRow, row\n"},
         {"chords above a remark", u"[C][G][D]\n{comment: softly now}\n[C]Row, row\n",

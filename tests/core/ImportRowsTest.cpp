@@ -8,6 +8,7 @@
 
 #include "base/TextCodec.h"
 #include "chords/ChordLine.h"
+#include "chords/ChordProExport.h"
 #include "chords/LineVerdict.h"
 #include "chords/SongImport.h"
 
@@ -102,8 +103,14 @@ TEST(ImportRows, AreWrittenLikeThis) {
         {"minuses of minor chords", u"C- Bb-7 F#-", u"Cm Bbm7 F#m"},
         {"dashes between chords", u"C-G - Am7-D7- Em- F", u"C G   Am7 D7  Em  F"},
         {"longer dashes", u"C \u2014 G7\u2014 F \u2014", u"C   G7  F"},
+        {"small basses", u"C    G/h  Am   Am/g", u"C    G/B  Am   Am/G"},
         {"a question", u"G C7? Cmaj7", u"G C7? C7+"},
         {"two basses", u"C/Eb/G  Am G7", u"C/Eb/G  Am G7"},
+        {"two basses and few others", u"C/Eb/G G Am", u"C/Eb/G G Am"},
+        {"a question before a minor chord", u"C7? Am", u"C7? Am"},
+        {"a question between bars", u"C |G? |Am", u"C / G? / Am"},
+        {"times in front", u"x2: G C", u"x2:\n    G C"},
+        {"braces", u"{G  C} x2", u"       x2\n(G  C)"},
         {"a mode", u"C Clyd G7 Am", u"C Clyd G7 Am"},
         {"an alteration in parentheses", u"G7 (C7alt) D", u"G7 (C7alt) D"},
         {"beats", u"C . . G7 . .", u"C / / G7 / /"},
@@ -114,6 +121,9 @@ TEST(ImportRows, AreWrittenLikeThis) {
         {"raised signs", u"C\u2077 G\u1D50\u2077 F\u266F\u2077 E\u02E2\u1D58\u02E2\u2074 A\u1D52",
          u"C7 Gm7 F#7 E4    A\u00B0"},
         {"raised parentheses", u"Dm\u2076 B\u2077\u207D\u1D47\u2079\u207E", u"Dm6 B7/9b"},
+        {"where the song goes on", u"C  G  D.C. al Fine", u"      D.C. al Fine\nC  G"},
+        {"the same behind a bar", u"|G |D.S.|", u"    D.S.\n/ G /   /"},
+        {"where it ends", u"Am G7  To Coda", u"       To Coda\nAm G7"},
         {"sunken numbers", u"C\u2087 F\u2086", u"C7 F6"},
     };
     for (const auto& c : cases) {
@@ -128,15 +138,51 @@ TEST(ImportRows, AreWrittenLikeThis) {
 
 // Words, a label or a list although some of it could be a chord.
 TEST(ImportRows, WhatIsRefusedMakesNoChords) {
-    static constexpr TextView lines[] = {u"A? B? C.",   u"G C7? Cmaj7 then home",
-                                         u"C7? A",      u"Bad? G",
-                                         u"A/B/C",      u"Door G Dad",
-                                         u"(A1) B",     u"His Es",
-                                         u"Eis, bitte", u"His",
-                                         u"Hes",        u"Fes",
-                                         u"C7, A? a"};
+    static constexpr TextView lines[] = {u"A? B? C.",     u"G C7? Cmaj7 then home",
+                                         u"C7? A",        u"Bad? G",
+                                         u"A/B/C",        u"Door G Dad",
+                                         u"(A1) B",       u"His Es",
+                                         u"Eis, bitte",   u"His",
+                                         u"Hes",          u"Fes",
+                                         u"C7, A? a",     u"G. H.",
+                                         u"C.B.",         u"D.C.",
+                                         u"D.C. al Fine", u"A Fine"};
     for (const TextView line : lines)
         EXPECT_TRUE(importSong(line).chords.empty()) << toUtf8(line);
+}
+
+// Letters behind a colon may be somebody's initials, or a list where no other line has chords.
+TEST(ImportRows, LabelsHaveChordsBehindThem) {
+    const struct {
+        const char* name;
+        TextView song, chart;
+    } cases[] = {
+        {"initials in a song",
+         u"Little Song\nMusik: G. H.\nG        B7\nThe river runs away\nEm     B\ntomorrow and\n",
+         u"Little Song\nMusik: G. H.\nG        B7\nThe river runs away\nEm     B\ntomorrow and\n"},
+        {"who plays", u"Klavier: C. B.\nText: E. G.\nFoto: A. B.\nAm  G\nla  la\n",
+         u"Klavier: C. B.\nText: E. G.\nFoto: A. B.\nAm  G\nla  la\n"},
+        {"lists without chords", u"Vitamins: A, D, E\nGate: B\nGrade: A\nSeat: C\nBlutgruppe: B\n",
+         u"Vitamins: A, D, E\nGate: B\nGrade: A\nSeat: C\nBlutgruppe: B\n"},
+        {"the same letters in a song", u"Theme: A D E\nAm  G\nla  la\n",
+         u"Theme:\n       A D E\nAm  G\nla  la\n"},
+        {"one that is more than a letter", u"Theme: A D E7\n", u"Theme:\n       A D E7\n"},
+        {"parts", u"A:\nC G\nla la\nB)\nG C\n", u"A:\nC G\nla la\nB)\nG C\n"},
+        {"a small bass that is a German sign", u"C    G/h\nla   la\nB7\nla\n",
+         u"C    G/B\nla   la\nBb7\nla\n"},
+        {"a part in one line", u"A: G C D\n", u"A:\n   G C D\n"},
+        {"marks in brackets", u"{title: Row}\n[C]la [Fine]la [G]la [D.C. al Fine]\n",
+         u"Row\n\n   Fine  D.C. al Fine\nC     G\nla la la\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Text chart = importSong(c.song).chart();
+        EXPECT_EQ(toUtf8(chart), toUtf8(c.chart));
+        EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(c.chart));
+    }
+    // The letter of a part is no chord.
+    EXPECT_EQ(chordsOf(importSong(u"A:\nC G\nB)\nG C\n")),
+              (std::vector<std::string>{"C", "G", "G", "C"}));
 }
 
 // Notes by the steps of their letters, counted by hand.
@@ -182,14 +228,31 @@ TEST(ImportRows, StringsMayBeDrawnInManyWays) {
         u"e|\u254C\u254C\u254C3\u254C\u254C5\u254C|",
         u"B\u2507\u2505\u2505\u25053\u2505\u2505\u2507",
         u"G\u2551\u2550\u2550\u255010\u2550\u2550\u2560",
-        u"D|\u2504\u2504\u25043\u2508\u2508|"};
+        u"D|\u2504\u2504\u25043\u2508\u2508|",
+        u"e|-12-15-12-14-12-|",
+        u"B|-0h2p0-3b5r3-0-|",
+        u"Eb|---h5p7/9\\5~~-x-(7)-|"};
     for (const TextView string : strings)
         EXPECT_TRUE(isTablature(string)) << toUtf8(string);
     static constexpr TextView others[] = {u"\u2550\u2550\u2550\u2550\u2550\u2550",
-                                          u"\u254C\u254C\u254C\u254C\u254C", u"||: C | G :||",
-                                          u"|| well -- no ||", u"C||G||Am"};
+                                          u"\u254C\u254C\u254C\u254C\u254C",
+                                          u"||: C | G :||",
+                                          u"|| well -- no ||",
+                                          u"C||G||Am",
+                                          u"B|-Am-|-G-|",
+                                          u"E|-G7-|-A7-|-B7-|",
+                                          u"|-12-15-12-|",
+                                          u"A|-|-|-|",
+                                          u"B|-7 -9 -4"};
     for (const TextView other : others)
         EXPECT_FALSE(isTablature(other)) << toUtf8(other);
+    // Beside one of these, frets without a name are its strings.
+    const TextView song = u"|-12-15-12-14-|\ne|--0--2--|\n|-3-5-7-|\n\n|-3-5-7-|\n";
+    const SongImport read = importSong(song);
+    EXPECT_EQ(read.source[0].verdict, LineVerdict::Tablature);
+    EXPECT_EQ(read.source[2].verdict, LineVerdict::Tablature);
+    EXPECT_EQ(read.source[4].verdict, LineVerdict::Lyrics);
+    EXPECT_EQ(toUtf8(importSong(exportChordPro(song)).chart()), toUtf8(song));
 }
 
 // Each chord stands over the cell that its syllable begins in.
@@ -204,6 +267,8 @@ TEST(ImportRows, BracketsStandOverTheirSyllables) {
         {u"\u65E5[Am7]\u672C[G]\u8A9E", u"  Am7 G\n\u65E5\u672C  \u8A9E"},
         {u"[C]\u65E5[G]\u672C", u"C G\n\u65E5\u672C"},
         {u"[C|G]la [Am|]la", u"C / G Am /\nla    la"},
+        {u"[C]Hal-[Gm7]le-[Am7]lu-[F]jah, [C]ev-[Em7]er-[Am7]more",
+         u"C   Gm7 Am7 F    C  Em7 Am7\nHal-le- lu- jah, ev-er- more"},
         {u"[C . .]la [G!]la [F(x2)]la", u"       !  (x2)\nC / / G  F\nla    la la"},
     };
     for (const auto& c : cases) {

@@ -100,6 +100,24 @@ TEST(Import, ExportKeepsDirectives) {
     EXPECT_EQ(toUtf8(exportChordPro(importSong(song).chart())), toUtf8(song));
 }
 
+// Each chord and each bracket that cannot be read has its syllable again, and no section ends
+// there.
+TEST(Import, SyllablesKeepWhatStandsOverThem) {
+    static constexpr TextView songs[] = {
+        u"{title: T}\n\n[C]Hal-[Gm7]le-[Am7]lu-[F]jah, [C]ev-[Em7]er-[Am7]more",
+        u"{title: T}\n\n[C]ri[Gm7]ver - [Am7]so the [F]well-[C]known",
+        u"{title: T}\n\n{start_of_verse: Verse 1}\n[C]la [Lick 1]la\n[C7?]la\nla [riff]la\n[G]la la"
+        u"\n{end_of_verse}"};
+    for (const TextView song : songs)
+        EXPECT_EQ(toUtf8(exportChordPro(importSong(song).chart())), toUtf8(song));
+    const SongImport close = importSong(
+        u"{title: T}\n\n{start_of_verse}\n[C]la [C7?]la [Clyd]la\n[riff]la\n{end_of_verse}\n");
+    EXPECT_EQ(toUtf8(close.chart()), "T\n\nVerse\n   [C7?] [Clyd]\nC\nla la    la\n [riff]\n la\n");
+    EXPECT_EQ(
+        toUtf8(exportChordPro(close.chart())),
+        "{title: T}\n\n{start_of_verse}\n[C]la [C7?]la    [Clyd]la\n [riff]la\n{end_of_verse}\n");
+}
+
 TEST(Import, VerdictsCanBeChosen) {
     const Text song = u"A bad cab\nAm  G\nbe [C]good\n{c: x}";
     const SongImport chosen = importSong(song, {{0, LineVerdict::Chords},

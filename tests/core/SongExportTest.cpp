@@ -133,6 +133,57 @@ TEST(SongExportProperty, InternationalNamesAreReadAgain) {
     }
 }
 
+std::size_t runsOf(TextView line) {
+    std::size_t runs = 0;
+    for (std::size_t i = 0; i < line.size(); ++i)
+        runs += line[i] != u' ' && (i == 0 || line[i - 1] == u' ') ? 1U : 0U;
+    return runs;
+}
+
+// Names are longer by other spellings, and chords may be one blank apart: none becomes a part of
+// its neighbour.
+TEST(SongExportProperty, NoNamesOfCloseChordsGrowTogether) {
+    static constexpr TextView chords[] = {u"F7+",     u"G",    u"Am",  u"C4/7",   u"Dm7/9",
+                                          u"Bb",      u"B7",   u"F#m", u"Em5b/7", u"G/B",
+                                          u"C\u00B0", u"D5/9", u"Eb",  u"A7/9b"};
+    static constexpr TextView words[] = {u"love", u"a river", u"oh", u"well-known ways", u"no!"};
+    Random random(7);
+    for (int round = 0; round < 500; ++round) {
+        Text song = u"Hills\n\n";
+        for (auto lines = 1 + random() % 3; lines > 0; --lines) {
+            for (auto count = 1 + random() % 6; count > 0; --count)
+                song.append(random() % 3, u' ').append(chords[random() % std::size(chords)]) +=
+                    u' ';
+            song.append(u"\n").append(words[random() % std::size(words)]).append(u"\n");
+        }
+        const std::vector<ChartBlock> house = chartBlocks(song, ChordNames::House);
+        for (const ChordNames names :
+             {ChordNames::International, ChordNames::German, ChordNames::Solfege}) {
+            const std::vector<ChartBlock> named = chartBlocks(song, names);
+            SCOPED_TRACE(toUtf8(song) + toUtf8(exportText(song, names)));
+            ASSERT_EQ(named.size(), house.size());
+            for (std::size_t i = 0; i < house.size(); ++i)
+                ASSERT_EQ(runsOf(named[i].chords), runsOf(house[i].chords));
+        }
+        ASSERT_EQ(chordsOf(exportText(song, ChordNames::International)), chordsOf(song))
+            << toUtf8(song);
+    }
+}
+
+// What longer names put between syllables is gone with them; hyphens of the words stay.
+TEST(SongExport, StretchedWordsComeBack) {
+    static constexpr TextView charts[] = {u"F7+ G\nri--ver\n", u"C7+ G\ngolden\n",
+                                          u"C7+ F7+   G\ngolden oh ly\n", u"C     G\nwell--known\n",
+                                          u"F7+   G     C7+\nriver  well--known\n"};
+    for (const TextView chart : charts) {
+        const Text named = exportText(chart, ChordNames::International);
+        EXPECT_EQ(toUtf8(importSong(named).chart()), toUtf8(chart)) << toUtf8(named);
+        EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(chart));
+    }
+    EXPECT_EQ(toUtf8(importSong(u"Cmaj7     G\nwell-----known\n").chart()),
+              "C7+       G\nwell-----known\n");
+}
+
 // ChordPro says what the names are where they do not; of a text it is known that they do not.
 TEST(SongExportProperty, GermanNamesAndSyllablesAreReadAgain) {
     Random random(6);
