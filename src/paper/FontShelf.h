@@ -30,6 +30,17 @@ class FontShelf : public PaperFonts {
     // Never a font of diagrams.
     std::optional<FontNumber> fontWith(char32_t character, FontNumber first) const override;
 
+    // A font that is to be drawn bolder or slanted, as its face has none that is.
+    struct Drawn {
+        bool bolder = false;
+        bool slanted = false;
+    };
+    void setDrawn(FontNumber number, Drawn drawn) { drawn_[number] = drawn; }
+    Drawn drawn(FontNumber number) const {
+        const auto found = drawn_.find(number);
+        return found == drawn_.end() ? Drawn() : found->second;
+    }
+
     const TrueTypeFont& trueType(FontNumber number) const { return fonts_[number]; }
     bool hasFace(TextView face) const override;
     // Faces that were asked for and are not there.
@@ -40,6 +51,7 @@ class FontShelf : public PaperFonts {
 
     std::deque<TrueTypeFont> fonts_;
     std::map<WantedFont, FontNumber> known_;
+    std::map<FontNumber, Drawn> drawn_;
     std::set<Text> missing_;
 };
 

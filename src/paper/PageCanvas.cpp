@@ -33,7 +33,7 @@ bool PageCanvas::open(HWND parent, int id) {
 }
 
 void PageCanvas::show(const PaperDocument& document, const SystemFonts& fonts) {
-    const std::size_t before = page();
+    const Spot before = spot();
     document_ = &document;
     fonts_ = &fonts;
     pictures_.clear();
@@ -42,7 +42,7 @@ void PageCanvas::show(const PaperDocument& document, const SystemFonts& fonts) {
 }
 
 void PageCanvas::setView(PreviewView view) {
-    const std::size_t before = page();
+    const Spot before = spot();
     view_ = view;
     layOut();
     goTo(before);
@@ -54,6 +54,25 @@ void PageCanvas::zoom(bool larger) {
 
 std::size_t PageCanvas::page() const {
     return pageAt(layout_, top_, room().height);
+}
+
+PageCanvas::Spot PageCanvas::spot() const {
+    if (layout_.pages.empty())
+        return {};
+    const std::size_t number = page();
+    const Area& place = layout_.pages[number];
+    const int middle = top_ + room().height / 2;
+    return {number, static_cast<double>(middle - place.top) / std::max(place.height, 1)};
+}
+
+// Where whole pages are shown, to the page.
+void PageCanvas::goTo(const Spot& spot) {
+    using enum PreviewView::Kind;
+    if (view_.kind == OnePage || view_.kind == TwoPages || spot.page >= layout_.pages.size())
+        return goTo(spot.page);
+    const Area& place = layout_.pages[spot.page];
+    const int down = static_cast<int>(spot.down * place.height);
+    scrollTo(left_, place.top + down - room().height / 2);
 }
 
 void PageCanvas::goTo(std::size_t page) {
@@ -110,7 +129,7 @@ LRESULT PageCanvas::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ERASEBKGND:
             return 1;
         case WM_SIZE: {
-            const std::size_t before = page();
+            const Spot before = spot();
             layOut();
             goTo(before);
             return 0;
@@ -272,6 +291,11 @@ void PageCanvas::paintPage(HDC dc, std::size_t number, const Area& place) {
     UniqueBitmap& picture = pictures_[number];
     if (!picture)
         picture = pictureOf(page, document_->paper, {place.width, place.height}, *fonts_);
+    if (!picture) {  // memory ends
+        const RECT paper = rectOf(place);
+        ::FillRect(dc, &paper, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+        return;
+    }
     const UniqueMemoryDc source(::CreateCompatibleDC(dc));
     const SelectedObject selected(source.get(), picture.get());
     ::BitBlt(dc, place.left, place.top, place.width, place.height, source.get(), 0, 0, SRCCOPY);

@@ -35,6 +35,13 @@ class PageCanvas : public Window {
     void onScrollBar(int bar, WORD action);
     void onWheel(WPARAM wParam);
     void paintPage(HDC dc, std::size_t number, const Area& place);
+    // The place in the middle of what is in sight: a page, and how far down it.
+    struct Spot {
+        std::size_t page = 0;
+        double down = 0;  // of the page's height
+    };
+    Spot spot() const;
+    void goTo(const Spot& spot);
     void layOut();
     void scrollTo(int left, int top);
     void setBar(int bar, int whole, int seen, int at) const;

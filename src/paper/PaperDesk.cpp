@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/LetterCase.h"
 #include "base/Paths.h"
@@ -34,7 +35,7 @@ bool isSame(const PaperSize& a, const PaperSize& b) {
 }  // namespace
 
 Text paperNotes(const LaidPaper& laid, const SystemFonts& fonts) {
-    Text notes = missingInWords(fonts.missingFaces());
+    Text notes = missingInWords(fonts.missingFaces(), fonts.use() == FontUse::Documents);
     if (!laid.facts.unwritable.empty()) {
         notes += notes.empty() ? u"" : u"\r\n";
         notes += sentence(unwritableInWords(laid.facts.unwritable));
@@ -65,7 +66,8 @@ LaidPaper PaperDesk::layOut(const PaperSource& source, const PageSetup& setup,
 }
 
 void PaperDesk::store(const PageChoices& choices) {
-    if (!storePageChoices(services_, choices))
+    chosen_ = choices;
+    if (!storePageChoices(services_, choices) && !std::exchange(storeFailed_, true))
         reportFailure(services_.messages, kNotStored);
 }
 
@@ -118,10 +120,14 @@ void PaperDesk::print(HWND owner, const PaperSource& source) {
         return refuse(opened.cause);
     PrintJob& job = **opened.value;
     PrintChoice wanted = **choice.value;
-    if (!isSame(job.paper(), setup.paper)) {
+    const double leastMargin = job.leastMargin();
+    if (!isSame(job.paper(), setup.paper) || setup.margin < leastMargin) {
         // Another sheet was chosen in the dialog, or it is the only one that the printer has.
         const bool isWhole = wanted.from == 1 && wanted.to >= laid.document.pages.size();
-        setup.paper = job.paper();
+        if (!isSame(job.paper(), setup.paper))
+            setup.paper = job.paper();
+        // What lies farther out would be cut.
+        setup.margin = std::max(setup.margin, leastMargin);
         laid = layOut(source, setup, fonts);
         if (isWhole)
             wanted.to = static_cast<unsigned>(laid.document.pages.size());

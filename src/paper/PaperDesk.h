@@ -43,7 +43,7 @@ class PaperDesk {
     void savePdf(const PaperSource& source);
 
     // For the preview.
-    PageChoices choices() const { return pageChoices(services_); }
+    PageChoices choices() const { return chosen_ ? *chosen_ : pageChoices(services_); }
     void store(const PageChoices& choices);
     LaidPaper layOut(const PaperSource& source, const PageSetup& setup, SystemFonts& fonts) const;
     // Those that are on the screen and on printers; null after it was told that there are none.
@@ -55,6 +55,8 @@ class PaperDesk {
     const Services& services_;
     Outside outside_;
     std::optional<SystemFonts> screen_;
+    std::optional<PageChoices> chosen_;  // in this run, whether or not they could be stored
+    bool storeFailed_ = false;           // it was told
 };
 
 // What is to be known before a song is printed as it is laid out: fonts and characters that are not

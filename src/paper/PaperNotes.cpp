@@ -47,14 +47,18 @@ Text unwritableInWords(const std::set<std::pair<char32_t, std::size_t>>& unwrita
     return message;
 }
 
-Text missingInWords(const std::set<Text>& faces) {
+Text missingInWords(const std::set<Text>& faces, bool isDocument) {
     Text list;
     for (const Text& face : faces)
         list.append(list.empty() ? u"" : u", ").append(face);
     if (faces.empty())
         return {};
-    return faces.size() == 1 ? u"The font " + list + u" is not there; another stands for it."
-                             : u"The fonts " + list + u" are not there; others stand for them.";
+    const bool isOne = faces.size() == 1;
+    const TextView lacks = isDocument ? u" cannot be put into it"
+                           : isOne    ? u" is not there"
+                                      : u" are not there";
+    return (isOne ? u"The font " : u"The fonts ") + list + Text(lacks) +
+           (isOne ? u"; another stands for it." : u"; others stand for them.");
 }
 
 Text pageInWords(const LaidSong& laid, std::size_t page, std::size_t pages) {

@@ -41,10 +41,21 @@ PaperSize PrintJob::paper() const {
             length(PHYSICALHEIGHT, VERTRES, place_.scaleY)};
 }
 
+double PrintJob::leastMargin() const {
+    const auto caps = [this](int what) { return ::GetDeviceCaps(dc_.get(), what); };
+    if (caps(PHYSICALWIDTH) <= 0 || caps(PHYSICALHEIGHT) <= 0)
+        return 0;
+    const int right = caps(PHYSICALWIDTH) - caps(PHYSICALOFFSETX) - caps(HORZRES);
+    const int below = caps(PHYSICALHEIGHT) - caps(PHYSICALOFFSETY) - caps(VERTRES);
+    return std::max({caps(PHYSICALOFFSETX) / place_.scaleX, right / place_.scaleX,
+                     caps(PHYSICALOFFSETY) / place_.scaleY, below / place_.scaleY, 0.0});
+}
+
 Result<Done> PrintJob::refused() {
     const DWORD error = ::GetLastError();
     withdraw();
-    if (error == ERROR_CANCELLED || error == ERROR_PRINT_CANCELLED)
+    isCalledOff_ = error == ERROR_CANCELLED || error == ERROR_PRINT_CANCELLED;
+    if (isCalledOff_)
         return Failure{u"It was called off."};
     return Failure{error == 0 ? Text(u"The printer does not take it.")
                               : systemErrorSentence(error)};

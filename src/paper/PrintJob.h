@@ -20,6 +20,10 @@ class PrintJob {
 
     // The sheet that lies in it.
     PaperSize paper() const;
+    // Nearer to an edge of the sheet nothing can be printed, in points.
+    double leastMargin() const;
+    // The last refusal was the user's, who closed a dialog of the printer's.
+    bool isCalledOff() const { return isCalledOff_; }
     // How many printers' pixels make a point.
     const PaperPlace& place() const { return place_; }
 
@@ -38,6 +42,7 @@ class PrintJob {
     Text output_;
     PaperPlace place_;
     bool isBegun_ = false;
+    bool isCalledOff_ = false;
 };
 
 // The pages in the order in which they come out, numbers from 0; `count` is how many there are.

@@ -92,6 +92,10 @@ std::optional<FontNumber> SystemFonts::take(const WantedFont& wanted) const {
     if (!added)
         return std::nullopt;
     logFonts_.push_back(logFont);
+    // The system draws a style that the face does not have out of one that it has.
+    const TrueTypeFont& read = shelf_.trueType(*added.value);
+    shelf_.setDrawn(*added.value,
+                    {wanted.bold && !read.isBold(), wanted.italic && !read.isItalic()});
     return entry->second = added.value;
 }
 

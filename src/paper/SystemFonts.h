@@ -25,6 +25,7 @@ class SystemFonts : public PaperFonts {
     const PaperFont& font(FontNumber number) const override { return shelf_.font(number); }
     std::optional<FontNumber> fontWith(char32_t character, FontNumber first) const override;
 
+    FontUse use() const { return use_; }
     // What GDI finds the font by, its height 0.
     const LOGFONTW& logFont(FontNumber number) const { return logFonts_[number]; }
     const FontShelf& shelf() const { return shelf_; }

@@ -19,10 +19,11 @@ constexpr NamedView kViews[] = {
     {L"Page width", {PageWidth}}, {L"50 %", {Percent, 50}},   {L"75 %", {Percent, 75}},
     {L"100 %", {Percent, 100}},   {L"150 %", {Percent, 150}}, {L"200 %", {Percent, 200}}};
 // Of the pages, at 96 dpi.
-constexpr int kWidth = 420;
-constexpr int kHeight = 420;
+constexpr int kWidth = 260;
+constexpr int kHeight = 200;
 constexpr Size kUsual{1000, 720};
-constexpr int kSideWidth = 230;
+constexpr int kNotesWidth = 240;
+constexpr int kNotesHeight = 46;  // three lines
 
 }  // namespace
 
@@ -52,17 +53,15 @@ bool frmPreview::createWindow(HWND owner) {
     const Cell view = viewList();
     const Cell controls = choiceControls(taken_);
     const Cell said =
-        label(L"Page 1 of 9, set in 11.25\r\npoints, in 2 columns", SS_NOPREFIX, kSaid);
-    const Cell notes =
-        label(L"\r\n\r\n\r\n\r\n", SS_NOPREFIX, kNotes).least(kSideWidth, 80).grows(0, 1);
-    layOut(columnOf({rowOf({place_, columnOf({rowOf({viewWord, view.grows(1, 0)}), controls,
-                                              said.least(kSideWidth, 34), notes})
-                                        .grows(0, 1)}),
-                     atRight({button(print_, kPrint, u"P&rint...", WS_TABSTOP | BS_DEFPUSHBUTTON),
-                              button(savePdf_, kSavePdf, u"Sa&ve as PDF..."),
-                              button(close_, kClose, u"Close")})})
-               .apart(),
-           owner, kUsual);
+        label(L"Page 999 of 999, set in 11.25 points, in 2 columns", SS_NOPREFIX, kSaid);
+    const Cell notes = label(L"", SS_NOPREFIX, kNotes).least(kNotesWidth, kNotesHeight).grows(1, 0);
+    const Cell pages =
+        rowOf({place_, columnOf({rowOf({viewWord, view.grows(1, 0)}), controls, blank()})});
+    const Cell foot =
+        rowOf({columnOf({said, notes}).close().grows(1, 0),
+               button(print_, kPrint, u"P&rint...", WS_TABSTOP | BS_DEFPUSHBUTTON),
+               button(savePdf_, kSavePdf, u"Sa&ve as PDF..."), button(close_, kClose, u"Close")});
+    layOut(columnOf({pages, foot}).apart(), owner, kUsual);
     return true;
 }
 
@@ -139,6 +138,7 @@ void frmPreview::tell() {
     const Text said = pageInWords(laid_.facts, canvas_.page(), laid_.document.pages.size());
     if (windowText(item(kSaid)) != said)
         ::SetWindowTextW(item(kSaid), wide(said));
+    showView();
 }
 
 }  // namespace melvorin

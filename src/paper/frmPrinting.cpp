@@ -25,7 +25,7 @@ frmPrinting::End frmPrinting::run(HWND owner, PrintJob& job, const std::vector<P
     cause_.clear();
     if (const Result<Done> begun = job.begin(name); !begun) {
         cause_ = begun.cause;
-        return End::Failed;
+        return job.isCalledOff() ? End::Cancelled : End::Failed;
     }
     if (!createWindow(owner)) {
         job.withdraw();

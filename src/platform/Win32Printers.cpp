@@ -59,7 +59,9 @@ std::string settingsOf(HGLOBAL settings) {
 
 Text causeOf(DWORD error) {
     if (error == PDERR_NODEFAULTPRN || error == PDERR_NODEVICES)
-        return u"There is no printer. Add one in the settings of Windows, or save the song as PDF.";
+        return u"There is no printer that is the usual one. Choose one in the settings of Windows, "
+               u"or save "
+               u"the song as PDF.";
     if (error == PDERR_PRINTERNOTFOUND || error == PDERR_DEFAULTDIFFERENT)
         return u"The printer is no longer there.";
     return u"The printer's driver refuses (error " + decimal(static_cast<std::int64_t>(error)) +
@@ -117,8 +119,12 @@ Result<std::optional<PrintChoice>> Win32Printers::choose(const PrintRequest& req
     names_.reset(dialog.hDevNames);
     if (!chosen) {
         const DWORD error = ::CommDlgExtendedError();
-        if (error != 0)
+        if (error != 0) {
+            // The next time begins with what there is then.
+            settings_.reset();
+            names_.reset();
             return Failure{causeOf(error)};
+        }
         return Result<std::optional<PrintChoice>>::success(std::nullopt);
     }
     PrintChoice choice{.printer = printerOf(names_.get()),
