@@ -55,8 +55,8 @@ bool frmPreview::createWindow(HWND owner) {
     const Cell said =
         label(L"Page 999 of 999, set in 11.25 points, in 2 columns", SS_NOPREFIX, kSaid);
     const Cell notes = label(L"", SS_NOPREFIX, kNotes).least(kNotesWidth, kNotesHeight).grows(1, 0);
-    const Cell pages =
-        rowOf({place_, columnOf({rowOf({viewWord, view.grows(1, 0)}), controls, blank()})});
+    const Cell pages = rowOf(
+        {place_, columnOf({rowOf({viewWord, view.grows(1, 0)}), controls, blank()}).grows(0, 1)});
     const Cell foot =
         rowOf({columnOf({said, notes}).close().grows(1, 0),
                button(print_, kPrint, u"P&rint...", WS_TABSTOP | BS_DEFPUSHBUTTON),
