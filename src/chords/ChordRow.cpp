@@ -96,6 +96,7 @@ class RowReader {
     std::size_t index_;
     const ChordReading& reading_;
     RowMemory* memory_;
+    bool hasBrace_ = false;  // a chord behind a brace that opens
     std::vector<RowItem> items_;
 };
 
@@ -190,9 +191,10 @@ bool RowReader::addWhole(const Run& run) {
 // Chords in parentheses, also over several runs: "(Am7", "G)". The chart has such for braces too.
 bool RowReader::addEnclosed(const Run& run) {
     Text shown(textOf(run));
-    if (shown.front() == u'{')
+    const bool opens = shown.front() == u'{';
+    if (opens)
         shown.front() = u'(';
-    if (shown.back() == u'}')
+    if (shown.back() == u'}' && (opens || hasBrace_))
         shown.back() = u')';
     const TextView text = shown;
     const std::size_t begin = text.front() == u'(' ? 1 : 0;
@@ -206,6 +208,7 @@ bool RowReader::addEnclosed(const Run& run) {
             add(RowItemKind::Chord, run,
                 Text(text.substr(0, from)).append(*chord).append(text.substr(to)));
             items_.back().wordToo = wordToo(inside, reading_);
+            hasBrace_ = hasBrace_ || opens;
             return true;
         }
     }

@@ -5,10 +5,12 @@
 #include <random>
 #include <string>
 #include <vector>
+#include "chords/ChordRow.h"
 
 #include "base/TextCodec.h"
 #include "chords/ChordLine.h"
 #include "chords/ChordProExport.h"
+#include "chords/ChordRow.h"
 #include "chords/LineVerdict.h"
 #include "chords/SongImport.h"
 
@@ -276,6 +278,13 @@ TEST(ImportRows, BracketsStandOverTheirSyllables) {
         EXPECT_EQ(toUtf8(chart), toUtf8(c.chart));
         EXPECT_EQ(toUtf8(importSong(chart).chart()), toUtf8(chart));
     }
+}
+
+// The first line of a Rich Text file, quoted in a text, stays as it is while somebody writes in it.
+TEST(ImportRows, ABraceBehindWordsClosesNone) {
+    EXPECT_TRUE(isRowOfChords(readRow(u"{G  C}")));
+    for (const TextView line : {u"{\\rtf1 C  G}", u"x{\\rtf1 C  G}", u"C  G}"})
+        EXPECT_FALSE(isRowOfChords(readRow(line))) << toUtf8(line);
 }
 
 }  // namespace
