@@ -5,7 +5,6 @@
 #include <random>
 #include <string>
 #include <vector>
-#include "chords/ChordRow.h"
 
 #include "base/TextCodec.h"
 #include "chords/ChordLine.h"
