@@ -15,7 +15,7 @@ TextView unitOf(int id) {
 
 // A list of numbers; each entry keeps its number.
 Cell PageForm::numbers(int id, std::initializer_list<int> offered, int marked) {
-    const Cell made = dropDown(id, CBS_DROPDOWNLIST);
+    Cell made = dropDown(id, CBS_DROPDOWNLIST);
     for (const int number : offered)
         mark(id, number);
     mark(id, marked);
@@ -52,7 +52,7 @@ bool PageForm::isChecked(int id) const {
 
 Cell PageForm::choiceControls(const PageChoices& shown) {
     const auto checked = [this](const wchar_t* caption, int id, bool on) {
-        const Cell made = check(caption, id);
+        Cell made = check(caption, id);
         ::SendMessageW(windowOf(made), BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED, 0);
         return made;
     };

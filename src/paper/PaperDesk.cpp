@@ -47,8 +47,10 @@ PaperDesk::PaperDesk(const Services& services, Outside outside)
     : services_(services), outside_(std::move(outside)) {}
 
 SystemFonts* PaperDesk::screenFonts() {
-    // Fonts may have come or gone since, and what is missing is that of this song.
-    screen_.emplace(FontUse::Measures);
+    // Reading them takes longer than all the rest; what is missing is that of this song.
+    if (!screen_)
+        screen_.emplace(FontUse::Measures);
+    screen_->forgetMissing();
     if (screen_->isReady())
         return &*screen_;
     reportFailure(services_.messages, kNoFonts);

@@ -31,6 +31,7 @@ class SystemFonts : public PaperFonts {
     const FontShelf& shelf() const { return shelf_; }
     // Faces that were asked for and are not there, or not for documents.
     const std::set<Text>& missingFaces() const { return missing_; }
+    void forgetMissing() { missing_.clear(); }
 
   private:
     std::optional<FontNumber> take(const WantedFont& wanted) const;

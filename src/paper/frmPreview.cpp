@@ -37,7 +37,7 @@ void frmPreview::show(HWND owner) {
 }
 
 Cell frmPreview::viewList() {
-    const Cell made = dropDown(kView, CBS_DROPDOWNLIST);
+    Cell made = dropDown(kView, CBS_DROPDOWNLIST);
     for (const NamedView& named : kViews)
         ::SendMessageW(windowOf(made), CB_ADDSTRING, 0, lparamOf(named.caption));
     return made;

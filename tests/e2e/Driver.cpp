@@ -171,8 +171,8 @@ bool choose(TextView idAndEntry) {
         ::SendMessageW(list, CB_SETCURSEL, entry - 1, 0) != static_cast<LRESULT>(entry - 1))
         return false;
     // What the list says of itself when somebody has chosen.
-    ::SendMessageW(::GetParent(list), WM_COMMAND,
-                   MAKEWPARAM(::GetDlgCtrlID(list), CBN_SELCHANGE), lparamOf(list));
+    ::SendMessageW(::GetParent(list), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(list), CBN_SELCHANGE),
+                   lparamOf(list));
     return true;
 }
 
