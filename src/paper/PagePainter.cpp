@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "chords/CellWidth.h"
+#include "platform/Bitmaps.h"
 
 namespace melvorin {
 namespace {
@@ -111,12 +112,7 @@ class Outline {
 class Canvas {
   public:
     Canvas(int width, int height) : dc_(::CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = width;
-        info.bmiHeader.biHeight = -height;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        const BITMAPINFO info = topDownInfo(width, height);
         void* pixels = nullptr;
         bitmap_.reset(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
         pixels_ = static_cast<std::uint32_t*>(pixels);

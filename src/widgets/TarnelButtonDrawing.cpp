@@ -1,6 +1,7 @@
 // What a picture button looks like.
 #include <algorithm>
 
+#include "platform/Bitmaps.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
@@ -46,16 +47,6 @@ HANDLE loadSource(TextView source, UINT kind, UINT flags) {
     if (!name.starts_with(u"#"))
         return ::LoadImageW(nullptr, wide(name), kind, 0, 0, flags | LR_LOADFROMFILE);
     return ::LoadImageW(::GetModuleHandleW(nullptr), wide(name), kind, 0, 0, flags);
-}
-
-BITMAPINFO topDownInfo(int width, int height) {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    return info;
 }
 
 int fullHeight(const TEXTMETRICW& metrics) {

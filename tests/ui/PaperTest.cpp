@@ -12,6 +12,7 @@
 #include "paper/PrintJob.h"
 #include "paper/frmPageSetup.h"
 #include "paper/frmPreview.h"
+#include "platform/Bitmaps.h"
 #include "platform/DiagramFonts.h"
 
 namespace melvorin::testing {
@@ -196,8 +197,7 @@ Ink inkOf(const Picture& picture, const PlacedRun& run, double scale) {
 }
 
 Picture pictureOfBitmap(HBITMAP bitmap, int width, int height) {
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    BITMAPINFO info = topDownInfo(width, height);
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
     const WindowDc screen(nullptr);
     ::GetDIBits(screen.get(), bitmap, 0, static_cast<UINT>(height), pixels.data(), &info,
