@@ -127,6 +127,7 @@ Form1::Form1(const Services& services, std::function<void()> endProgram)
                 .colors = modal_.colors(),
                 .printers = services.printers,  // always asked by a command that keeps others off
                 .multimedia = services.multimedia,
+                .midi = services.midi,
                 .clock = services.clock},
       endProgram_(std::move(endProgram)),
       follower_(rtftext_, [this] { return textFont(); }),

@@ -60,7 +60,7 @@ inline constexpr WindowPage kWindowPages[] = {
     {u"MelvorinForm3b", u"on-stage.html"},     {u"MelvorinfrmCodePage", u"documents.html"},
     {u"MelvorinfrmPreview", u"paper.html"},    {u"MelvorinfrmPageSetup", u"paper.html"},
     {u"MelvorinfrmPrinting", u"paper.html"},   {u"MelvorinfrmExport", u"documents.html"},
-    {u"MelvorinFrmToKey", u"key-change.html"},
+    {u"MelvorinFrmToKey", u"key-change.html"}, {u"MelvorinfrmPedals", u"on-stage.html"},
 };
 
 // Empty for a window without a page of its own.

@@ -3,6 +3,7 @@
 #include "platform/SystemAnsiCodec.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Files.h"
+#include "platform/Win32Midi.h"
 #include "platform/Win32Printers.h"
 #include "platform/Win32Services.h"
 
@@ -34,6 +35,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
     Win32ShellOpener shell;
     Win32Sounds sounds;
     Win32Multimedia multimedia;
+    Win32Midi midi;
     Win32ColorDialogs colors(owner);
     Win32Printers printers(owner);
     Win32Clock clock;
@@ -52,6 +54,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int showCommand) {
                             .colors = colors,
                             .printers = printers,
                             .multimedia = multimedia,
+                            .midi = midi,
                             .clock = clock};
 
     Form1 form(services, [] { ::PostQuitMessage(0); });

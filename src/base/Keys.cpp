@@ -6,12 +6,30 @@ namespace melvorin {
 namespace {
 
 constexpr std::pair<std::uint16_t, TextView> kNames[] = {
-    {keys::kBackspace, u"Backspace"}, {keys::kTab, u"Tab"},      {keys::kEnter, u"Enter"},
-    {keys::kEscape, u"Esc"},          {keys::kSpace, u"Space"},  {keys::kPageUp, u"Page Up"},
-    {keys::kPageDown, u"Page Down"},  {keys::kLeft, u"Left"},    {keys::kUp, u"Up"},
-    {keys::kRight, u"Right"},         {keys::kDown, u"Down"},    {keys::kInsert, u"Ins"},
-    {keys::kDelete, u"Del"},          {keys::kPadPlus, u"Plus"}, {keys::kPadMinus, u"Minus"},
-    {keys::kPlus, u"Plus"},           {keys::kMinus, u"Minus"},
+    {keys::kBackspace, u"Backspace"},
+    {keys::kTab, u"Tab"},
+    {keys::kEnter, u"Enter"},
+    {keys::kEscape, u"Esc"},
+    {keys::kSpace, u"Space"},
+    {keys::kPageUp, u"Page Up"},
+    {keys::kPageDown, u"Page Down"},
+    {keys::kLeft, u"Left"},
+    {keys::kUp, u"Up"},
+    {keys::kRight, u"Right"},
+    {keys::kDown, u"Down"},
+    {keys::kInsert, u"Ins"},
+    {keys::kDelete, u"Del"},
+    {keys::kPadPlus, u"Plus"},
+    {keys::kPadMinus, u"Minus"},
+    {keys::kEnd, u"End"},
+    {keys::kHome, u"Home"},
+    {keys::kVolumeDown, u"Volume Down"},
+    {keys::kVolumeUp, u"Volume Up"},
+    {keys::kNextTrack, u"Next Track"},
+    {keys::kPreviousTrack, u"Previous Track"},
+    {keys::kPlayPause, u"Play/Pause"},
+    {keys::kPlus, u"Plus"},
+    {keys::kMinus, u"Minus"},
 };
 
 Text nameOfKey(std::uint16_t key) {

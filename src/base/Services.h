@@ -215,6 +215,34 @@ class Multimedia {
     virtual std::uint32_t send(TextView command) = 0;
 };
 
+// As it comes from the cable; `second` is 0 where the status has one number or none.
+struct MidiMessage {
+    std::uint8_t status = 0;
+    std::uint8_t first = 0;
+    std::uint8_t second = 0;
+};
+
+class MidiListener {
+  public:
+    virtual ~MidiListener() = default;
+    virtual void heard(TextView device, const MidiMessage& message) = 0;
+    // Inputs have come or gone; the others go on.
+    virtual void inputsChanged() = 0;
+};
+
+// The MIDI devices that send something.
+class MidiInputs {
+  public:
+    virtual ~MidiInputs() = default;
+    // Of those that are there. Two may have one name.
+    virtual std::vector<Text> names() = 0;
+    // Listens to all inputs of these names, in place of what was listened to, and tells the
+    // listener, from the message loop, until `stop` or another listener. Returns the names of those
+    // that cannot be opened, because another program has them.
+    virtual std::vector<Text> listen(const std::vector<Text>& names, MidiListener& listener) = 0;
+    virtual void stop() = 0;
+};
+
 class Clock {
   public:
     virtual ~Clock() = default;
@@ -239,6 +267,7 @@ struct Services {
     ColorDialogs& colors;
     Printers& printers;
     Multimedia& multimedia;
+    MidiInputs& midi;
     Clock& clock;
 };
 

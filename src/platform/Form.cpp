@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/ControlSize.h"
+#include "platform/HeldKeys.h"
 
 namespace melvorin {
 namespace {
@@ -19,6 +20,7 @@ bool Form::translate(MSG& message) {
     const bool isMine = isOpen() && (message.hwnd == handle() || ::IsChild(handle(), message.hwnd));
     if (!isMine)
         return false;
+    keyRepeats_ = isRepeat(message);
     if (message.message == WM_KEYDOWN && onKeyDown(message.wParam))
         return true;
     return ::IsDialogMessageW(handle(), &message) != FALSE;

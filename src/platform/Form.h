@@ -58,6 +58,8 @@ class Form : public Window {
     virtual void onClose();
     // A key goes down anywhere in the window, before its controls know. True: they never will.
     virtual bool onKeyDown(WPARAM key);
+    // The key of `onKeyDown` is held: it was down before.
+    bool keyRepeats() const { return keyRepeats_; }
     // The controls have their places, now or anew; what the window places itself follows.
     virtual void onPlaced() {}
     void onException(const std::exception& error) override;
@@ -143,6 +145,7 @@ class Form : public Window {
     HWND focus_ = nullptr;  // while another window is active
     HWND tips_ = nullptr;
     bool isModal_ = false;
+    bool keyRepeats_ = false;
 };
 
 // The colours of a text that stands on paper: the answer to WM_CTLCOLORSTATIC.

@@ -15,4 +15,9 @@ inline KeyStroke strokeOf(WPARAM key) {
     return {static_cast<std::uint16_t>(key), isHeld(VK_CONTROL), isHeld(VK_MENU), isHeld(VK_SHIFT)};
 }
 
+// A WM_KEYDOWN comes because its key is held.
+inline bool isRepeat(const MSG& message) {
+    return (message.lParam & 1L << 30) != 0;
+}
+
 }  // namespace melvorin

@@ -21,6 +21,8 @@ int linesOf(RunKey key) {
 constexpr int kNearEnd = 10;
 // From so many lines on the bar says where a jump leads.
 constexpr int kSoon = 5;
+// Steps that can be gone back: hours.
+constexpr std::size_t kMostPast = 20'000;
 
 }  // namespace
 
@@ -57,6 +59,7 @@ bool StageRun::startAt(int line, const RunSettings& settings, int linesInText) {
 
 void StageRun::begin(const RunSettings& settings) {
     left_.reset();
+    past_.clear();
     countIn_ = settings.countIn;
     wholeSteps_ = settings.wholeMs > 0 ? planRun(settings, lines_).steps : 1;
     pausedMs_ = 0;
@@ -86,10 +89,15 @@ void StageRun::resume() {
 }
 
 void StageRun::turnTo(int line) {
-    if (!Timer1_ && !paused_)
+    if (!isOn())
         return;
-    countIn_ = 0;
+    remember();
     path_.moveTo(line);
+    goOnFromHere();
+}
+
+void StageRun::goOnFromHere() {
+    countIn_ = 0;
     stepsDone_ = 0;
     pausedMs_ = 0;
     baseMs_ = Timer1_ ? elapsed_.elapsedMs() : 0;
@@ -97,8 +105,67 @@ void StageRun::turnTo(int line) {
     tellNote();
 }
 
+void StageRun::advance(int lines) {
+    if (!isOn())
+        return;
+    const int start = path_.line();
+    const auto isBeyond = [this](int line) { return line >= path_.lastLine(); };
+    while (lines > 0) {
+        RunPath ahead = path_;
+        const RunPath::Step step = ahead.step();
+        // Beyond the text, where a pass ends, the last line is still to be seen.
+        const bool isSeen = !isBeyond(ahead.line());
+        if (step == RunPath::Step::Ended || (!isSeen && ahead.passesToCome() == 0))
+            break;
+        remember();
+        path_ = ahead;
+        countStep(step);
+        lines -= isSeen ? 1 : 0;
+    }
+    goOnFromHere();
+    if (path_.line() != start)
+        surface_.showLine(path_.line());
+}
+
+void StageRun::goBack(int steps) {
+    if (!isOn())
+        return;
+    const int start = path_.line();
+    // The line beyond the text, where a pass ends, shows the last one once more.
+    while (path_.line() >= path_.lastLine() && takePast()) {
+    }
+    while (steps > 0 && takePast()) {
+        while (path_.line() >= path_.lastLine() && takePast()) {
+        }
+        --steps;
+    }
+    LB_ = pass_ > 0 ? decimal(pass_) + u"x" : Text();
+    if (steps > 0)
+        path_.moveTo(std::max(1, std::min(path_.line(), path_.lastLine()) - steps));
+    goOnFromHere();
+    if (path_.line() != start)
+        surface_.showLine(path_.line());
+}
+
+bool StageRun::takePast() {
+    if (past_.empty())
+        return false;
+    const Past& past = past_.back();
+    path_.beginAt(path_.settings(), past.place);
+    L2_ = past.passes;
+    pass_ = past.pass;
+    past_.pop_back();
+    return true;
+}
+
+void StageRun::remember() {
+    if (past_.size() == kMostPast)
+        past_.pop_front();
+    past_.push_back({path_.place(), L2_, pass_});
+}
+
 void StageRun::showPanel(const RunSettings& settings) {
-    if (Timer1_ || paused_) {
+    if (isOn()) {
         left_ = path_.place();
         leftSettings_ = path_.settings();
     }
@@ -159,18 +226,23 @@ void StageRun::step() {
         --countIn_;
         return tellNote();
     }
-    if (LB_.empty())
-        countPass();
+    remember();
     const RunPath::Step step = path_.step();
     const int line = path_.line();
+    countStep(step);
+    if (step == RunPath::Step::Ended)
+        endRun();
+    surface_.showLine(line);
+    tellNote();
+}
+
+void StageRun::countStep(RunPath::Step step) {
+    if (LB_.empty())
+        countPass();
     if (step == RunPath::Step::NewPass) {
         countPass();
         --L2_;
-    } else if (step == RunPath::Step::Ended) {
-        endRun();
     }
-    surface_.showLine(line);
-    tellNote();
 }
 
 void StageRun::countPass() {
@@ -179,7 +251,7 @@ void StageRun::countPass() {
 
 void StageRun::tellNote() {
     RunNote note{countIn_, {}};
-    if (countIn_ == 0 && (Timer1_ || paused_))
+    if (countIn_ == 0 && isOn())
         note.next = nextJump(path_.settings(), lines_, path_.place(), kSoon);
     if (note == note_)
         return;
@@ -209,6 +281,7 @@ void StageRun::press(RunKey key) {
         return;
     path_.moveTo(line + lines);
     step();
+    past_.back().place.line = line;
 }
 
 // ---- What the windows show --------------------------------------------------------------------

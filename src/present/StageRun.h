@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 
 #include "present/ClsElapsed.h"
@@ -61,12 +62,20 @@ class StageRun {
     // Somebody has turned to another line, the run going or paused: it goes on from there, with a
     // whole line interval.
     void turnTo(int line);
+    // So many lines on in the order of the run, with its jumps and passes, and as many steps back
+    // in it; the clock going or paused. It goes on from there, with a whole line interval. There is
+    // nothing beyond the last line, nor before the line where the run began.
+    void advance(int lines);
+    void goBack(int steps);
     // Moves 1, 5 or 10 lines and one more. Where ten lines or less are left, the run ends first.
     // Nothing happens unless the clock runs.
     void press(RunKey key);
 
     bool isRunning() const { return Timer1_; }
     bool isPaused() const { return paused_; }
+    bool isOn() const { return Timer1_ || paused_; }
+    // One was left that can be gone on with.
+    bool wasLeft() const { return left_.has_value(); }
     int currentLine() const { return path_.line(); }
     int lastLine() const { return path_.lastLine(); }
     int passesLeft() const { return L2_; }
@@ -78,6 +87,17 @@ class StageRun {
     const RunNote& note() const { return note_; }
 
   private:
+    // Where the run was before a step or a turn.
+    struct Past {
+        RunPath::Place place;
+        int passes = 0;  // L2_
+        int pass = 0;    // pass_
+    };
+
+    void remember();
+    bool takePast();
+    void countStep(RunPath::Step step);
+    void goOnFromHere();
     void begin(const RunSettings& settings);
     void tickByDuration();
     void step();
@@ -107,6 +127,7 @@ class StageRun {
     // Where a run was left, and its settings.
     std::optional<RunPath::Place> left_;
     RunSettings leftSettings_;
+    std::deque<Past> past_;  // the latest last
     RunNote note_;
     Text LB_;  // "1x", "2x", ...; empty before the first step
     Text caption_;

@@ -315,6 +315,8 @@ bool frmFScreen::onViewKey(const MSG& message) {
     }
     if (message.message != WM_KEYDOWN)
         return false;
+    if (panel_.takesPedal(message))
+        return true;
     const KeyStroke stroke = strokeOf(message.wParam);
     auto command = runBy(kShiftedViewKeys, stroke);
     if (!command)
@@ -373,7 +375,7 @@ bool frmFScreen::takesKey(WPARAM key) {
     if (isPage)
         turnPage(isForward);
     else
-        turnLine(isForward);
+        turnBy(isForward ? 1 : -1);
     return true;
 }
 
@@ -451,11 +453,14 @@ void frmFScreen::waitFor(const std::function<void()>& action) {
 
 std::optional<Text> frmFScreen::expandPasted(Text text, std::size_t startColumn) {
     std::optional<Text> expanded;
-    waitFor([&] {
-        callbacks_.undisturbed(
-            [&] { expanded = FrmTxt(services_).convert(handle(), std::move(text), startColumn); });
+    ask([&](HWND view) {
+        expanded = FrmTxt(services_).convert(view, std::move(text), startColumn);
     });
     return expanded;
+}
+
+void frmFScreen::ask(const std::function<void(HWND view)>& question) {
+    waitFor([&] { callbacks_.undisturbed([&] { question(handle()); }); });
 }
 
 // All of the song changes; who plays it looks at this page.

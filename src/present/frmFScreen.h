@@ -89,7 +89,6 @@ class frmFScreen : public Window, private StageView {
     void fitWidth();
     int widestLine() const;
     void turnPage(bool forward);
-    void turnLine(bool forward);
     void turnTo(std::int32_t line);
     void toNextMonitor();
     void switchDark();
@@ -112,6 +111,8 @@ class frmFScreen : public Window, private StageView {
     bool enlarge() override;
     void finishEdits() override;
     bool takesKey(WPARAM key) override;
+    void turnBy(int lines) override;
+    void ask(const std::function<void(HWND view)>& question) override;
     void leave() override { close(); }
 
     Services services_;

@@ -40,6 +40,9 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
             [this](WPARAM command) { return refuses(command); }}),
       smallBar_(services_,
                 {[this] { showPanel(); }, [this](WPARAM key) { return view_.takesKey(key); }}),
+      pedals_(services_, {[this] { return run_.isRunning(); }, [this](PedalAct what) { act(what); },
+                          [this] { tellNote(); }}),
+      pedalWindow_(services_),
       sounds_(services_),
       Command4_(sounds_),
       Command6_(sounds_),
@@ -47,7 +50,8 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
       Command8_(sounds_),
       startHere_(sounds_),
       rowFromHere_(sounds_),
-      rowToHere_(sounds_) {}
+      rowToHere_(sounds_),
+      learn_(sounds_) {}
 
 // ---- The window -------------------------------------------------------------------------------
 
@@ -75,8 +79,10 @@ bool frmFScreenB::createWindow() {
 void frmFScreenB::begin() {
     prepared_ = false;
     lastRow_ = 0;
+    lastLines_ = 1;
     sections_.clear();
     run_.forget();
+    pedals_.listen();
     const auto first = [this](int id) { ::SendMessageW(item(id), CB_SETCURSEL, 0, 0); };
     for (const ControlId id : {Seconds, Seconds2, Seconds3, kCountIn})
         first(id);
@@ -102,6 +108,7 @@ void frmFScreenB::rest(HWND owner) {
     for (const UINT_PTR timer : {kTimer2, kTimer3})
         ::KillTimer(handle(), timer);
     stop();
+    pedals_.stop();
     bar_.hide();
     smallBar_.hide();
     hide();
@@ -189,6 +196,7 @@ Cell frmFScreenB::buttons() {
         {startHere_, kStartHere, u"From Here", -1, L"goes on from the line on top (Ctrl+Enter)"},
         {Command6_, Command6, u"Update", LB3, L"counts the lines anew after the text was edited"},
         {Command8_, Command8, u"Reduce", -1, L"leaves the screen to the text and a small bar"},
+        {learn_, kPedals, u"Pedals...", -1, L"learns which key or MIDI pedal does what"},
         {Command7_, Command7, u"Exit", -1, L"goes back to the editor"},
     };
     Cell cells = gridOf(4, {});
@@ -298,6 +306,9 @@ void frmFScreenB::onCommand(int control, int code) {
         case kStartHere:
             startHere();
             break;
+        case kPedals:
+            learnPedals();
+            break;
         case LB2:
         case Command4:
             start();
@@ -363,21 +374,10 @@ void frmFScreenB::startAt(std::optional<int> line) {
         run_.showPanel(settings());
         return;
     }
-    bar_.showNote(noteInWords(run_.note(), sections_));
+    tellNote();
     ::ShowWindow(handle(), SW_HIDE);
     services_.screen.keepOn(true);
     runClock(true);
-}
-
-// A key that moves the view; a run goes on from the line that is then on top.
-bool frmFScreenB::turnsRun(WPARAM key) {
-    const int before = view_.topLine();
-    if (!view_.takesKey(key))
-        return false;
-    // At the end of the text the view goes no farther, and the run as it would.
-    if (view_.topLine() != before)
-        run_.turnTo(view_.topLine());
-    return true;
 }
 
 void frmFScreenB::update() {
@@ -449,8 +449,8 @@ void frmFScreenB::showCaption(TextView caption) {
         bar_.setCaption(caption);
 }
 
-void frmFScreenB::showNote(const RunNote& note) {
-    bar_.showNote(noteInWords(note, sections_));
+void frmFScreenB::showNote(const RunNote&) {
+    tellNote();
 }
 
 void frmFScreenB::runEnded() {

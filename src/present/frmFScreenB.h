@@ -13,7 +13,9 @@
 #include "present/RunPlan.h"
 #include "present/SongSections.h"
 #include "present/StageLayout.h"
+#include "present/StagePedals.h"
 #include "present/StageRun.h"
+#include "present/frmPedals.h"
 #include "widgets/TarnelButton.h"
 
 namespace melvorin {
@@ -45,6 +47,10 @@ class StageView {
     virtual void finishEdits() = 0;
     // A key that moves the view.
     virtual bool takesKey(WPARAM key) = 0;
+    // So many lines on, or back, the song only.
+    virtual void turnBy(int lines) = 0;
+    // Something is asked over the view meanwhile.
+    virtual void ask(const std::function<void(HWND view)>& question) = 0;
     virtual void leave() = 0;
 };
 
@@ -71,6 +77,7 @@ class frmFScreenB : public Form, private StageSurface {
         kPlan,
         kStartHere,
         kUnrolled,
+        kPedals,
         CB = 200,  // 1 to 10: from and to of row 1, of row 2 and so on; 11 to 15: the times
         CK = 300,  // 1 to 5
         LK = 400,  // 1 to 5
@@ -99,6 +106,8 @@ class frmFScreenB : public Form, private StageSurface {
     void arrange();
     // A key that moves the view, and a run along with it; false for any other.
     bool turnsRun(WPARAM key);
+    // A key that the user has had learned; false for any other, and where it means nothing now.
+    bool takesPedal(const MSG& keyDown);
     // The run pauses, where it goes.
     void pause();
     // Something has kept the clock from being looked at: the line at hand begins anew.
@@ -109,6 +118,7 @@ class frmFScreenB : public Form, private StageSurface {
     // A system command would darken the screen while a run goes.
     bool refuses(WPARAM systemCommand) const;
 
+    frmPedals& pedalWindow() { return pedalWindow_; }
     const StageRun& run() const { return run_; }
     Form3& bar() { return bar_; }
     Form3b& smallBar() { return smallBar_; }
@@ -151,6 +161,13 @@ class frmFScreenB : public Form, private StageSurface {
     void update();
     void reduce();
     void pauseOrResume();
+    void learnPedals();
+    bool mayAct() const;
+    void act(PedalAct act);
+    void goOn(int lines);
+    void goBack();
+    void restart();
+    void tellNote();
     RunSettings settings() const;
     void runClock(bool on);
     void restPointer();
@@ -165,6 +182,9 @@ class frmFScreenB : public Form, private StageSurface {
     StageRun run_;
     Form3 bar_;
     Form3b smallBar_;
+    StagePedals pedals_;
+    frmPedals pedalWindow_;
+    int lastLines_ = 1;  // that a pedal went on, and another goes back
     ButtonSounds sounds_;
     TarnelButton Command4_;
     TarnelButton Command6_;
@@ -173,6 +193,7 @@ class frmFScreenB : public Form, private StageSurface {
     TarnelButton startHere_;
     TarnelButton rowFromHere_;
     TarnelButton rowToHere_;
+    TarnelButton learn_;
     SectionLabels sections_;
     std::vector<RunPart> unrolled_;  // that are written out
     std::size_t lastRow_ = 0;        // the jump row that had the focus last, from 1; 0: none

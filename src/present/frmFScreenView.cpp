@@ -60,8 +60,8 @@ void frmFScreen::turnPage(bool forward) {
     turnTo(goal);
 }
 
-void frmFScreen::turnLine(bool forward) {
-    turnTo(shownText().firstVisibleLine() + (forward ? 1 : -1));
+void frmFScreen::turnBy(int lines) {
+    turnTo(shownText().firstVisibleLine() + lines);
 }
 
 // Without a run the caret stays where somebody has put it.

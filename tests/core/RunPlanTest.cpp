@@ -2,7 +2,9 @@
 // MELVORIN_SEED gives the invented runs another course.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 
 #include "StandIns.h"
@@ -286,6 +288,122 @@ TEST(StageRun, CountsInAndSaysWhatComes) {
     EXPECT_EQ(utf8(noteInWords({3, {}}, labels)), "Count-in 3");
     EXPECT_EQ(utf8(noteInWords({}, labels)), "");
     EXPECT_EQ(utf8(labelsInWords(labels)), "3  Verse 1\r\n7  Chorus\r\n10  Intro");
+}
+
+// ---- By pedal ---------------------------------------------------------------------------------
+
+TEST(StageRun, APedalLeadsOnByTheJumpsAndBackTheSameWay) {
+    // After line 6 back to line 3, twice; all of it twice. The lines by hand:
+    const std::vector<int> lines = {1, 2, 3, 4, 5, 6, 3, 4, 5, 6, 3, 4, 5, 6, 7, 8,
+                                    1, 2, 3, 4, 5, 6, 3, 4, 5, 6, 3, 4, 5, 6, 7, 8};
+    RunSettings settings = settingsOf({{true, 6, 2, 2}}, 2);
+    settings.secondsPerLine = 3;
+    Stage stage;
+    stage.run.setLineCount(8);
+    ASSERT_TRUE(stage.run.start(settings, 8));
+    const auto at = [&](std::size_t i) {
+        EXPECT_EQ(stage.run.currentLine(), lines[i]) << "line " << i;
+    };
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        stage.run.advance(1);
+        at(i);
+    }
+    EXPECT_EQ(utf8(stage.run.passText()), "2x");
+    stage.run.advance(1);
+    stage.run.advance(10);
+    at(lines.size() - 1);
+    EXPECT_EQ(stage.surface.ends, 0) << "a foot does not end the song";
+    for (std::size_t i = lines.size() - 1; i > 0; --i) {
+        stage.run.goBack(1);
+        at(i - 1);
+    }
+    EXPECT_EQ(stage.run.jumpsLeft(0), 2);
+    EXPECT_EQ(stage.run.passesToCome(), 1);
+    stage.run.goBack(5);
+    at(0);
+    // By fives and tens, on and back, the clock in between; a pause keeps all of it.
+    stage.run.advance(10);
+    at(10);
+    stage.run.goBack(5);
+    at(5);
+    stage.clock.ms += 3000;
+    stage.run.tick();
+    at(6);
+    stage.run.pause();
+    stage.run.goBack(1);
+    at(5);
+    stage.run.advance(10);
+    at(15);
+    stage.run.advance(5);
+    at(20);
+    stage.run.goBack(5);
+    at(15);
+    stage.run.resume();
+    stage.clock.ms += 2999;
+    stage.run.tick();
+    at(15);
+    stage.clock.ms += 1;
+    stage.run.tick();
+    EXPECT_EQ(stage.run.currentLine(), 9) << "the last line stands as long as every other";
+    stage.run.goBack(1);
+    at(14);
+    stage.run.turnTo(2);
+    stage.run.goBack(1);
+    at(14);
+}
+
+// Before the line where it began, there is only the song.
+TEST(StageRun, APedalBeforeTheFirstStepAndDuringTheCountIn) {
+    RunSettings settings;
+    settings.countIn = 4;
+    Stage stage;
+    stage.run.setLineCount(30);
+    stage.run.advance(1);
+    EXPECT_TRUE(stage.surface.shown.empty()) << "no run is on";
+    ASSERT_TRUE(stage.run.startAt(12, settings, 30));
+    EXPECT_EQ(stage.run.note().countIn, 4);
+    stage.run.goBack(5);
+    EXPECT_EQ(stage.run.currentLine(), 7);
+    EXPECT_EQ(stage.run.note().countIn, 0);
+    stage.run.goBack(10);
+    EXPECT_EQ(stage.run.currentLine(), 1);
+    stage.run.press(RunKey::OneLine);
+    stage.run.goBack(1);  // one key, one step back
+    stage.run.advance(100);
+    EXPECT_EQ(stage.run.currentLine(), 30);
+    EXPECT_EQ(stage.surface.shown, (std::vector<int>{7, 1, 3, 1, 30}));
+}
+
+TEST(StageRun, APedalShowsWhatTheClockWouldShow) {
+    std::mt19937 engine(seed());
+    for (int i = 0; i < 300; ++i) {
+        const int lines = 2 + static_cast<int>(engine() % 30);
+        const RunSettings settings = inventedSettings(engine, lines);
+        Stage byClock;
+        byClock.run.setLineCount(lines);
+        ASSERT_TRUE(byClock.run.start(settings, lines));
+        byClock.playToTheEnd(1000);
+        // Without the line beyond the text, which shows the last one again.
+        std::vector<int> wanted = {1};
+        std::copy_if(byClock.surface.shown.begin(), byClock.surface.shown.end() - 1,
+                     std::back_inserter(wanted), [lines](int line) { return line <= lines; });
+        Stage byFoot;
+        byFoot.run.setLineCount(lines);
+        ASSERT_TRUE(byFoot.run.start(settings, lines));
+        std::vector<int> shown = {1};
+        for (std::size_t press = 1; press < wanted.size(); ++press) {
+            byFoot.run.advance(1);
+            shown.push_back(byFoot.run.currentLine());
+        }
+        ASSERT_EQ(shown, wanted) << "run " << i;
+        std::vector<int> back = {byFoot.run.currentLine()};
+        for (std::size_t press = 1; press < wanted.size(); ++press) {
+            byFoot.run.goBack(1);
+            back.push_back(byFoot.run.currentLine());
+        }
+        std::reverse(back.begin(), back.end());
+        ASSERT_EQ(back, wanted) << "run " << i;
+    }
 }
 
 }  // namespace

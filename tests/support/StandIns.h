@@ -2,6 +2,7 @@
 // answer is scripted beforehand, what the program asked for is recorded.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -302,6 +303,47 @@ class RecordedMultimedia : public Multimedia {
     std::uint32_t result = 0;
 };
 
+// Devices that a test plugs in, plays and pulls out.
+class ScriptedMidi : public MidiInputs {
+  public:
+    std::vector<Text> names() override { return inputs; }
+    std::vector<Text> listen(const std::vector<Text>& names, MidiListener& listener) override {
+        listensTo = names;
+        listener_ = &listener;
+        std::vector<Text> refused;
+        for (const Text& name : names) {
+            if (taken.contains(name))
+                refused.push_back(name);
+        }
+        return refused;
+    }
+    void stop() override {
+        listensTo.clear();
+        listener_ = nullptr;
+    }
+
+    // Nobody hears a device that is not listened to.
+    void send(TextView device, const MidiMessage& message) {
+        const bool isHeard =
+            listener_ != nullptr && !taken.contains(Text(device)) &&
+            std::find(listensTo.begin(), listensTo.end(), device) != listensTo.end();
+        if (isHeard)
+            listener_->heard(device, message);
+    }
+    void plug(std::vector<Text> now) {
+        inputs = std::move(now);
+        if (listener_ != nullptr)
+            listener_->inputsChanged();
+    }
+
+    std::vector<Text> inputs;
+    std::set<Text> taken;  // by other programs
+    std::vector<Text> listensTo;
+
+  private:
+    MidiListener* listener_ = nullptr;
+};
+
 // One of each, with quiet defaults: settings and folders are empty, the screen is an ordinary one.
 struct StandIns {
     ScriptedMessages messages;
@@ -317,6 +359,7 @@ struct StandIns {
     ScriptedColors colors;
     ScriptedPrinters printers;
     RecordedMultimedia multimedia;
+    ScriptedMidi midi;
     ScriptedClock clock;
 };
 
@@ -349,6 +392,7 @@ class ServicesBuilder {
                 .colors = all_.colors,
                 .printers = all_.printers,
                 .multimedia = *multimedia_,
+                .midi = all_.midi,
                 .clock = *clock_};
     }
 

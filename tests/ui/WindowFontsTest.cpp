@@ -305,6 +305,15 @@ void lookAtStage(Program& program, const std::string& font) {
     frmFScreenB& panel = program.form->fullScreen().panel();
     program.waitUntil([&] { return panel.isPrepared(); });
     expectShown(program, panel.handle(), "panel of the full screen" + font);
+    {
+        const WhileOpen pedals(L"MelvorinfrmPedals", [&](HWND window) {
+            expectSound(window, "pedals" + font);
+            expectToFollow(window, "pedals" + font, {160, 120});
+            ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        });
+        clickOn(::GetDlgItem(panel.handle(), frmFScreenB::kPedals));
+        EXPECT_EQ(pedals.seen(), 1);
+    }
     clickOn(::GetDlgItem(panel.handle(), frmFScreenB::Command8));
     const HWND enlarge = ::FindWindowW(L"MelvorinForm3b", nullptr);
     expectShown(program, enlarge, "small bar" + font);
