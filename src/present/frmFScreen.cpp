@@ -295,7 +295,8 @@ bool frmFScreen::isOurs(HWND window) const {
 }
 
 bool frmFScreen::translate(MSG& message) {
-    if (!isOpen() || !isOurs(message.hwnd))
+    // A window that asks something has its keys to itself.
+    if (!isOpen() || waits_ || !isOurs(message.hwnd))
         return false;
     return onViewKey(message) || panel_.translate(message);
 }

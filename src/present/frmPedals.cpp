@@ -15,7 +15,6 @@ constexpr TextView kNoInput = u"No MIDI input is there. Pedals that send keys ne
 // Pixels at 96 dpi.
 constexpr int kListWidth = 400;
 constexpr int kListHeight = 118;
-constexpr int kTextHeight = 32;
 // Dialog units.
 constexpr UINT kSignalColumn = 72;
 
@@ -39,12 +38,13 @@ Pedals frmPedals::learn(HWND owner, const Pedals& now) {
                         kActs, WS_EX_CLIENTEDGE);
     const Cell buttons = rowOf({button(learn_, kLearn, u"&Learn", WS_TABSTOP | BS_DEFPUSHBUTTON),
                                 button(forget_, kForget, u"&Forget")});
-    const Cell state = label(L"", SS_NOPREFIX, kState);
-    const Cell inputs = label(L"", SS_NOPREFIX, kInputs);
+    // Room for two lines.
+    constexpr const wchar_t* longest = L"MIDI controller 127, channel 16\r\nof the other one.";
+    const Cell state = label(longest, SS_NOPREFIX, kState);
+    const Cell inputs = label(longest, SS_NOPREFIX, kInputs);
     const Cell closing = atRight({button(close_, kClose, u"Close")});
     layOut(columnOf({columnOf({caption, acts.least(kListWidth, kListHeight).grows(1, 1)}).close(),
-                     buttons, state.least(kListWidth, kTextHeight).grows(1, 0),
-                     inputs.least(kListWidth, kTextHeight).grows(1, 0), closing})
+                     buttons, state.grows(1, 0), inputs.grows(1, 0), closing})
                .apart(),
            owner);
     const UINT column = kSignalColumn;
