@@ -89,6 +89,15 @@ Text idleRowsInWords(const RunPlan& plan, const RunSettings& settings) {
     return text + (idle.size() == 1 ? u" never jumps." : u" never jump.");
 }
 
+Text circlesInWords(const RunPlan& plan, const RunSettings& settings) {
+    bool leadsBack = false;
+    for (std::size_t i = 0; i < kJumpRows; ++i)
+        leadsBack = leadsBack || (plan.acts[i] && settings.rows[i].to < settings.rows[i].from);
+    if (!leadsBack || runMs(plan, settings) <= kMostMs)
+        return {};
+    return u"The rows lead in circles for more than ten hours; Esc ends it.";
+}
+
 std::optional<int> nextJump(const RunSettings& settings, int linesInText,
                             const RunPath::Place& place, int within) {
     RunPath path;

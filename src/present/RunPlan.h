@@ -43,6 +43,9 @@ Text planInWords(const RunPlan& plan, const RunSettings& settings, int linesInTe
 // "Row 3 never jumps." or "Rows 2 and 3 never jump.", of those that are on; empty where all do.
 Text idleRowsInWords(const RunPlan& plan, const RunSettings& settings);
 
+// That rows lead back so often that nobody plays so long; empty for up to ten hours.
+Text circlesInWords(const RunPlan& plan, const RunSettings& settings);
+
 // The lines that a run at `place` shows after the next jump, or after the next pass begins, where
 // that is at most `within` steps away.
 std::optional<int> nextJump(const RunSettings& settings, int linesInText,

@@ -162,8 +162,9 @@ void frmFScreenB::createControls() {
     const Cell keys = columnOf({label(L"Press (F1) to go up (1) one line"),
                                 label(L"Press (F2) to go up (5) five lines"),
                                 label(L"Press (F3) to go up (10) ten lines")});
-    layOut(columnOf({columnOf({pace, jumps, here, plan, written, cursor}), keys.close(), buttons()})
-               .apart(),
+    // Beside each other, so that all of it has room on a screen of 520 such pixels.
+    const Cell top = rowOf({pace, keys.close()}).apart();
+    layOut(columnOf({columnOf({top, jumps, here, plan, written, cursor}), buttons()}).apart(),
            view_.window());
 }
 
@@ -193,7 +194,7 @@ Cell frmFScreenB::buttons() {
     };
     const Entry entries[] = {
         {Command4_, Command4, u"Start", LB2, L"moves the text up from the first line on"},
-        {startHere_, kStartHere, u"From Here", -1, L"goes on from the line on top (Ctrl+Enter)"},
+        {startHere_, kStartHere, u"From Here", -1, L"begins at the line on top\r\n(Ctrl+Enter)"},
         {Command6_, Command6, u"Update", LB3, L"counts the lines anew after the text was edited"},
         {Command8_, Command8, u"Reduce", -1, L"leaves the screen to the text and a small bar"},
         {learn_, kPedals, u"Pedals...", -1, L"learns which key or MIDI pedal does what"},

@@ -145,8 +145,13 @@ void frmFScreenB::tellPlan() {
         if (isUnrolled() && plan.parts != unrolled_)
             return unroll();
         text = planInWords(plan, chosen, view_.songLines());
-        if (const Text idle = idleRowsInWords(plan, chosen); !idle.empty())
-            text += u"\r\n" + idle;
+        TextView before = u"\r\n";
+        for (const Text& remark : {circlesInWords(plan, chosen), idleRowsInWords(plan, chosen)}) {
+            if (remark.empty())
+                continue;
+            text.append(before).append(remark);
+            before = u" ";
+        }
     }
     ::SetWindowTextW(item(kPlan), wide(text));
 }

@@ -13,8 +13,8 @@ constexpr TextView kIdle =
 constexpr TextView kNoInput = u"No MIDI input is there. Pedals that send keys need none.";
 
 // Pixels at 96 dpi.
-constexpr int kListWidth = 400;
-constexpr int kListHeight = 118;
+constexpr int kListWidth = 460;
+constexpr int kListHeight = 100;
 // Dialog units.
 constexpr UINT kSignalColumn = 72;
 

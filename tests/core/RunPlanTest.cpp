@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <random>
+#include <tuple>
 
 #include "StandIns.h"
 #include "present/RunPlan.h"
@@ -135,6 +136,23 @@ TEST(RunPlan, InWords) {
     EXPECT_GT(plan.steps, 90'000'000);
     EXPECT_EQ(plan.parts.size(), RunPlan::kMostParts);
     EXPECT_TRUE(planInWords(plan, longest, 10'000).find(u"\u2026") != Text::npos);
+    // The panel says so; not of a long song, and not of what would circle but never does.
+    const char* circles = "The rows lead in circles for more than ten hours; Esc ends it.";
+    EXPECT_EQ(utf8(circlesInWords(plan, longest)), circles);
+    RunSettings once = settingsOf({back}, 1);
+    for (const auto& [times, seconds, says] :
+         {std::tuple(2, 1, ""), std::tuple(2, 2, circles), std::tuple(1, 1, "")}) {
+        once.rows[0].times = times;
+        once.secondsPerLine = seconds;
+        EXPECT_EQ(utf8(circlesInWords(planRun(once, 10'000), once)), says) << times << seconds;
+    }
+    const RunSettings beyond = [] {
+        RunSettings settings = settingsOf({{true, 10, 1, 99}});
+        settings.secondsPerLine = 60;
+        return settings;
+    }();
+    EXPECT_EQ(utf8(circlesInWords(planRun(beyond, 9), beyond)), "") << "the row is beyond the song";
+    EXPECT_EQ(utf8(circlesInWords(planRun(settingsOf({}, 99), 10'000), settingsOf({}, 99))), "");
 }
 
 TEST(RunPlan, MinutesAsPeopleWriteThem) {
