@@ -147,7 +147,7 @@ TEST(RunPlan, InWords) {
         EXPECT_EQ(utf8(circlesInWords(planRun(once, 10'000), once)), says) << times << seconds;
     }
     const RunSettings beyond = [] {
-        RunSettings settings = settingsOf({{true, 10, 1, 99}});
+        RunSettings settings = settingsOf({{true, 11, 1, 99}});
         settings.secondsPerLine = 60;
         return settings;
     }();
