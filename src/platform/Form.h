@@ -143,6 +143,7 @@ class Form : public Window {
     HWND focus_ = nullptr;  // while another window is active
     HWND tips_ = nullptr;
     bool isModal_ = false;
+    bool hasPlaces_ = false;  // the controls have theirs, since they were measured last
 };
 
 // The colours of a text that stands on paper: the answer to WM_CTLCOLORSTATIC.
