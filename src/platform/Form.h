@@ -140,10 +140,10 @@ class Form : public Window {
 
     std::vector<Part> parts_;
     Layout layout_;
-    HWND focus_ = nullptr;  // while another window is active
+    bool hasPlaces_ = false;  // the controls have theirs, since they were measured last
+    HWND focus_ = nullptr;    // while another window is active
     HWND tips_ = nullptr;
     bool isModal_ = false;
-    bool hasPlaces_ = false;  // the controls have theirs, since they were measured last
 };
 
 // The colours of a text that stands on paper: the answer to WM_CTLCOLORSTATIC.
