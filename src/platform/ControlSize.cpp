@@ -30,16 +30,28 @@ HFONT fontOf(HWND control) {
     return font != nullptr ? font : uiFont();
 }
 
-// A text without characters still has a line.
+// Measures texts in the font of a control.
+class Extents {
+  public:
+    explicit Extents(HWND control) : dc_(control), selected_(dc_.get(), fontOf(control)) {
+        ::GetTextMetricsW(dc_.get(), &metrics_);
+    }
+    // A text without characters still has a line.
+    Size of(const Text& text, int width, UINT format) const {
+        RECT area{0, 0, width, 0};
+        ::DrawTextW(dc_.get(), wide(text), -1, &area, DT_CALCRECT | format);
+        return {static_cast<int>(area.right),
+                static_cast<int>(std::max(area.bottom, metrics_.tmHeight))};
+    }
+
+  private:
+    WindowDc dc_;
+    SelectedObject selected_;
+    TEXTMETRICW metrics_{};
+};
+
 Size extentOf(HWND control, const Text& text, int width, UINT format) {
-    const WindowDc dc(control);
-    const SelectedObject selected(dc.get(), fontOf(control));
-    TEXTMETRICW metrics{};
-    ::GetTextMetricsW(dc.get(), &metrics);
-    RECT area{0, 0, width, 0};
-    ::DrawTextW(dc.get(), wide(text), -1, &area, DT_CALCRECT | format);
-    return {static_cast<int>(area.right),
-            static_cast<int>(std::max(area.bottom, metrics.tmHeight))};
+    return Extents(control).of(text, width, format);
 }
 
 Size labelSize(HWND label, int width) {
@@ -68,11 +80,12 @@ Size dropDownSize(HWND box) {
     Size size{0, static_cast<int>(own.bottom - own.top)};
     if ((styleOf(box) & 3) != CBS_DROPDOWNLIST)
         return size;
+    const Extents extents(box);
     const LRESULT count = ::SendMessageW(box, CB_GETCOUNT, 0, 0);
     for (WPARAM i = 0; static_cast<LRESULT>(i) < count; ++i) {
         Text entry(static_cast<std::size_t>(::SendMessageW(box, CB_GETLBTEXTLEN, i, 0)) + 1, u'\0');
         ::SendMessageW(box, CB_GETLBTEXT, i, lparamOf(wideBuffer(entry)));
-        const Size text = extentOf(box, entry, 0, DT_SINGLELINE | DT_NOPREFIX);
+        const Size text = extents.of(entry, 0, DT_SINGLELINE | DT_NOPREFIX);
         size.width = std::max(size.width, text.width + scaled(kArrowWidth));
     }
     return size;

@@ -247,9 +247,11 @@ void Form::layOut(const Cell& root, HWND owner, Size usual) {
         return it.window != nullptr ? neededSize(it.window, width) : it.needed;
     });
     const bool isPanel = (::GetWindowLongPtrW(handle(), GWL_STYLE) & WS_CHILD) != 0;
+    hasPlaces_ = false;
     if (!isPanel)
         giveSize(owner, usual);
-    placeParts();
+    if (!hasPlaces_)
+        placeParts();
     if (!isPanel)
         centreOver(handle(), owner);
 }
@@ -286,6 +288,7 @@ void Form::placeParts() {
         ::SetWindowPos(part.window, nullptr, area.left, area.top, area.width, height,
                        SWP_NOZORDER | SWP_NOACTIVATE);
     }
+    hasPlaces_ = true;
     onPlaced();
     // Labels and frames do not draw themselves anew when only their size changes.
     ::RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);

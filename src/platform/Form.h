@@ -142,7 +142,8 @@ class Form : public Window {
 
     std::vector<Part> parts_;
     Layout layout_;
-    HWND focus_ = nullptr;  // while another window is active
+    bool hasPlaces_ = false;  // the controls have theirs, since they were measured last
+    HWND focus_ = nullptr;    // while another window is active
     HWND tips_ = nullptr;
     bool isModal_ = false;
     bool keyRepeats_ = false;

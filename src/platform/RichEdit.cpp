@@ -110,10 +110,21 @@ bool rtfHasText(std::string_view rtf) {
 
 }  // namespace
 
-bool RichEdit::create(HWND parent, int id, TextView face, int points) {
+void RichEdit::createOnLoad(HWND parent, int id, TextView face, int points) {
     parent_ = parent;
     id_ = id;
     defaultFormat_ = plainFormat(face, points);
+    place_ = {};
+    handle_ = nullptr;
+}
+
+void RichEdit::destroy() {
+    if (handle_ != nullptr)
+        ::DestroyWindow(std::exchange(handle_, nullptr));
+}
+
+bool RichEdit::create(HWND parent, int id, TextView face, int points) {
+    createOnLoad(parent, id, face, points);
     handle_ = createControl();
     if (handle_ == nullptr)
         return false;
@@ -208,17 +219,23 @@ bool RichEdit::fillFresh(WPARAM format, std::string_view bytes) {
     }
     revisionAuthor_ = 0;
     select({0, 0});
-    ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    if (former != nullptr)
+        ::SetWindowPos(fresh, former, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     scrollTo({0, 0});
+    if (former == nullptr)
+        return true;
     if (::GetFocus() == former)
         ::SetFocus(fresh);
     ::DestroyWindow(former);
     return true;
 }
 
+// For a rectangle that it has already, the control would lay out its whole text once more.
 void RichEdit::place(const RECT& rectangle) {
+    const bool isThere = ::EqualRect(&place_, &rectangle) != FALSE;
     place_ = rectangle;
-    applyPlace();
+    if (handle_ != nullptr && !isThere)
+        applyPlace();
 }
 
 void RichEdit::applyPlace() const {
@@ -234,6 +251,8 @@ void RichEdit::applyPlace() const {
 
 void RichEdit::show(bool visible) {
     shown_ = visible;
+    if (handle_ == nullptr)
+        return;
     ::SetWindowPos(handle_, HWND_TOP, 0, 0, 0, 0,
                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE |
                        static_cast<UINT>(visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
@@ -464,7 +483,7 @@ void RichEdit::beginWork() {
 }
 
 void RichEdit::endWork() {
-    if (--work_ > 0)
+    if (--work_ > 0 || handle_ == nullptr)
         return;
     thaw();
     tellSelection();

@@ -35,7 +35,12 @@ class RichEdit : public Editor {
     // Creates the control inside `parent`, filling nothing yet (see `place`). False when no
     // rich-text library can be loaded. `id` comes back in the parent's WM_COMMAND.
     bool create(HWND parent, int id, TextView face, int points);
-    // The control of the moment; ask again after a load.
+    // The same without a control until the first document is loaded, which would only take its
+    // place. Whatever is set before then holds for it too.
+    void createOnLoad(HWND parent, int id, TextView face, int points);
+    // The control goes, with its text; the next load makes another.
+    void destroy();
+    // The control of the moment, null where there is none yet; ask again after a load.
     HWND handle() const { return handle_; }
     // Gets key, character, double-click, wheel and drop messages before the control does; that does
     // not see those it returns true for. The parent hears EN_CHANGE as WM_COMMAND and EN_SELCHANGE

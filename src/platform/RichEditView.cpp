@@ -107,6 +107,8 @@ int RichEdit::widthOf(Selection range) const {
 
 void RichEdit::setZoom(int percent) {
     const int former = std::exchange(zoom_, percent);
+    if (handle_ == nullptr)
+        return;
     const std::int32_t top = firstVisibleLine();
     const Selection selected = selection();
     const EditorWork work(*this);

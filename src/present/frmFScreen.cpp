@@ -96,9 +96,8 @@ bool frmFScreen::createWindow(HWND owner) {
     if (!create(spec))
         return false;
     const Text face = editorFontFace(services_);
-    if (!FSRTB_.create(handle(), kFSRTB, face, kEditorFontPoints) ||
-        !FSRTB2_.create(handle(), kFSRTB2, face, kEditorFontPoints))
-        return false;
+    FSRTB_.createOnLoad(handle(), kFSRTB, face, kEditorFontPoints);
+    FSRTB2_.createOnLoad(handle(), kFSRTB2, face, kEditorFontPoints);
     for (RichEdit* const text : {&FSRTB_, &FSRTB2_}) {
         text->setTypingRule([this](TextView former) -> std::optional<RichEdit::TypingFormat> {
             if (!isDiagramFace(former))
@@ -124,19 +123,24 @@ bool frmFScreen::createWindow(HWND owner) {
                       u"editor.");
         return false;
     }
-    ::ShowWindow(handle(), SW_SHOW);
-    ::UpdateWindow(handle());
+    // The panel is the one to be active.
+    ::ShowWindow(handle(), SW_SHOWNA);
+    ::RedrawWindow(handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     return true;
 }
 
-// The second text stays empty and out of sight until it is wanted: filled behind the first one it
-// would be seen by nobody, and opening would take twice as long.
+// The second text is none until it is wanted: filled behind the first one it would be seen by
+// nobody, and opening would take twice as long. The caret goes to its place before anything is
+// drawn.
 bool frmFScreen::load() {
+    FSRTB_.show(true);
     FSRTB2_.show(false);
     takeBackground();
     placeTexts();
+    const EditorWork work(FSRTB_);
     if (!show(FSRTB_, rtftext_.rtf()))
         return false;
+    caretToEnd();
     if (fitsWidth_)
         fitWidth();
     return true;
@@ -186,6 +190,8 @@ bool frmFScreen::close() {
 
 // Also where the owner goes and takes the view along.
 void frmFScreen::onDestroy() {
+    FSRTB_.destroy();
+    FSRTB2_.destroy();
     ::EnableWindow(owner_, TRUE);
     ::ShowOwnedPopups(owner_, TRUE);
 }
@@ -214,10 +220,8 @@ void frmFScreen::placeTexts() {
     ::GetClientRect(handle(), &client);
     const RECT place = rectOf(
         placeText(static_cast<int>(client.right), static_cast<int>(client.bottom), systemDpi()));
-    for (RichEdit* const text : {&FSRTB_, &FSRTB2_}) {
-        if (text->handle() != nullptr)
-            text->place(place);
-    }
+    for (RichEdit* const text : {&FSRTB_, &FSRTB2_})
+        text->place(place);
 }
 
 // ---- Messages ---------------------------------------------------------------------------------

@@ -9,7 +9,6 @@ namespace {
 
 constexpr UINT_PTR kTimer1 = 1;  // the run's clock
 constexpr UINT_PTR kTimer2 = 2;  // fills the lists
-constexpr UINT_PTR kTimer3 = 3;  // starts Timer2
 constexpr UINT kTimerMs = 1;
 
 constexpr int kLongestPace = 60;  // seconds
@@ -98,15 +97,14 @@ void frmFScreenB::begin() {
         ::EnableWindow(item(id), FALSE);
     for (const ControlId id : {kDuration, kPlan})
         ::SetWindowTextW(item(id), L"");
-    ::SetTimer(handle(), kTimer3, kTimerMs, nullptr);
+    ::SetTimer(handle(), kTimer2, kTimerMs, nullptr);
 }
 
 // Its many lists take longer to make than all the rest of the view, so they stay.
 void frmFScreenB::rest(HWND owner) {
     if (!isOpen())
         return;
-    for (const UINT_PTR timer : {kTimer2, kTimer3})
-        ::KillTimer(handle(), timer);
+    ::KillTimer(handle(), kTimer2);
     stop();
     pedals_.stop();
     bar_.hide();
@@ -343,9 +341,7 @@ void frmFScreenB::onTimer(UINT_PTR timer) {
         return;
     }
     ::KillTimer(handle(), timer);
-    if (timer == kTimer3)
-        ::SetTimer(handle(), kTimer2, kTimerMs, nullptr);
-    else if (timer == kTimer2)
+    if (timer == kTimer2)
         prepare();
 }
 

@@ -41,11 +41,13 @@ void frmFScreenB::fillLineLists() {
     const auto fill = [&](int id) {
         const HWND list = item(id);
         const int former = chosen(id);
+        const int now = std::clamp(former, 1, std::max(1, wanted));
+        if (wanted == listed_ && now == former)
+            return;
         if (wanted < listed_)
             ::SendMessageW(list, CB_RESETCONTENT, 0, 0);
         addNumbers(list, wanted < listed_ ? 1 : listed_ + 1, wanted);
-        ::SendMessageW(list, CB_SETCURSEL,
-                       static_cast<WPARAM>(std::clamp(former, 1, std::max(1, wanted)) - 1), 0);
+        ::SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(now - 1), 0);
     };
     fill(Seconds2);
     for (std::size_t number = 1; number <= 2 * kJumpRows; ++number)

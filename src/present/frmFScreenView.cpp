@@ -233,6 +233,9 @@ void frmFScreen::setZoom(int percent) {
 // ---- The two texts ----------------------------------------------------------------------------
 
 void frmFScreen::caretToEnd() {
+    const Selection here = FSRTB_.selection();
+    if (here.begin == here.end && here.end >= FSRTB_.length())
+        return panel_.showCursorLine(caretLine());
     const auto end = static_cast<std::int32_t>(FSRTB_.text().chars.size());
     const EditorWork work(FSRTB_);
     const ScrollPosition scroll = FSRTB_.scrollPosition();

@@ -228,7 +228,9 @@ TEST_F(KeptWork, ShiftAndEnterBeginALine) {
 TEST_F(KeptWork, ADropClosesTheStageFirst) {
     program.command(Command::mnuFullScreen);
     ASSERT_TRUE(program.form->fullScreen().isOpen());
-    ::SendMessageW(program.form->fullScreen().FSRTB().handle(), WM_CHAR, 'x', 1);
+    RichEdit& stage = program.form->fullScreen().FSRTB();
+    stage.select({0, 0});
+    ::SendMessageW(stage.handle(), WM_CHAR, 'x', 1);
     const Text path = folder.add(u"other.txt", "Dm\r\n");
     const std::size_t bytes = sizeof(DROPFILES) + (path.size() + 2) * sizeof(char16_t);
     const HGLOBAL memory = ::GlobalAlloc(GHND, bytes);

@@ -246,7 +246,7 @@ TEST_F(Recovery, EveryWayToEndARun) {
              ::SendMessageW(program.form->fullScreen().FSRTB().handle(), WM_CHAR, 'G', 1);
              turnScreen(program);
          },
-         "GC"},
+         "CG"},
         {"a crash", u"C", std::nullopt, [](Program&) {}, "C"},
     };
     for (const EndOfRun& c : cases)

@@ -61,6 +61,63 @@ TEST_F(OnStage, DarkIsAViewOnly) {
     EXPECT_EQ(coloursOf(shownText), coloursOf(program.editor()));
 }
 
+// What the view keeps from one opening to the next is how it shows a song, and no song.
+TEST_F(OnStage, NothingOfTheFirstSongIsLeftInTheSecond) {
+    constexpr Rgb paper{255, 255, 200};
+    program.editor().setBackground(paper);
+    open(songOf(40));
+    const auto switchDark = [this] {
+        testing::press(program, ::GetFocus(), u'D', {VK_CONTROL, VK_SHIFT});
+    };
+    ::SetFocus(text().handle());
+    switchDark();
+    pressWithCtrl(VK_ADD);
+    setJump(1, 30, 2, 1);
+    click(item(frmFScreenB::Command8));
+    RichEdit& reduced = view().FSRTB2();
+    reduced.select({0, 0});
+    ::SendMessageW(reduced.handle(), WM_CHAR, 'X', 1);
+    // Reduced as it is.
+    view().close();
+    EXPECT_EQ(program.text(), "X" + shown(songOf(40)));
+    EXPECT_EQ(text().handle(), nullptr);
+    EXPECT_EQ(reduced.handle(), nullptr);
+
+    constexpr char song[] =
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}"
+        "{\\colortbl ;\\red200\\green0\\blue0;}\\pard\\f0\\fs20 "
+        "\\cf1 C   G\\cf0\\par la lo\\par end}";
+    ASSERT_TRUE(program.editor().loadRtf(song));
+    const_cast<Documents&>(program.form->documents()).changed();
+    const auto colours = coloursOf(program.editor());
+    open();
+    EXPECT_TRUE(isShown(text().handle()));
+    EXPECT_FALSE(isShown(reduced.handle()));
+    EXPECT_EQ(shown(text().text().chars), "C   G\rla lo\rend");
+    EXPECT_EQ(text().zoom(), 110);
+    EXPECT_EQ(text().background(), DarkColours::kBackground);
+    EXPECT_EQ(captionOf(item(frmFScreenB::Text1)), " 03");
+    EXPECT_EQ(topLine(), 1);
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 1), CB_GETCOUNT, 0, 0), 2);
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 1), CB_GETCURSEL, 0, 0), 0);
+    EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-3; 0:04");
+
+    click(item(frmFScreenB::Command8));
+    EXPECT_EQ(shown(reduced.text().chars), "C   G\rla lo\rend");
+    EXPECT_EQ(reduced.zoom(), 110);
+    EXPECT_EQ(reduced.background(), DarkColours::kBackground);
+    ::SetFocus(reduced.handle());
+    reduced.select({5, 5});
+    ::SendMessageW(reduced.handle(), WM_CHAR, '7', 1);
+    EXPECT_EQ(program.text(), "C   G7\rla lo\rend");
+    pressWithCtrl('Z');
+    EXPECT_EQ(program.text(), "C   G\rla lo\rend");
+    EXPECT_EQ(shown(reduced.text().chars), "C   G\rla lo\rend");
+    switchDark();
+    EXPECT_EQ(coloursOf(reduced), colours);
+    EXPECT_EQ(reduced.background(), paper);
+}
+
 TEST_F(OnStage, TheLongestLineIsAsWideAsTheScreen) {
     program.screen.screen = {900, 500};
     const auto widest = [this] {
