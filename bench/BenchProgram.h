@@ -119,6 +119,8 @@ class OpenChart {
     Form1& form() { return *form_; }
     RichEdit& editor() { return form_->rtftext(); }
     Files& files() { return files_; }
+    testing::StandIns& standIns() { return standIns_; }
+    ProgramFolder& folder() { return folder_; }
     // By the command, until the song is drawn.
     void open(const Text& path) {
         standIns_.dialogs.choose(FileChoice{path, 1});

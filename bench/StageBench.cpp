@@ -2,6 +2,7 @@
 #include "BenchProgram.h"
 #include "EditorBenches.h"
 #include "base/DiagramFont.h"
+#include "base/ProgramSettings.h"
 #include "dictionary/RichEditDiagrams.h"
 #include "platform/DiagramFonts.h"
 
@@ -74,6 +75,40 @@ void rewritingSteps(OpenChart& chart, const std::string& name) {
     report(name + "_step_with_write_back_median", median(step), "ms");
 }
 
+// From what a MIDI pedal says to the line that is drawn on top, in a run; on and back by turns.
+void pedal(OpenChart& chart, const std::string& name) {
+    constexpr MidiMessage on{0x90, 60, 100};
+    constexpr MidiMessage back{0x90, 62, 100};
+    testing::StandIns& outside = chart.standIns();
+    outside.midi.inputs = {u"Foot"};
+    const auto learn = [&](TextView act, TextView signal) {
+        outside.profiles.values[{programIniPath(chart.folder()), u"Pedals", Text(act)}] = signal;
+    };
+    learn(u"TenLines", u"midi 90 3C Foot");
+    learn(u"Back", u"midi 90 3E Foot");
+    Times times;
+    open(chart, times);
+    frmFScreen& view = chart.form().fullScreen();
+    frmFScreenB& panel = view.panel();
+    // A line a minute, so that no step of the clock comes between.
+    ::SendMessageW(::GetDlgItem(panel.handle(), frmFScreenB::Seconds), CB_SETCURSEL, 59, 0);
+    ::SendMessageW(::GetDlgItem(panel.handle(), frmFScreenB::Command4), BM_CLICK, 0, 0);
+    chart.pump();
+    Times press;
+    for (int i = 0; i < 300; ++i) {
+        press.push_back(timeOf([&] {
+            outside.midi.send(u"Foot", i % 3 == 2 ? back : on);
+            ::UpdateWindow(view.FSRTB().handle());
+        }));
+        chart.pump();
+    }
+    if (panel.run().currentLine() != 1 + 10 * (200 - 100))
+        giveUp("the pedal did not lead the run");
+    close(chart);
+    report(name + "_pedal_to_picture_median", median(press), "ms");
+    report(name + "_pedal_to_picture_99th", quantile(press, 99), "ms");
+}
+
 void fullScreen(std::int32_t lines) {
     OpenChart chart(static_cast<std::size_t>(lines));
     const std::string name = "full_screen_" + std::to_string(lines) + "_lines";
@@ -117,6 +152,8 @@ void stageBench() {
     for (const std::int32_t lines : {200, 2000, 5000})
         fullScreen(lines);
     fullScreenWithDiagrams(5000, 500);
+    OpenChart chart(5000);
+    pedal(chart, "full_screen_5000_lines");
 }
 
 }  // namespace melvorin::bench
