@@ -11,7 +11,7 @@ BUILD_TARGETS := native native-asan win-x64 win-x86
 run: win-x64 native
 	@tools/run.sh "$$DOC"
 
-test: native-asan native win-x64 win-x86
+test: native-asan win-x64 win-x86
 	@tools/test.sh
 
 bench: native win-x64
@@ -67,7 +67,7 @@ $(BUILD_TARGETS): setup
 	    { cat build/$@.configure.log; exit 1; }
 	@cmake --build --preset $@
 
-lint: setup native win-x64
+lint: setup native-asan win-x64
 	@tools/lint.py
 
 clean:

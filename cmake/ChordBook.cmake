@@ -10,7 +10,8 @@ endforeach()
 
 add_custom_command(
   OUTPUT ${PROJECT_BINARY_DIR}/Dbase/MlvDbase.db
-  COMMAND /usr/bin/python3 ${chordbook}/make.py ${PROJECT_BINARY_DIR}
+  COMMAND /usr/bin/python3 ${chordbook}/make.py
+          --ready ${PROJECT_SOURCE_DIR}/build/chordbook ${PROJECT_BINARY_DIR}
   DEPENDS ${chordbook_sources}
   COMMENT "Making the chord book")
 add_custom_target(melvorin_chordbook ALL DEPENDS ${PROJECT_BINARY_DIR}/Dbase/MlvDbase.db)

@@ -135,9 +135,9 @@ def check(file, ground, command, walks_paths):
 
 
 def jobs():
-    core = commands("native")
+    core = commands("native-asan")
     windows = {file: text for file, text in commands("win-x64").items() if file not in core}
-    native = Ground("native", NATIVE)
+    native = Ground("native-asan", NATIVE)
     compiler = shlex.split(next(iter(windows.values())))
     compiler = next(word for word in compiler if "g++" in word)
     target = "--target=x86_64-w64-mingw32"

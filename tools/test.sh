@@ -14,7 +14,8 @@ on_display() { # COMMAND...: where everything is ready for Wine
     "$root/tools/with-display.sh" --own bash -c '"$0" && "$@"' "$root/tools/wine-prefix.sh" "$@"
 }
 runs=$(mktemp)
-MELVORIN_WINEPREFIX=$root/build/wine-runs on_display timeout 900 "$root/tests/e2e/run.py" >"$runs" 2>&1 &
+MELVORIN_NATIVE_BUILD=$root/build/native-asan MELVORIN_WINEPREFIX=$root/build/wine-runs \
+    on_display timeout 900 "$root/tests/e2e/run.py" >"$runs" 2>&1 &
 runs_process=$!
 lint=$(mktemp)
 nice "$root/tools/lint.py" --lately >"$lint" 2>&1 &

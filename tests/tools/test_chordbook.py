@@ -76,9 +76,10 @@ def chords_of(table):
     return [line.split() for line in re.split(r"[|\n]", table.strip())]
 
 
-def make(folder, tool=TOOLS / "make.py"):
+def make(folder, tool=TOOLS / "make.py", ready=None):
+    kept = [] if ready is None else ["--ready", str(ready)]
     return subprocess.run(
-        [sys.executable, str(tool), str(folder)], capture_output=True, text=True, check=False
+        [sys.executable, str(tool), *kept, str(folder)], capture_output=True, text=True, check=False
     )
 
 
@@ -182,7 +183,8 @@ class ChordBook(unittest.TestCase):
     def setUpClass(cls):
         cls.folder = tempfile.TemporaryDirectory()
         cls.out = pathlib.Path(cls.folder.name) / "new" / "data"
-        result = make(cls.out)
+        cls.ready = pathlib.Path(cls.folder.name) / "ready"
+        result = make(cls.out, ready=cls.ready)
         assert result.returncode == 0, result.stderr
         cls.database = cls.out / "Dbase" / "MlvDbase.db"
         cls.borrower = rows(cls.database, RECORD_SOURCE)
@@ -427,6 +429,13 @@ class ChordBook(unittest.TestCase):
         tool = copy / "tools" / "chordbook" / "make.py"
         self.assertEqual(make(self.out, tool).returncode, 0)
         self.assertEqual(files(self.out), before)
+        # What is kept for the next build is the whole of it, and only for these sources.
+        again = pathlib.Path(self.folder.name) / "again"
+        (kept,) = self.ready.iterdir()
+        (kept / "Dbase" / "mark.txt").write_bytes(b"kept")
+        self.assertEqual(make(again, tool, self.ready).returncode, 0)
+        self.assertEqual(files(again), {**before, "mark.txt": b"kept"})
+        self.assertEqual(list(self.ready.iterdir()), [kept])
         kinds = copy / "data" / "chordbook" / "kinds.txt"
         good = kinds.read_text(encoding="utf-8")
         for old, new, reason in (
@@ -443,7 +452,7 @@ class ChordBook(unittest.TestCase):
             with self.subTest(reason=reason):
                 self.assertEqual(good.count(old), 1)
                 kinds.write_text(good.replace(old, new), encoding="utf-8")
-                result = make(self.out, tool)
+                result = make(self.out, tool, self.ready)
                 self.assertEqual(result.returncode, 1)
                 self.assertIn(reason, result.stderr)
                 self.assertNotIn("Traceback", result.stderr)
