@@ -285,6 +285,14 @@ def on_stage(album):
     drive("choose", "101=4", *rows_of_page())
     album.keep_window("panel")
     album.keep("on-stage")
+    pedals = "Pedals and Keys"
+    drive("click", "128", "wait-front", pedals)
+    for row, key in enumerate(("Return", "Right", "", "Left", "F9", "F9")):
+        if key:
+            press("Home", *["Down"] * row, "alt+l", key, to=pedals)
+    album.keep_window("pedals")
+    press("Escape", to=pedals)
+    drive("wait-front", "Full Screen")
     # Larger letters, and a line each second: the first verse, its jump to the chorus, and, without
     # the seconds in which the chorus stands still, the jump back to the second verse.
     press(*["ctrl+plus"] * 5, to="Full Screen", delay=80)
