@@ -22,8 +22,22 @@ void close(OpenChart& chart) {
     chart.pump();
 }
 
-// Beside a load of the same song into the control alone. The first opening of a program makes the
-// windows, so it is told by itself.
+// The first opening where the program has been idle before, as it usually has.
+void openingAfterIdle(std::int32_t lines) {
+    OpenChart chart(static_cast<std::size_t>(lines));
+    while (!chart.form().fullScreen().panel().isOpen()) {
+        chart.pump();
+        ::Sleep(20);
+    }
+    Times first;
+    open(chart, first);
+    report("full_screen_" + std::to_string(lines) + "_lines_first_opening_after_idle",
+           first.front(), "ms");
+    close(chart);
+}
+
+// Beside a load of the same song into the control alone. The first opening of a program that had no
+// time to make the panel makes it, so it is told by itself.
 void openings(OpenChart& chart, const std::string& name) {
     Times load;
     Times first;
@@ -149,6 +163,7 @@ void fullScreenWithDiagrams(std::int32_t lines, std::int32_t diagrams) {
 }  // namespace
 
 void stageBench() {
+    openingAfterIdle(200);
     for (const std::int32_t lines : {200, 2000, 5000})
         fullScreen(lines);
     fullScreenWithDiagrams(5000, 500);

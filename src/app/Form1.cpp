@@ -14,6 +14,7 @@ namespace {
 constexpr int kEditorId = 100;
 constexpr UINT_PTR kIdleTimer = 1;
 constexpr UINT kIdleMs = 200;
+constexpr int kRoundsToStage = 10;  // of the idle timer, from the start
 // The place of the cursor is told when the keys pause.
 constexpr UINT kPlaceMs = 60;
 // Posted once the window is there for the user to see.
@@ -434,6 +435,20 @@ void Form1::onIdleTimer() {
         return;
     documents_.idle();
     keyWork_.idle();
+    readyStage();
+}
+
+// The stage's panel has so many controls that its making would hold up whoever opens it. It is made
+// while nobody does anything.
+void Form1::readyStage() {
+    if (stageIsReady_ || fullScreen_.isOpen() || ++idleRounds_ < kRoundsToStage)
+        return;
+    LASTINPUTINFO last{sizeof last, 0};
+    constexpr DWORD quietMs = 1000;
+    if (::GetLastInputInfo(&last) && ::GetTickCount() - last.dwTime < quietMs)
+        return;
+    stageIsReady_ = true;
+    fullScreen_.makeReady(handle());
 }
 
 // A command waits for an answer, or a job runs: nothing else may begin, nor the program end.

@@ -104,6 +104,7 @@ class Form1 : public Window {
     void onMenuOpens(HMENU menu);
     void onHelp(const HELPINFO& info);
     void onIdleTimer();
+    void readyStage();
     bool onWheel(WPARAM wParam);
     void onShown();
     void onClose();
@@ -248,6 +249,8 @@ class Form1 : public Window {
     DictionaryPanel dictionary_;
     Fingering fingering_;
     frmFScreen fullScreen_;
+    bool stageIsReady_ = false;
+    int idleRounds_ = 0;
     std::unique_ptr<frmSplash> splash_;
     UniqueAccelerators accelerators_;
     Spelling spelling_ = Spelling::Sharps;  // Opt1 and Opt2

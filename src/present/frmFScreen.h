@@ -31,6 +31,8 @@ class frmFScreen : public Window, private StageView {
     // What is given outlives the window.
     frmFScreen(const Services& services, RichEdit& rtftext, Callbacks callbacks);
 
+    // Makes what can be made before the view is opened; nothing of it is seen.
+    void makeReady(HWND owner) { panel_.makeReady(owner); }
     // Opens the view, with its panel, over the screen that `owner` is on, or brings it forward.
     // Meanwhile the owner takes no input and its other windows are out of sight. False when
     // Windows refuses.

@@ -57,7 +57,7 @@ frmFScreenB::frmFScreenB(const Services& services, StageView& view)
 bool frmFScreenB::open() {
     if (isOpen())
         ::SetWindowLongPtrW(handle(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(view_.window()));
-    else if (!createWindow())
+    else if (!createWindow(view_.window()))
         return false;
     begin();
     moveToCorner();
@@ -66,11 +66,16 @@ bool frmFScreenB::open() {
     return true;
 }
 
-bool frmFScreenB::createWindow() {
-    if (!createForm(L"MelvorinfrmFScreenB", L"Full Screen", view_.window()))
+void frmFScreenB::makeReady(HWND owner) {
+    if (!isOpen())
+        createWindow(owner);
+}
+
+bool frmFScreenB::createWindow(HWND owner) {
+    if (!createForm(L"MelvorinfrmFScreenB", L"Full Screen", owner))
         return false;
     listed_ = 0;
-    createControls();
+    createControls(owner);
     return true;
 }
 
@@ -120,7 +125,7 @@ void frmFScreenB::stop() {
 }
 
 // In the order in which Tab walks them.
-void frmFScreenB::createControls() {
+void frmFScreenB::createControls(HWND owner) {
     const Cell pace =
         gridOf(3, {label(L"Go up one line after each"),
                    numberList(Seconds, kLongestPace).least(kNumberList),
@@ -163,7 +168,7 @@ void frmFScreenB::createControls() {
     // Beside each other, so that all of it has room on a screen of 520 such pixels.
     const Cell top = rowOf({pace, keys.close()}).apart();
     layOut(columnOf({columnOf({top, jumps, here, plan, written, cursor}), buttons()}).apart(),
-           view_.window());
+           owner);
 }
 
 // A drop-down list of the numbers from 1, the first one chosen.

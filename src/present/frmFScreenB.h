@@ -86,6 +86,8 @@ class frmFScreenB : public Form, private StageSurface {
     // What is given outlives the window.
     frmFScreenB(const Services& services, StageView& view);
 
+    // Makes the window, out of sight, so that opening it takes less.
+    void makeReady(HWND owner);
     // Shows the panel for the view that is open; its lists fill once it is there. False when
     // Windows refuses.
     bool open();
@@ -133,8 +135,8 @@ class frmFScreenB : public Form, private StageSurface {
     // The control of a row or of a number in an array of controls, from 1.
     static int idAt(int base, std::size_t number);
     static void addNumbers(HWND list, int first, int last);
-    bool createWindow();
-    void createControls();
+    bool createWindow(HWND owner);
+    void createControls(HWND owner);
     void begin();
     void stop();
     Cell numberList(int id, int count);

@@ -300,5 +300,17 @@ TEST_F(OnStage, WritesTheSongOutInTheOrderOfTheRun) {
     EXPECT_EQ(shown(program.editor().text().chars).substr(0, 6), "C   G7");
 }
 
+TEST_F(OnStage, ThePanelIsMadeWhileNobodyDoesAnything) {
+    ::SetFocus(program.editor().handle());
+    program.waitUntil([this] { return panel().isOpen(); });
+    EXPECT_FALSE(isShown(panel().handle()));
+    EXPECT_EQ(::GetFocus(), program.editor().handle());
+    EXPECT_TRUE(::IsWindowEnabled(program.form->handle()));
+    open(songOf(20));
+    EXPECT_TRUE(isShown(panel().handle()));
+    EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-20; 0:21");
+    EXPECT_EQ(::GetWindow(panel().handle(), GW_OWNER), view().handle());
+}
+
 }  // namespace
 }  // namespace melvorin::testing
