@@ -21,7 +21,7 @@ bool Form::translate(MSG& message) {
     if (!isMine)
         return false;
     keyRepeats_ = isRepeat(message);
-    if (message.message == WM_KEYDOWN && onKeyDown(message.wParam))
+    if (isKeyDown(message) && onKeyDown(message.wParam))
         return true;
     return ::IsDialogMessageW(handle(), &message) != FALSE;
 }

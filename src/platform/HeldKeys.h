@@ -15,7 +15,13 @@ inline KeyStroke strokeOf(WPARAM key) {
     return {static_cast<std::uint16_t>(key), isHeld(VK_CONTROL), isHeld(VK_MENU), isHeld(VK_SHIFT)};
 }
 
-// A WM_KEYDOWN comes because its key is held.
+// A key goes down that is no access key. Without Alt, F10 comes as if it were one.
+inline bool isKeyDown(const MSG& message) {
+    return message.message == WM_KEYDOWN ||
+           (message.message == WM_SYSKEYDOWN && message.wParam == VK_F10 && !isHeld(VK_MENU));
+}
+
+// It comes because its key is held.
 inline bool isRepeat(const MSG& message) {
     return (message.lParam & 1L << 30) != 0;
 }

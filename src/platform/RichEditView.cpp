@@ -113,12 +113,14 @@ void RichEdit::setZoom(int percent) {
     const Selection selected = selection();
     const EditorWork work(*this);
     const Selection probe = beginningOfText(top);
-    const double wanted = static_cast<double>(widthOf(probe)) * percent / former;
+    const int before = widthOf(probe);
+    const double wanted = static_cast<double>(before) * percent / former;
     applyZoom(handle_);
-    // Some controls go on with the former widths until a format changes. The author of a revision
-    // is one that nobody sees and no Rich Text has.
-    const bool follows =
-        probe.end > probe.begin && std::abs(widthOf(probe) - wanted) <= std::max(2.0, wanted / 20);
+    // Some controls go on with the former widths until a format changes; of a small step these may
+    // be near what is wanted. The author of a revision is one that nobody sees and no Rich Text has.
+    const int now = widthOf(probe);
+    const bool follows = probe.end > probe.begin && now != before &&
+                         std::abs(now - wanted) <= std::max(2.0, wanted / 20);
     if (!follows) {
         CHARFORMAT2W format{};
         format.cbSize = sizeof format;

@@ -51,12 +51,10 @@ std::vector<Text> Win32Midi::names() {
 std::vector<Text> Win32Midi::listen(const std::vector<Text>& names, MidiListener& listener) {
     close();
     listener_ = &listener;
-    if (!isOpen()) {
-        WindowSpec spec;
-        spec.className = L"MelvorinMidi";
-        spec.style = WS_POPUP;  // never shown; a window for messages only would not hear of devices
-        create(spec);
-    }
+    WindowSpec spec;
+    spec.className = L"MelvorinMidi";
+    spec.style = WS_POPUP;  // never shown; a window for messages only would not hear of devices
+    create(spec);
     known_ = this->names();
     std::vector<Text> refused;
     const MidiFunctions& midi = functions_();
@@ -81,16 +79,17 @@ std::vector<Text> Win32Midi::listen(const std::vector<Text>& names, MidiListener
 void Win32Midi::stop() {
     close();
     listener_ = nullptr;
-    destroy();
 }
 
-// A device that was pulled out refuses these calls, which is no harm.
+// A device that was pulled out refuses these calls, which is no harm. What they still tell goes
+// with the window: the next input may have the same handle.
 void Win32Midi::close() {
     isLost_ = false;
     for (const Input& input : std::exchange(open_, {})) {
         functions_().reset(input.handle);
         functions_().close(input.handle);
     }
+    destroy();
 }
 
 LRESULT Win32Midi::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {

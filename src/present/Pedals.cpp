@@ -206,8 +206,8 @@ Text whyNotLearned(const KeyStroke& stroke) {
     return {};
 }
 
-std::optional<PedalAct> learn(Pedals& pedals, PedalAct act, const PedalSignal& signal) {
-    std::optional<PedalAct> former;
+std::vector<PedalAct> learn(Pedals& pedals, PedalAct act, const PedalSignal& signal) {
+    std::vector<PedalAct> former;
     const auto shares = [](PedalAct one) {
         return one == PedalAct::Pause || one == PedalAct::Restart;
     };
@@ -217,7 +217,7 @@ std::optional<PedalAct> learn(Pedals& pedals, PedalAct act, const PedalSignal& s
         if (mayKeep || has != signal || signal.isNone())
             continue;
         has = {};
-        former = other.act;
+        former.push_back(other.act);
     }
     pedals[static_cast<std::size_t>(act)] = signal;
     return former;

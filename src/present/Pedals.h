@@ -51,9 +51,9 @@ Text signalInWords(const PedalSignal& signal);
 Text whyNotLearned(const KeyStroke& stroke);
 // Another key goes down before the one that is meant, or none that anyone could press again.
 bool isNoKey(std::uint16_t key);
-// Gives a signal to an act and takes it from any other, which is returned: Pause and Restart alone
-// may share one.
-std::optional<PedalAct> learn(Pedals& pedals, PedalAct act, const PedalSignal& signal);
+// Gives a signal to an act and takes it from the others that have it, which are returned: Pause and
+// Restart alone may share one.
+std::vector<PedalAct> learn(Pedals& pedals, PedalAct act, const PedalSignal& signal);
 
 // From section "Pedals" of the INI file; what is not readable there is nothing.
 Pedals pedalSettings(const Services& services);

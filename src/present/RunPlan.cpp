@@ -57,10 +57,10 @@ std::int64_t runMs(const RunPlan& plan, const RunSettings& settings) {
 }
 
 Text planInWords(const RunPlan& plan, const RunSettings& settings, int linesInText) {
-    constexpr std::size_t most = 12;
+    constexpr std::size_t most = 60;  // of one line
     Text text;
     for (std::size_t i = 0; i < plan.parts.size(); ++i) {
-        if (i == most) {
+        if (text.size() > most) {
             text += u", \u2026";
             break;
         }

@@ -193,10 +193,20 @@ void StageRun::tickByDuration() {
     const auto dueMs = [this] {
         return baseMs_ + (stepsDone_ + 1) * path_.settings().wholeMs / wholeSteps_;
     };
+    // Of many at once nobody sees more than the last; drawn, each would make the next one later.
+    bool moved = false;
     while (Timer1_ && elapsed_.elapsedMs() >= dueMs()) {
         ++stepsDone_;
-        step();
+        moved = makeStep() || moved;
     }
+    if (moved)
+        surface_.showLine(path_.line());
+    tellNote();
+}
+
+void StageRun::heldUp() {
+    if (Timer1_ && path_.settings().wholeMs == 0)
+        lblElapsed2_ = elapsed_.elapsed() + path_.settings().secondsPerLine;
 }
 
 // kept: stuck-minute
@@ -222,18 +232,23 @@ void StageRun::showCaption(TextView caption) {
 // ---- The step ---------------------------------------------------------------------------------
 
 void StageRun::step() {
+    if (makeStep())
+        surface_.showLine(path_.line());
+    tellNote();
+}
+
+// False while it only counts in.
+bool StageRun::makeStep() {
     if (countIn_ > 0) {
         --countIn_;
-        return tellNote();
+        return false;
     }
     remember();
     const RunPath::Step step = path_.step();
-    const int line = path_.line();
     countStep(step);
     if (step == RunPath::Step::Ended)
         endRun();
-    surface_.showLine(line);
-    tellNote();
+    return true;
 }
 
 void StageRun::countStep(RunPath::Step step) {

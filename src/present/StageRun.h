@@ -57,14 +57,17 @@ class StageRun {
     // clock, and moves when a tick sees that second; so ticks have to come in every second. By
     // duration every step has a moment of its own, and one that is late makes no later one so.
     void tick();
+    // Something has kept the clock from being looked at: the second in which the line was due may
+    // have passed unseen. By duration the next tick makes up for it.
+    void heldUp();
     // No run was left that could be gone on with.
     void forget() { left_.reset(); }
     // Somebody has turned to another line, the run going or paused: it goes on from there, with a
     // whole line interval.
     void turnTo(int line);
     // So many lines on in the order of the run, with its jumps and passes, and as many steps back
-    // in it; the clock going or paused. It goes on from there, with a whole line interval. There is
-    // nothing beyond the last line, nor before the line where the run began.
+    // in it, and before its beginning line by line; the clock going or paused. It goes on from
+    // there, with a whole line interval. There is nothing beyond the last line of the last pass.
     void advance(int lines);
     void goBack(int steps);
     // Moves 1, 5 or 10 lines and one more. Where ten lines or less are left, the run ends first.
@@ -76,6 +79,7 @@ class StageRun {
     bool isOn() const { return Timer1_ || paused_; }
     // One was left that can be gone on with.
     bool wasLeft() const { return left_.has_value(); }
+    int leftLine() const { return left_ ? left_->line : 1; }
     int currentLine() const { return path_.line(); }
     int lastLine() const { return path_.lastLine(); }
     int passesLeft() const { return L2_; }
@@ -101,6 +105,7 @@ class StageRun {
     void begin(const RunSettings& settings);
     void tickByDuration();
     void step();
+    bool makeStep();
     void countPass();
     void endRun();
     void tellNote();

@@ -84,6 +84,7 @@ bool frmFScreen::createWindow(HWND owner) {
     RECT over{};
     ::GetWindowRect(owner, &over);
     const Area screen = services_.screen.monitorOf(areaOf(over)).whole;
+    covered_ = screen;
     WindowSpec spec;
     spec.className = L"MelvorinfrmFScreen";
     spec.caption = L"Melvorin";
@@ -197,6 +198,7 @@ void frmFScreen::onDestroy() {
 }
 
 void frmFScreen::cover(const Area& screen) {
+    covered_ = screen;
     ::SetWindowPos(handle(), nullptr, screen.left, screen.top, screen.width, screen.height,
                    SWP_NOZORDER | SWP_NOACTIVATE);
     panel_.arrange();
@@ -208,7 +210,8 @@ void frmFScreen::onDisplayChange() {
     RECT own{};
     ::GetWindowRect(handle(), &own);
     const Area screen = services_.screen.monitorOf(areaOf(own)).whole;
-    if (screen != areaOf(own))
+    // The system may have moved the window already.
+    if (screen != covered_)
         panel_.pause();
     cover(screen);
     if (fitsWidth_)
@@ -298,11 +301,14 @@ bool frmFScreen::isOurs(HWND window) const {
     return false;
 }
 
-bool frmFScreen::translate(MSG& message) {
+bool frmFScreen::translate(MSG& message) try {
     // A window that asks something has its keys to itself.
     if (!isOpen() || waits_ || !isOurs(message.hwnd))
         return false;
     return onViewKey(message) || panel_.translate(message);
+} catch (const std::exception& error) {
+    onException(error);
+    return true;
 }
 
 // What acts the same in the view, on its panel and on its bars; and the view's own keys.
@@ -318,10 +324,10 @@ bool frmFScreen::onViewKey(const MSG& message) {
             return false;
         return true;
     }
-    if (message.message != WM_KEYDOWN)
-        return false;
     if (panel_.takesPedal(message))
         return true;
+    if (!isKeyDown(message))
+        return false;
     const KeyStroke stroke = strokeOf(message.wParam);
     auto command = runBy(kShiftedViewKeys, stroke);
     if (!command)
@@ -392,9 +398,13 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
         return true;
     if (message == WM_MOUSEWHEEL)
         return false;
+    const bool isPage =
+        message == WM_KEYDOWN && !isHeld(VK_SHIFT) && (wParam == VK_PRIOR || wParam == VK_NEXT);
+    if (isPage && panel_.run().isPaused() && panel_.turnsRun(wParam))
+        return true;
     // A click into the text and a pedal that sends Enter must not write into the song.
     if (songLines_ > 0 && !panel_.run().isRunning())
-        return edits(message, wParam);
+        return edits(message, wParam) && !(message == WM_KEYDOWN && wParam == 'A');
     if (panel_.run().isRunning())
         return (message == WM_KEYDOWN && panel_.turnsRun(wParam)) || edits(message, wParam);
     if (message == WM_SYSKEYDOWN)
@@ -532,6 +542,7 @@ bool frmFScreen::writeBack() {
     if (::IsWindow(focus))
         ::SetFocus(focus);
     writeMs_ = services_.clock.nowMs() - start;
+    panel_.songChanged();
     return true;
 }
 
@@ -556,6 +567,7 @@ void frmFScreen::restore(const std::function<bool()>& step, Shown shown) {
     else
         showDifference(text, page, before, rtftext_.selection().begin);
     reducedEdited_ = reduced_;
+    panel_.songChanged();
 }
 
 }  // namespace melvorin

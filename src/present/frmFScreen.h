@@ -89,7 +89,7 @@ class frmFScreen : public Window, private StageView {
     void paste();
     void setZoom(int percent);
     void fitWidth();
-    int widestLine() const;
+    int widestOf(const std::vector<std::int32_t>& lines) const;
     void turnPage(bool forward);
     void turnTo(std::int32_t line);
     void toNextMonitor();
@@ -132,6 +132,7 @@ class frmFScreen : public Window, private StageView {
     std::vector<RunPart> parts_;
     bool fitsWidth_ = false;  // for the next songs of this run of the program too
     bool isDark_ = false;     // likewise
+    Area covered_;            // the screen that the view was put over last
     DarkColours dark_;
     bool reduced_ = false;        // FSRTB2 is the text that is shown
     bool reducedEdited_ = false;  // and FSRTB does not have what it has

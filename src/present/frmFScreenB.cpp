@@ -154,9 +154,11 @@ void frmFScreenB::createControls(HWND owner) {
     const Cell here = rowOf({label(L"The row takes the cursor's line:"),
                              button(rowFromHere_, kRowFromHere, u"from here"),
                              button(rowToHere_, kRowToHere, u"to here")});
-    const Cell plan =
-        label(L"1-15, 35-44, 16-25, 35-44, 26-34; 4:30\r\nRows 1, 2, 3, 4 and 5 never jump.",
-              SS_NOPREFIX, kPlan);
+    const Cell plan = label(
+        L"4000-4999, 4000-4999, 4000-4999, 4000-4999, 4000-4999, 4000-4999, \u2026; 9999:59:59\r\n"
+        L"The rows lead in circles for more than ten hours; Esc ends it. Rows 2, 3, 4 and 5 "
+        L"never jump.",
+        SS_NOPREFIX, kPlan);
     const Cell cursor =
         rowOf({label(L"The cursor is in the line number:"),
                control(L"EDIT", L"", ES_READONLY, Text1, WS_EX_CLIENTEDGE).least(kNumberList),
@@ -257,6 +259,7 @@ LRESULT frmFScreenB::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DESTROY:
             // Here, because the panel also goes with the windows that own it.
             stop();
+            pedals_.stop();
             return 0;
         default:
             return Form::onMessage(message, wParam, lParam);
@@ -285,7 +288,7 @@ void frmFScreenB::onCommand(int control, int code) {
     switch (control) {
         case Seconds2:
             if (code == CBN_SELCHANGE)
-                view_.bringToTop(chosen(Seconds2));
+                view_.bringToTop(shownLineOf(chosen(Seconds2)));
             break;
         case Check1:
             ::EnableWindow(item(Seconds3), ::IsDlgButtonChecked(handle(), Check1) == BST_CHECKED);
@@ -352,7 +355,7 @@ void frmFScreenB::onTimer(UINT_PTR timer) {
 
 void frmFScreenB::showCursorLine(int line) {
     if (isOpen())
-        ::SetWindowTextW(item(Text1), wide(cursorLineText(line)));
+        ::SetWindowTextW(item(Text1), wide(cursorLineText(songLineOf(line))));
 }
 
 // ---- Commands ---------------------------------------------------------------------------------
@@ -423,6 +426,8 @@ void frmFScreenB::showPanel() {
     // The text that stays has all that was typed; without the other there is no view to lead.
     if (!view_.enlarge())
         return view_.leave();
+    leftTop_ = view_.topLine();
+    tellPlan();
     ::ShowWindow(handle(), SW_SHOW);
     ::RedrawWindow(handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     bar_.hide();

@@ -108,15 +108,15 @@ class frmFScreenB : public Form, private StageSurface {
     void arrange();
     // A key that moves the view, and a run along with it; false for any other.
     bool turnsRun(WPARAM key);
-    // A key that the user has had learned; false for any other, and where it means nothing now.
-    bool takesPedal(const MSG& keyDown);
+    // A key that the user has had learned, until it is let go; false for any other, and where it
+    // means nothing now.
+    bool takesPedal(const MSG& message);
     // The run pauses, where it goes.
     void pause();
-    // Something has kept the clock from being looked at: the line at hand begins anew.
-    void heldUp() {
-        if (run_.isRunning())
-            run_.turnTo(run_.currentLine());
-    }
+    // Something has kept the clock from being looked at.
+    void heldUp() { run_.heldUp(); }
+    // What is in the view has changed: the plan is that of the song as it is now.
+    void songChanged();
     // A system command would darken the screen while a run goes.
     bool refuses(WPARAM systemCommand) const;
 
@@ -149,7 +149,7 @@ class frmFScreenB : public Form, private StageSurface {
     void prepare();
     void fillLineLists();
     void start() { startAt(std::nullopt); }
-    void startHere() { startAt(view_.topLine()); }
+    void startHere();
     void startAt(std::optional<int> line);
     void takeCaret(bool asTarget);
     std::size_t rowAtHand() const;
@@ -160,6 +160,8 @@ class frmFScreenB : public Form, private StageSurface {
     // What the rows say, whether or not they are written out.
     RunSettings rowSettings() const;
     void tellSections();
+    int songLineOf(int shown) const;
+    int shownLineOf(int songLine) const;
     void update();
     void reduce();
     void pauseOrResume();
@@ -186,7 +188,9 @@ class frmFScreenB : public Form, private StageSurface {
     Form3b smallBar_;
     StagePedals pedals_;
     frmPedals pedalWindow_;
-    int lastLines_ = 1;  // that a pedal went on, and another goes back
+    int lastLines_ = 1;     // that a pedal went on, and another goes back
+    WPARAM heldPedal_ = 0;  // the key that acted last, as long as it may be down
+    int leftTop_ = 0;       // the line on top when a run was left
     ButtonSounds sounds_;
     TarnelButton Command4_;
     TarnelButton Command6_;

@@ -1,4 +1,6 @@
 // What keys and pedals do to a run and to the view.
+#include <algorithm>
+
 #include "platform/HeldKeys.h"
 #include "present/frmFScreenB.h"
 
@@ -16,8 +18,17 @@ bool frmFScreenB::turnsRun(WPARAM key) {
 }
 
 void frmFScreenB::learnPedals() {
-    view_.ask([this](HWND view) { pedals_.take(pedalWindow_.learn(view, pedals_.pedals())); });
-    pedals_.listen();
+    const auto listenAgain = [this] {
+        if (view_.window() != nullptr)
+            pedals_.listen();
+    };
+    try {
+        view_.ask([this](HWND view) { pedals_.take(pedalWindow_.learn(view, pedals_.pedals())); });
+    } catch (...) {
+        listenAgain();
+        throw;
+    }
+    listenAgain();
 }
 
 // Not while something is asked.
@@ -29,20 +40,31 @@ bool frmFScreenB::mayAct() const {
            isFree(smallBar_.handle());
 }
 
-// A foot that stays down is one press.
-bool frmFScreenB::takesPedal(const MSG& keyDown) {
-    const HWND window = ::GetAncestor(keyDown.hwnd, GA_ROOT);
+// A foot that stays down is one press, also where what it did has taken the key its meaning.
+bool frmFScreenB::takesPedal(const MSG& message) {
+    const bool isHeldPedal = heldPedal_ != 0 && message.wParam == heldPedal_;
+    if (message.message == WM_KEYUP && isHeldPedal) {
+        heldPedal_ = 0;
+        return true;
+    }
+    if (!isKeyDown(message))
+        return false;
+    if (isRepeat(message) && isHeldPedal)
+        return true;
+    heldPedal_ = 0;
+    const HWND window = ::GetAncestor(message.hwnd, GA_ROOT);
     const bool onBar = window == bar_.handle() || window == smallBar_.handle();
     const auto what =
-        pedals_.actOf(strokeOf(keyDown.wParam), {.runGoes = run_.isRunning(), .onBar = onBar});
+        pedals_.actOf(strokeOf(message.wParam), {.runGoes = run_.isRunning(), .onBar = onBar});
     if (!what || !mayAct())
         return false;
-    if (!isRepeat(keyDown))
+    heldPedal_ = message.wParam;
+    if (!isRepeat(message))
         act(*what);
     return true;
 }
 
-void frmFScreenB::act(PedalAct act) {
+void frmFScreenB::act(PedalAct act) try {
     if (!mayAct())
         return;
     switch (act) {
@@ -59,6 +81,8 @@ void frmFScreenB::act(PedalAct act) {
         case PedalAct::Restart:
             return restart();
     }
+} catch (const std::exception& error) {
+    onException(error);
 }
 
 // By the jumps and passes of a run; without one just down the song.
@@ -86,6 +110,13 @@ void frmFScreenB::restart() {
         startHere();
     else if (!run_.isRunning() && isShown())
         start();
+}
+
+// Where nobody has turned the page since a run was left, it goes on with the line that it had come
+// to, which is not always the one on top.
+void frmFScreenB::startHere() {
+    const int top = view_.topLine();
+    startAt(run_.wasLeft() && top == leftTop_ ? std::min(run_.leftLine(), view_.lineCount()) : top);
 }
 
 // Below the buttons of the bar. A pedal that is not there is told where nothing else is.

@@ -124,7 +124,7 @@ void frmFScreenB::takeCaret(bool asTarget) {
     prepare();
     const std::size_t row = rowAtHand();
     lastRow_ = row;
-    const int line = std::clamp(view_.caretLine(), 1, std::max(1, listed_));
+    const int line = std::clamp(songLineOf(view_.caretLine()), 1, std::max(1, listed_));
     ::SendMessageW(item(idAt(CB, asTarget ? 2 * row : 2 * row - 1)), CB_SETCURSEL,
                    static_cast<WPARAM>(line - 1), 0);
     ::CheckDlgButton(handle(), idAt(CK, row), BST_CHECKED);
@@ -143,9 +143,12 @@ void frmFScreenB::tellPlan() {
         text = u"The time is minutes and seconds, as in 4:30; at most ten hours.";
     } else if (view_.songLines() >= 2) {
         const RunSettings chosen = rowSettings();
-        const RunPlan plan = planRun(chosen, view_.songLines());
+        RunPlan plan = planRun(chosen, view_.songLines());
         if (isUnrolled() && plan.parts != unrolled_)
             return unroll();
+        // Written out, a pass does not end with a line beyond the text.
+        if (isUnrolled())
+            plan.steps = planRun(settings(), view_.lineCount()).steps;
         text = planInWords(plan, chosen, view_.songLines());
         TextView before = u"\r\n";
         for (const Text& remark : {circlesInWords(plan, chosen), idleRowsInWords(plan, chosen)}) {
@@ -156,6 +159,37 @@ void frmFScreenB::tellPlan() {
         }
     }
     ::SetWindowTextW(item(kPlan), wide(text));
+}
+
+// The lists are counted anew by "Update" alone.
+void frmFScreenB::songChanged() {
+    if (!prepared_ || run_.isOn())
+        return;
+    run_.setLineCount(view_.lineCount());
+    tellPlan();
+}
+
+// The lines of the song and those that are written out.
+int frmFScreenB::songLineOf(int shown) const {
+    for (const RunPart& part : unrolled_) {
+        const int count = std::min(part.last, view_.songLines()) - part.first + 1;
+        if (shown <= count)
+            return part.first + shown - 1;
+        shown -= std::max(count, 0);
+    }
+    return shown;
+}
+
+// The first time that it is played; where it never is, the nearest after it.
+int frmFScreenB::shownLineOf(int songLine) const {
+    int before = 0;
+    for (const RunPart& part : unrolled_) {
+        const int count = std::min(part.last, view_.songLines()) - part.first + 1;
+        if (songLine >= part.first && songLine < part.first + count)
+            return before + songLine - part.first + 1;
+        before += std::max(count, 0);
+    }
+    return unrolled_.empty() ? songLine : std::min(songLine, before);
 }
 
 // Beside the line numbers of the lists, as their tips.

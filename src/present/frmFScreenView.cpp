@@ -1,10 +1,9 @@
 // How the full-screen view shows its song: sizes, pages, colours, monitors, the order of a run.
 #include <algorithm>
-#include <functional>
 #include <utility>
 
-#include "chords/CellWidth.h"
 #include "chords/LineVerdict.h"
+#include "present/LineWidths.h"
 #include "present/frmFScreen.h"
 
 namespace melvorin {
@@ -22,7 +21,9 @@ int frmFScreen::caretLine() const {
 }
 
 SectionLabels frmFScreen::sections() const {
-    return sectionLabels(FSRTB_.text().chars);
+    // Written out, they would stand in other lines than those of the song.
+    const RichEdit& shown = reduced_ ? FSRTB2_ : FSRTB_;
+    return sectionLabels((songLines_ > 0 ? rtftext_ : shown).text().chars);
 }
 
 // A page keeps two lines in sight, and begins with chords rather than with the words under them.
@@ -55,8 +56,11 @@ void frmFScreen::turnPage(bool forward) {
             --goal;
         goal = std::min(goal, std::max(top - 1, 0));
     }
-    if (goal > top + 1 && isChords(goal - 1))
+    const bool parts = goal > 0 && goal != top + 1 && isChords(goal - 1);
+    if (parts && forward)
         --goal;
+    else if (parts && goal + 1 < top)
+        ++goal;
     turnTo(goal);
 }
 
@@ -78,23 +82,14 @@ void frmFScreen::turnTo(std::int32_t line) {
     text.scrollTo(page);
 }
 
-// Of the lines with most cells, in pixels at the present size: the others are hardly wider.
-int frmFScreen::widestLine() const {
-    constexpr std::size_t looked = 12;
-    const Text song = FSRTB_.text().chars;
-    std::vector<std::pair<std::size_t, std::int32_t>> longest;
-    std::int32_t number = 0;
-    for (const TextView line : splitLines(song))
-        longest.emplace_back(cellsOf(line), number++);
-    const std::size_t count = std::min(looked, longest.size());
-    std::partial_sort(longest.begin(), longest.begin() + static_cast<std::ptrdiff_t>(count),
-                      longest.end(), std::greater<>());
+// In pixels at the present size.
+int frmFScreen::widestOf(const std::vector<std::int32_t>& lines) const {
+    const RichEdit& text = reduced_ ? FSRTB2_ : FSRTB_;
     int widest = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::int32_t first = FSRTB_.firstOfLine(longest[i].second);
-        const std::int32_t end = first + FSRTB_.lengthOfLine(longest[i].second);
-        widest =
-            std::max(widest, static_cast<int>(FSRTB_.pointOf(end).x - FSRTB_.pointOf(first).x));
+    for (const std::int32_t line : lines) {
+        const std::int32_t first = text.firstOfLine(line);
+        const std::int32_t end = first + text.lengthOfLine(line);
+        widest = std::max(widest, static_cast<int>(text.pointOf(end).x - text.pointOf(first).x));
     }
     return widest;
 }
@@ -103,17 +98,24 @@ int frmFScreen::widestLine() const {
 void frmFScreen::fitWidth() {
     constexpr int least = 60;
     constexpr int most = 400;
-    RECT client{};
-    ::GetClientRect(FSRTB_.handle(), &client);
-    const int room = static_cast<int>(client.right) - scaled(8);
+    constexpr int attempts = 6;
+    constexpr std::size_t looked = 12;  // the others are hardly wider
+    RichEdit& text = shownText();
+    // The scroll bar comes with the larger letters.
+    RECT own{};
+    ::GetWindowRect(text.handle(), &own);
+    const int room = areaOf(own).width - ::GetSystemMetrics(SM_CXVSCROLL) - scaled(8);
+    const std::vector<std::int32_t> lines = widestLines(text.rtf(), text.text().chars, looked);
     // Widths go in steps of whole pixels, so the first size is only near.
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        const int width = widestLine();
-        if (width <= 0)
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const int width = widestOf(lines);
+        if (width <= 0 || (attempt > 0 && width <= room))
             return;
-        const int percent = std::clamp(FSRTB_.zoom() * room / width, least, most);
-        const bool isThere = percent == FSRTB_.zoom() || (attempt > 0 && width <= room);
-        if (isThere)
+        int percent = text.zoom() * room / width;
+        if (width > room)
+            percent = std::min(percent, text.zoom() - 1);
+        percent = std::clamp(percent, least, most);
+        if (percent == text.zoom())
             return;
         setZoom(percent);
     }
@@ -156,7 +158,7 @@ bool frmFScreen::unroll(const std::vector<RunPart>& parts) {
     finishEdits();
     std::int64_t lines = 0;
     for (const RunPart& part : parts)
-        lines += part.last - part.first + 1;
+        lines += std::max(std::min(part.last, songLines()) - part.first + 1, 0);
     if (lines > most || parts.size() >= RunPlan::kMostParts) {
         services_.messages.show(u"Written out, the song would have more than 20,000 lines.",
                                 kMessageTitle, MessageIcon::Information, MessageButtons::Ok);

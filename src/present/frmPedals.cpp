@@ -134,8 +134,8 @@ void frmPedals::take(const PedalSignal& signal) {
     const PedalAct act = chosen();
     const auto former = melvorin::learn(pedals_, act, signal);
     Text sentence = Text(actInWords(act)) + u": " + signalInWords(signal) + u".";
-    if (former)
-        sentence += u" \u201c" + Text(actInWords(*former)) + u"\u201d has none now.";
+    for (const PedalAct other : former)
+        sentence += u" \u201c" + Text(actInWords(other)) + u"\u201d has none now.";
     if (signal.isKey() && !actOf(pedals_, signal.key, {.runGoes = false, .onBar = true}))
         sentence += u" It acts while the clock of a run goes, and types otherwise.";
     showActs();
@@ -200,7 +200,7 @@ void frmPedals::openInputs() {
 }
 
 // What is pressed without being learned shows what it does.
-void frmPedals::heard(TextView device, const MidiMessage& message) {
+void frmPedals::heard(TextView device, const MidiMessage& message) try {
     const auto signal = presses_.press(device, message);
     if (!signal)
         return;
@@ -211,6 +211,8 @@ void frmPedals::heard(TextView device, const MidiMessage& message) {
         ::SendMessageW(item(kActs), LB_SETCURSEL, static_cast<WPARAM>(*act), 0);
     tell(signalInWords({{}, *signal}) + u": " +
          (act ? Text(actInWords(*act)) : Text(u"nothing is learned")) + u".");
+} catch (const std::exception& error) {
+    onException(error);
 }
 
 void frmPedals::inputsChanged() {

@@ -87,15 +87,17 @@ TEST_F(PedalsTest, WhatMakesNoSenseInTheFileIsNothing) {
 TEST_F(PedalsTest, ASignalDoesOneThingButForPauseAndRestart) {
     Pedals pedals;
     const PedalSignal f9{plainKey(keys::kF1 + 8), {}};
-    EXPECT_EQ(learn(pedals, PedalAct::Pause, f9), std::nullopt);
-    EXPECT_EQ(learn(pedals, PedalAct::Restart, f9), std::nullopt);
+    EXPECT_TRUE(learn(pedals, PedalAct::Pause, f9).empty());
+    EXPECT_TRUE(learn(pedals, PedalAct::Restart, f9).empty());
     EXPECT_EQ(actOf(pedals, plainKey(keys::kF1 + 8), {.runGoes = true}), PedalAct::Pause);
     EXPECT_EQ(actOf(pedals, plainKey(keys::kF1 + 8), {}), PedalAct::Restart);
     learn(pedals, PedalAct::Restart, {});
     EXPECT_EQ(actOf(pedals, plainKey(keys::kF1 + 8), {}), PedalAct::Pause);
-    EXPECT_EQ(learn(pedals, PedalAct::Back, f9), PedalAct::Pause);
+    learn(pedals, PedalAct::Restart, f9);
+    EXPECT_EQ(learn(pedals, PedalAct::Back, f9),
+              (std::vector<PedalAct>{PedalAct::Pause, PedalAct::Restart}));
     EXPECT_EQ(of(pedals, PedalAct::Pause), PedalSignal());
-    EXPECT_EQ(learn(pedals, PedalAct::Back, f9), std::nullopt) << "once more the same";
+    EXPECT_TRUE(learn(pedals, PedalAct::Back, f9).empty()) << "once more the same";
 }
 
 // ---- Keys -------------------------------------------------------------------------------------

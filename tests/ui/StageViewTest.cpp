@@ -121,32 +121,65 @@ TEST_F(OnStage, NothingOfTheFirstSongIsLeftInTheSecond) {
 TEST_F(OnStage, TheLongestLineIsAsWideAsTheScreen) {
     program.screen.screen = {900, 500};
     const auto widest = [this] {
-        int width = 0;
-        for (std::int32_t line = 0; line < text().lineCount(); ++line) {
-            const std::int32_t first = text().firstOfLine(line);
-            width = std::max(width,
-                             static_cast<int>(text().pointOf(first + text().lengthOfLine(line)).x -
-                                              text().pointOf(first).x));
-        }
-        return width;
+        int right = 0;
+        for (std::int32_t line = 0; line < text().lineCount(); ++line)
+            right = std::max(
+                right, static_cast<int>(
+                           text().pointOf(text().firstOfLine(line) + text().lengthOfLine(line)).x));
+        return right;
+    };
+    const auto room = [this] {
+        RECT client{};
+        ::GetClientRect(text().handle(), &client);
+        return static_cast<int>(client.right);
     };
     open(songOf(30, 30) + u"\r" + Text(60, u'w'));
     pressWithCtrl(u'9');
-    EXPECT_LE(widest(), 900);
-    EXPECT_GE(widest(), 820) << "sizes go in whole pixels";
+    EXPECT_LE(widest(), room());
+    EXPECT_GE(widest(), 800) << "sizes go in whole pixels";
     const int zoom = text().zoom();
     EXPECT_GT(zoom, 100);
     // For the next song too, until another size is chosen.
     view().close();
     open(songOf(30, 30) + u"\r" + Text(90, u'w'));
-    EXPECT_LE(widest(), 900);
-    EXPECT_GE(widest(), 820) << "sizes go in whole pixels";
+    EXPECT_LE(widest(), room());
+    EXPECT_GE(widest(), 800) << "sizes go in whole pixels";
     EXPECT_LT(text().zoom(), zoom);
     pressWithCtrl(u'0');
     EXPECT_EQ(text().zoom(), 100);
     view().close();
     open(songOf(30, 30));
     EXPECT_EQ(text().zoom(), 100);
+    // A large title is wider than longer lines; a scroll bar that comes takes its room; what is
+    // measured is the text that is shown.
+    view().close();
+    std::string large =
+        "{\\rtf1\\ansi{\\fonttbl{\\f0\\fmodern Courier New;}}\\f0\\fs48 A title that is set "
+        "large\\fs20";
+    for (int i = 0; i < 60; ++i)
+        large += "\\par a line of the song that has 40 letters..";
+    ASSERT_TRUE(program.editor().loadRtf(large + "}"));
+    open();
+    pressWithCtrl(u'9');
+    EXPECT_LE(widest(), room());
+    view().close();
+    for (const std::size_t letters : {60U, 80U, 100U}) {
+        open(songOf(100, letters));
+        pressWithCtrl(u'9');
+        EXPECT_LE(widest(), room()) << letters;
+        view().close();
+    }
+    open(songOf(5, 20));
+    click(item(frmFScreenB::Command8));
+    ::SetFocus(view().FSRTB2().handle());
+    view().FSRTB2().select({0, 0});
+    for (int i = 0; i < 60; ++i)
+        ::SendMessageW(view().FSRTB2().handle(), WM_CHAR, u'w', 1);
+    program.pump();
+    pressWithCtrl(u'9');
+    RichEdit& small = view().FSRTB2();
+    EXPECT_LE(small.pointOf(small.lengthOfLine(0)).x, 900);
+    pressWithCtrl(u'0');
     // A line of a few letters makes no poster, and an empty song nothing.
     view().close();
     open(u"a\rb");
@@ -180,6 +213,11 @@ TEST_F(OnStage, ARunGoesAlongWithThePages) {
     press(VK_PRIOR);
     EXPECT_EQ(panel().run().currentLine(), topLine());
     EXPECT_LT(topLine(), next);
+    for (std::int32_t top = 60; top < 66; ++top) {
+        text().bringToTop(top);
+        press(VK_PRIOR);
+        EXPECT_NE(topLine() % 3, 2) << "back from " << top + 1;
+    }
     // It goes on from there after a whole interval, and does not snap back.
     const int here = topLine();
     for (int second = 0; second < 29; ++second)
@@ -310,6 +348,104 @@ TEST_F(OnStage, ThePanelIsMadeWhileNobodyDoesAnything) {
     EXPECT_TRUE(isShown(panel().handle()));
     EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-20; 0:21");
     EXPECT_EQ(::GetWindow(panel().handle(), GW_OWNER), view().handle());
+}
+
+// ---- A song that changes while it is on stage -------------------------------------------------
+
+TEST_F(OnStage, ThePlanIsThatOfTheSongAsItIs) {
+    const auto plan = [this] { return captionOf(item(frmFScreenB::kPlan)); };
+    open(songOf(10));
+    EXPECT_EQ(plan(), "1-10; 0:11");
+    ::SetFocus(text().handle());
+    text().select({text().length(), text().length()});
+    program.clipboard.plain = u"\r\none\r\ntwo\r\nthree\r\nfour";
+    pressWithCtrl(u'V');
+    EXPECT_EQ(plan(), "1-14; 0:15");
+    pressWithCtrl(u'V');
+    EXPECT_EQ(plan(), "1-18; 0:19");
+    pressWithCtrl(u'Z');
+    EXPECT_EQ(plan(), "1-14; 0:15");
+    // Written out it follows, too.
+    click(item(frmFScreenB::kUnrolled));
+    ::SetFocus(text().handle());
+    pressWithCtrl(u'Y');
+    EXPECT_EQ(plan(), "1-18; 0:19");
+    EXPECT_EQ(text().lineCount(), 18);
+    EXPECT_EQ(shown(text().text().chars), shown(program.editor().text().chars));
+}
+
+TEST_F(OnStage, WrittenOutTheNumbersAreThoseOfTheSong) {
+    open(u"[Verse]\rC\rla\r[Chorus]\rF\rlo\r[Coda]\rG\rend\rfin");
+    setJump(1, 6, 1, 1);  // 1-6, 2-10
+    click(item(frmFScreenB::kUnrolled));
+    EXPECT_EQ(text().lineCount(), 15);
+    const std::int32_t coda = text().firstOfLine(12);
+    text().select({coda, coda});
+    program.pump();
+    EXPECT_EQ(captionOf(item(frmFScreenB::Text1)), " 08");
+    ::SetFocus(item(frmFScreenB::CB + 3));
+    notify(item(frmFScreenB::CB + 3), CBN_SETFOCUS);
+    ::CheckDlgButton(panel().handle(), frmFScreenB::CK + 2, BST_UNCHECKED);
+    click(item(frmFScreenB::kRowFromHere));
+    EXPECT_EQ(::SendMessageW(item(frmFScreenB::CB + 3), CB_GETCURSEL, 0, 0), 7);
+    ::CheckDlgButton(panel().handle(), frmFScreenB::CK + 2, BST_UNCHECKED);
+    notify(item(frmFScreenB::CK + 2), BN_CLICKED);
+    EXPECT_EQ(text().lineCount(), 15);
+    // Passes written out end without a line beyond each.
+    ::CheckDlgButton(panel().handle(), frmFScreenB::CK + 1, BST_UNCHECKED);
+    ::CheckDlgButton(panel().handle(), frmFScreenB::Check1, BST_CHECKED);
+    choose(frmFScreenB::Seconds3, 3);
+    notify(item(frmFScreenB::Check1), BN_CLICKED);
+    EXPECT_EQ(text().lineCount(), 30);
+    EXPECT_EQ(captionOf(item(frmFScreenB::kPlan)), "1-10, 1-10, 1-10; 0:31");
+}
+
+TEST_F(OnStage, WhatThePanelSaysHasRoom) {
+    open(songOf(5000));
+    for (int row = 1; row <= 5; ++row)
+        setJump(row, 1000 * row - 1, 1000 * row - 101, 99);
+    setJump(2, 4999, 1, 99);
+    setJump(5, 4999, 4998, 1);
+    choose(frmFScreenB::Seconds, 10);
+    notify(item(frmFScreenB::Check1), BN_CLICKED);
+    const HWND label = item(frmFScreenB::kPlan);
+    const Text words = windowText(label);
+    EXPECT_NE(shown(words).find("in circles"), std::string::npos);
+    RECT room{};
+    ::GetClientRect(label, &room);
+    RECT need{0, 0, room.right, 0};
+    const HDC dc = ::GetDC(label);
+    const HGDIOBJ former =
+        ::SelectObject(dc, reinterpret_cast<HFONT>(::SendMessageW(label, WM_GETFONT, 0, 0)));
+    ::DrawTextW(dc, wide(words), -1, &need, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    ::SelectObject(dc, former);
+    ::ReleaseDC(label, dc);
+    EXPECT_LE(need.bottom, room.bottom) << shown(words);
+}
+
+TEST_F(OnStage, APausedRunGoesAlongWithThePagesOfTheText) {
+    program.screen.monitors = {{{0, 0, 600, 300}, {0, 0, 600, 300}},
+                               {{600, 0, 600, 300}, {600, 0, 600, 300}}};
+    open(songOf(100));
+    testing::press(program, panel().handle(), u'M', {VK_CONTROL, VK_SHIFT});
+    choose(frmFScreenB::Seconds, 2);
+    click(item(frmFScreenB::Command4));
+    // A monitor of the same size is left, and the system has moved the window there already.
+    program.screen.monitors.pop_back();
+    ::SetWindowPos(view().handle(), nullptr, 0, 0, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ::SendMessageW(view().handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(600, 300));
+    ASSERT_TRUE(panel().run().isPaused());
+    ::SetFocus(text().handle());
+    press(VK_NEXT);
+    press(VK_NEXT);
+    const int top = topLine();
+    EXPECT_GT(top, 5);
+    EXPECT_EQ(panel().run().currentLine(), top);
+    click(onBar(Form3::Cmd));
+    for (int second = 0; second < 3; ++second)
+        nextSecond();
+    EXPECT_EQ(topLine(), top + 1);
 }
 
 }  // namespace
