@@ -117,7 +117,8 @@ void RichEdit::setZoom(int percent) {
     const double wanted = static_cast<double>(before) * percent / former;
     applyZoom(handle_);
     // Some controls go on with the former widths until a format changes; of a small step these may
-    // be near what is wanted. The author of a revision is one that nobody sees and no Rich Text has.
+    // be near what is wanted. The author of a revision is one that nobody sees and no Rich Text
+    // has.
     const int now = widthOf(probe);
     const bool follows = probe.end > probe.begin && now != before &&
                          std::abs(now - wanted) <= std::max(2.0, wanted / 20);
