@@ -117,12 +117,12 @@ std::string marksOf(const std::string& rtf) {
 TEST(DarkColours, DarkensWhatIsBehindMarkedWords) {
     const std::string document =
         R"({\rtf1{\fonttbl{\f0 A;}}{\colortbl ;\red255\green255\blue0;\red0\green0\blue160;\red255\green255\blue255;})"
-        R"(\cbpat3 a\highlight1 b\cf1 c\highlight0 d\cb2 e\cb0\chcbpat3 f\chcbpat0\cf2 g\clcbpat1 h\highlight9 i})";
+        R"(\cbpat3 a\highlight1 b\cf1 c\highlight0 d\cb2 e\cb0\chcbpat3 f\chcbpat0\cf2 g\cbpat1 h\highlight9 i})";
     const std::string marks =
         "cbpat \\red255\\green255\\blue255\nhighlight \\red255\\green255\\blue0\n"
         "highlight \ncb \\red0\\green0\\blue160\ncb \n"
         "chcbpat \\red255\\green255\\blue255\nchcbpat \n"
-        "clcbpat \\red255\\green255\\blue0\n";
+        "cbpat \\red255\\green255\\blue0\n";
     // The one without a colour stays as it is.
     const auto known = [](std::string rtf) { return rtf.erase(rtf.find("\\highlight9"), 11); };
     ASSERT_EQ(marksOf(known(document)), marks);
@@ -147,6 +147,12 @@ TEST(DarkColours, DarkensWhatIsBehindMarkedWords) {
             EXPECT_GE(contrast(map->colourAt(i).value_or(Rgb{}), mark), 4.5) << behind << i;
     }
     EXPECT_EQ(count, 5);
+    // Those of tables too, and where one number is of letters and of a mark.
+    const std::string cell =
+        R"({\rtf1{\colortbl ;\red255\green255\blue0;}\trowd\clcbpat1\cellx9\intbl\cf1 a\cell\row})";
+    const std::string darkCell = dark.darkened(cell);
+    EXPECT_NE(marksOf(darkCell), marksOf(cell));
+    EXPECT_EQ(marksOf(dark.restored(darkCell)), "clcbpat \\red255\\green255\\blue0\n");
     EXPECT_EQ(marksOf(known(dark.restored(shown))), marks);
     EXPECT_EQ(coloursOf(dark.restored(shown)), coloursOf(document));
 }
@@ -179,7 +185,7 @@ class PlainSource : public ScriptedEditor {
         return true;
     }
     bool replaceSelectionRtf(std::string_view rtf) override {
-        document.insert(document.size() - 1, rtf.substr(rtf.find(' ')));
+        document.insert(document.size() - 1, rtf.substr(rtf.find("\\cf")));
         document.pop_back();
         return true;
     }
