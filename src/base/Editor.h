@@ -1,5 +1,5 @@
 // The editing control as the rules of the program see it: text, rich text, selection. RichEdit
-// implements it; nothing else does.
+// implements it, and DarkEditor over one.
 #pragma once
 
 #include <cstdint>

@@ -105,4 +105,16 @@ constexpr bool pastes(KeyStroke stroke) {
     return stroke == kPasteStrokes[0] || stroke == kPasteStrokes[1];
 }
 
+// Those that copy and that cut.
+constexpr bool copies(KeyStroke stroke) {
+    if (stroke.key == u'C')
+        stroke.shift = false;
+    return stroke == ctrl(u'C') || stroke == ctrl(keys::kInsert);
+}
+constexpr bool cuts(KeyStroke stroke) {
+    if (stroke.key == u'X')
+        stroke.shift = false;
+    return stroke == ctrl(u'X') || stroke == shift(keys::kDelete);
+}
+
 }  // namespace melvorin

@@ -115,6 +115,8 @@ class Clipboard {
     virtual Result<Text> text(std::uint64_t limit) = 0;
     // The text, in place of all that is there. Fails with a sentence.
     virtual Result<Done> put(const CrLfText& text) = 0;
+    // The same with its Rich Text beside.
+    virtual Result<Done> put(const CrLfText& text, const std::string& rtf) = 0;
 };
 
 // The programs that the system shows a file or page with.

@@ -298,16 +298,33 @@ std::string RichEdit::streamOut(WPARAM what) const {
     return bytes;
 }
 
-std::string RichEdit::rtf() const {
-    std::string written = streamOut();
-    // The text only helps to mend it: a control that does not give it keeps nobody from saving.
+// The text only helps to mend it: a control that does not give it keeps nobody from saving.
+std::string RichEdit::mended(std::string written, const std::function<Text()>& text) const {
     Text shown;
     try {
-        shown = text().chars;
+        shown = text();
     } catch (const std::exception&) {
         return withTableRows(written);
     }
     return withTableRows(withLostCharacters(std::move(written), shown));
+}
+
+std::string RichEdit::rtf() const {
+    return mended(streamOut(), [this] { return text().chars; });
+}
+
+// All of the text is asked for only where a part of it does not tell the whole: around tables.
+std::string RichEdit::selectionRtf() const {
+    const Selection range = selection();
+    const auto length = static_cast<std::size_t>(range.end - range.begin);
+    return mended(streamOut(SF_RTF | SFF_SELECTION), [&] {
+        Text part = textBetween(range);
+        if (part.size() == length)
+            return part;
+        const auto begin = static_cast<std::size_t>(range.begin);
+        const Text all = text().chars;
+        return begin < all.size() ? all.substr(begin, length) : Text();
+    });
 }
 
 bool RichEdit::loadRtf(std::string_view rtf) {

@@ -52,6 +52,7 @@ class RichEdit : public Editor {
     struct TypingFormat {
         Text face;
         int points = 0;
+        Rgb colour{};
     };
     using TypingRule = std::function<std::optional<TypingFormat>(TextView face)>;
     void setTypingRule(TypingRule rule) { typingRule_ = std::move(rule); }
@@ -107,7 +108,7 @@ class RichEdit : public Editor {
 
     Text textBetween(Selection range) const;
     // The selection as a document of its own.
-    std::string selectionRtf() const { return streamOut(SF_RTF | SFF_SELECTION); }
+    std::string selectionRtf() const;
     std::int32_t length() const;
 
     // A stretch of the text, all of it in one format, or a picture.
@@ -187,6 +188,7 @@ class RichEdit : public Editor {
     void applyToSelection(const CHARFORMAT2W& format);
     void setEffect(DWORD mask, DWORD effect, bool on);
     std::string streamOut(WPARAM what = SF_RTF) const;
+    std::string mended(std::string written, const std::function<Text()>& text) const;
     HWND createControl();
     static LRESULT CALLBACK filterInput(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self);

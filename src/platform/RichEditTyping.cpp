@@ -154,12 +154,12 @@ void RichEdit::formatTyped(std::int32_t begin) {
     const auto wanted =
         typingRule_ ? typingRule_(style.face.value_or(Text())) : std::optional<TypingFormat>();
     if (!wanted || (style.face == wanted->face && style.halfPoints == wanted->points * 2 &&
-                    style.colour == Rgb{0, 0, 0}))
+                    style.colour == wanted->colour))
         return;
     const std::int32_t end = selection().end;
     select({begin, end});
     setSelectionFont(wanted->face, wanted->points);
-    setSelectionColour({0, 0, 0});
+    setSelectionColour(wanted->colour);
     select({end, end});
 }
 

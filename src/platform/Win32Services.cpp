@@ -280,13 +280,15 @@ class OpenClipboardScope {
     bool isOpen_ = false;
 };
 
+const Text kClipboardIsTaken = u"Another program is using the clipboard.";
+
 // The characters of a clipboard format up to the first NUL.
 template <class Char>
 Result<std::basic_string<Char>> clipboardData(UINT format, std::uint64_t limit) {
     using Data = std::basic_string<Char>;
     const OpenClipboardScope clipboard;
     if (!clipboard)
-        return Failure{u"Another program is using the clipboard."};
+        return Failure{kClipboardIsTaken};
     const HANDLE data = ::GetClipboardData(format);
     const std::size_t bytes = data == nullptr ? 0 : ::GlobalSize(data);
     if (bytes > limit)
@@ -300,6 +302,23 @@ Result<std::basic_string<Char>> clipboardData(UINT format, std::uint64_t limit) 
     Data copy(first, end);
     ::GlobalUnlock(data);
     return Result<Data>::success(std::move(copy));
+}
+
+// Onto the clipboard, which is open, with a NUL behind.
+template <class Char>
+Result<Done> putData(UINT format, const std::basic_string<Char>& data) {
+    const std::size_t size = data.size() + 1;
+    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size * sizeof(Char));
+    void* const place = memory == nullptr ? nullptr : ::GlobalLock(memory);
+    if (place != nullptr) {
+        std::copy_n(data.c_str(), size, static_cast<Char*>(place));
+        ::GlobalUnlock(memory);
+        // The system owns the memory from then on.
+        if (::SetClipboardData(format, memory) != nullptr)
+            return done();
+    }
+    ::GlobalFree(memory);
+    return Failure{u"The clipboard does not take it."};
 }
 
 }  // namespace
@@ -323,19 +342,16 @@ Result<Text> Win32Clipboard::text(std::uint64_t limit) {
 Result<Done> Win32Clipboard::put(const CrLfText& text) {
     const OpenClipboardScope clipboard;
     if (!clipboard || !::EmptyClipboard())
-        return Failure{u"Another program is using the clipboard."};
-    const std::size_t size = text.chars.size() + 1;
-    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size * sizeof(char16_t));
-    void* const place = memory == nullptr ? nullptr : ::GlobalLock(memory);
-    if (place != nullptr) {
-        std::copy_n(text.chars.c_str(), size, static_cast<char16_t*>(place));
-        ::GlobalUnlock(memory);
-        // The system owns the memory from then on.
-        if (::SetClipboardData(CF_UNICODETEXT, memory) != nullptr)
-            return done();
-    }
-    ::GlobalFree(memory);
-    return Failure{u"The clipboard does not take it."};
+        return Failure{kClipboardIsTaken};
+    return putData(CF_UNICODETEXT, text.chars);
+}
+
+Result<Done> Win32Clipboard::put(const CrLfText& text, const std::string& rtf) {
+    const OpenClipboardScope clipboard;
+    if (!clipboard || !::EmptyClipboard())
+        return Failure{kClipboardIsTaken};
+    const auto rich = putData(richTextFormat(), rtf);
+    return rich ? putData(CF_UNICODETEXT, text.chars) : rich;
 }
 
 // ---- Shell ------------------------------------------------------------------------------------

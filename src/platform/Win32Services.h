@@ -78,6 +78,7 @@ class Win32Clipboard : public Clipboard {
     Result<std::string> richText(std::uint64_t limit) override;
     Result<Text> text(std::uint64_t limit) override;
     Result<Done> put(const CrLfText& text) override;
+    Result<Done> put(const CrLfText& text, const std::string& rtf) override;
 };
 
 class Win32ShellOpener : public ShellOpener {

@@ -11,6 +11,7 @@
 #include "base/TabExpansion.h"
 #include "dictionary/RichEditDiagrams.h"
 #include "platform/HeldKeys.h"
+#include "rtf/DarkEditor.h"
 #include "rtf/EditCommands.h"
 #include "widgets/FrmTxt.h"
 
@@ -103,7 +104,10 @@ bool frmFScreen::createWindow(HWND owner) {
         text->setTypingRule([this](TextView former) -> std::optional<RichEdit::TypingFormat> {
             if (!isDiagramFace(former))
                 return std::nullopt;
-            return textFont();
+            RichEdit::TypingFormat format = textFont();
+            if (isDark_)
+                format.colour = dark_.lightOf(format.colour);
+            return format;
         });
         text->setInputFilter([this](UINT message, WPARAM wParam, LPARAM lParam) {
             if (message == WM_DROPFILES)
@@ -398,6 +402,14 @@ bool frmFScreen::onTextInput(UINT message, WPARAM wParam) try {
         return true;
     if (message == WM_MOUSEWHEEL)
         return false;
+    if (isDark_ && message == WM_KEYDOWN) {
+        const KeyStroke stroke = strokeOf(wParam);
+        const bool takesAway = cuts(stroke) && !isFixed();
+        if (takesAway || copies(stroke)) {
+            copyInOwnColours(takesAway);
+            return true;
+        }
+    }
     const bool isPage =
         message == WM_KEYDOWN && !isHeld(VK_SHIFT) && (wParam == VK_PRIOR || wParam == VK_NEXT);
     if (isPage && panel_.run().isPaused() && panel_.turnsRun(wParam))
@@ -489,13 +501,32 @@ void frmFScreen::changeKey(int steps) {
     restore(step, Shown::Page);
 }
 
+// The control would put the light colours there.
+void frmFScreen::copyInOwnColours(bool cuts) {
+    RichEdit& text = shownText();
+    const Selection selection = text.selection();
+    if (selection.begin == selection.end)
+        return;
+    const auto put = services_.clipboard.put(toCrLf(text.textBetween(selection)),
+                                             dark_.restored(text.selectionRtf()));
+    if (!put) {
+        services_.messages.show(u"The text cannot be copied.\r\n\r\n" + put.cause, kMessageTitle,
+                                MessageIcon::Information, MessageButtons::Ok);
+        return;
+    }
+    if (cuts)
+        text.change([&text] { text.clear(); });
+}
+
 void frmFScreen::paste() {
     const auto expand = [this](Text text, std::size_t startColumn) {
         return expandPasted(std::move(text), startColumn);
     };
     bool pasted = false;
     shownFollower().around([&] {
-        pasted = pasteClipboard(shownText(), services_.clipboard, services_.messages,
+        DarkEditor dark(shownText(), dark_);
+        Editor& editor = isDark_ ? static_cast<Editor&>(dark) : shownText();
+        pasted = pasteClipboard(editor, services_.clipboard, services_.messages,
                                 editorFontFace(services_), expand);
     });
     if (pasted) {

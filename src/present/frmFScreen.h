@@ -61,6 +61,8 @@ class frmFScreen : public Window, private StageView {
     void onDestroy();
     bool onTextInput(UINT message, WPARAM wParam);
     bool onTextKey(WPARAM key);
+    bool isFixed() const { return songLines_ > 0 || panel_.run().isRunning(); }
+    void copyInOwnColours(bool cuts);
     RichEdit::TypingFormat textFont() const;
     ChordFollower& shownFollower() { return reduced_ ? follower2_ : follower_; }
     void waitFor(const std::function<void()>& action);

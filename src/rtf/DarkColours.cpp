@@ -114,40 +114,122 @@ ColourGroup tablePlace(std::string_view rtf) {
     }
 }
 
+// Words that name a colour behind text.
+bool isMark(const RtfToken& token) {
+    static constexpr std::string_view words[] = {"highlight", "cb",      "chcbpat",
+                                                 "cbpat",     "clcbpat", "trcbpat"};
+    return token.kind == RtfToken::Kind::Word && token.number > 0 &&
+           std::find(std::begin(words), std::end(words), token.name) != std::end(words);
+}
+
+// The colours of the table that are behind text anywhere in the document, by their numbers.
+std::map<std::int32_t, Rgb> marksOf(std::string_view rtf, const ColourGroup& group) {
+    std::map<std::int32_t, Rgb> marks;
+    RtfLexer lexer(rtf, group.end);
+    for (RtfToken token = lexer.next(); token.kind != RtfToken::Kind::End; token = lexer.next()) {
+        const auto number = static_cast<std::size_t>(std::max(token.number, 0));
+        if (isMark(token) && number < group.colours.size() && group.colours[number])
+            marks.emplace(token.number, *group.colours[number]);
+    }
+    return marks;
+}
+
+double brightness(Rgb colour) {
+    return contrast(colour, DarkColours::kBackground);
+}
+
 }  // namespace
 
-Rgb DarkColours::lightOf(Rgb colour) {
-    if (const auto known = light_.find(keyOf(colour)); known != light_.end())
-        return known->second;
+// The wanted one or one near it: the way back must know them apart.
+template <typename Allowed>
+Rgb DarkColours::standIn(Rgb colour, Rgb wanted, StandIns& known, const Allowed& allowed) {
+    const auto isFree = [&](Rgb candidate) {
+        return candidate != kText && candidate != kBackground && !own_.contains(keyOf(candidate)) &&
+               allowed(candidate);
+    };
+    const auto take = [&](Rgb candidate) {
+        known.emplace(keyOf(colour), candidate);
+        own_.emplace(keyOf(candidate), colour);
+        return candidate;
+    };
+    for (int side = 1; side <= 256; side *= 2) {
+        for (int n = 0; n < side * side * side; ++n) {
+            for (const int sign : {1, -1}) {
+                const int red = wanted.red + sign * (n / side / side);
+                const int green = wanted.green + sign * (n / side % side);
+                const int blue = wanted.blue + sign * (n % side);
+                if (std::min({red, green, blue}) < 0 || std::max({red, green, blue}) > 255)
+                    continue;
+                const Rgb candidate{static_cast<std::uint8_t>(red),
+                                    static_cast<std::uint8_t>(green),
+                                    static_cast<std::uint8_t>(blue)};
+                if (isFree(candidate))
+                    return take(candidate);
+            }
+        }
+    }
+    return wanted;  // no document has so many
+}
+
+Rgb DarkColours::lightOf(Rgb colour, StandIns& known, double least) {
+    if (const auto found = known.find(keyOf(colour)); found != known.end())
+        return found->second;
     Rgb light = colour;
-    if (isGrey(colour) && contrast(colour, kBackground) < kContrast) {
+    if (isGrey(colour) && brightness(colour) < least) {
         const auto turned = static_cast<std::uint8_t>(255 - colour.red);
         light = {turned, turned, turned};
     }
-    for (int part = 1; part <= 16 && contrast(light, kBackground) < kContrast; ++part)
+    for (int part = 1; part <= 16 && brightness(light) < least; ++part)
         light = lightened(colour, part);
-    // The way back must know them apart.
-    while (light == kText || own_.contains(keyOf(light)))
-        light.blue = static_cast<std::uint8_t>(light.blue > 0 ? light.blue - 1 : 255);
-    light_.emplace(keyOf(colour), light);
-    own_.emplace(keyOf(light), colour);
-    return light;
+    return standIn(colour, light, known, [&](Rgb it) { return brightness(it) >= least; });
+}
+
+Rgb DarkColours::markOf(Rgb colour) {
+    constexpr double most = kBesideMarks / kContrast;
+    constexpr int whole = 64;
+    if (const auto found = marks_.find(keyOf(colour)); found != marks_.end())
+        return found->second;
+    Rgb dark = colour;
+    for (int part = whole - 1; part >= 0 && brightness(dark) > most; --part) {
+        const auto of = [part](int value) {
+            return static_cast<std::uint8_t>(value * part / whole);
+        };
+        dark = {of(colour.red), of(colour.green), of(colour.blue)};
+    }
+    return standIn(colour, dark, marks_, [&](Rgb it) { return brightness(it) <= most; });
+}
+
+Rgb DarkColours::ownOf(Rgb colour) const {
+    const auto own = own_.find(keyOf(colour));
+    return own == own_.end() ? colour : own->second;
 }
 
 std::string DarkColours::darkened(std::string_view rtf) {
     ColourGroup group = tablePlace(rtf);
+    const std::map<std::int32_t, Rgb> marks = marksOf(rtf, group);
     for (std::optional<Rgb>& colour : group.colours) {
         if (colour)
-            colour = lightOf(*colour);
+            colour =
+                marks.empty() ? lightOf(*colour) : lightOf(*colour, besideMarks_, kBesideMarks);
     }
     const std::string text = "\\cf" + std::to_string(group.colours.size()) + ' ';
     group.colours.emplace_back(kText);
+    std::map<std::int32_t, std::size_t> numbers;
+    for (const auto& [number, colour] : marks) {
+        numbers.emplace(number, group.colours.size());
+        group.colours.emplace_back(markOf(colour));
+    }
     std::string result(rtf.substr(0, group.begin));
     result += written(group.colours) + text;
     RtfLexer lexer(rtf, group.end);
     for (RtfToken token = lexer.next(); token.kind != RtfToken::Kind::End; token = lexer.next()) {
         if (token.isWord("cf") && token.number == 0) {
             result += text;
+            continue;
+        }
+        if (isMark(token) && numbers.contains(token.number)) {
+            result.append("\\").append(token.name);
+            result += std::to_string(numbers[token.number]) + ' ';
             continue;
         }
         result += rtf.substr(token.begin, token.end - token.begin);
@@ -163,10 +245,8 @@ std::string DarkColours::restored(std::string_view rtf) const {
     for (std::size_t i = 0; i < group.colours.size(); ++i) {
         std::optional<Rgb>& colour = group.colours[i];
         isText[i] = colour == kText;
-        if (!colour)
-            continue;
-        if (const auto own = own_.find(keyOf(*colour)); own != own_.end())
-            colour = own->second;
+        if (colour)
+            colour = ownOf(*colour);
     }
     std::string result(rtf.substr(0, group.begin));
     if (group.end > group.begin)

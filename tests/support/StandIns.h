@@ -187,6 +187,12 @@ class ScriptedClipboard : public Clipboard {
         plain = text.chars;
         return done();
     }
+    Result<Done> put(const CrLfText& text, const std::string& rtf) override {
+        auto result = put(text);
+        if (result)
+            rich = rtf;
+        return result;
+    }
 
     std::optional<std::string> rich;
     std::optional<Text> plain;

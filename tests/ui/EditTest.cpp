@@ -158,6 +158,11 @@ TEST(Clipboard, CutAndCopyGoThroughTheSystem) {
     program.command(Command::mnuEditUndo);
     program.command(Command::mnuEditUndo);
     EXPECT_EQ(program.text(), "B♭ xB♭");
+    EXPECT_TRUE(clipboard.put(toCrLf(u"B\u266D\rx"), "{\\rtf1 B}"));
+    EXPECT_EQ(clipboard.richText(1000).value, "{\\rtf1 B}");
+    EXPECT_EQ(clipboard.text(1000).value, u"B\u266D\r\nx");
+    EXPECT_TRUE(clipboard.put(toCrLf(u"y")));
+    EXPECT_FALSE(clipboard.hasRichText());
     ::OpenClipboard(nullptr);
     ::EmptyClipboard();
     ::CloseClipboard();

@@ -325,6 +325,36 @@ TEST(EditorRtf, KeepsEveryCharacter) {
     }
 }
 
+// Cyrillic fonts have none of the accents, and a control writes the bare letters for them.
+TEST(EditorRtf, ASelectionKeepsEveryCharacterToo) {
+    Host host;
+    const std::string head = R"({\rtf1{\fonttbl{\f0\fcharset204 Courier New;}}\f0 )";
+    const char* const songs[] = {
+        R"(a\u1087? caf\u233? \u241?\par two \u233?t\u233?\par end})",
+        // Cells of a table are characters too, which not every way of asking for a text gives.
+        R"(a\par\trowd\cellx900\cellx1800\intbl \u233?\cell b\u241?\cell\row\pard caf\u233?\par end})",
+    };
+    for (const std::string song : songs) {
+        ASSERT_TRUE(host.edit.loadRtf(head + song)) << song;
+        const Text all = host.edit.text().chars;
+        const auto length = static_cast<std::int32_t>(all.size());
+        for (const Selection range : {Selection{1, length - 1}, Selection{0, length}}) {
+            host.edit.select(range);
+            const std::string written = host.edit.selectionRtf();
+            std::string wanted;
+            for (const char16_t c : all) {
+                if (c == u'\u00E9' || c == u'\u00F1')
+                    wanted += "\\u" + std::to_string(static_cast<int>(c));
+            }
+            std::string found;
+            for (std::size_t at = 0; (at = written.find("\\u2", at)) != std::string::npos; ++at)
+                found += written.substr(at, 5);
+            EXPECT_EQ(found, wanted) << written;
+            EXPECT_EQ(host.edit.selection(), range);
+        }
+    }
+}
+
 TEST(EditorRtf, RefusesWhatIsNone) {
     for (const std::string_view bad : {"", "C  G\r\nla la", "rtf1 {x}"}) {
         Host host;
